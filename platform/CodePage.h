@@ -1,0 +1,47 @@
+// Code pages: the text encodings in which quote files are read.
+//
+// A code page is named by its published number (1252, 936, 65001 ...). The
+// thread's ANSI code page is one value for the whole process. It starts as that
+// of the environment's locale, Windows-1252 in the "C" and "POSIX" locales.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/component.h"
+
+inline constexpr UINT kAnsiCodePage = 3; // stands for the thread's ANSI code page
+inline constexpr UINT kLatinCodePage = 1252;
+
+// The process-wide ANSI code page. Setting fails, and changes nothing, for a
+// number that the system has no converter for. A change takes effect for text
+// that is decoded afterwards; set it before files are opened.
+UINT AnsiCodePage();
+bool SetAnsiCodePage(UINT nCodePage);
+
+// Number of a code page by name ("windows-1252", "GBK", "utf-8", "936"); 0 for
+// an unknown one.
+UINT CodePageByName(std::string_view name);
+
+// Bytes to UTF-16, appended to `out`. Bytes that the code page leaves undefined
+// keep their value; a malformed sequence of a multi-byte code page gives U+FFFD.
+// Zero bytes are characters like others. A code page that the system has no
+// converter for is read as Windows-1252, here and in EncodeText().
+void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out);
+
+// UTF-16 to bytes. A character that the code page lacks becomes '?', except that
+// U+0080 to U+009F go back to the undefined bytes they came from.
+std::string EncodeText(UINT nCodePage, string_view_t text);
+
+struct DetectedCodePage
+{
+    UINT nCodePage;
+    int nConfidence; // 0 to 100
+};
+
+// Candidates for the encoding of the bytes, best first, at most nMost. Names
+// that have no published number are left out.
+std::vector<DetectedCodePage> DetectCodePages(std::string_view bytes, std::size_t nMost);

@@ -1,0 +1,155 @@
+#include "platform/Event.h"
+
+#include <algorithm>
+#include <cassert>
+#include <condition_variable>
+#include <mutex>
+
+// 1. An event hands its signal to the longest waiting thread under g_lock, so no
+//    signal is lost between a thread's look at the flag and its sleep.
+// 2. A thread that was let through stands in no queue any more, so that an event
+//    can't spend a second signal on it.
+// 3. A signal stays in the flag only while nobody waits. Taking it from there is
+//    one exchange and needs no lock.
+
+namespace {
+
+std::mutex g_lock; // guards the queues of all events and the results of all waiters
+
+constexpr int kNotYet = -1;
+
+// Beyond this a deadline isn't worth its arithmetic, which could overflow.
+constexpr std::chrono::milliseconds kEndless = std::chrono::hours(24 * 365);
+
+} // namespace
+
+struct Event::Place
+{
+    Waiter* waiter = nullptr;
+    Event* event = nullptr;
+    int nIndex = 0; // what the waiter is told
+    Place* next = nullptr;
+};
+
+struct Event::Waiter
+{
+    std::condition_variable wakeUp;
+    int nResult = kNotYet;
+    Place places[2];
+    int nPlaces = 0;
+
+    void Leave()
+    {
+        for (int n = 0; n < nPlaces; ++n)
+            places[n].event->Dequeue(places[n]);
+    }
+
+    // Until let through or past the deadline; the lock is held before and after.
+    void Sleep(std::unique_lock<std::mutex>& lock, Timeout timeout)
+    {
+        const auto letThrough = [this] { return nResult != kNotYet; };
+        if (timeout && *timeout < kEndless)
+            wakeUp.wait_until(lock, std::chrono::steady_clock::now() + *timeout, letThrough);
+        else
+            wakeUp.wait(lock, letThrough);
+    }
+};
+
+Event::Event(Kind kind, bool bSignalled) : m_kind(kind), m_bSignalled(bSignalled) {}
+
+Event::~Event()
+{
+    assert(!m_pFirst);
+}
+
+void Event::Set()
+{
+    const std::lock_guard lock(g_lock);
+    if (m_kind == Kind::AutoReset && m_pFirst) {
+        LetThrough(*m_pFirst);
+        return;
+    }
+    m_bSignalled.store(true, std::memory_order_release);
+    while (m_pFirst)
+        LetThrough(*m_pFirst);
+}
+
+void Event::Reset()
+{
+    const std::lock_guard lock(g_lock);
+    m_bSignalled.store(false, std::memory_order_release);
+}
+
+bool Event::Wait(Timeout timeout)
+{
+    Event* const events[] = {this};
+    return WaitFor(events, 1, timeout).has_value();
+}
+
+std::optional<int> Event::WaitAny(Event& first, Event& second, Timeout timeout)
+{
+    Event* const events[] = {&first, &second};
+    return WaitFor(events, 2, timeout);
+}
+
+std::optional<int> Event::WaitFor(Event* const* events, int nEvents, Timeout timeout)
+{
+    const auto take = [&]() -> std::optional<int> {
+        for (int n = 0; n < nEvents; ++n)
+            if (events[n]->TryTake())
+                return n;
+        return {};
+    };
+    const std::optional<int> nTaken = take();
+    if (nTaken || (timeout && timeout->count() <= 0))
+        return nTaken;
+
+    std::unique_lock lock(g_lock);
+    // A signal may have come before the lock did.
+    if (const std::optional<int> nLate = take())
+        return nLate;
+    Waiter waiter;
+    for (int n = 0; n < nEvents; ++n) {
+        waiter.places[n] = {&waiter, events[n], n};
+        events[n]->Enqueue(waiter.places[n]);
+    }
+    waiter.nPlaces = nEvents;
+    waiter.Sleep(lock, timeout);
+    if (waiter.nResult != kNotYet)
+        return waiter.nResult;
+    waiter.Leave();
+    return {};
+}
+
+bool Event::TryTake()
+{
+    if (!m_bSignalled.load(std::memory_order_acquire))
+        return false;
+    return m_kind == Kind::ManualReset || m_bSignalled.exchange(false, std::memory_order_acq_rel);
+}
+
+void Event::Enqueue(Place& place)
+{
+    Place** link = &m_pFirst;
+    while (*link)
+        link = &(*link)->next;
+    *link = &place;
+}
+
+void Event::Dequeue(const Place& place)
+{
+    Place** link = &m_pFirst;
+    while (*link && *link != &place)
+        link = &(*link)->next;
+    if (*link)
+        *link = place.next;
+}
+
+// The waiter may be gone as soon as the lock is; so it is woken under it.
+void Event::LetThrough(Place& place)
+{
+    Waiter& waiter = *place.waiter;
+    waiter.nResult = place.nIndex;
+    waiter.Leave();
+    waiter.wakeUp.notify_one();
+}

@@ -1,0 +1,55 @@
+// Event: a flag that threads wait for, in the manner of the platform's events.
+//
+// A manual-reset event stays signalled until Reset() and lets all waiters
+// through; an auto-reset event lets one waiter through and is then unsignalled.
+// All operations may be called from any thread. An event must outlive its
+// waiters. A poll (Wait with zero timeout) of an unsignalled event reads one
+// atomic and takes no lock, so it may stand in a loop over records.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <optional>
+
+class Event
+{
+public:
+    enum class Kind
+    {
+        AutoReset,
+        ManualReset
+    };
+    // An empty timeout waits without end.
+    using Timeout = std::optional<std::chrono::milliseconds>;
+
+    explicit Event(Kind kind, bool bSignalled = false);
+    ~Event();
+    Event(const Event&) = delete;
+    Event& operator=(const Event&) = delete;
+
+    void Set();
+    void Reset();
+
+    // True when the event was signalled, false on timeout.
+    bool Wait(Timeout timeout = {});
+
+    // Waits for one of two: gives 0 or 1 for the event that let this thread
+    // through, the first one where both are signalled; empty on timeout.
+    static std::optional<int> WaitAny(Event& first, Event& second, Timeout timeout = {});
+
+private:
+    // A thread that waits for one event or two, and its place in an event's queue.
+    struct Waiter;
+    struct Place;
+
+    static std::optional<int> WaitFor(Event* const* events, int nEvents, Timeout timeout);
+
+    bool TryTake(); // true when signalled; unsignals an auto-reset event
+    void Enqueue(Place& place);
+    void Dequeue(const Place& place);
+    void LetThrough(Place& place);
+
+    const Kind m_kind;
+    std::atomic<bool> m_bSignalled; // never set while a thread waits in the queue
+    Place* m_pFirst = nullptr;      // longest wait first; under the lock of all events
+};

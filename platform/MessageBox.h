@@ -1,0 +1,19 @@
+// Messages for a person that have no other place to go.
+#pragma once
+
+#include <functional>
+
+#include "platform/component.h"
+
+// Shows a warning in a box owned by the window hWnd and returns when it has been
+// read; where there are no windows, writes it as one line of UTF-8 to standard
+// error. The box has no title of its own. Safe from any thread, throws nothing.
+void ShowWarning(LONG_PTR hWnd, string_view_t text);
+
+// Takes the place of the box; an empty one brings the box back. Gives the one
+// that stood before. Set it while no warnings are shown. It must not throw.
+using WarningListener = std::function<void(LONG_PTR hWnd, string_view_t text)>;
+WarningListener SetWarningListener(WarningListener listener);
+
+// The system's own box; use ShowWarning.
+void ShowSystemWarning(LONG_PTR hWnd, string_view_t text);
