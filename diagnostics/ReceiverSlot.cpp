@@ -1,0 +1,65 @@
+#include "diagnostics/ReceiverSlot.h"
+
+#include <atomic>
+#include <memory>
+
+#include "platform/CriticalSection.h"
+#include "platform/Thread.h"
+
+namespace FaultmereUtil {
+namespace {
+
+struct Slot
+{
+    std::atomic<bool> bFilled = false; // read before the lock, so that silence is cheap
+    CriticalSection lock;              // guards what follows
+    std::shared_ptr<Receiver> receiver;
+    bool bRunning = false;
+};
+
+// Never destroyed: reports may come from destructors at the end of the process.
+Slot& TheSlot()
+{
+    static Slot& slot = *new Slot;
+    return slot;
+}
+
+class RunningMark
+{
+public:
+    explicit RunningMark(bool& bRunning) : m_bRunning(bRunning) { m_bRunning = true; }
+    ~RunningMark() { m_bRunning = false; }
+    RunningMark(const RunningMark&) = delete;
+
+private:
+    bool& m_bRunning;
+};
+
+} // namespace
+
+Receiver SetReceiver(Receiver receiver)
+{
+    auto pNew = receiver ? std::make_shared<Receiver>(std::move(receiver)) : nullptr;
+    Slot& slot = TheSlot();
+    const LockGuard lock(slot.lock);
+    slot.receiver.swap(pNew);
+    slot.bFilled = slot.receiver != nullptr;
+    return pNew ? *pNew : Receiver();
+}
+
+HRESULT TellReceiver(Report::Kind kind, std::string_view sText, const std::source_location& place)
+{
+    Slot& slot = TheSlot();
+    if (!slot.bFilled)
+        return E_FAIL;
+    const Report report{kind, std::string(sText), place, CurrentThreadId()};
+    const LockGuard lock(slot.lock);
+    if (!slot.receiver || slot.bRunning)
+        return E_FAIL;
+    const RunningMark mark(slot.bRunning);
+    // Held here too, since the receiver may put another one in its place.
+    const std::shared_ptr<Receiver> receiver = slot.receiver;
+    return (*receiver)(report);
+}
+
+} // namespace FaultmereUtil
