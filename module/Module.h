@@ -1,0 +1,27 @@
+// The module: what lives in this library, and the table of what can be created.
+#pragma once
+
+#include <span>
+
+#include "platform/component.h"
+
+// Every living object, and every lock of a class factory, counts once.
+void LockModule();
+void UnlockModule();
+LONG ModuleLockCount();
+
+struct ObjectMapEntry
+{
+    CLSID clsid;
+    string_view_t sProgId; // version-independent form; ".1" makes the versioned one
+    HRESULT (*pfnCreate)(REFIID riid, void** ppv);
+};
+
+// The classes of the component; defined by the library that is built of the layers.
+std::span<const ObjectMapEntry> ObjectMap();
+
+// Null for a class that isn't in the map.
+const ObjectMapEntry* FindClass(REFCLSID rclsid);
+
+// A factory for the entry, which must outlive it.
+HRESULT CreateClassFactory(const ObjectMapEntry& entry, REFIID riid, void** ppv);
