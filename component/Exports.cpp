@@ -1,0 +1,27 @@
+#include "interfaces/Module.h"
+#include "module/Module.h"
+
+HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv)
+{
+    if (!ppv)
+        return E_POINTER;
+    *ppv = nullptr;
+    const ObjectMapEntry* entry = FindClass(rclsid);
+    return entry ? CreateClassFactory(*entry, riid, ppv) : CLASS_E_CLASSNOTAVAILABLE;
+}
+
+HRESULT STDAPICALLTYPE DllCanUnloadNow()
+{
+    return ModuleLockCount() == 0 ? S_OK : S_FALSE;
+}
+
+HRESULT CoCreateInstance(REFCLSID rclsid, IUnknown* pUnkOuter, DWORD, REFIID riid, void** ppv)
+{
+    if (!ppv)
+        return E_POINTER;
+    *ppv = nullptr;
+    if (pUnkOuter)
+        return CLASS_E_NOAGGREGATION;
+    const ObjectMapEntry* entry = FindClass(rclsid);
+    return entry ? entry->pfnCreate(riid, ppv) : REGDB_E_CLASSNOTREG;
+}

@@ -1,0 +1,24 @@
+#include "interfaces/NativeHost.h"
+
+#include "Simples/interface/ResourceStrings.h"
+#include "diagnostics/FaultmereClient.h"
+#include "platform/CodePage.h"
+
+void TabulexSetLanguage(TabulexLanguage language)
+{
+    SetResourceLanguage(language == TABULEX_LANGUAGE_ENGLISH ? Language::English
+                                                             : Language::Chinese);
+}
+
+HRESULT TabulexSetEncoding(const char* name)
+{
+    if (!name)
+        return E_POINTER;
+    return SetAnsiCodePage(CodePageByName(name)) ? S_OK : E_INVALIDARG;
+}
+
+void TabulexSetReportLog(const char* path)
+{
+    FaultmereUtil::SetReceiver(path && *path ? FaultmereUtil::LogTo(path)
+                                             : FaultmereUtil::Receiver());
+}

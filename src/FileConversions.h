@@ -1,0 +1,46 @@
+// The conversions that run on one file: they take turns, a record each.
+//
+// For the file's worker thread alone.
+#pragma once
+
+#include <vector>
+
+#include "interfaces/IFileHandlerEvents.h"
+#include "platform/com_ptr.h"
+
+namespace Hesperon::specifics {
+
+// One running conversion: which record its consumer gets next.
+class CConverterPersist
+{
+public:
+    // Begins at the consumer's start position, or at 0 where it has none.
+    explicit CConverterPersist(com_ptr<IQRL_TabulexConverter::IFileHandlerEvents> pEvents);
+
+    // Calls the consumer for the next record; anything but S_OK ends the conversion.
+    HRESULT Step(bool bComplete);
+
+    IQRL_TabulexConverter::IFileHandlerEvents* Events() const { return m_pEvents.get(); }
+
+private:
+    com_ptr<IQRL_TabulexConverter::IFileHandlerEvents> m_pEvents;
+    ULONGLONG m_nPosition = 0; // the next record
+};
+
+class CFileConversions
+{
+public:
+    bool IsActive() const { return !m_converters.empty(); }
+
+    // Reports a consumer whose conversion runs already, and lets that one go on.
+    void Start(com_ptr<IQRL_TabulexConverter::IFileHandlerEvents> pEvents);
+    // One step of the conversion whose turn it is.
+    void StepNext(bool bComplete);
+    void Clear();
+
+private:
+    std::vector<CConverterPersist> m_converters;
+    std::size_t m_nNext = 0; // whose turn it is; the first one's where it is beyond the last
+};
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,57 @@
+// CFileRequests: what consumers of a file want of its worker, by owner.
+//
+// Not synchronised, the file handler's lock guards it, but for IsEmpty. References
+// that end a request's life are handed out, since letting go of the last one may
+// run any code: do so outside of the lock.
+#pragma once
+
+#include <atomic>
+#include <vector>
+
+#include "platform/com_ptr.h"
+
+namespace Hesperon::specifics {
+
+struct SPendingRequest
+{
+    enum class Kind
+    {
+        FirstRecord, // an IRecordParser wants line 0
+        CountEvents, // an IFileHandlerEvents wants to hear of the count
+        Conversion   // an IFileHandlerEvents wants one record after the other
+    };
+    Kind kind;
+    com_ptr<IUnknown> pObject;
+};
+
+class CFileRequests
+{
+public:
+    using List = std::vector<SPendingRequest>;
+
+    // May be called from any thread; a request that is being added may be missed.
+    bool IsEmpty() const { return m_nCount.load(std::memory_order_acquire) == 0; }
+
+    void Add(ULONGLONG nKey, SPendingRequest::Kind kind, com_ptr<IUnknown> pObject);
+    // Takes the requests of one owner away.
+    List Take(ULONGLONG nKey);
+    List TakeAll();
+    // Appends all requests, in the order in which they came. Count events stay for
+    // the next time where bKeepCounting is set; all others are taken away.
+    void Collect(bool bKeepCounting, List& list);
+
+private:
+    struct SKeyed
+    {
+        ULONGLONG nKey;
+        SPendingRequest request;
+    };
+    template <class Pick>
+    List TakeWhere(Pick pick);
+    void Recount() { m_nCount.store(m_requests.size(), std::memory_order_release); }
+
+    std::vector<SKeyed> m_requests;
+    std::atomic<std::size_t> m_nCount = 0; // of m_requests
+};
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,7 @@
+#include "src/LineIndexImpl.h"
+
+namespace Hesperon::specifics {
+
+template class CLineIndexOf<FileBytes>;
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,53 @@
+// CSharedFile: one open file that several owners hold, and that any of them may
+// close under the others.
+//
+// Reads after Close() fail; they never reach a file that the system has opened
+// under the same handle since. Safe from any thread: a lock of its own, under
+// which nothing else is taken, is held for the length of a read. Reads are by
+// whole pages, so the lock costs nothing that counts.
+#pragma once
+
+#include <mutex>
+
+#include "platform/File.h"
+
+namespace Hesperon::specifics {
+
+class CSharedFile
+{
+public:
+    explicit CSharedFile(File file) : m_file(std::move(file)) {}
+
+    bool IsOpen() const
+    {
+        std::lock_guard lock(m_lock);
+        return m_file.IsOpen();
+    }
+
+    void Close()
+    {
+        std::lock_guard lock(m_lock);
+        m_file.Close();
+    }
+
+    // Size in bytes now; empty for a closed file and where the system can't tell.
+    std::optional<std::uint64_t> Size() const
+    {
+        std::lock_guard lock(m_lock);
+        return m_file.IsOpen() ? m_file.Size() : std::nullopt;
+    }
+
+    // True if all of `count` bytes at `offset` were read. What a failed read leaves in
+    // the buffer is unspecified.
+    bool Read(std::uint64_t offset, void* buffer, std::size_t count) const
+    {
+        std::lock_guard lock(m_lock);
+        return m_file.IsOpen() && m_file.ReadAt(offset, buffer, count) == count;
+    }
+
+private:
+    mutable std::mutex m_lock;
+    File m_file; // guarded by m_lock
+};
+
+} // namespace Hesperon::specifics
