@@ -1,12 +1,12 @@
+#include "component/ObjectMap.h"
 #include "interfaces/Module.h"
-#include "module/Module.h"
 
 HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv)
 {
     if (!ppv)
         return E_POINTER;
     *ppv = nullptr;
-    const ObjectMapEntry* entry = FindClass(rclsid);
+    const ObjectMapEntry* entry = FindClass(ObjectMap(), rclsid);
     return entry ? CreateClassFactory(*entry, riid, ppv) : CLASS_E_CLASSNOTAVAILABLE;
 }
 
@@ -22,6 +22,6 @@ HRESULT CoCreateInstance(REFCLSID rclsid, IUnknown* pUnkOuter, DWORD, REFIID rii
     *ppv = nullptr;
     if (pUnkOuter)
         return CLASS_E_NOAGGREGATION;
-    const ObjectMapEntry* entry = FindClass(rclsid);
+    const ObjectMapEntry* entry = FindClass(ObjectMap(), rclsid);
     return entry ? entry->pfnCreate(riid, ppv) : REGDB_E_CLASSNOTREG;
 }

@@ -1,6 +1,7 @@
+#include "component/ObjectMap.h"
+
 #include "interfaces/ClassIds.h"
 #include "module/ComObject.h"
-#include "module/Module.h"
 #include "src/DataParser.h"
 #include "src/RecordParser.h"
 #include "src/qrlValueMultiplier.h"

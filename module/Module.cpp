@@ -7,8 +7,6 @@
 
 namespace {
 
-std::atomic<LONG> g_nLocks = 0;
-
 // Not counted as an object: a host that wants the library kept while it holds a
 // factory locks it.
 class ClassFactory final : public IClassFactory
@@ -60,24 +58,8 @@ private:
 
 } // namespace
 
-void LockModule()
+const ObjectMapEntry* FindClass(std::span<const ObjectMapEntry> map, REFCLSID rclsid)
 {
-    ++g_nLocks;
-}
-
-void UnlockModule()
-{
-    --g_nLocks;
-}
-
-LONG ModuleLockCount()
-{
-    return g_nLocks;
-}
-
-const ObjectMapEntry* FindClass(REFCLSID rclsid)
-{
-    const auto map = ObjectMap();
     const auto entry = std::ranges::find(map, rclsid, &ObjectMapEntry::clsid);
     return entry == map.end() ? nullptr : &*entry;
 }

@@ -17,11 +17,8 @@ struct ObjectMapEntry
     HRESULT (*pfnCreate)(REFIID riid, void** ppv);
 };
 
-// The classes of the component; defined by the library that is built of the layers.
-std::span<const ObjectMapEntry> ObjectMap();
-
 // Null for a class that isn't in the map.
-const ObjectMapEntry* FindClass(REFCLSID rclsid);
+const ObjectMapEntry* FindClass(std::span<const ObjectMapEntry> map, REFCLSID rclsid);
 
 // A factory for the entry, which must outlive it.
 HRESULT CreateClassFactory(const ObjectMapEntry& entry, REFIID riid, void** ppv);

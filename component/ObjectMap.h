@@ -1,0 +1,6 @@
+// The classes that the component can create.
+#pragma once
+
+#include "module/Module.h"
+
+std::span<const ObjectMapEntry> ObjectMap();
