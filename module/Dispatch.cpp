@@ -55,7 +55,8 @@ DISPID FindName(std::span<const DispatchRow> table, const DispatchRow* operation
     if (const DispatchRow* row = FindRow(table, sName))
         return row->nId;
     if (operation)
-        return ArgumentPlace(*operation, sName);
+        if (const DISPID place = ArgumentPlace(*operation, sName); place != DISPID_UNKNOWN)
+            return place;
     for (const DispatchRow& row : table)
         if (const DISPID place = ArgumentPlace(row, sName); place != DISPID_UNKNOWN)
             return place;
@@ -117,62 +118,71 @@ private:
     std::array<VARIANT, kMaxDispatchArguments> m_copies;
 };
 
-HRESULT Get(const DispatchRow& row, void* pInterface, const DISPPARAMS& params, VARIANT* result)
-{
-    if (params.cArgs != 0)
-        return DISP_E_BADPARAMCOUNT;
-    Variant value;
-    const HRESULT hr = row.pfnGet(pInterface, &value);
-    if (SUCCEEDED(hr) && result)
-        *result = value.detach();
-    return hr;
-}
-
-HRESULT Call(const DispatchCall& call, void* pInterface, const DISPPARAMS& params, UINT* argument)
-{
-    if (params.cArgs != call.nArguments)
-        return DISP_E_BADPARAMCOUNT;
-    Arguments arguments;
-    const HRESULT hr = arguments.Take(call, params, argument);
-    return FAILED(hr) ? hr : call.pfnCall(pInterface, arguments.Values());
-}
-
-HRESULT CallProperty(const DispatchRow& row, void* pInterface, WORD flags, const DISPPARAMS& params,
-                     VARIANT* result, UINT* argument)
-{
-    if (flags & DISPATCH_PROPERTYGET)
-        return Get(row, pInterface, params, result);
-    if ((flags & DISPATCH_PROPERTYPUT) && row.call.pfnCall)
-        return Call(row.call, pInterface, params, argument);
-    return DISP_E_MEMBERNOTFOUND;
-}
-
-HRESULT CallRow(const DispatchRow& row, void* pInterface, WORD flags, const DISPPARAMS& params,
-                VARIANT* result, UINT* argument)
-{
-    switch (row.kind) {
-    case DispatchRow::Kind::Method:
-        return Call(row.call, pInterface, params, argument);
-    case DispatchRow::Kind::Result:
-        return Get(row, pInterface, params, result);
-    case DispatchRow::Kind::Property:
-        break;
-    }
-    return CallProperty(row, pInterface, flags, params, result, argument);
-}
-
-bool HasOnlyPutName(const DISPPARAMS& params)
-{
-    return params.cNamedArgs == 0 || (params.cNamedArgs == 1 && params.rgdispidNamedArgs &&
-                                      params.rgdispidNamedArgs[0] == DISPID_PROPERTYPUT);
-}
-
 void FillException(EXCEPINFO* exception, HRESULT hr)
 {
     if (!exception)
         return;
     *exception = EXCEPINFO{};
     exception->scode = hr;
+}
+
+HRESULT Get(const DispatchRow& row, void* pInterface, const DISPPARAMS& params, VARIANT* result,
+            EXCEPINFO* exception)
+{
+    if (params.cArgs != 0)
+        return DISP_E_BADPARAMCOUNT;
+    Variant value;
+    const HRESULT hr = row.pfnGet(pInterface, &value);
+    if (FAILED(hr))
+        FillException(exception, hr);
+    else if (result)
+        *result = value.detach();
+    return hr;
+}
+
+HRESULT Call(const DispatchCall& call, void* pInterface, const DISPPARAMS& params, UINT* argument,
+             EXCEPINFO* exception)
+{
+    if (params.cArgs != call.nArguments)
+        return DISP_E_BADPARAMCOUNT;
+    Arguments arguments;
+    HRESULT hr = arguments.Take(call, params, argument);
+    if (FAILED(hr))
+        return hr;
+    hr = call.pfnCall(pInterface, arguments.Values());
+    if (FAILED(hr))
+        FillException(exception, hr);
+    return hr;
+}
+
+HRESULT CallProperty(const DispatchRow& row, void* pInterface, WORD flags, const DISPPARAMS& params,
+                     VARIANT* result, UINT* argument, EXCEPINFO* exception)
+{
+    if (flags & DISPATCH_PROPERTYGET)
+        return Get(row, pInterface, params, result, exception);
+    if ((flags & DISPATCH_PROPERTYPUT) && row.call.pfnCall)
+        return Call(row.call, pInterface, params, argument, exception);
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+HRESULT CallRow(const DispatchRow& row, void* pInterface, WORD flags, const DISPPARAMS& params,
+                VARIANT* result, UINT* argument, EXCEPINFO* exception)
+{
+    switch (row.kind) {
+    case DispatchRow::Kind::Method:
+        return Call(row.call, pInterface, params, argument, exception);
+    case DispatchRow::Kind::Result:
+        return Get(row, pInterface, params, result, exception);
+    case DispatchRow::Kind::Property:
+        break;
+    }
+    return CallProperty(row, pInterface, flags, params, result, argument, exception);
+}
+
+bool HasOnlyPutName(const DISPPARAMS& params)
+{
+    return params.cNamedArgs == 0 || (params.cNamedArgs == 1 && params.rgdispidNamedArgs &&
+                                      params.rgdispidNamedArgs[0] == DISPID_PROPERTYPUT);
 }
 
 } // namespace
@@ -207,10 +217,7 @@ HRESULT DispatchInvoke(std::span<const DispatchRow> table, void* pInterface, DIS
     const DispatchRow* row = FindRow(table, id);
     if (!row)
         return DISP_E_MEMBERNOTFOUND;
-    const HRESULT hr = CallRow(*row, pInterface, flags, *params, result, argument);
-    if (FAILED(hr))
-        FillException(exception, hr);
-    return hr;
+    return CallRow(*row, pInterface, flags, *params, result, argument, exception);
 }
 
 UINT DispatchTypeInfoCount()

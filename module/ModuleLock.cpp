@@ -1,0 +1,26 @@
+// The count that keeps the library loaded: objects, and locks of class factories.
+
+#include <atomic>
+
+#include "module/Module.h"
+
+namespace {
+
+std::atomic<LONG> g_nLocks = 0;
+
+} // namespace
+
+void LockModule()
+{
+    ++g_nLocks;
+}
+
+void UnlockModule()
+{
+    --g_nLocks;
+}
+
+LONG ModuleLockCount()
+{
+    return g_nLocks;
+}
