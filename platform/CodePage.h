@@ -33,7 +33,7 @@ UINT CodePageByName(std::string_view name);
 void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out);
 
 // UTF-16 to bytes. A character that the code page lacks becomes '?', except that
-// U+0080 to U+009F go back to the undefined bytes they came from.
+// what an undefined byte was decoded to goes back to that byte.
 std::string EncodeText(UINT nCodePage, string_view_t text);
 
 struct DetectedCodePage

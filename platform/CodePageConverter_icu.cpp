@@ -93,19 +93,20 @@ std::size_t AsciiPrefix(std::string_view bytes)
     return n;
 }
 
-// Blocks of a fixed size, since the compiler vectorises those at any level.
+// Blocks of a fixed size that share no memory with the target, since the compiler
+// vectorises those at any level.
 void AppendAscii(std::string_view bytes, string_t& out)
 {
     const std::size_t nStart = out.size();
     out.resize(nStart + bytes.size());
     OLECHAR* to = out.data() + nStart;
-    const auto* from = reinterpret_cast<const unsigned char*>(bytes.data());
-    std::size_t n = 0;
-    for (; n + kBlock <= bytes.size(); n += kBlock)
-        for (std::size_t i = 0; i < kBlock; ++i)
-            to[n + i] = from[n + i];
-    for (; n < bytes.size(); ++n)
-        to[n] = from[n];
+    for (; bytes.size() >= kBlock; bytes.remove_prefix(kBlock), to += kBlock) {
+        unsigned char block[kBlock];
+        std::memcpy(block, bytes.data(), kBlock);
+        for (std::size_t n = 0; n < kBlock; ++n)
+            to[n] = block[n];
+    }
+    std::copy(bytes.begin(), bytes.end(), to);
 }
 
 struct Node

@@ -80,7 +80,7 @@ void Event::Reset()
     m_bSignalled.store(false, std::memory_order_release);
 }
 
-bool Event::Wait(Timeout timeout)
+bool Event::WaitLong(Timeout timeout)
 {
     Event* const events[] = {this};
     return WaitFor(events, 1, timeout).has_value();
@@ -119,13 +119,6 @@ std::optional<int> Event::WaitFor(Event* const* events, int nEvents, Timeout tim
         return waiter.nResult;
     waiter.Leave();
     return {};
-}
-
-bool Event::TryTake()
-{
-    if (!m_bSignalled.load(std::memory_order_acquire))
-        return false;
-    return m_kind == Kind::ManualReset || m_bSignalled.exchange(false, std::memory_order_acq_rel);
 }
 
 void Event::Enqueue(Place& place)

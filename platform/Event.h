@@ -31,7 +31,10 @@ public:
     void Reset();
 
     // True when the event was signalled, false on timeout.
-    bool Wait(Timeout timeout = {});
+    bool Wait(Timeout timeout = {})
+    {
+        return timeout && timeout->count() <= 0 ? TryTake() : WaitLong(timeout);
+    }
 
     // Waits for one of two: gives 0 or 1 for the event that let this thread
     // through, the first one where both are signalled; empty on timeout.
@@ -44,7 +47,17 @@ private:
 
     static std::optional<int> WaitFor(Event* const* events, int nEvents, Timeout timeout);
 
-    bool TryTake(); // true when signalled; unsignals an auto-reset event
+    bool WaitLong(Timeout timeout);
+
+    // True when signalled; unsignals an auto-reset event.
+    bool TryTake()
+    {
+        if (!m_bSignalled.load(std::memory_order_acquire))
+            return false;
+        return m_kind == Kind::ManualReset ||
+               m_bSignalled.exchange(false, std::memory_order_acq_rel);
+    }
+
     void Enqueue(Place& place);
     void Dequeue(const Place& place);
     void LetThrough(Place& place);

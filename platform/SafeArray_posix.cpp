@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <atomic>
 #include <cstdlib>
 #include <limits>
 #include <optional>
@@ -16,8 +15,6 @@ struct Prefix
     std::uint32_t vt;
 };
 static_assert(sizeof(Prefix) == 16);
-
-constexpr ULONG kMostLocks = 65535;
 
 Prefix* PrefixOf(SAFEARRAY* array)
 {
@@ -374,41 +371,5 @@ HRESULT SafeArrayPtrOfIndex(SAFEARRAY* array, LONG* indices, void** element)
         return DISP_E_BADINDEX;
     *element = p;
     return S_OK;
-}
-
-HRESULT SafeArrayLock(SAFEARRAY* array)
-{
-    if (!array)
-        return E_INVALIDARG;
-    std::atomic_ref<ULONG> nLocks(array->cLocks);
-    if (nLocks.fetch_add(1) < kMostLocks)
-        return S_OK;
-    nLocks.fetch_sub(1);
-    return E_UNEXPECTED;
-}
-
-HRESULT SafeArrayUnlock(SAFEARRAY* array)
-{
-    if (!array)
-        return E_INVALIDARG;
-    std::atomic_ref<ULONG> nLocks(array->cLocks);
-    if (nLocks.fetch_sub(1) != 0)
-        return S_OK;
-    nLocks.fetch_add(1);
-    return E_UNEXPECTED;
-}
-
-HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data)
-{
-    if (!array || !data)
-        return E_INVALIDARG;
-    const HRESULT hr = SafeArrayLock(array);
-    *data = SUCCEEDED(hr) ? array->pvData : nullptr;
-    return hr;
-}
-
-HRESULT SafeArrayUnaccessData(SAFEARRAY* array)
-{
-    return SafeArrayUnlock(array);
 }
 }
