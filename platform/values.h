@@ -56,7 +56,7 @@ private:
 class Variant : public VARIANT
 {
 public:
-    Variant() { VariantInit(this); }
+    Variant() { vt = VT_EMPTY; }
     Variant(const Variant& other) : Variant(static_cast<const VARIANT&>(other)) {}
     explicit Variant(const VARIANT& other)
     {
@@ -65,7 +65,7 @@ public:
             throw std::bad_alloc();
     }
     Variant(Variant&& other) noexcept : VARIANT(other) { VariantInit(&other); }
-    ~Variant() { VariantClear(this); }
+    ~Variant() { Free(); }
     Variant& operator=(Variant other) noexcept
     {
         std::swap(static_cast<VARIANT&>(*this), static_cast<VARIANT&>(other));
@@ -104,15 +104,24 @@ public:
 
     VARIANT* put()
     {
-        VariantClear(this);
+        Free();
         return this;
     }
     // Moves the value out to the caller; this becomes VT_EMPTY.
     VARIANT detach()
     {
         VARIANT v = *this;
-        VariantInit(this);
+        vt = VT_EMPTY;
         return v;
+    }
+
+private:
+    // Most values are plain numbers, which need no call.
+    void Free()
+    {
+        if (vt > VT_DATE && vt != VT_I8)
+            VariantClear(this);
+        vt = VT_EMPTY;
     }
 };
 

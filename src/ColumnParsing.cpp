@@ -20,19 +20,6 @@ void SetVariable(CDataField& field, OLECHAR letter, LONGLONG nValue)
         *p = tagMATHVALUE::Integer(nValue);
 }
 
-// Hour on the 24-hour clock, from the hour and the half of the day.
-LONGLONG HourOfDay(CDataField& time)
-{
-    LONGLONG nHour = time.VariableOr0('h');
-    if (const tagMATHVALUE* pHalf = time.FindVariable('t')) {
-        if (pHalf->nValue == 1 && nHour < kNoon)
-            nHour += kNoon;
-        else if (pHalf->nValue != 1 && nHour >= kNoon)
-            nHour -= kNoon;
-    }
-    return nHour;
-}
-
 void StoreHour(CDataField& time, LONGLONG nHour)
 {
     if (time.FindVariable('t')) {
@@ -75,7 +62,7 @@ void NormaliseDateAndTime(CDataField& date, CDataField& time)
     const std::optional<std::int32_t> nDay = DayNumber(date);
     if (!nDay)
         date.SetValid(false);
-    const LONGLONG nHour = HourOfDay(time);
+    const LONGLONG nHour = time.HourOfDay();
     StoreHour(time, nHour % kHoursPerDay);
     if (nDay && nHour >= kHoursPerDay)
         StoreDay(date, *nDay + static_cast<std::int32_t>(nHour / kHoursPerDay));

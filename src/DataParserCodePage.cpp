@@ -24,8 +24,11 @@ std::string CDataParser::SampleBytes()
 void CDataParser::DetectCodePage()
 {
     constexpr std::size_t kCandidates = 15;
+    const std::string sample = SampleBytes();
+    if (sample.empty())
+        return;
     DetectedCodePage best{m_nLocale, 0};
-    for (const DetectedCodePage& candidate : DetectCodePages(SampleBytes(), kCandidates)) {
+    for (const DetectedCodePage& candidate : DetectCodePages(sample, kCandidates)) {
         // The page that is set stays if it is among the candidates at all.
         if (candidate.nCodePage == m_nLocale)
             return;

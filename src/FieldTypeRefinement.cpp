@@ -64,13 +64,10 @@ private:
         Swap(Index(a), Index(b));
         return true;
     }
-    bool Unassign(unsigned uiType)
+    void Unassign(unsigned uiType)
     {
-        const std::size_t i = Index(uiType);
-        if (i == kNoColumn)
-            return false;
-        m_state.m_fields[i].SetType(kNoType);
-        return true;
+        if (CDataField* column = m_state.Column(uiType))
+            column->SetType(kNoType);
     }
 
     // ---- samples
@@ -121,11 +118,13 @@ private:
     // larger of them is the total.
     bool DropUpAndDown(unsigned uiUp, unsigned uiDown, unsigned uiTotal)
     {
+        if (!Has(uiUp) && !Has(uiDown))
+            return false;
         if (Has(uiUp) && Has(uiDown) && Has(uiTotal))
             AnySample([&] { return CheckTotal(uiUp, uiDown, uiTotal); });
-        const bool bUp = Unassign(uiUp);
-        const bool bDown = Unassign(uiDown);
-        return bUp || bDown;
+        Unassign(uiUp);
+        Unassign(uiDown);
+        return true;
     }
 
     bool CheckTotal(unsigned uiUp, unsigned uiDown, unsigned uiTotal)

@@ -105,16 +105,15 @@ tagMATHVALUE* CDataField::FindVariable(OLECHAR letter)
 
 LONGLONG CDataField::VariableOr0(OLECHAR letter)
 {
-    const tagMATHVALUE* value = m_vars.Find(letter);
-    return value && value->IsInteger() ? value->nValue : 0;
+    return m_vars.IntegerOr0(letter);
 }
 
 LONGLONG CDataField::HourOfDay()
 {
-    const LONGLONG nHour = VariableOr0(OLESTR('h'));
+    const LONGLONG nHour = m_vars.IntegerOr0(OLESTR('h'));
     if (!m_vars.Declares(OLESTR('t')))
         return nHour;
-    const LONGLONG nAfternoon = VariableOr0(OLESTR('t'));
+    const LONGLONG nAfternoon = m_vars.IntegerOr0(OLESTR('t'));
     if (nAfternoon == 1 && nHour < 12)
         return nHour + 12;
     return nAfternoon == 0 && nHour >= 12 ? nHour - 12 : nHour;
@@ -169,21 +168,21 @@ bool CDataField::IsDateInRange()
 {
     if (!m_vars.Declares(OLESTR('y')) || !m_vars.Declares(OLESTR('m')))
         return false;
-    const LONGLONG nYear = VariableOr0(OLESTR('y'));
-    const LONGLONG nMonth = VariableOr0(OLESTR('m'));
+    const LONGLONG nYear = m_vars.IntegerOr0(OLESTR('y'));
+    const LONGLONG nMonth = m_vars.IntegerOr0(OLESTR('m'));
     if (!IsBetween(nYear, 0, 199) && !IsBetween(nYear, 1900, 2099))
         return false;
     if (!IsBetween(nMonth, 1, 12))
         return false;
     return !m_vars.Declares(OLESTR('d')) ||
-           IsBetween(VariableOr0(OLESTR('d')), 1, DaysOfMonth(nMonth));
+           IsBetween(m_vars.IntegerOr0(OLESTR('d')), 1, DaysOfMonth(nMonth));
 }
 
 bool CDataField::IsTimeInRange()
 {
     return m_vars.Declares(OLESTR('h')) && IsBetween(HourOfDay(), 0, 24) &&
-           m_vars.Declares(OLESTR('m')) && IsBetween(VariableOr0(OLESTR('m')), 0, 59) &&
-           IsBetween(VariableOr0(OLESTR('s')), 0, 59);
+           m_vars.Declares(OLESTR('m')) && IsBetween(m_vars.IntegerOr0(OLESTR('m')), 0, 59) &&
+           IsBetween(m_vars.IntegerOr0(OLESTR('s')), 0, 59);
 }
 
 // ---- value -------------------------------------------------------------------
@@ -194,7 +193,7 @@ void CDataField::SetCachedDate(DATE date)
     m_value.date = date;
 }
 
-HRESULT CDataField::GetValue(VARIANT* pVar)
+HRESULT CDataField::ComputeAndGetValue(VARIANT* pVar)
 {
     if (!FaultmereUtil::Assert(pVar != nullptr, "0 != pVar"))
         return E_POINTER;
@@ -232,9 +231,9 @@ HRESULT CDataField::ComputeValue()
 DATE CDataField::ComputeDate()
 {
     SYSTEMTIME time{};
-    time.wDay = static_cast<WORD>(VariableOr0(OLESTR('d')));
-    time.wMonth = static_cast<WORD>(VariableOr0(OLESTR('m')));
-    time.wYear = static_cast<WORD>(VariableOr0(OLESTR('y')));
+    time.wDay = static_cast<WORD>(m_vars.IntegerOr0(OLESTR('d')));
+    time.wMonth = static_cast<WORD>(m_vars.IntegerOr0(OLESTR('m')));
+    time.wYear = static_cast<WORD>(m_vars.IntegerOr0(OLESTR('y')));
     DATE date = 0;
     SystemTimeToVariantTime(&time, &date);
     return std::trunc(date);
@@ -243,10 +242,10 @@ DATE CDataField::ComputeDate()
 // One division of whole ticks makes each time the double nearest to it.
 DATE CDataField::ComputeTime()
 {
-    const LONGLONG nMinutes = HourOfDay() * 60 + VariableOr0(OLESTR('m'));
-    const LONGLONG nSeconds = nMinutes * 60 + VariableOr0(OLESTR('s'));
+    const LONGLONG nMinutes = HourOfDay() * 60 + m_vars.IntegerOr0(OLESTR('m'));
+    const LONGLONG nSeconds = nMinutes * 60 + m_vars.IntegerOr0(OLESTR('s'));
     const LONGLONG nMilliseconds =
-        std::clamp<LONGLONG>(VariableOr0(OLESTR('f')), 0, kMaxMilliseconds);
+        std::clamp<LONGLONG>(m_vars.IntegerOr0(OLESTR('f')), 0, kMaxMilliseconds);
     const LONGLONG nTicks = (nSeconds * 1000 + nMilliseconds) * kTicksPerMillisecond;
     return static_cast<DATE>(nTicks % kTicksPerDay) / static_cast<DATE>(kTicksPerDay);
 }

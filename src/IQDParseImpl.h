@@ -52,7 +52,13 @@ public:
     // The value of the text last parsed, as VT_DATE, VT_R8 or VT_I8. E_FAIL while it
     // isn't valid. The value is computed once and then kept. A time is a fraction of a
     // day, a date has none. *pVar is written on success only; what it held isn't freed.
-    HRESULT GetValue(VARIANT* pVar);
+    HRESULT GetValue(VARIANT* pVar)
+    {
+        if (!pVar || !m_bValid || !HasCachedValue())
+            return ComputeAndGetValue(pVar);
+        *pVar = m_value;
+        return S_OK;
+    }
     bool HasCachedValue() const { return m_value.vt != VT_EMPTY; }
     void SetCachedDate(DATE date);
 
@@ -69,6 +75,7 @@ public:
     void Swap(CDataField& other);
 
 private:
+    HRESULT ComputeAndGetValue(VARIANT* pVar);
     void StoreTemplate(string_view_t sTemplate);
     void Rebuild();
     HRESULT Evaluate(string_view_t sText);

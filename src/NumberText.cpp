@@ -18,7 +18,6 @@ constexpr std::array kExactPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1
                                      1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr std::uint64_t kMaxExactMantissa = std::uint64_t{1} << 53;
 constexpr std::uint64_t kMaxMantissa = std::numeric_limits<std::uint64_t>::max() / 10 - 1;
-constexpr std::size_t kSafeDigits = 18; // any so many fit 64 bits
 
 bool IsBlank(OLECHAR c)
 {
@@ -153,18 +152,11 @@ bool ReadFloatText(string_view_t sText, double& value)
     return true;
 }
 
-bool ReadDigits(string_view_t sText, LONGLONG& value)
+bool ReadManyDigits(string_view_t sText, LONGLONG& value)
 {
     if (!std::ranges::all_of(sText, IsDigit))
         return false;
-    if (sText.size() > kSafeDigits) {
-        value = SaturatedInteger(sText, false);
-        return true;
-    }
-    LONGLONG sum = 0;
-    for (OLECHAR c : sText)
-        sum = sum * 10 + (c - OLESTR('0'));
-    value = sum;
+    value = SaturatedInteger(sText, false);
     return true;
 }
 

@@ -16,9 +16,29 @@ bool ReadIntegerText(string_view_t sText, LONGLONG& value);
 // True for digits only, and for the empty text, which is 0. Saturates.
 bool ReadDigits(string_view_t sText, LONGLONG& value);
 
+// ---- details -------------------------------------------------------------------
+
 constexpr bool IsDigit(OLECHAR c)
 {
     return c >= OLESTR('0') && c <= OLESTR('9');
+}
+
+// ReadDigits of a text that may not fit 64 bits.
+bool ReadManyDigits(string_view_t sText, LONGLONG& value);
+
+inline bool ReadDigits(string_view_t sText, LONGLONG& value)
+{
+    constexpr std::size_t kSafeDigits = 18; // any so many fit 64 bits
+    if (sText.size() > kSafeDigits)
+        return ReadManyDigits(sText, value);
+    LONGLONG sum = 0;
+    for (OLECHAR c : sText) {
+        if (!IsDigit(c))
+            return false;
+        sum = sum * 10 + (c - OLESTR('0'));
+    }
+    value = sum;
+    return true;
 }
 
 } // namespace Hesperon::specifics

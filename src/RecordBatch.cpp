@@ -1,6 +1,7 @@
 #include "src/RecordBatch.h"
 
 #include "diagnostics/FaultmereClient.h"
+#include "src/IBatchLock.h"
 
 using FaultmereUtil::Assert;
 
@@ -32,6 +33,7 @@ CRecordBatch::CRecordBatch(CDataParser& parser, ULONGLONG nLast,
 
 HRESULT CRecordBatch::Parse()
 {
+    const BatchLockGuard lock(m_pRecordParser);
     ULONG nFields = 0;
     HRESULT hr = m_pRecordParser->get_FieldCount(&nFields);
     if (SUCCEEDED(hr))
@@ -130,8 +132,8 @@ CRecordBatch::Line CRecordBatch::CheckOrder()
 CRecordBatch::Line CRecordBatch::CheckSymbol(bool& bNewSymbol)
 {
     Bstr sSymbol;
-    m_hr = m_pRecordParser->GetFieldText(CurrentLine().get(), m_parser.m_nSymbolField,
-                                         sSymbol.put());
+    m_hr =
+        m_pRecordParser->GetFieldText(CurrentLine().get(), m_parser.m_nSymbolField, sSymbol.put());
     if (FAILED(m_hr))
         return Line::Failed;
     const Bstr& sFilter = m_parser.m_sSymbolName;

@@ -43,6 +43,7 @@ HRESULT CRecordParser::Clone(IDispatch** newObj)
         if (const HRESULT hr = CreateObject(clone); FAILED(hr))
             return hr;
         clone->m_state = m_state;
+        clone->m_state.m_bSmartResolution = false; // an editor's wish, not part of the layout
         clone->m_pPriceMultiplier = m_pPriceMultiplier;
         clone->m_pVolumeMultiplier = m_pVolumeMultiplier;
         *newObj = clone.detach();

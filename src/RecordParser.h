@@ -7,13 +7,15 @@
 #include "interfaces/IValueMultiplier.h"
 #include "module/ComObject.h"
 #include "platform/CriticalSection.h"
+#include "src/Guarded.h"
+#include "src/IBatchLock.h"
 #include "src/ParserState.h"
 #include "src/ResolutionInference.h"
 
 namespace Hesperon::specifics {
 
 class CRecordParser final
-    : public ComObject<CRecordParser, Dual<IQRL_TabulexConverter::IRecordParser>>,
+    : public ComObject<CRecordParser, Dual<IQRL_TabulexConverter::IRecordParser>, IBatchLock>,
       private SampleParser
 {
 public:
@@ -77,6 +79,10 @@ public:
     HRESULT STDMETHODCALLTYPE get_Environment(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Environment(BSTR newVal) override;
 
+    // ---- IBatchLock
+    void STDMETHODCALLTYPE EnterBatch() override { m_cs.lock(); }
+    void STDMETHODCALLTYPE LeaveBatch() override { m_cs.unlock(); }
+
     // ---- links (RecordParser.cpp)
     HRESULT STDMETHODCALLTYPE get_DataParser(IDispatch** pVal) override;
     HRESULT STDMETHODCALLTYPE put_DataParser(IDispatch* newVal) override;
@@ -90,14 +96,10 @@ private:
     template <class Body>
     HRESULT Locked(Body body) noexcept
     {
-        try {
+        return Guarded([&] {
             LockGuard lock(m_cs);
             return body();
-        } catch (const std::bad_alloc&) {
-            return E_OUTOFMEMORY;
-        } catch (...) {
-            return E_FAIL;
-        }
+        });
     }
 
     // The column's body under the lock, or hrBadIndex where there is no such column.

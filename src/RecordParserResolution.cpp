@@ -66,6 +66,8 @@ HRESULT CRecordParser::FindResolution(BSTR bsRecord)
 HRESULT CRecordParser::CheckResolution(VARIANT LastDateTime, BSTR* ResolutionError,
                                        IDispatch* pHost)
 {
+    if (!ResolutionError)
+        return E_POINTER;
     return Locked([&]() -> HRESULT {
         if (m_state.m_nResolution == ResolutionNone)
             return E_UNEXPECTED;

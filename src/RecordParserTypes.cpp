@@ -104,9 +104,9 @@ HRESULT CRecordParser::GetTemplateItem(BSTR bsTypeName, LONG nIndex, BSTR* bsNam
 HRESULT CRecordParser::RemoveTemplate(ULONG nField, BSTR Template)
 {
     return WithColumn(nField, E_INVALIDARG, [&](const CDataField& field) {
-        const auto type = m_state.m_types.find(field.GetType());
-        if (type != m_state.m_types.end())
-            type->second.RemoveTemplate(TextOf(Template));
+        const unsigned uiType = field.GetType();
+        if (uiType == TypeDate || uiType == TypeTime)
+            m_state.m_types[uiType].RemoveTemplate(TextOf(Template));
         return S_OK;
     });
 }

@@ -80,7 +80,8 @@ HRESULT CRecordParser::ValueOf(std::size_t nField, VARIANT* pValue)
 
 HRESULT CRecordParser::SampleValue(std::size_t nColumn, VARIANT* pValue)
 {
-    return ValueOf(nColumn, pValue);
+    // A sample can be the first record of all, which then builds the columns anew.
+    return nColumn < m_state.m_fields.size() ? ValueOf(nColumn, pValue) : E_FAIL;
 }
 
 string_view_t CRecordParser::CurrentText(std::size_t nField) const

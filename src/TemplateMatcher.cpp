@@ -184,13 +184,13 @@ HRESULT CompiledTemplate::MatchDenseRun(const Run& run, ChunkText& text,
                                         TemplateVariables& vars) const
 {
     const std::size_t nOwn = std::min<std::size_t>(run.nSteps, text.Size());
-    const std::size_t nStar = run.bStar ? text.Size() - nOwn : 0;
-    const string_view_t sRun = text.Take(nOwn + nStar);
+    const string_view_t sRun = text.Take(run.bStar ? text.Size() : nOwn);
     LONGLONG value;
-    if (run.kind == RunKind::Number && ReadDigits(sRun, value)) {
+    if (run.kind == RunKind::Number && ReadDigits(sRun, value)) [[likely]] {
         vars.At(run.nSlot).Add(tagMATHVALUE::Integer(value));
         return S_OK;
     }
+    const std::size_t nStar = sRun.size() - nOwn;
     const string_view_t sStar = text.IsReversed() ? sRun.substr(0, nStar) : sRun.substr(nOwn);
     if (run.bDigits || (run.bStarDigits && !AreDigits(sStar)))
         return E_INVALIDARG;

@@ -17,12 +17,9 @@ class TemplateVariables
 {
 public:
     // Slots are for the matcher, which looks a letter up once a template.
+    static constexpr int kSlots = 8;
     static constexpr int kNoSlot = -1;
-    static constexpr int SlotOf(OLECHAR letter)
-    {
-        const std::size_t at = kLetters.find(letter);
-        return at == kLetters.npos ? kNoSlot : static_cast<int>(at);
-    }
+    static constexpr int SlotOf(OLECHAR letter);
 
     // Forgets all variables and declares those of a type's pattern (the template
     // up to '@'): integer 0, for a price double 0.
@@ -39,16 +36,46 @@ public:
     {
         return Declares(letter) ? &m_values[SlotOf(letter)] : nullptr;
     }
+    // The integer of a letter, 0 if it isn't declared.
+    LONGLONG IntegerOr0(OLECHAR letter) const
+    {
+        return Declares(letter) && m_values[SlotOf(letter)].IsInteger()
+                   ? m_values[SlotOf(letter)].nValue
+                   : 0;
+    }
     tagMATHVALUE& At(int slot) { return m_values[slot]; }
     void ResetToZero() { m_values.fill(tagMATHVALUE::Integer(0)); }
 
 private:
-    static constexpr string_view_t kLetters = OLESTR("dfhimsty");
-
     void Declare(OLECHAR letter, tagMATHVALUE value);
 
-    std::array<tagMATHVALUE, kLetters.size()> m_values{};
+    std::array<tagMATHVALUE, kSlots> m_values{};
     std::uint8_t m_declared = 0; // a bit a slot
 };
+
+// A switch, so that the slot of a literal is known to the compiler.
+constexpr int TemplateVariables::SlotOf(OLECHAR letter)
+{
+    switch (letter) {
+    case OLESTR('d'):
+        return 0;
+    case OLESTR('f'):
+        return 1;
+    case OLESTR('h'):
+        return 2;
+    case OLESTR('i'):
+        return 3;
+    case OLESTR('m'):
+        return 4;
+    case OLESTR('s'):
+        return 5;
+    case OLESTR('t'):
+        return 6;
+    case OLESTR('y'):
+        return 7;
+    default:
+        return kNoSlot;
+    }
+}
 
 } // namespace Hesperon::specifics

@@ -1,0 +1,38 @@
+// IBatchLock: lets a conversion hold a record parser's lock for a batch, so that
+// the calls for each record and field find it held. Internal to the library; a
+// record parser that doesn't offer it is locked call by call.
+#pragma once
+
+#include "platform/com_ptr.h"
+
+struct IBatchLock : IUnknown
+{
+    virtual void STDMETHODCALLTYPE EnterBatch() = 0;
+    virtual void STDMETHODCALLTYPE LeaveBatch() = 0;
+};
+
+// {7E0C5C1B-9A0D-4B53-8E43-62C1D54D3B0F}
+template <>
+inline constexpr GUID iid_of<IBatchLock> = {
+    0x7E0C5C1B, 0x9A0D, 0x4B53, {0x8E, 0x43, 0x62, 0xC1, 0xD5, 0x4D, 0x3B, 0x0F}};
+
+// Holds the lock, where there is one, while it lives.
+class BatchLockGuard
+{
+public:
+    explicit BatchLockGuard(IUnknown* pRecordParser)
+    {
+        if (pRecordParser && SUCCEEDED(query(pRecordParser, m_p)))
+            m_p->EnterBatch();
+    }
+    ~BatchLockGuard()
+    {
+        if (m_p)
+            m_p->LeaveBatch();
+    }
+    BatchLockGuard(const BatchLockGuard&) = delete;
+    BatchLockGuard& operator=(const BatchLockGuard&) = delete;
+
+private:
+    com_ptr<IBatchLock> m_p;
+};
