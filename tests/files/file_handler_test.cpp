@@ -1,0 +1,501 @@
+#include "interfaces/IRecordParser.h"
+#include "tests/files/Consumers.h"
+
+using namespace Hesperon::specifics;
+using namespace files_test;
+
+namespace {
+
+using Texts = std::vector<std::string>;
+using Counts = std::vector<CountHeard>;
+constexpr ULONGLONG kKey = 17;
+
+class FileHandler : public PoolTest
+{};
+
+TEST_F(FileHandler, KnowsTheFirstRecordsWhenItIsAttached)
+{
+    struct Row
+    {
+        std::size_t nLines;
+        ULONGLONG nAtLeast;
+        bool bComplete;
+    };
+    for (const Row& row : {Row{0, 0, true}, Row{1, 1, true}, Row{100, 100, true},
+                           Row{1000, 1000, true}, Row{40000, 1024, false}}) {
+        SCOPED_TRACE(row.nLines);
+        const TestFile file(NumberedLines(row.nLines));
+        const auto pHandler = Attach(file);
+        bool bComplete = false;
+        EXPECT_GE(Count(pHandler, &bComplete), row.nAtLeast);
+        EXPECT_EQ(bComplete, row.bComplete);
+    }
+}
+
+TEST_F(FileHandler, ScansUpToItsLimitAndNoFurther)
+{
+    const TestFile file(NumberedLines(40000));
+    const auto pHandler = Attach(file);
+    EXPECT_TRUE(Eventually([&] { return Count(pHandler) == 32768; }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_EQ(Count(pHandler), 32768u);
+    EXPECT_FALSE(IsComplete(pHandler));
+
+    EXPECT_EQ(Record(pHandler, 39999), "line 39999");
+    EXPECT_EQ(Count(pHandler), 39999u);
+    EXPECT_FALSE(IsComplete(pHandler));
+    EXPECT_EQ(Record(pHandler, 40000), "<none>");
+    EXPECT_EQ(Count(pHandler), 40000u);
+    EXPECT_TRUE(IsComplete(pHandler));
+}
+
+TEST_F(FileHandler, TellsTheCountOnceIn4096RecordsAndOnceAtTheEnd)
+{
+    struct Row
+    {
+        std::size_t nLines;
+        Counts counts;
+    };
+    const Row rows[] = {
+        {0, {{0, 1}}},
+        {100, {{100, 1}}},
+        {5000, {{4096, 0}, {5000, 1}}},
+        {9000, {{4096, 0}, {8192, 0}, {9000, 1}}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.nLines);
+        const TestFile file(NumberedLines(row.nLines));
+        const auto pHandler = Attach(file);
+        const auto consumer = Make<Consumer>();
+        EXPECT_EQ(pHandler->QueueCountEvents(Unknown(consumer), kKey), S_OK);
+        EXPECT_TRUE(Eventually([&] { return consumer->Counts().size() == row.counts.size(); }));
+        EXPECT_EQ(consumer->Counts(), row.counts);
+        EXPECT_TRUE(Eventually([&] { return pHandler->CancelRequests(kKey) == S_FALSE; }));
+        EXPECT_EQ(consumer->Counts(), row.counts);
+    }
+}
+
+// Behind the scan's limit each turn of the loop tells the count.
+TEST_F(FileHandler, TellsTheCountAtEachTurnOnceTheScanIsDone)
+{
+    const TestFile file(NumberedLines(33000));
+    const auto pHandler = Attach(file);
+    ASSERT_TRUE(Eventually([&] { return Count(pHandler) == 32768; }));
+    const auto counting = Make<Consumer>();
+    pHandler->QueueCountEvents(Unknown(counting), kKey);
+    ASSERT_TRUE(Eventually([&] { return !counting->Counts().empty(); }));
+    EXPECT_EQ(counting->Counts().back(), (CountHeard{32768, 0}));
+
+    const std::size_t nBefore = counting->Counts().size();
+    const auto converting = Make<Consumer>();
+    Signal done;
+    converting->m_onRecord = [&](ULONGLONG nIndex) {
+        if (nIndex < 99)
+            return S_OK;
+        done.Raise();
+        return S_FALSE;
+    };
+    pHandler->QueueConversion(Unknown(converting), kKey + 1);
+    ASSERT_TRUE(done.Await());
+    ASSERT_TRUE(Eventually([&] { return counting->Counts().size() >= nBefore + 101; }));
+    // A turn that starts the conversion, and one for each record.
+    EXPECT_EQ(counting->Counts().size(), nBefore + 101);
+
+    EXPECT_EQ(pHandler->SeekRecord(33000), E_FAIL); // completes the index
+    const auto waking = Make<Consumer>();
+    pHandler->QueueCountEvents(Unknown(waking), kKey + 2);
+    EXPECT_TRUE(Eventually([&] { return counting->Counts().back() == CountHeard{33000, 1}; }));
+    EXPECT_TRUE(Eventually([&] { return waking->Counts() == Counts{{33000, 1}}; }));
+}
+
+TEST_F(FileHandler, CancellingTouchesTheRequestsOfOneKey)
+{
+    const TestFile file(NumberedLines(40000));
+    const auto pHandler = Attach(file);
+    ASSERT_TRUE(Eventually([&] { return Count(pHandler) == 32768; }));
+    const auto first = Make<Consumer>();
+    const auto second = Make<Consumer>();
+    pHandler->QueueCountEvents(Unknown(first), 1);
+    pHandler->QueueCountEvents(Unknown(second), 2);
+    ASSERT_TRUE(Eventually([&] { return !second->Counts().empty(); }));
+    EXPECT_EQ(pHandler->CancelRequests(1), S_OK);
+    EXPECT_EQ(pHandler->CancelRequests(1), S_FALSE);
+    pHandler->SeekRecord(40000);
+    pHandler->QueueFirstRecord(nullptr, 3); // wakes the worker
+    EXPECT_TRUE(Eventually([&] { return second->Counts().back() == CountHeard{40000, 1}; }));
+    EXPECT_EQ(first->Counts().back(), (CountHeard{32768, 0}));
+    EXPECT_EQ(pHandler->CancelRequests(IFileHandler::kAllKeys), S_OK);
+}
+
+TEST_F(FileHandler, DrivesAConversionToTheEndOfTheFile)
+{
+    for (const std::size_t nLines : {0, 1, 1000, 40000}) {
+        SCOPED_TRACE(nLines);
+        const TestFile file(NumberedLines(nLines));
+        const auto pHandler = Attach(file);
+        const auto consumer = Make<Consumer>();
+        Signal done;
+        ULONGLONG nWrong = 0;
+        consumer->m_onRecord = [&](ULONGLONG nIndex) {
+            Bstr bsRecord;
+            if (pHandler->GetRecord(nIndex, 0, bsRecord.put()) != S_OK) {
+                done.Raise();
+                return E_FAIL;
+            }
+            nWrong += Narrow(bsRecord.view()) != "line " + std::to_string(nIndex);
+            return S_OK;
+        };
+        pHandler->QueueConversion(Unknown(consumer), kKey);
+        ASSERT_TRUE(done.Await());
+        EXPECT_EQ(consumer->Records().size(), nLines + 1);
+        EXPECT_EQ(consumer->Records().back(), nLines);
+        EXPECT_EQ(nWrong, 0u);
+        EXPECT_FALSE(consumer->TextGiven());
+        EXPECT_EQ(consumer->Completes().back(), nLines < 40000 ? 1 : 0);
+    }
+}
+
+TEST_F(FileHandler, ConversionsOfOneFileTakeTurns)
+{
+    const TestFile file(NumberedLines(100));
+    const auto pHandler = Attach(file);
+    std::mutex lock;
+    std::string calls;
+    Signal aDone, bDone;
+    const auto answer = [&](char name, Signal& done) {
+        return [&, name](ULONGLONG nIndex) {
+            std::lock_guard guard(lock);
+            calls += name;
+            if (nIndex < 49)
+                return S_OK;
+            done.Raise();
+            return S_FALSE;
+        };
+    };
+    const auto a = Make<Consumer>();
+    const auto b = Make<Consumer>();
+    const auto host = Make<Consumer>();
+    a->m_onRecord = answer('a', aDone);
+    b->m_onRecord = answer('b', bDone);
+    // Both are queued by one call on the worker, so that they begin together.
+    host->m_onRecord = [&](ULONGLONG) {
+        pHandler->QueueConversion(Unknown(a), 1);
+        pHandler->QueueConversion(Unknown(b), 2);
+        return S_FALSE;
+    };
+    pHandler->QueueConversion(Unknown(host), 3);
+    ASSERT_TRUE(aDone.Await());
+    ASSERT_TRUE(bDone.Await());
+    std::string expected;
+    for (int n = 0; n < 50; ++n)
+        expected += "ab";
+    std::lock_guard guard(lock);
+    EXPECT_EQ(calls, expected);
+}
+
+TEST_F(FileHandler, AConversionBeginsWhereItsConsumerSays)
+{
+    struct Row
+    {
+        ULONGLONG nStart;
+        HRESULT hr;
+        ULONGLONG nFirst;
+    };
+    for (const Row& row : {Row{0, S_OK, 0}, Row{70, S_OK, 70}, Row{70, E_FAIL, 0}}) {
+        SCOPED_TRACE(row.nFirst);
+        const TestFile file(NumberedLines(100));
+        const auto pHandler = Attach(file);
+        const auto consumer = Make<LateStarter>();
+        consumer->m_nStart = row.nStart;
+        consumer->m_hrStart = row.hr;
+        pHandler->QueueConversion(consumer->Identity(), kKey);
+        ASSERT_TRUE(consumer->m_done.Await());
+        EXPECT_EQ(consumer->m_nFirst, row.nFirst);
+    }
+}
+
+// A running conversion isn't a request any more.
+TEST_F(FileHandler, ACancelDoesNotReachAConversionThatIsCollected)
+{
+    const TestFile file(NumberedLines(100));
+    const auto pHandler = Attach(file);
+    const auto consumer = Make<Consumer>();
+    Signal begun, cancelled, done;
+    consumer->m_onRecord = [&](ULONGLONG nIndex) {
+        begun.Raise();
+        cancelled.Await();
+        if (nIndex < 9)
+            return S_OK;
+        done.Raise();
+        return S_FALSE;
+    };
+    pHandler->QueueConversion(Unknown(consumer), kKey);
+    ASSERT_TRUE(begun.Await());
+    EXPECT_EQ(pHandler->CancelRequests(kKey), S_FALSE);
+    cancelled.Raise();
+    EXPECT_TRUE(done.Await());
+}
+
+TEST_F(FileHandler, RequestsOfObjectsWithoutTheInterfaceAreDropped)
+{
+    const TestFile file(NumberedLines(10));
+    const auto pHandler = Attach(file);
+    Signal reported;
+    Reports reports([&](const std::string&) { reported.Raise(); });
+    const auto consumer = Make<Consumer>();
+    pHandler->QueueFirstRecord(Unknown(consumer), kKey);
+    pHandler->QueueCountEvents(nullptr, kKey);
+    pHandler->QueueConversion(nullptr, kKey);
+    ASSERT_TRUE(reported.Await());
+    EXPECT_EQ(reports.Texts(), Texts{"pEvents"});
+}
+
+TEST_F(FileHandler, ReleasingDuringAConversionEndsIt)
+{
+    const TestFile file(NumberedLines(100));
+    auto pHandler = Attach(file);
+    const auto consumer = Make<Consumer>();
+    Signal begun, released;
+    consumer->m_onRecord = [&](ULONGLONG nIndex) {
+        if (nIndex == 9) {
+            begun.Raise();
+            released.Await();
+        }
+        return S_OK; // it would go on for ever
+    };
+    pHandler->QueueConversion(Unknown(consumer), kKey);
+    ASSERT_TRUE(begun.Await());
+    pHandler.reset();
+    released.Raise();
+    EXPECT_TRUE(Eventually([&] {
+        consumer->AddRef();
+        return consumer->Release() == 1;
+    })) << "the worker lets go of the consumer";
+    EXPECT_EQ(consumer->Records().size(), 10u);
+}
+
+TEST_F(FileHandler, TheWorkerItselfMayReleaseTheLastReference)
+{
+    const TestFile file(NumberedLines(100));
+    auto pHandler = Attach(file);
+    const auto consumer = Make<Consumer>();
+    Signal queued;
+    consumer->m_onRecord = [&](ULONGLONG nIndex) {
+        queued.Await();
+        if (nIndex == 9)
+            pHandler.reset();
+        return S_OK;
+    };
+    pHandler->QueueConversion(Unknown(consumer), kKey);
+    queued.Raise();
+    EXPECT_TRUE(Eventually([&] {
+        consumer->AddRef();
+        return consumer->Release() == 1;
+    }));
+    EXPECT_EQ(consumer->Records().size(), 10u);
+}
+
+TEST_F(FileHandler, AnswersForItsInterfaceOnly)
+{
+    const TestFile file("ab\ncd\n");
+    const auto pHandler = Attach(file);
+    void* pv = &pv;
+    for (const GUID& iid : {iid_of<IUnknown>, iid_of<IDispatch>, iid_of<IFileHandlerEvents>}) {
+        EXPECT_EQ(pHandler->QueryInterface(iid, &pv), E_NOINTERFACE);
+        EXPECT_EQ(pv, nullptr);
+    }
+    com_ptr<IFileHandler> pSame;
+    EXPECT_EQ(pHandler->QueryInterface(iid_of<IFileHandler>, pSame.put_void()), S_OK);
+    EXPECT_EQ(pSame, pHandler);
+    EXPECT_EQ(pHandler->AddRef(), 3u);
+    EXPECT_EQ(pHandler->Release(), 2u);
+}
+
+TEST_F(FileHandler, RefusesNullPointers)
+{
+    const TestFile file("ab\ncd\n");
+    const auto pHandler = Attach(file);
+    ULONGLONG nCount = 0;
+    EXPECT_EQ(pHandler->GetFileName(nullptr), E_POINTER);
+    EXPECT_EQ(pHandler->GetCount(nullptr, nullptr), E_POINTER);
+    EXPECT_EQ(pHandler->GetCount(&nCount, nullptr), S_OK);
+    EXPECT_EQ(pHandler->GetRecord(0, 0, nullptr), E_POINTER);
+    EXPECT_EQ(pHandler->GetLastRecord(0, nullptr), E_POINTER);
+    EXPECT_EQ(pHandler->GetRelativePos(0, nullptr), E_POINTER);
+    EXPECT_EQ(pHandler->GetApproxCount(nullptr), E_INVALIDARG);
+}
+
+TEST_F(FileHandler, GivesTheResultsOfItsIndex)
+{
+    const TestFile file("ab\ncd\nef\n");
+    const auto pHandler = Attach(file);
+    Bstr bsText;
+    EXPECT_EQ(pHandler->GetFileName(bsText.put()), S_OK);
+    EXPECT_EQ(bsText.view(), file.Name());
+    EXPECT_EQ(pHandler->GetLastRecord(0, bsText.put()), S_OK);
+    EXPECT_EQ(bsText.view(), OLESTR("ef"));
+    EXPECT_EQ(Record(pHandler, 1), "cd");
+    EXPECT_EQ(Record(pHandler, 3), "<none>");
+    EXPECT_EQ(pHandler->SeekRecord(2), S_OK);
+    EXPECT_EQ(pHandler->SeekRecord(3), E_FAIL);
+    FLOAT fPos = 1;
+    EXPECT_EQ(pHandler->GetRelativePos(2, &fPos), S_OK);
+    EXPECT_EQ(fPos, 0);
+    EXPECT_EQ(pHandler->GetRelativePos(1024, &fPos), E_UNEXPECTED);
+    ULONGLONG nCount = 0;
+    EXPECT_EQ(pHandler->GetApproxCount(&nCount), S_OK);
+    EXPECT_EQ(nCount, 3u);
+}
+
+TEST_F(FileHandler, AnEmptyFileHasNoRecordsAndIsComplete)
+{
+    const TestFile file("");
+    const auto pHandler = Attach(file);
+    bool bComplete = false;
+    EXPECT_EQ(Count(pHandler, &bComplete), 0u);
+    EXPECT_TRUE(bComplete);
+    EXPECT_EQ(Record(pHandler, 0), "<none>");
+    Bstr bsText;
+    EXPECT_EQ(pHandler->GetLastRecord(0, bsText.put()), E_FAIL);
+    EXPECT_FALSE(bsText);
+}
+
+TEST_F(FileHandler, AGrownFileIsScannedFurtherWhenTold)
+{
+    const TestFile file(NumberedLines(100));
+    const auto pHandler = Attach(file);
+    file.Append("line 100\nline 101\n");
+    EXPECT_EQ(Record(pHandler, 100), "<none>");
+    EXPECT_EQ(pHandler->RefreshFileSize(), S_OK);
+    EXPECT_EQ(Record(pHandler, 100), "<none>") << "the count is still final";
+    EXPECT_EQ(pHandler->Invalidate(VARIANT_FALSE), S_OK);
+    EXPECT_FALSE(IsComplete(pHandler));
+    EXPECT_EQ(Record(pHandler, 101), "line 101");
+    EXPECT_EQ(Record(pHandler, 102), "<none>");
+    EXPECT_EQ(Count(pHandler), 102u);
+    file.Write("new\n");
+    EXPECT_EQ(pHandler->Invalidate(VARIANT_TRUE), S_OK);
+    EXPECT_EQ(Count(pHandler), 0u);
+    EXPECT_EQ(Record(pHandler, 0), "new");
+    EXPECT_EQ(Record(pHandler, 1), "<none>");
+    EXPECT_EQ(Count(pHandler), 1u);
+}
+
+// ---- files that can't be read -------------------------------------------------
+
+TEST_F(FileHandler, AFileThatShrinksFailsTheCallThatReadsIt)
+{
+    const TestFile file(NumberedLines(60000, std::string(100, 'x')));
+    const auto pHandler = Attach(file);
+    ASSERT_TRUE(Eventually([&] { return Count(pHandler) == 32768; }));
+    file.Truncate(100);
+    Bstr bsRecord;
+    EXPECT_THROW(pHandler->SeekRecord(59000), std::invalid_argument);
+    pHandler->Invalidate(VARIANT_TRUE);
+    EXPECT_EQ(Record(pHandler, 0), "line 0" + std::string(100, 'x').substr(0, 94));
+    EXPECT_EQ(pHandler->SeekRecord(1), E_FAIL);
+    EXPECT_TRUE(IsComplete(pHandler));
+}
+
+TEST_F(FileHandler, AConversionOfAFileThatShrinksEnds)
+{
+    const TestFile file(NumberedLines(60000, std::string(100, 'x')));
+    const auto pHandler = Attach(file);
+    const auto consumer = Make<Consumer>();
+    Signal failed;
+    consumer->m_onRecord = [&](ULONGLONG nIndex) {
+        if (nIndex == 10)
+            file.Truncate(1000);
+        Bstr bsRecord;
+        try {
+            return pHandler->GetRecord(nIndex, 0, bsRecord.put());
+        } catch (const std::invalid_argument&) {
+            failed.Raise();
+            throw;
+        }
+    };
+    pHandler->QueueConversion(Unknown(consumer), kKey);
+    EXPECT_TRUE(failed.Await());
+    EXPECT_TRUE(Eventually([&] {
+        consumer->AddRef();
+        return consumer->Release() == 1;
+    }));
+}
+
+TEST_F(FileHandler, AClosedFileFailsEachRead)
+{
+    const TestFile file(NumberedLines(60000, std::string(100, 'x')));
+    const auto pHandler = Attach(file);
+    ASSERT_TRUE(Eventually([&] { return Count(pHandler) == 32768; }));
+    FilePool::ReleaseFile(file.Name(), true);
+    Bstr bsText;
+    ULONGLONG nCount = 0;
+    EXPECT_THROW(pHandler->SeekRecord(59000), std::invalid_argument);
+    EXPECT_THROW(pHandler->GetLastRecord(0, bsText.put()), std::invalid_argument);
+    EXPECT_FALSE(bsText);
+    EXPECT_EQ(pHandler->GetApproxCount(&nCount), E_INVALIDARG);
+    EXPECT_EQ(pHandler->RefreshFileSize(), S_OK);
+    EXPECT_THROW(pHandler->GetRecord(0, 0, bsText.put()), std::invalid_argument);
+}
+
+TEST_F(FileHandler, ADeletedFileIsReadToItsEnd)
+{
+    auto file = std::make_unique<TestFile>(NumberedLines(40000));
+    const auto pHandler = Attach(*file);
+    file.reset();
+    EXPECT_EQ(Record(pHandler, 39999), "line 39999");
+}
+
+// ---- several at once ----------------------------------------------------------
+
+TEST_F(FileHandler, ConsumersReadAtDifferentPlacesAtTheSameTime)
+{
+    const TestFile file(NumberedLines(20000));
+    const auto pHandler = Attach(file);
+    std::atomic<int> nWrong = 0;
+    std::vector<std::thread> threads;
+    for (unsigned nThread = 0; nThread < 4; ++nThread)
+        threads.emplace_back([&, nThread] {
+            for (unsigned n = 0; n < 400; ++n) {
+                const ULONGLONG nIndex = (n * (nThread + 1) * 37 + nThread * 5000) % 20000;
+                Bstr bsRecord;
+                const HRESULT hr = pHandler->GetRecord(nIndex, 0, bsRecord.put());
+                nWrong += hr != S_OK || Narrow(bsRecord.view()) != "line " + std::to_string(nIndex);
+                ULONGLONG nCount = 0;
+                pHandler->GetApproxCount(&nCount);
+                pHandler->GetCount(&nCount, nullptr);
+            }
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(nWrong, 0);
+}
+
+TEST_F(FileHandler, ConversionsRunWhileConsumersQueueAndCancel)
+{
+    const TestFile file(NumberedLines(40000));
+    const auto pHandler = Attach(file);
+    const auto converting = Make<Consumer>();
+    const auto counting = Make<Consumer>();
+    Signal done;
+    converting->m_onRecord = [&](ULONGLONG nIndex) {
+        Bstr bsRecord;
+        pHandler->GetRecord(nIndex, 0, bsRecord.put());
+        if (nIndex < 3000)
+            return S_OK;
+        done.Raise();
+        return S_FALSE;
+    };
+    pHandler->QueueConversion(Unknown(converting), kKey);
+    std::thread canceller([&] {
+        for (ULONGLONG n = 0; n < 500; ++n) {
+            pHandler->QueueCountEvents(Unknown(counting), n % 3);
+            pHandler->CancelRequests(n % 2);
+        }
+    });
+    EXPECT_TRUE(done.Await());
+    canceller.join();
+    EXPECT_EQ(pHandler->CancelRequests(IFileHandler::kAllKeys), S_OK);
+}
+
+} // namespace
