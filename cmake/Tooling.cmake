@@ -1,8 +1,7 @@
 # Targets for the shape of the code, over the sources of this tree:
 #   format        rewrites them with clang-format
 #   format-check  fails where format would change something
-#   tidy          clang-tidy with the checks of .clang-tidy; configure with ccache or not,
-#                 but without precompiled headers, which clang can't read
+#   tidy          clang-tidy with the checks of .clang-tidy
 find_program(CLANG_FORMAT clang-format)
 find_program(RUN_CLANG_TIDY run-clang-tidy)
 cmake_host_system_information(RESULT TABULEX_CORES QUERY NUMBER_OF_LOGICAL_CORES)
@@ -29,6 +28,7 @@ if(RUN_CLANG_TIDY)
   list(JOIN TABULEX_SOURCE_FOLDERS "|" folders)
   add_custom_target(tidy
     COMMAND "${RUN_CLANG_TIDY}" -quiet -p "${CMAKE_BINARY_DIR}" -j ${TABULEX_CORES}
+            "-extra-arg-before=-isystem${CMAKE_SOURCE_DIR}/cmake/tidy"
             "^${CMAKE_SOURCE_DIR}/(${folders})/.*"
     WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}" VERBATIM USES_TERMINAL)
 endif()

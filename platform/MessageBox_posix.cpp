@@ -10,8 +10,7 @@ void ShowSystemWarning(LONG_PTR, string_view_t text)
     try {
         const std::string line = EncodeText(kUtf8, text) + '\n';
         std::fwrite(line.data(), 1, line.size(), stderr);
-    }
-    catch (const std::exception&) {
+    } catch (const std::exception&) {
         // A warning that can't be shown is no reason to fail.
     }
 }

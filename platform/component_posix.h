@@ -50,8 +50,7 @@ using BSTR = OLECHAR*; // units behind a 32-bit byte count; null is allowed and 
 
 #define OLESTR(text) u##text
 
-union CY
-{
+union CY {
     LONGLONG int64; // ten-thousandths
 };
 
@@ -96,9 +95,18 @@ inline constexpr GUID GUID_NULL{};
 
 // ---- result codes -----------------------------------------------------------
 
-constexpr HRESULT HresultFromCode(std::uint32_t code) { return static_cast<HRESULT>(code); }
-constexpr bool SUCCEEDED(HRESULT hr) { return hr >= 0; }
-constexpr bool FAILED(HRESULT hr) { return hr < 0; }
+constexpr HRESULT HresultFromCode(std::uint32_t code)
+{
+    return static_cast<HRESULT>(code);
+}
+constexpr bool SUCCEEDED(HRESULT hr)
+{
+    return hr >= 0;
+}
+constexpr bool FAILED(HRESULT hr)
+{
+    return hr < 0;
+}
 constexpr HRESULT HRESULT_FROM_WIN32(DWORD error)
 {
     return static_cast<HRESULT>(error) <= 0 ? static_cast<HRESULT>(error)
@@ -256,14 +264,19 @@ struct SAFEARRAY
 };
 static_assert(offsetof(SAFEARRAY, pvData) == 16 && offsetof(SAFEARRAY, rgsabound) == 24);
 
+struct VARIANT_RECORD
+{
+    PVOID pvRecord;
+    PVOID pRecInfo;
+};
+
 struct VARIANT
 {
     VARTYPE vt;
     WORD wReserved1;
     WORD wReserved2;
     WORD wReserved3;
-    union
-    {
+    union {
         LONGLONG llVal;
         LONG lVal;
         BYTE bVal;
@@ -306,11 +319,7 @@ struct VARIANT
         ULONGLONG* pullVal;
         INT* pintVal;
         UINT* puintVal;
-        struct
-        {
-            PVOID pvRecord;
-            PVOID pRecInfo;
-        } record; // makes the value 24 bytes, as published
+        VARIANT_RECORD record; // makes the value 24 bytes, as published
     };
 };
 static_assert(sizeof(VARIANT) == 24 && offsetof(VARIANT, llVal) == 8);

@@ -35,11 +35,10 @@
 
 namespace Hesperon::specifics {
 
-class CDataParser
-    : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
-                       Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
-                       Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
-                       IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo>
+class CDataParser : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
+                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
+                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
+                                     IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo>
 {
 public:
     // Records a batch: a run hands its lines on whenever their count is a multiple.
@@ -114,7 +113,7 @@ public:
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID riid) override;
 
 private:
-    friend class CRecordBatch;         // parses the lines of a run
+    friend class CRecordBatch;          // parses the lines of a run
     friend struct DataParserTestAccess; // lets tests put a file of their own under it
 
     using IDataParserEvents = IQRL_TabulexConverter::IDataParserEvents;
@@ -252,23 +251,23 @@ private:
     // A handler that was removed leaves its key with a null value.
     std::unordered_map<IDispatch*, com_ptr<IFileHandlerEvents>> m_mapFileEventHandlers;
     ULONGLONG m_nPosition = 0;
-    Bstr m_sSymbolName;     // null or empty: no filter
-    ULONG m_nLocale = 1252; // code page number
+    Bstr m_sSymbolName;                              // null or empty: no filter
+    ULONG m_nLocale = 1252;                          // code page number
     std::atomic<bool> m_bAutoDetectCodePage = false; // no lock
     LONG m_bHasHeader = 0;                           // 0 or 1
     ULONG m_nHeaderOffset = 0;                       // lines before the data or the header
     bool m_bInvertedDirection = false;
     ULONGLONG m_nTotalRecords = 0; // lines of the file, read when the direction is inverted
     com_ptr<IDataParserEvents> m_pDataParserEvents; // null unless a run is on
-    std::vector<Bstr> m_sTempRecords;    // lines of the batch; the worker's
-    Variant m_vTypeNames;                // VT_ARRAY|VT_BSTR, never changes
-    std::vector<ULONG> m_arFieldIndices; // field of each delivered column
-    SDateWithStatus m_dtStart, m_dtEnd;  // range of a conversion, inclusive
-    SDateWithStatus m_dtLast;            // last record that passed the order check
+    std::vector<Bstr> m_sTempRecords;               // lines of the batch; the worker's
+    Variant m_vTypeNames;                           // VT_ARRAY|VT_BSTR, never changes
+    std::vector<ULONG> m_arFieldIndices;            // field of each delivered column
+    SDateWithStatus m_dtStart, m_dtEnd;             // range of a conversion, inclusive
+    SDateWithStatus m_dtLast;                       // last record that passed the order check
     bool m_bPortion = false;
     ULONGLONG m_nPortionStart = 0, m_nPortionCount = 0;
-    ULONGLONG m_nLastSymbolHash = 0; // all ones before the first record
-    ULONG m_nSymbolField = 0;        // kNoField: the file has no symbols
+    ULONGLONG m_nLastSymbolHash = 0;                 // all ones before the first record
+    ULONG m_nSymbolField = 0;                        // kNoField: the file has no symbols
     std::atomic<bool> m_bDisableErrorNotify = false; // no lock
     Event m_hAbortEvent{Event::Kind::AutoReset};     // no lock
     FileProxies m_proxies;

@@ -30,8 +30,7 @@ HRESULT CDataParser::put_FileName(BSTR newVal)
     for (int i = 0; i < kTries; ++i) {
         try {
             return OpenFile(TextOf(newVal));
-        }
-        catch (...) {
+        } catch (...) {
             // Another thread may have been closing the file at this moment.
         }
     }

@@ -16,14 +16,11 @@ HRESULT Guarded(Call&& call) noexcept
 {
     try {
         return call();
-    }
-    catch (const std::bad_alloc&) {
+    } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
-    }
-    catch (const std::invalid_argument&) {
+    } catch (const std::invalid_argument&) {
         return E_INVALIDARG;
-    }
-    catch (...) {
+    } catch (...) {
         return E_FAIL;
     }
 }

@@ -149,8 +149,7 @@ HRESULT CDataParser::QueueRun(ULONG_PTR nTranId)
     if (!pHandler)
         return E_INVALIDARG;
     RegisterTransaction(nTranId);
-    const HRESULT hr =
-        pHandler->QueueConversion(static_cast<IFileHandlerEvents*>(this), Key());
+    const HRESULT hr = pHandler->QueueConversion(static_cast<IFileHandlerEvents*>(this), Key());
     if (FAILED(hr))
         UnregisterTransaction();
     return hr;
@@ -235,8 +234,7 @@ HRESULT CDataParser::ReadLine(ULONGLONG nIndex)
 {
     Bstr sRecord;
     try {
-        const HRESULT hr =
-            m_run.pFileHandler->GetRecord(LineOf(nIndex), m_nLocale, sRecord.put());
+        const HRESULT hr = m_run.pFileHandler->GetRecord(LineOf(nIndex), m_nLocale, sRecord.put());
         if (FAILED(hr))
             return hr;
         Assert(!sRecord.view().empty(), "*bsRecord");
@@ -244,8 +242,7 @@ HRESULT CDataParser::ReadLine(ULONGLONG nIndex)
         Assert(!m_sTempRecords.back().view().empty(),
                "!m_sTempRecords[ m_sTempRecords.GetCount() - 1 ].IsEmpty()");
         return hr;
-    }
-    catch (...) {
+    } catch (...) {
         return E_FAIL;
     }
 }

@@ -105,8 +105,8 @@ string_t CDataParser::LackedFieldList()
 {
     Variant vFields;
     const HRESULT hr = m_pRecordParser->get_LackedFields(vFields.put());
-    const bool bNames = SUCCEEDED(hr) && vFields.vt == (VT_ARRAY | VT_BSTR) &&
-                        SafeArrayGetDim(vFields.parray) >= 1;
+    const bool bNames =
+        SUCCEEDED(hr) && vFields.vt == (VT_ARRAY | VT_BSTR) && SafeArrayGetDim(vFields.parray) >= 1;
     if (!bNames) {
         AssertOk(FAILED(hr) ? hr : E_INVALIDARG);
         return {};

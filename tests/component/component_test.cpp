@@ -1,0 +1,133 @@
+// The component library as a host sees it: its entries and its classes.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "component/ObjectMap.h"
+#include "interfaces/ClassIds.h"
+#include "interfaces/IDataParser.h"
+#include "interfaces/IRecordParser.h"
+#include "interfaces/IValueMultiplier.h"
+#include "interfaces/Module.h"
+#include "platform/com_ptr.h"
+#include "platform/values.h"
+
+using namespace IQRL_TabulexConverter;
+
+namespace {
+
+struct ClassRow
+{
+    const char* szClass;
+    CLSID clsid;
+    string_view_t sProgId;
+    GUID iid;
+};
+
+const ClassRow kClasses[] = {
+    {"record parser",
+     {0x40F34F54, 0x56A2, 0x4480, {0xA1, 0x40, 0x42, 0x92, 0xA2, 0x73, 0xF7, 0xC2}},
+     OLESTR("TabulexConverter.RecordParser"),
+     iid_of<IRecordParser>},
+    {"data parser",
+     {0x74D8EF1E, 0x2860, 0x400A, {0xBC, 0x14, 0x48, 0x00, 0x10, 0x88, 0xD6, 0xD2}},
+     OLESTR("TabulexConverter.DataParser"),
+     iid_of<IDataParser>},
+    {"value multiplier",
+     {0x14F2854F, 0x6B57, 0x495D, {0x93, 0xD3, 0xFF, 0xF2, 0x73, 0x53, 0xA6, 0xA9}},
+     OLESTR("CqrlValueMultiplier.CqrlValueMultiplier"),
+     iid_of<IValueMultiplier>},
+};
+
+constexpr CLSID kUnknownClass = {0x40F34F54, 0x56A2, 0x4480, {0, 0, 0, 0, 0, 0, 0, 0}};
+
+TEST(Component, OffersItsClasses)
+{
+    EXPECT_EQ(std::size(kClasses), ObjectMap().size());
+    for (const ClassRow& row : kClasses) {
+        SCOPED_TRACE(row.szClass);
+        const ObjectMapEntry* entry = FindClass(ObjectMap(), row.clsid);
+        ASSERT_TRUE(entry);
+        EXPECT_EQ(row.sProgId, entry->sProgId);
+    }
+}
+
+TEST(Component, CreatesObjectsThroughTheirFactories)
+{
+    for (const ClassRow& row : kClasses) {
+        SCOPED_TRACE(row.szClass);
+        com_ptr<IClassFactory> factory;
+        ASSERT_EQ(S_OK, DllGetClassObject(row.clsid, iid_of<IClassFactory>, factory.put_void()));
+        com_ptr<IDispatch> object;
+        EXPECT_EQ(S_OK, factory->CreateInstance(nullptr, iid_of<IDispatch>, object.put_void()));
+        ASSERT_TRUE(object);
+        com_ptr<IUnknown> named;
+        EXPECT_EQ(S_OK, object->QueryInterface(row.iid, named.put_void()));
+    }
+}
+
+TEST(Component, CreatesObjectsByTheirIdentifiers)
+{
+    for (const ClassRow& row : kClasses) {
+        SCOPED_TRACE(row.szClass);
+        com_ptr<IUnknown> object;
+        EXPECT_EQ(S_OK, CoCreateInstance(row.clsid, nullptr, CLSCTX_INPROC_SERVER, row.iid,
+                                         object.put_void()));
+        EXPECT_TRUE(object);
+        void* p = &object;
+        EXPECT_EQ(E_NOINTERFACE, CoCreateInstance(row.clsid, nullptr, CLSCTX_INPROC_SERVER,
+                                                  iid_of<IClassFactory>, &p));
+        EXPECT_EQ(nullptr, p);
+        p = &object;
+        EXPECT_EQ(CLASS_E_NOAGGREGATION,
+                  CoCreateInstance(row.clsid, object.get(), CLSCTX_INPROC_SERVER, row.iid, &p));
+        EXPECT_EQ(nullptr, p);
+    }
+}
+
+TEST(Component, RefusesOtherClassesAndInterfaces)
+{
+    void* p = &p;
+    EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE,
+              DllGetClassObject(kUnknownClass, iid_of<IClassFactory>, &p));
+    EXPECT_EQ(nullptr, p);
+    p = &p;
+    EXPECT_EQ(E_NOINTERFACE, DllGetClassObject(CLSID_CDataParser, iid_of<IDataParser>, &p));
+    EXPECT_EQ(nullptr, p);
+    p = &p;
+    EXPECT_EQ(REGDB_E_CLASSNOTREG,
+              CoCreateInstance(kUnknownClass, nullptr, CLSCTX_INPROC_SERVER, iid_of<IUnknown>, &p));
+    EXPECT_EQ(nullptr, p);
+    EXPECT_EQ(E_POINTER, DllGetClassObject(CLSID_CDataParser, iid_of<IClassFactory>, nullptr));
+    EXPECT_EQ(E_POINTER, CoCreateInstance(CLSID_CDataParser, nullptr, CLSCTX_INPROC_SERVER,
+                                          iid_of<IUnknown>, nullptr));
+}
+
+TEST(Component, CanBeUnloadedWhenNothingOfItLives)
+{
+    ASSERT_EQ(S_OK, DllCanUnloadNow());
+    com_ptr<IUnknown> object;
+    for (const ClassRow& row : kClasses) {
+        SCOPED_TRACE(row.szClass);
+        ASSERT_EQ(S_OK, CoCreateInstance(row.clsid, nullptr, CLSCTX_INPROC_SERVER, row.iid,
+                                         object.put_void()));
+        EXPECT_EQ(S_FALSE, DllCanUnloadNow());
+        object.reset();
+        EXPECT_EQ(S_OK, DllCanUnloadNow());
+    }
+}
+
+TEST(Component, CanNotBeUnloadedWhileAFactoryIsLocked)
+{
+    com_ptr<IClassFactory> factory;
+    ASSERT_EQ(S_OK, DllGetClassObject(CLSID_CqrlValueMultiplier, iid_of<IClassFactory>,
+                                      factory.put_void()));
+    EXPECT_EQ(S_OK, DllCanUnloadNow()); // a factory alone doesn't keep it
+    EXPECT_EQ(S_OK, factory->LockServer(true));
+    EXPECT_EQ(S_FALSE, DllCanUnloadNow());
+    EXPECT_EQ(S_OK, factory->LockServer(false));
+    EXPECT_EQ(S_OK, DllCanUnloadNow());
+}
+
+} // namespace

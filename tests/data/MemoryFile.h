@@ -1,0 +1,127 @@
+// A file handler over lines in memory. A test injects faults, reads what was asked
+// for, and drives a conversion step by step, as the worker of a file would.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "interfaces/IFileHandlerEvents.h"
+#include "module/ComObject.h"
+#include "platform/values.h"
+#include "src/IFileHandler.h"
+#include "tests/data/Text.h"
+
+class MemoryFile : public ComObject<MemoryFile, IFileHandler>
+{
+public:
+    std::vector<std::string> lines;
+    string_t sName = OLESTR("memory");
+    bool bNullName = false;
+    bool bComplete = true;
+    HRESULT hrGetCount = S_OK;
+    HRESULT hrQueueConversion = S_OK;
+    HRESULT hrInvalidate = S_OK;
+    std::function<void(ULONGLONG nLine)> onGetRecord; // may throw
+    std::function<void()> onGetFileName;              // may throw
+    std::vector<ULONGLONG> linesRead;
+    std::vector<ULONG> codePages;
+    std::vector<std::string> calls;
+    int nCountEvents = 0;
+    com_ptr<IUnknown> pQueued;
+
+    // One step of the conversion that is queued at the given position.
+    HRESULT Step(ULONGLONG nIndex)
+    {
+        const auto pEvents = pQueued.as<IQRL_TabulexConverter::IFileHandlerEvents>();
+        return pEvents->ProcessRecord(nIndex, nullptr, VARIANT_TRUE);
+    }
+
+    // All steps until the consumer wants no more; gives the last result.
+    HRESULT RunConversion()
+    {
+        ULONGLONG nIndex = 0;
+        if (const auto pStart = pQueued.as<IQRL_TabulexConverter::IFileHandlerEvents2>())
+            pStart->get_StartPosition(&nIndex);
+        HRESULT hr = S_OK;
+        while (hr == S_OK)
+            hr = Step(nIndex++);
+        pQueued.reset();
+        return hr;
+    }
+
+    HRESULT STDMETHODCALLTYPE GetFileName(BSTR* bsName) override
+    {
+        if (onGetFileName)
+            onGetFileName();
+        *bsName = bNullName ? nullptr : NewBstr(sName);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetCount(ULONGLONG* nCount, VARIANT_BOOL* pComplete) override
+    {
+        calls.push_back("GetCount");
+        if (FAILED(hrGetCount))
+            return hrGetCount;
+        *nCount = lines.size();
+        if (pComplete)
+            *pComplete = bComplete ? VARIANT_TRUE : VARIANT_FALSE;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetRecord(ULONGLONG nIndex, ULONG nLocale, BSTR* bsRecord) override
+    {
+        linesRead.push_back(nIndex);
+        codePages.push_back(nLocale);
+        if (onGetRecord)
+            onGetRecord(nIndex);
+        if (nIndex >= lines.size())
+            return E_FAIL;
+        *bsRecord = NewBstr(Wide(lines[nIndex]));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE SeekRecord(ULONGLONG nIndex) override
+    {
+        calls.push_back(nIndex == ~0ull ? "SeekRecord end" : "SeekRecord");
+        return nIndex < lines.size() ? S_OK : E_FAIL;
+    }
+    HRESULT STDMETHODCALLTYPE QueueFirstRecord(IUnknown*, ULONGLONG) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE CancelRequests(ULONGLONG) override
+    {
+        calls.push_back("CancelRequests");
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE QueueCountEvents(IUnknown* pObject, ULONGLONG) override
+    {
+        nCountEvents += pObject != nullptr;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE QueueConversion(IUnknown* pObject, ULONGLONG) override
+    {
+        if (SUCCEEDED(hrQueueConversion))
+            pQueued = pObject;
+        return hrQueueConversion;
+    }
+    HRESULT STDMETHODCALLTYPE GetRelativePos(ULONGLONG nIndex, FLOAT* fRelative) override
+    {
+        *fRelative = static_cast<FLOAT>(nIndex) / static_cast<FLOAT>(lines.size());
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetLastRecord(ULONG, BSTR* bsRecord) override
+    {
+        if (lines.empty())
+            return E_FAIL;
+        *bsRecord = NewBstr(Wide(lines.back()));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE RefreshFileSize() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE Invalidate(VARIANT_BOOL bErase) override
+    {
+        calls.push_back(bErase ? "Invalidate erase" : "Invalidate");
+        return hrInvalidate;
+    }
+    HRESULT STDMETHODCALLTYPE GetApproxCount(ULONGLONG* nCount) override
+    {
+        *nCount = lines.size() + 1;
+        return S_OK;
+    }
+};

@@ -1,0 +1,54 @@
+"""Ctrl-C and a request to terminate, at any moment of a conversion."""
+import os
+import pty
+import signal
+import subprocess
+import time
+import unittest
+
+from tool import TOOL, ToolTest, environment, minutes_text
+
+
+def wait_until(condition, seconds=60):
+    deadline = time.time() + seconds
+    while not condition():
+        if time.time() > deadline:
+            raise AssertionError("nothing happened")
+        time.sleep(0.02)
+
+
+class Interrupts(ToolTest):
+    def begun(self):
+        return any(name.startswith("out.csv.") for name in os.listdir(self.folder))
+
+    def test_roll_back_and_leave_nothing(self):
+        self.file("big.csv", minutes_text(400_000))
+        for number in (signal.SIGINT, signal.SIGTERM):
+            with self.subTest(number):
+                tool = subprocess.Popen([TOOL, "convert", self.path("big.csv"), "-q",
+                                         "-o", self.path("out.csv"), "--rejects",
+                                         self.path("rejects.csv")],
+                                        stderr=subprocess.DEVNULL, env=environment())
+                wait_until(self.begun)
+                tool.send_signal(number)
+                self.assertEqual(tool.wait(60), 130)
+                self.assert_entries("big.csv")
+
+    def test_are_heard_while_a_question_stands(self):
+        main, terminal = pty.openpty()
+        tool = subprocess.Popen([TOOL, "convert", self.sample("junk.csv"), "--on-error", "ask",
+                                 "-o", self.path("out.csv")],
+                                stdin=terminal, stderr=subprocess.PIPE, env=environment())
+        os.close(terminal)
+        self.addCleanup(os.close, main)
+        wait_until(self.begun)
+        time.sleep(0.5)
+        tool.send_signal(signal.SIGINT)
+        self.assertEqual(tool.wait(60), 130)
+        self.assertTrue(tool.stderr.read().decode().endswith("result=rollback\n"))
+        tool.stderr.close()
+        self.assert_entries("junk.csv")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,100 @@
+"""Where the rows go: files, devices, pipes, and what is left when that fails."""
+import os
+import subprocess
+import unittest
+
+from tool import SAMPLES, TOOL, ToolTest, environment, expected_rows, minutes_text
+
+
+class Files(ToolTest):
+    def test_appear_when_the_conversion_is_committed(self):
+        result = self.succeed("convert", self.sample("week.csv"), "-o", self.path("out.csv"))
+        self.assertEqual(result.out, "")
+        self.assert_entries("week.csv", "out.csv")
+        self.assertEqual(self.read("out.csv").splitlines(),
+                         [",".join(row) for row in expected_rows(SAMPLES["week.csv"])])
+
+    def test_keep_their_old_content_otherwise(self):
+        self.file("out.csv", "old")
+        self.fail_with(1, "convert", self.sample("junk.csv"), "-o", self.path("out.csv"),
+                       "--on-error", "stop")
+        self.assert_entries("junk.csv", "out.csv")
+        self.assertEqual(self.read("out.csv"), "old")
+
+    def test_are_not_made_by_a_dry_run_nor_by_a_refusal(self):
+        result = self.succeed("convert", self.sample("week.csv"), "--dry-run", "-o",
+                              self.path("out.csv"))
+        self.assertEqual(result.summary(), "batches=1 delivered=20 skipped=0 result=commit")
+        self.fail_with(1, "convert", self.sample("week.csv"), "-o", self.path("out.csv"),
+                       "--size", "9")
+        self.assert_entries("week.csv")
+
+    def test_are_never_the_file_that_is_read(self):
+        path = self.sample("week.csv")
+        os.symlink(path, self.path("link.csv"))
+        for name in ("week.csv", "link.csv"):
+            for option in ("-o", "--rejects"):
+                with self.subTest((name, option)):
+                    err = self.fail_with(2, "convert", path, option, self.path(name)).err
+                    self.assertIn("would replace the file that is read", err)
+        self.assertEqual(self.read("week.csv").encode(), SAMPLES["week.csv"].content())
+
+    def test_a_dry_run_writes_nothing_to_standard_output(self):
+        self.assertEqual(self.succeed("convert", "-n", self.sample("week.csv")).out, "")
+
+
+class Faults(ToolTest):
+    def test_a_place_that_cannot_be_written_is_told_before_the_run(self):
+        cases = [("missing/out.csv", "No such file or directory"), (".", "directory")]
+        for name, reason in cases:
+            with self.subTest(name):
+                result = self.fail_with(3, "convert", self.sample("week.csv"), "-o",
+                                        self.path(name))
+                self.assertIn(reason, result.err)
+                self.assertTrue(result.summary().endswith("result=refused"))
+        self.assert_entries("week.csv")
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "no device that is always full")
+    def test_a_full_device_rolls_back(self):
+        for name in ("week.csv", "long.csv"):
+            with self.subTest(name):
+                result = self.fail_with(3, "convert", self.sample(name), "-o", "/dev/full")
+                self.assertIn("No space left on device", result.err)
+                self.assertTrue(result.summary().endswith("result=rollback"))
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "no device that is always full")
+    def test_full_standard_output_is_a_fault_of_every_command(self):
+        path = self.sample("long.csv")
+        for command in (["convert", path], ["inspect", path], ["inspect", "--json", path],
+                        ["raw", path], ["preview", path], ["raw", "--last", path],
+                        ["template", "Date", "*y/*m/*d", "2003/1/1"]):
+            with self.subTest(command), open("/dev/full", "wb") as full:
+                done = subprocess.run([TOOL, *command], stdout=full, stderr=subprocess.PIPE,
+                                      env=environment(), timeout=60)
+                self.assertEqual(done.returncode, 3, done.stderr)
+                self.assertIn(b"No space left on device", done.stderr)
+
+    @unittest.skipUnless(os.path.exists("/dev/full"), "no device that is always full")
+    def test_rejects_that_cannot_be_written_are_a_fault(self):
+        result = self.fail_with(3, "convert", self.sample("junk.csv"), "--rejects", "/dev/full")
+        self.assertIn("'/dev/full' can't be written", result.err)
+
+
+class Pipes(ToolTest):
+    def test_a_reader_that_goes_ends_every_command_quietly(self):
+        path = self.file("big.csv", minutes_text(30_000))
+        for command in (["convert", "-q", path], ["raw", path],
+                        ["preview", "--count", "20000", path]):
+            with self.subTest(command[0]):
+                tool = subprocess.Popen([TOOL, *command], stdout=subprocess.PIPE,
+                                        stderr=subprocess.PIPE, env=environment())
+                tool.stdout.read(10)
+                tool.stdout.close()
+                err = tool.stderr.read().decode()
+                tool.stderr.close()
+                self.assertEqual(tool.wait(120), 0, err)
+                self.assertEqual(err, "")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,17 @@
+#include "tools/tabulex/Commands.h"
+#include "tools/tabulex/Fault.h"
+#include "tools/tabulex/SettingsCheck.h"
+
+namespace tabulex {
+
+ExitStatus Check(const Context& context, const std::string& file)
+{
+    Host host(context.offers);
+    OpenWithSettings(host, file, context.options.settings, context.console);
+    const std::string fault = CheckSettings(host);
+    if (!fault.empty())
+        throw Fault{ExitStatus::Refused, fault};
+    return ExitStatus::Done;
+}
+
+} // namespace tabulex

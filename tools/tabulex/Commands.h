@@ -1,0 +1,27 @@
+// The commands. Each runs for one file (template: for none), writes its result to
+// standard output and throws Fault where it can't.
+#pragma once
+
+#include <string>
+
+#include "tools/tabulex/Console.h"
+#include "tools/tabulex/Options.h"
+
+namespace tabulex {
+
+struct Context
+{
+    const Options& options;
+    const ResolutionOffers& offers;
+    Console& console;
+    bool bColour; // on standard output
+};
+
+ExitStatus Inspect(const Context& context, const std::string& file);
+ExitStatus Convert(const Context& context, const std::string& file);
+ExitStatus Preview(const Context& context, const std::string& file);
+ExitStatus Check(const Context& context, const std::string& file);
+ExitStatus Raw(const Context& context, const std::string& file);
+ExitStatus TryTemplate(const Context& context);
+
+} // namespace tabulex

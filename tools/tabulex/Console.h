@@ -1,0 +1,56 @@
+// Console: all that the tool says on standard error, and the choice of colours.
+//
+// One line of progress may stand below the text; whatever is said takes its place
+// first. Every operation may come from any thread.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "tools/tabulex/Terminal.h"
+
+namespace tabulex {
+
+enum class When
+{
+    Auto,
+    Always,
+    Never
+};
+
+// Whether colours go to a stream: by choice, then NO_COLOR, then the terminal.
+bool WantsColour(When choice, Stream stream);
+
+// Text between escape sequences where `bColour` says so.
+std::string Bold(std::string_view text, bool bColour);
+
+class Console
+{
+public:
+    Console() = default;
+    Console(bool bColour, bool bQuiet, bool bVerbose);
+
+    bool IsQuiet() const { return m_bQuiet; }
+
+    void Error(std::string_view message);
+    void Warning(std::string_view message); // not when quiet
+    void Note(std::string_view message);    // only when verbose
+    void Print(std::string_view text);      // as it stands
+
+    // Draws the line of progress anew, or takes it away where the text is empty.
+    void ShowProgress(std::string_view text);
+
+private:
+    void Say(const char* pszColour, std::string_view kind, std::string_view message);
+    void Write(std::string_view text);
+    void ClearProgress();
+
+    std::mutex m_lock;
+    bool m_bColour = false;
+    bool m_bQuiet = false;
+    bool m_bVerbose = false;
+    bool m_bProgressShown = false;
+};
+
+} // namespace tabulex

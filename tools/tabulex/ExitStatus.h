@@ -1,0 +1,23 @@
+// Exit statuses of the tool: what scripts may rely on.
+#pragma once
+
+#include <algorithm>
+
+namespace tabulex {
+
+enum class ExitStatus
+{
+    Done = 0,
+    Refused = 1,   // the data or the settings stand against the work
+    Usage = 2,     // the command line can't be understood
+    FileFault = 3, // a file can't be opened, read or written
+    Interrupted = 130,
+};
+
+// Several files end with the highest status of all.
+inline ExitStatus Worse(ExitStatus a, ExitStatus b)
+{
+    return std::max(a, b);
+}
+
+} // namespace tabulex

@@ -1,0 +1,47 @@
+// Dates, times and numbers as text, the same in every output of the tool.
+//
+// A DATE is days since 1899-12-30, the fraction being the time of day. Times are
+// rounded to milliseconds; these are written only where they aren't 0.
+#pragma once
+
+#include <array>
+#include <limits>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/component.h"
+
+namespace tabulex {
+
+void AppendTime(std::string& out, DATE date); // HH:MM:SS or HH:MM:SS.mmm
+void AppendPrice(std::string& out, double value);
+void AppendWhole(std::string& out, LONGLONG value);
+
+// YYYY-MM-DDTHH:MM:SS, with .mmm as above; `separator` takes the place of the T.
+std::string DateTimeText(DATE date, char separator = 'T');
+
+// YYYY-MM-DD for whole days. Neighbouring rows mostly share their day, so the last
+// text is kept. Not synchronised; the view is good until the next call.
+class DateText
+{
+public:
+    std::string_view Of(DATE date);
+
+private:
+    double m_day = std::numeric_limits<double>::quiet_NaN();
+    std::array<char, 16> m_text{};
+    std::size_t m_nLength = 0;
+};
+
+// Reads YYYY-MM-DD, or that and HH:MM[:SS[.fff]] behind 'T' or a blank. A date
+// alone means its first moment. Empty for anything else.
+std::optional<DATE> ParseDateTime(std::string_view text);
+
+// The whole of `text` as a number; empty if it isn't one, or too large.
+std::optional<ULONGLONG> ParseWhole(std::string_view text);
+
+// 1234567 as "1,234,567".
+std::string WithThousands(ULONGLONG value);
+
+} // namespace tabulex

@@ -1,0 +1,24 @@
+// Ctrl-C and a request to terminate.
+//
+// Outside of a Deferral the process ends at once with status 130: nothing is to be
+// cleaned up. Inside, the request is only noted, so that the work can be rolled
+// back; a second one ends the process all the same.
+#pragma once
+
+namespace tabulex {
+
+void CatchInterrupts();
+
+// True once a request has come while a Deferral stood. From any thread.
+bool Interrupted();
+
+class Deferral
+{
+public:
+    Deferral();
+    ~Deferral();
+    Deferral(const Deferral&) = delete;
+    Deferral& operator=(const Deferral&) = delete;
+};
+
+} // namespace tabulex

@@ -1,0 +1,39 @@
+// RecordTable: decoded records as rows of a table, for people.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/values.h"
+#include "tools/tabulex/Columns.h"
+#include "tools/tabulex/Formats.h"
+#include "tools/tabulex/TextTable.h"
+
+namespace tabulex {
+
+class RecordTable
+{
+public:
+    // The layout of the host's file is taken as it stands now.
+    RecordTable(const Host& host, bool bColour);
+
+    // Adds the record at a position. False behind the last one.
+    bool Add(ULONGLONG nPosition);
+    // See TextTable::Take.
+    std::string Take(std::string_view indent = "") { return m_table.Take(indent); }
+
+private:
+    bool IsInRange(const std::vector<Variant>& cells) const;
+    bool IsOfSymbol(const std::vector<Variant>& cells) const;
+
+    const Host& m_host;
+    std::vector<Column> m_columns;
+    ULONGLONG m_nKnownEnd; // no record stands there or behind
+    DATE m_dtStart;
+    DATE m_dtEnd;
+    std::string m_sSymbol; // of the import; empty for all
+    DateText m_dates;
+    TextTable m_table;
+};
+
+} // namespace tabulex

@@ -1,0 +1,56 @@
+// ResolutionOffers: the resolutions that the host offers to the component.
+//
+// The host speaks of resolutions by its own ids; the component numbers them 0 to 7.
+// The list starts with the row for none.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "interfaces/IRecordParser.h"
+
+namespace tabulex {
+
+struct HostResolution
+{
+    LONG nHostId;
+    std::string sName;
+};
+
+// What the tool offers where the command line says nothing else.
+const std::vector<HostResolution>& DefaultResolutions();
+
+class ResolutionOffers
+{
+public:
+    // `sNone` is the display name of the row for none.
+    explicit ResolutionOffers(std::string sNone);
+
+    // False, and no change, for a name that is in the list already. A second offer
+    // of the host's id for ticks becomes the one for bars of ticks; an id that
+    // names nothing renames the row for none.
+    bool Add(const HostResolution& resolution);
+
+    HRESULT Publish(IQRL_TabulexConverter::IRecordParser& records) const;
+
+    struct Row
+    {
+        LONG nId; // the component's, 0 to 7
+        std::string sName;
+    };
+    const std::vector<Row>& Rows() const { return m_rows; }
+
+    // Null for an id that isn't offered.
+    const Row* FindId(LONG nId) const;
+    // By the whole name, then by the name before its last "|"; case doesn't matter.
+    const Row* FindName(std::string_view name) const;
+
+private:
+    std::vector<Row> m_rows;
+};
+
+// The name before its last "|", behind which a size may stand.
+std::string_view WithoutSize(std::string_view name);
+
+} // namespace tabulex

@@ -1,0 +1,33 @@
+// RowWriter: a format in which delivered records leave the tool.
+//
+// Text is appended to a buffer that the caller empties. Used by one thread.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/tabulex/Columns.h"
+
+namespace tabulex {
+
+class RowWriter
+{
+public:
+    virtual ~RowWriter() = default;
+
+    // What stands before the first row.
+    virtual void Begin(std::string& out) = 0;
+    // One record: a cell for each column.
+    virtual void Row(const VARIANT* cells, std::string& out) = 0;
+};
+
+enum class OutputFormat
+{
+    Csv,
+    JsonLines
+};
+
+std::unique_ptr<RowWriter> MakeRowWriter(OutputFormat format, std::vector<Column> columns);
+
+} // namespace tabulex

@@ -1,0 +1,50 @@
+// Settings: what the command line asks of the component, and how it is applied
+// through the component's properties.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/tabulex/Console.h"
+#include "tools/tabulex/Host.h"
+
+namespace tabulex {
+
+struct ColumnSetting
+{
+    ULONG nField;          // from 0
+    std::string sType;     // name of a field type, or "none"
+    std::string sTemplate; // empty: the one that stands, or the first that fits
+};
+
+struct Portion
+{
+    ULONGLONG nStart; // record position, from 0
+    ULONGLONG nCount;
+};
+
+struct Settings
+{
+    std::optional<ULONG> nCodePage;
+    std::optional<std::string> sPriceMultiplier;
+    std::optional<std::string> sVolumeMultiplier;
+    std::optional<LONG> nDividers; // mask as in IRecordParser::FieldDividers
+    std::optional<ULONG> nLinesToSkip;
+    std::vector<ColumnSetting> columns;
+    std::optional<std::string> sResolution; // name, possibly "name|size"
+    std::optional<LONG> nSize;
+    bool bBarEndTime = false;
+    std::optional<std::string> sSymbol;
+    std::optional<DATE> dtFrom;
+    std::optional<DATE> dtTo;
+    std::optional<Portion> portion; // of a conversion; not applied here
+};
+
+// Opens the file and applies the settings in the order in which they build on each
+// other. Throws Fault for the first that is refused. Settings that stand but mean
+// less than the user may think are told as warnings.
+void OpenWithSettings(Host& host, const std::string& path, const Settings& settings,
+                      Console& console);
+
+} // namespace tabulex

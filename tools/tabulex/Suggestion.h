@@ -1,0 +1,16 @@
+// The right word for a near miss.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tabulex {
+
+// The candidate that differs least from `word` in letters left out, added, changed or
+// swapped with a neighbour; empty if none is near enough to be meant.
+std::optional<std::string> Suggest(std::string_view word,
+                                   const std::vector<std::string>& candidates);
+
+} // namespace tabulex

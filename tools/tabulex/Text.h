@@ -1,0 +1,28 @@
+// Text between the component's UTF-16 and the UTF-8 of terminals and files.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/component.h"
+
+namespace tabulex {
+
+// Appends UTF-16 as UTF-8; a lone surrogate becomes U+FFFD.
+void AppendUtf8(std::string& out, string_view_t text);
+std::string ToUtf8(string_view_t text);
+
+// Malformed bytes become U+FFFD.
+string_t FromUtf8(std::string_view bytes);
+
+// The form in which the component takes paths: a byte that isn't UTF-8 is carried
+// as a lone low surrogate U+DC80 to U+DCFF, so that every name can be opened.
+string_t PathFromBytes(std::string_view bytes);
+
+// Terminal columns that the text takes: two for wide East Asian characters.
+std::size_t DisplayWidth(std::string_view utf8);
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b);
+std::string LowerCase(std::string_view text); // ASCII letters only
+
+} // namespace tabulex
