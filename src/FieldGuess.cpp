@@ -134,7 +134,7 @@ TemplateGuess GuessTypeAndTemplate(unsigned uiFrom, string_view_t sField, const 
         const auto& [uiType, type] = *it;
         if (used[uiType])
             continue;
-        const TemplateGuess guess =
+        TemplateGuess guess =
             IsPriceType(uiType)   ? NumberGuess(uiType, IsFloatText(sText), excluded)
             : IsWholeType(uiType) ? NumberGuess(uiType, IsIntegerText(sText, true), excluded)
                                   : WalkTemplates(type, sText, excluded);

@@ -45,7 +45,7 @@ string_t WithoutSize(string_view_t sName)
 string_t QuotedList(const LockedArray<BSTR>& names)
 {
     string_t sList;
-    for (const BSTR sName : names.Elements()) {
+    for (BSTR sName : names.Elements()) {
         if (!sList.empty())
             sList += OLESTR(", ");
         sList.append(OLESTR("\"")).append(TextOf(sName)).append(OLESTR("\""));

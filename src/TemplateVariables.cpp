@@ -23,6 +23,8 @@ string_view_t LettersOf(unsigned uiType)
 void TemplateVariables::Declare(OLECHAR letter, tagMATHVALUE value)
 {
     const int slot = SlotOf(letter);
+    if (slot == kNoSlot)
+        return;
     m_values[slot] = value;
     m_declared = static_cast<std::uint8_t>(m_declared | 1 << slot);
 }

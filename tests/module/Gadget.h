@@ -72,12 +72,14 @@ public:
     }
     HRESULT STDMETHODCALLTYPE get_Label(BSTR* pVal) override
     {
-        *pVal = NewBstr(OLESTR("label"));
+        if (SUCCEEDED(m_hr))
+            *pVal = NewBstr(OLESTR("label"));
         return Called("get_Label");
     }
     HRESULT STDMETHODCALLTYPE get_Names(VARIANT* pVal) override
     {
-        *pVal = Variant::FromText(OLESTR("names")).detach();
+        if (SUCCEEDED(m_hr))
+            *pVal = Variant::FromText(OLESTR("names")).detach();
         return Called("get_Names");
     }
 

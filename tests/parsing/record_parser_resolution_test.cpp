@@ -95,6 +95,15 @@ TEST(ChosenResolution, TakesTheHeaderFromTheFirstPosition)
     EXPECT_EQ("Date *m/*d/*y, Open", file.Columns());
 }
 
+TEST(ChosenResolution, LeavesTheHeaderLinesWhereTheyWereFound)
+{
+    ParsedFile file({OLESTR("Foo,Bar"), OLESTR("Date,Close"), OLESTR("01/02/2003,1.5")});
+    ASSERT_EQ(S_OK, file.Load());
+    ASSERT_EQ(1u, file.File().m_nHeaderOffset);
+    EXPECT_EQ(S_OK, file->put_Resolution(ResolutionDays));
+    EXPECT_EQ(1u, file.File().m_nHeaderOffset);
+}
+
 TEST(ResolutionSize, IsReadByTheResolution)
 {
     struct Row

@@ -16,11 +16,12 @@ BSTR Text(Bstr& owner, string_view_t sText)
     return owner.get();
 }
 
-class Templates : public testing::Test
+class ColumnTemplates : public testing::Test
 {
 protected:
     // Date *m/*d/*y, Time *h:mm, Open, High
-    Templates() : m_file({OLESTR("01/02/2003,09:30,1.5,2.5"), OLESTR("01/03/2003,09:30,1.5,2.5")})
+    ColumnTemplates()
+        : m_file({OLESTR("01/02/2003,09:30,1.5,2.5"), OLESTR("01/03/2003,09:30,1.5,2.5")})
     {
         EXPECT_EQ(S_OK, m_file.Load());
         EXPECT_EQ("Date *m/*d/*y, Time *h:mm, Open, High", m_file.Columns());
@@ -44,7 +45,7 @@ protected:
     ParsedFile m_file;
 };
 
-TEST_F(Templates, SetByHandJoinTheList)
+TEST_F(ColumnTemplates, SetByHandJoinTheList)
 {
     const LONG nBefore = TemplateCount(OLESTR("Date"));
     EXPECT_EQ(S_OK, SetTemplate(OLESTR("*D/*M/*Y"), 0));
@@ -63,7 +64,7 @@ TEST_F(Templates, SetByHandJoinTheList)
     EXPECT_EQ(0, bDefault);
 }
 
-TEST_F(Templates, ThatStandOrAreOfOtherTypesChangeNothing)
+TEST_F(ColumnTemplates, ThatStandOrAreOfOtherTypesChangeNothing)
 {
     EXPECT_EQ(S_OK, SetTemplate(OLESTR("*M/*D/*Y"), 0)); // but for case the present one
     EXPECT_EQ(S_OK, SetTemplate(OLESTR("*i"), 2));
@@ -72,7 +73,7 @@ TEST_F(Templates, ThatStandOrAreOfOtherTypesChangeNothing)
     EXPECT_EQ(E_INVALIDARG, SetTemplate(OLESTR("*y"), 4));
 }
 
-TEST_F(Templates, ThatAreEmptyAreReported)
+TEST_F(ColumnTemplates, ThatAreEmptyAreReported)
 {
     Reports reports;
     SetTemplate(OLESTR(""), 0);
@@ -83,7 +84,7 @@ TEST_F(Templates, ThatAreEmptyAreReported)
     EXPECT_EQ("Date *m/*d/*y, Time *h:mm, Open, High", m_file.Columns());
 }
 
-TEST_F(Templates, AreTheBaseOfANewInferenceWhenThatIsSmart)
+TEST_F(ColumnTemplates, AreTheBaseOfANewInferenceWhenThatIsSmart)
 {
     EXPECT_EQ(S_OK, m_file->put_SmartResolutionEnabled(VARIANT_TRUE));
     EXPECT_EQ(S_OK, m_file->SetFieldType(2, TypeClose));
@@ -95,7 +96,7 @@ TEST_F(Templates, AreTheBaseOfANewInferenceWhenThatIsSmart)
     EXPECT_TRUE(reports.Texts().empty());
 }
 
-TEST_F(Templates, OfColumnsThatWereNeverFixedAreReportedWhenInferenceIsSmart)
+TEST_F(ColumnTemplates, OfColumnsThatWereNeverFixedAreReportedWhenInferenceIsSmart)
 {
     m_file.File().m_pRecordParser = nullptr; // no refresh builds the columns anew
     EXPECT_EQ(S_OK, m_file->put_SmartResolutionEnabled(VARIANT_TRUE));
@@ -109,7 +110,7 @@ TEST_F(Templates, OfColumnsThatWereNeverFixedAreReportedWhenInferenceIsSmart)
     EXPECT_EQ("FF", Refreshes());
 }
 
-TEST_F(Templates, AreListedForDateAndTimeAlone)
+TEST_F(ColumnTemplates, AreListedForDateAndTimeAlone)
 {
     Bstr owner;
     Variant list;
@@ -129,7 +130,7 @@ TEST_F(Templates, AreListedForDateAndTimeAlone)
     EXPECT_EQ(E_NOTIMPL, m_file->SetTemplates(list, Text(owner, OLESTR("Date"))));
 }
 
-TEST_F(Templates, AreHandedOutOneByOne)
+TEST_F(ColumnTemplates, AreHandedOutOneByOne)
 {
     Bstr date, open, name;
     LONG nCount = 0;
@@ -153,7 +154,7 @@ TEST_F(Templates, AreHandedOutOneByOne)
     EXPECT_EQ(E_INVALIDARG, m_file->GetTemplateItem(bsDate, 0, name.put(), nullptr));
 }
 
-TEST_F(Templates, AreRemovedUnlessTheyAreDefaults)
+TEST_F(ColumnTemplates, AreRemovedUnlessTheyAreDefaults)
 {
     Bstr owner;
     EXPECT_EQ(S_OK, SetTemplate(OLESTR("*m/*d/y*"), 0));
@@ -164,14 +165,6 @@ TEST_F(Templates, AreRemovedUnlessTheyAreDefaults)
     EXPECT_EQ(S_OK, m_file->RemoveTemplate(0, Text(owner, OLESTR("*m/*d/y*"))));
     EXPECT_EQ(25, TemplateCount(OLESTR("Date")));
     EXPECT_EQ(E_INVALIDARG, m_file->RemoveTemplate(4, Text(owner, OLESTR("*m/*d/y*"))));
-}
-
-TEST_F(Templates, OfNumbersAreNotRemoved)
-{
-    Bstr owner;
-    EXPECT_EQ(S_OK, m_file->RemoveTemplate(2, Text(owner, OLESTR("*i.*f"))));
-    EXPECT_EQ(S_OK, m_file->RecreateFealds());
-    EXPECT_EQ("Date *m/*d/*y, Time *h:mm, Open, High", m_file.Columns());
 }
 
 } // namespace

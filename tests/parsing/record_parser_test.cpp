@@ -176,11 +176,13 @@ TEST(LinesToSkip, KeepTheDateThatStands)
 {
     ParsedFile file(Lines(3, OLESTR("01/02/2003,1.5")));
     EXPECT_EQ(S_OK, file.Load());
+    // The date that a choice of the resolution finds isn't fixed by it.
+    EXPECT_EQ(S_OK, file->SetFieldType(0, TypeVolume));
+    EXPECT_EQ(S_OK, file->put_Resolution(ResolutionDays));
+    EXPECT_EQ("Date *m/*d/*y, Open", file.Columns());
     EXPECT_EQ(S_OK, file->SetFieldTemplate(Bstr(OLESTR("*d/*m/*y")).get(), 0));
-    // The reset of the columns would find the month first again.
-    EXPECT_EQ(S_OK, file->SetFieldType(1, TypeClose));
     EXPECT_EQ(S_OK, file->put_LinesToSkip(1));
-    EXPECT_EQ("Date *m/*d/*y, Open", file.Columns()); // as predefined with the layout
+    EXPECT_EQ("Date *d/*m/*y, Open", file.Columns());
 }
 
 TEST(LinesToSkip, NeedADataParser)

@@ -21,6 +21,11 @@ class Files(ToolTest):
         self.assert_entries("junk.csv", "out.csv")
         self.assertEqual(self.read("out.csv"), "old")
 
+    def test_keep_the_permissions_of_what_they_replace(self):
+        os.chmod(self.file("out.csv", "old"), 0o600)
+        self.succeed("convert", self.sample("week.csv"), "-o", self.path("out.csv"))
+        self.assertEqual(os.stat(self.path("out.csv")).st_mode & 0o777, 0o600)
+
     def test_are_not_made_by_a_dry_run_nor_by_a_refusal(self):
         result = self.succeed("convert", self.sample("week.csv"), "--dry-run", "-o",
                               self.path("out.csv"))
@@ -76,8 +81,11 @@ class Faults(ToolTest):
 
     @unittest.skipUnless(os.path.exists("/dev/full"), "no device that is always full")
     def test_rejects_that_cannot_be_written_are_a_fault(self):
-        result = self.fail_with(3, "convert", self.sample("junk.csv"), "--rejects", "/dev/full")
+        result = self.fail_with(3, "convert", self.sample("junk.csv"), "--rejects", "/dev/full",
+                                "-o", self.path("out.csv"))
         self.assertIn("'/dev/full' can't be written", result.err)
+        self.assertTrue(result.summary().endswith("result=rollback"))
+        self.assert_entries("junk.csv")
 
 
 class Pipes(ToolTest):

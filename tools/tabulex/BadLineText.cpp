@@ -8,7 +8,7 @@ namespace tabulex {
 
 namespace {
 
-constexpr ULONGLONG kBatchLines = 1000;
+constexpr ULONGLONG kBatchLines = 1000; // as the component gathers them
 
 } // namespace
 
@@ -22,6 +22,7 @@ BadLineText::BadLineText(const Host& host, const std::optional<Portion>& portion
 std::string BadLineText::Of(ULONGLONG nLine, ULONGLONG nBatchStart)
 {
     ULONGLONG nAt = nLine - 1;
+    // One position earlier is one line further down where the file is read backwards.
     if (IsShifted(nBatchStart))
         nAt += m_bInverted ? ULONGLONG(-1) : 1;
     if (m_lines->put_Position(nAt) != S_OK)
@@ -29,6 +30,8 @@ std::string BadLineText::Of(ULONGLONG nLine, ULONGLONG nBatchStart)
     return ToUtf8(GetText(*m_lines.get(), &IDataParser::get_CurrentRecord));
 }
 
+// Full batches are numbered rightly; so is the last one of a run that ends by failing
+// to read another line.
 bool BadLineText::IsShifted(ULONGLONG nBatchStart)
 {
     if (!m_bInverted && !m_portion)
@@ -37,6 +40,7 @@ bool BadLineText::IsShifted(ULONGLONG nBatchStart)
     return nLast && *nLast + 1 - nBatchStart < kBatchLines;
 }
 
+// Found when first wanted: it may take a walk to the end of the portion.
 std::optional<ULONGLONG> BadLineText::LastPosition()
 {
     if (!m_bLastKnown)

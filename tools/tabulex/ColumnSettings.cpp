@@ -9,6 +9,7 @@ namespace tabulex {
 
 namespace {
 
+// What the user writes for a column without a type.
 constexpr std::string_view kNone = "none";
 
 std::string TemplateOf(const Host& host, ULONG nField)
@@ -27,6 +28,7 @@ void SetTemplate(const Host& host, const ColumnSetting& column, const std::strin
                                                      column.nField + 1, sTemplate, HexOf(hr))};
 }
 
+// Whether the column's template reads one record of the file.
 bool ReadsRecord(const Host& host, ULONG nField, HRESULT (IDataParser::*record)(BSTR*))
 {
     Bstr text;
@@ -36,6 +38,7 @@ bool ReadsRecord(const Host& host, ULONG nField, HRESULT (IDataParser::*record)(
     return host.Records().GetFieldValue(value.put(), nField) == S_OK;
 }
 
+// The ends of the file tell day and month apart more often than neighbours do.
 bool ReadsFirstAndLast(const Host& host, ULONG nField)
 {
     return host.Data().put_Position(0) == S_OK &&

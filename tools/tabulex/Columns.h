@@ -8,6 +8,7 @@
 
 namespace tabulex {
 
+// How the values of a column are written.
 enum class ColumnKind
 {
     Date,

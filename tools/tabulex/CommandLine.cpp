@@ -131,6 +131,7 @@ std::string UsageMessage(const CLI::App& app, const CLI::ParseError& fault)
     return fault.what();
 }
 
+// Names the help of the command that was meant, where there is one.
 ExitStatus TellUsageError(const CLI::App& app, const std::string& message)
 {
     const auto commands = app.get_subcommands();

@@ -9,6 +9,7 @@
 
 namespace tabulex {
 
+// What commands share. All of it outlives the command.
 struct Context
 {
     const Options& options;
@@ -17,6 +18,7 @@ struct Context
     bool bColour; // on standard output
 };
 
+// One command each, by their names; what they print stands in the help.
 ExitStatus Inspect(const Context& context, const std::string& file);
 ExitStatus Convert(const Context& context, const std::string& file);
 ExitStatus Preview(const Context& context, const std::string& file);

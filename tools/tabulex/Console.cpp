@@ -19,6 +19,7 @@ bool WantsColour(When choice, Stream stream)
 {
     if (choice != When::Auto)
         return choice == When::Always;
+    // Set to anything but nothing, whatever it says.
     const char* pszNoColour = std::getenv("NO_COLOR");
     if (pszNoColour && *pszNoColour)
         return false;
@@ -86,6 +87,7 @@ void Console::ClearProgress()
     m_bProgressShown = false;
 }
 
+// Standard error isn't buffered: a call is one write.
 void Console::Write(std::string_view text)
 {
     std::fwrite(text.data(), 1, text.size(), stderr);

@@ -12,6 +12,7 @@
 
 namespace tabulex {
 
+// A choice that the surroundings make unless the user does.
 enum class When
 {
     Auto,
@@ -29,10 +30,12 @@ class Console
 {
 public:
     Console() = default;
+    // bQuiet keeps warnings back, bVerbose lets notes through; errors are always said.
     Console(bool bColour, bool bQuiet, bool bVerbose);
 
     bool IsQuiet() const { return m_bQuiet; }
 
+    // One line each, behind the tool's name.
     void Error(std::string_view message);
     void Warning(std::string_view message); // not when quiet
     void Note(std::string_view message);    // only when verbose
@@ -50,7 +53,7 @@ private:
     bool m_bColour = false;
     bool m_bQuiet = false;
     bool m_bVerbose = false;
-    bool m_bProgressShown = false;
+    bool m_bProgressShown = false; // guarded by m_lock, as is the stream
 };
 
 } // namespace tabulex

@@ -13,9 +13,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
+// The tool runs one conversion at a time, so any number tells it apart.
 constexpr ULONG_PTR kTransaction = 1;
+// How soon an interrupt is heard; the end of the run wakes the wait at once.
 constexpr auto kWaitInterval = 50ms;
 
+// The state of one conversion. Outputs and the reporter are the worker's from Start to
+// Stop, and this thread's before and after.
 class Run
 {
 public:
@@ -25,13 +29,18 @@ public:
           m_errors(host, console, file, options.errors, portion)
     {}
 
+    ~Run() { Stop(); }
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
     Outcome Execute();
 
 private:
     void OpenOutputs();
     void OpenOutput(OutputFile& output, const std::string& path);
     void Start();
-    void Wait();
+    void Wait(RunWatch& watch);
+    void Stop();
     void Finish(Outcome& outcome);
     void FinishOutput(Outcome& outcome);
     void FinishRejects(Outcome& outcome);
@@ -57,8 +66,11 @@ Outcome Run::Execute()
     m_sink = com_ptr<ConversionSink>(
         new ConversionSink(m_host.Offers(), MakeRowWriter(m_options.format, std::move(columns)),
                            nColumns, m_options.bDryRun ? nullptr : &m_output, m_errors));
+    // What may fail stands before the start: behind it the worker uses this object.
+    RunWatch watch(m_host.LineReader(), *m_sink.get());
     Start();
-    Wait();
+    Wait(watch);
+    Stop();
     Outcome outcome;
     Finish(outcome);
     return outcome;
@@ -82,6 +94,8 @@ void Run::OpenOutput(OutputFile& output, const std::string& path)
                     fmt::format("'{}' can't be written: {}", path, output.FaultText())};
 }
 
+// A portion is checked by the component as it starts, whatever was checked before; its
+// finding comes through the sink.
 void Run::Start()
 {
     IDataParser& data = m_host.Data();
@@ -94,10 +108,9 @@ void Run::Start()
                                              : m_sink->FaultText()};
 }
 
-void Run::Wait()
+void Run::Wait(RunWatch& watch)
 {
     ProgressBar bar(m_console, m_options.progress);
-    RunWatch watch(m_host.LineReader(), *m_sink.get());
     while (!m_sink->WaitForEnd(kWaitInterval)) {
         if (Interrupted())
             break;
@@ -108,7 +121,14 @@ void Run::Wait()
         if (bar.IsDue())
             bar.Draw({m_sink->LinesDone(), m_portion ? 0 : watch.TotalLines()});
     }
-    // Also where the sink ended the run: the parser holds the sink until told.
+}
+
+// Needed also where the sink ended the run itself: the parser holds the sink until it
+// is told. After a run that ended by itself it does nothing.
+void Run::Stop()
+{
+    if (!m_sink)
+        return;
     m_host.Data().AbortConversion();
     m_sink->Close();
 }
@@ -117,8 +137,10 @@ void Run::Finish(Outcome& outcome)
 {
     m_errors.Flush();
     outcome.counts = m_sink->Totals();
-    FinishOutput(outcome);
+    outcome.result = m_sink->IsCommitted() ? RunResult::Commit : RunResult::Rollback;
+    // The rejects first: where they fail, the rows must not appear either.
     FinishRejects(outcome);
+    FinishOutput(outcome);
     if (outcome.result == RunResult::Rollback)
         outcome.status =
             Worse(outcome.status, Interrupted() ? ExitStatus::Interrupted : ExitStatus::Refused);
@@ -130,10 +152,9 @@ void Run::Finish(Outcome& outcome)
 // What went to a stream has gone; a file that isn't committed leaves nothing.
 void Run::FinishOutput(Outcome& outcome)
 {
-    outcome.result = m_sink->IsCommitted() ? RunResult::Commit : RunResult::Rollback;
     if (m_options.bDryRun)
         return;
-    if (!m_sink->IsCommitted() && m_output.HidesUntilCommit()) {
+    if (outcome.result != RunResult::Commit && m_output.HidesUntilCommit()) {
         m_output.Discard();
     } else {
         m_sink->WriteRest();
@@ -154,6 +175,7 @@ void Run::FinishRejects(Outcome& outcome)
     CheckFault(m_rejects, m_options.sRejects, outcome);
 }
 
+// A closed pipe is the reader's choice and no fault.
 void Run::CheckFault(const OutputFile& output, const std::string& path, Outcome& outcome)
 {
     const std::string fault = output.FaultText();

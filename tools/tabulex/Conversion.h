@@ -17,10 +17,10 @@ namespace tabulex {
 
 struct ConversionOptions
 {
-    std::string sOutput = "-";
+    std::string sOutput = "-"; // a path, or "-" for standard output
     OutputFormat format = OutputFormat::Csv;
     std::string sRejects; // empty for none
-    bool bDryRun = false;
+    bool bDryRun = false; // all is done, nothing is written
     ErrorReporter::Options errors;
     When progress = When::Auto;
 };
@@ -32,6 +32,8 @@ enum class RunResult
     Refused // never began
 };
 
+// How a run ended. The status is Done with a commit only; a rollback has the reason
+// that weighs most.
 struct Outcome
 {
     RunResult result = RunResult::Refused;
@@ -39,7 +41,9 @@ struct Outcome
     Counts counts;
 };
 
-// Throws Fault where the run never begins.
+// Checks nothing beforehand. Throws Fault where the run never begins: an output that
+// can't be written, or settings that the component refuses. Nothing is left then, and
+// nothing after a rollback but the rejects.
 Outcome RunConversion(Host& host, Console& console, const std::string& file,
                       const ConversionOptions& options, const std::optional<Portion>& portion);
 

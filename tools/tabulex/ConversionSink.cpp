@@ -10,9 +10,11 @@ namespace tabulex {
 
 namespace {
 
-constexpr std::size_t kBufferBytes = 256 * 1024;
+// Few writes, and small against what the component keeps of the file.
+constexpr std::size_t kBufferBytes = std::size_t{256} * 1024;
 
-// Cells of a two-dimensional array, a record after the other.
+// Cells of a batch where they lie: the columns of a record side by side, a record after
+// the other.
 class Cells
 {
 public:
@@ -52,6 +54,7 @@ ConversionSink::ConversionSink(const ResolutionOffers& offers, std::unique_ptr<R
     m_writer->Begin(m_buffer);
 }
 
+// The component takes a reference for each line that it looks at.
 ULONG ConversionSink::AddRef()
 {
     m_nPulse.fetch_add(1, std::memory_order_relaxed);
@@ -111,6 +114,8 @@ HRESULT ConversionSink::TakeBatch(SAFEARRAY* records, ULONGLONG nLines)
     return S_OK;
 }
 
+// Any failure but E_INVALIDARG makes the component end the run with a rollback; that
+// one it takes for an end which the sink has told itself.
 HRESULT ConversionSink::WriteRows(SAFEARRAY* records, ULONGLONG& nRows)
 {
     if (Extent(records, 1) != m_nColumns)
@@ -152,7 +157,7 @@ try {
                       ToUtf8(TextOf(bsDescription))};
     if (!call.IsRefused() && m_errors.Tell(bad) && !Interrupted())
         return S_OK;
-    End(false);
+    End(false); // after this answer the component sends no end
     return S_FALSE;
 } catch (const std::bad_alloc&) {
     End(false);

@@ -41,6 +41,7 @@ public:
     ULONGLONG Pulse() const { return m_nPulse; }
     // A call is on, however long it takes: a question, or a slow reader.
     bool IsBusy() const { return m_bBusy; }
+    // Lines delivered and skipped so far.
     ULONGLONG LinesDone() const { return m_nLines; }
 
     // Waits until no call is on and refuses later ones. A run that hasn't ended is
@@ -48,11 +49,14 @@ public:
     void Close();
 
     // ---- after Close
+    // The component said that all went well.
     bool IsCommitted() const { return m_bCommit; }
     // What isn't handed to the output yet goes there. False: see the output.
     bool WriteRest();
+    // Of all batches that came, whatever the end.
     const Counts& Totals() const { return m_counts; }
 
+    // ---- IDataParserEvents
     ULONG STDMETHODCALLTYPE AddRef() override;
     HRESULT STDMETHODCALLTYPE PutRecords(VARIANT vRecords, ULONGLONG nRecCountWithSkeeped) override;
     HRESULT STDMETHODCALLTYPE EndTransaction(VARIANT_BOOL bResult) override;
@@ -69,7 +73,7 @@ private:
 
     std::unique_ptr<RowWriter> m_writer;
     std::size_t m_nColumns;
-    OutputFile* m_output;
+    OutputFile* m_output; // null for a dry run
     ErrorReporter& m_errors;
     std::string m_buffer; // UTF-8, not yet with the output
     Counts m_counts;

@@ -13,6 +13,7 @@ namespace tabulex {
 
 namespace {
 
+// In the order of RunResult.
 constexpr const char* kResultNames[] = {"commit", "rollback", "refused"};
 
 OutputFormat FormatOf(const ConvertOptions& options)
@@ -24,6 +25,7 @@ OutputFormat FormatOf(const ConvertOptions& options)
     return ending == ".jsonl" || ending == ".ndjson" ? OutputFormat::JsonLines : OutputFormat::Csv;
 }
 
+// Questions need someone to see them and someone to answer.
 OnBadLine ActionOf(const ConvertOptions& options)
 {
     const bool bTerminal = IsTerminal(Stream::Input) && IsTerminal(Stream::Error);
@@ -51,6 +53,8 @@ void RequireDistinctFiles(const std::string& file, const ConversionOptions& opti
         throw Fault{ExitStatus::Usage, "the output would replace the file that is read"};
 }
 
+// The check doesn't look for a date by itself; without one a run would end in the
+// middle and say nothing.
 void RequireRunnable(const Host& host, bool bCheck)
 {
     if (const std::string fault = bCheck ? CheckSettings(host) : std::string(); !fault.empty())
@@ -96,6 +100,7 @@ std::string Summary(const Outcome& outcome)
 
 } // namespace
 
+// Faults are told here, since the summary is the last line in any case.
 ExitStatus Convert(const Context& context, const std::string& file)
 {
     Outcome outcome;

@@ -17,6 +17,7 @@ public:
     void Row(const VARIANT* cells, std::string& out) override;
 
 private:
+    // The kind tells the dates, which look like times, apart.
     void Cell(ColumnKind kind, const VARIANT& cell, std::string& out);
 
     std::vector<Column> m_columns;

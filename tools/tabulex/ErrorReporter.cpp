@@ -33,6 +33,7 @@ ErrorReporter::ErrorReporter(const Host& host, Console& console, std::string fil
     : m_host(host), m_console(console), m_sFile(std::move(file)), m_options(options),
       m_nBatchStart(portion ? portion->nStart : 0)
 {
+    // Reading a line back moves the file's cursor, which costs the conversion time.
     if (options.bRejects || options.action == OnBadLine::Ask)
         m_texts.emplace(host, portion);
 }
@@ -69,8 +70,8 @@ bool ErrorReporter::Decide(const std::string& text)
     return Ask(text);
 }
 
-// No answer, and any other than these, cancels nothing by mistake: it asks again;
-// the end of the input cancels.
+// An answer that isn't understood is asked for again; the end of the input, and an
+// interrupt while waiting, cancel.
 bool ErrorReporter::Ask(const std::string& text)
 {
     Flush();
@@ -81,6 +82,7 @@ bool ErrorReporter::Ask(const std::string& text)
             m_console.Print("\n");
             return false;
         }
+        // Setting this bit makes ASCII letters small.
         switch (answer->empty() ? '\0' : (*answer)[0] | 0x20) {
         case 's':
             return true;

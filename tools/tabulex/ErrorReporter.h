@@ -14,6 +14,7 @@
 
 namespace tabulex {
 
+// What to do with a bad line that the limit still allows.
 enum class OnBadLine
 {
     Ask,
@@ -37,23 +38,26 @@ public:
     {
         OnBadLine action = OnBadLine::Skip;
         std::optional<ULONGLONG> nMost; // bad lines that are borne
-        bool bRejects = false;
+        bool bRejects = false;          // texts will be wanted: see WriteRejectsTo
     };
 
     // `file` is the name as the user gave it. All references must outlive this.
     ErrorReporter(const Host& host, Console& console, std::string file, const Options& options,
                   const std::optional<Portion>& portion);
 
-    // Null, or where rejects go.
+    // Where rejects go, as CSV with a header row; asked for before the run, and with
+    // bRejects set. The file must outlive this.
     void WriteRejectsTo(OutputFile* output);
 
-    // Tells the line. False: the conversion is to end.
+    // Tells the line, and asks about it where that is the action; an answer may take as
+    // long as the user does. False: the conversion is to end.
     bool Tell(const BadLine& bad);
     // A batch of so many lines is behind us: writes what was gathered.
     void EndBatch(ULONGLONG nLines);
     // Writes what was gathered since.
     void Flush();
 
+    // More were told than are borne.
     bool HasTooMany() const { return m_options.nMost && m_nTold > *m_options.nMost; }
 
 private:

@@ -11,6 +11,7 @@ using IQRL_TabulexConverter::IDataParserEvents;
 
 namespace {
 
+// For an id that isn't in the list of offers.
 constexpr const char* kUnknownResolution = "?";
 
 // The text stands second in the three elements of an error description.
@@ -27,6 +28,7 @@ std::string TextOfDescription(const VARIANT& description)
 
 } // namespace
 
+// Late-bound callers get the interface, but no calls by number.
 HRESULT EventSink::QueryInterface(REFIID riid, void** ppv)
 {
     if (!ppv)

@@ -22,7 +22,7 @@ public:
     EventSink(const EventSink&) = delete;
     EventSink& operator=(const EventSink&) = delete;
 
-    // Why the settings were refused; empty if they weren't.
+    // Why the settings were refused, in the component's words; empty if they weren't.
     const std::string& FaultText() const { return m_sFault; }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** ppv) override;
@@ -35,6 +35,7 @@ public:
     HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
                                      UINT*) override;
 
+    // ---- what a sink without a conversion answers
     HRESULT STDMETHODCALLTYPE PutRecords(VARIANT, ULONGLONG) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE EndTransaction(VARIANT_BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE OnError(VARIANT Description) override;

@@ -7,11 +7,11 @@ namespace tabulex {
 
 enum class ExitStatus
 {
-    Done = 0,
-    Refused = 1,   // the data or the settings stand against the work
-    Usage = 2,     // the command line can't be understood
-    FileFault = 3, // a file can't be opened, read or written
-    Interrupted = 130,
+    Done = 0,          // the work was done; a conversion was committed
+    Refused = 1,       // the data or the settings stand against the work
+    Usage = 2,         // the command line can't be understood
+    FileFault = 3,     // a file can't be opened, read or written
+    Interrupted = 130, // as shells show the end by Ctrl-C
 };
 
 // Several files end with the highest status of all.

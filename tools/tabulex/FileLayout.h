@@ -19,18 +19,18 @@ struct FileLayout
 {
     std::optional<LONG> nDividers; // mask; empty where there are none to tell
     bool bHasHeader = false;
-    ULONG nHeaderOffset = 0;
-    std::optional<std::string> sHeader; // line that names the columns
-    bool bInverted = false;
-    LONG nResolution = 0; // the component's id
-    LONG nResolutionSize = 0;
-    bool bValidResolution = false;
-    std::vector<std::string> lackedFields;
-    std::string sDuplicatedField;
-    DATE dtStart = 0; // 0 where no date is known
+    ULONG nHeaderOffset = 0;               // lines before the header, or before the data
+    std::optional<std::string> sHeader;    // line that names the columns
+    bool bInverted = false;                // the last line is the earliest record
+    LONG nResolution = 0;                  // the component's id
+    LONG nResolutionSize = 0;              // in units of the resolution
+    bool bValidResolution = false;         // it has all columns that it needs, each once
+    std::vector<std::string> lackedFields; // types that the resolution needs
+    std::string sDuplicatedField;          // type of two columns; empty for none
+    DATE dtStart = 0;                      // 0 where no date is known
     DATE dtEnd = 0;
     std::vector<LayoutColumn> columns;
-    std::optional<std::string> sFirstRecord;
+    std::optional<std::string> sFirstRecord; // text as it stands; empty if there is none
     std::optional<std::string> sLastRecord;
 };
 

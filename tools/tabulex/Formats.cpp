@@ -15,6 +15,7 @@ using std::chrono::sys_days;
 using std::chrono::year_month_day;
 
 constexpr LONGLONG kMillisecondsADay = 86'400'000;
+// Day 0 of a DATE.
 constexpr sys_days kDayZero = sys_days(std::chrono::December / 30 / 1899);
 
 char* PutDigits(char* at, unsigned value, int nDigits)
@@ -48,7 +49,8 @@ char* PutTime(char* at, LONGLONG nMilliseconds)
     return PutDigits(at, n % 1000, 3);
 }
 
-// Milliseconds since 1899-12-30.
+// Milliseconds since day 0. Rounded: a fraction of a day is rarely exact, and cutting
+// would lose a millisecond.
 LONGLONG MillisecondsOf(DATE date)
 {
     return std::llround(date * static_cast<double>(kMillisecondsADay));
@@ -58,13 +60,13 @@ LONGLONG MillisecondsOf(DATE date)
 // back to the value is the only one of its length, so a hit is the shortest text.
 bool AppendShortDecimal(std::string& out, double value)
 {
-    constexpr double kScale = 1e5;
+    constexpr double kScale = 1e5; // five decimals
     const double scaled = std::nearbyint(value * kScale);
     if (!(std::abs(scaled) < 1e15) || scaled / kScale != value || scaled == 0)
         return false;
     auto n = static_cast<ULONGLONG>(std::abs(scaled));
     char text[24];
-    char* const end = text + sizeof text;
+    char* const end = text + sizeof text; // filled from its end
     char* at = end;
     int nDecimals = 5;
     for (; nDecimals > 0 && n % 10 == 0; --nDecimals)
@@ -82,6 +84,9 @@ bool AppendShortDecimal(std::string& out, double value)
     return true;
 }
 
+// ---- reading: each takes what it reads from the front of the text
+
+// from_chars would take a sign as well.
 std::optional<int> TakeDigits(std::string_view& text, std::size_t nDigits)
 {
     int value = 0;
@@ -162,6 +167,7 @@ void AppendTime(std::string& out, DATE date)
     out.append(text, PutTime(text, n % kMillisecondsADay));
 }
 
+// Outside these magnitudes plain notation would be mostly zeros.
 void AppendPrice(std::string& out, double value)
 {
     if (AppendShortDecimal(out, value))
@@ -183,6 +189,7 @@ void AppendWhole(std::string& out, LONGLONG value)
 std::string DateTimeText(DATE date, char separator)
 {
     const LONGLONG n = MillisecondsOf(date);
+    // Rounded down also before day 0.
     const LONGLONG day =
         n >= 0 ? n / kMillisecondsADay : -((-n + kMillisecondsADay - 1) / kMillisecondsADay);
     char text[32];

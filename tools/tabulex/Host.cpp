@@ -30,6 +30,7 @@ void Require(HRESULT hr, const char* pszWhat)
         throw Fault{ExitStatus::Refused, fmt::format("{} failed: {}", pszWhat, HexOf(hr))};
 }
 
+// The component only says that it failed; the system is asked once more for the reason.
 std::string WhyNotOpened(const std::string& path)
 {
     std::error_code error;
@@ -37,7 +38,7 @@ std::string WhyNotOpened(const std::string& path)
         return "is a folder";
     errno = 0;
     if (std::FILE* file = std::fopen(path.c_str(), "rb")) {
-        std::fclose(file);
+        std::fclose(file); // it can be by now, or is of a kind that the component refuses
         return "can't be opened";
     }
     return std::strerror(errno);
@@ -60,6 +61,7 @@ Host::Host(const ResolutionOffers& offers) : m_offers(offers)
     m_records = records.as<IRecordParser>();
     Require(m_records ? S_OK : E_NOINTERFACE, "getting the record parser");
     Require(m_offers.Publish(*m_records.get()), "offering the resolutions");
+    // Before a file is open no resolution limits the list, so it holds all types.
     Variant names;
     Require(m_records->GetTypeNames(names.put()), "getting the field types");
     m_typeNames = TextsOf(names);
@@ -113,6 +115,8 @@ bool Host::HasColumn(LONG nType) const
     return m_records->GetFieldIndex(nType, &nField) == S_OK;
 }
 
+// Seeking behind the end fails, but leaves the whole file counted and the position as
+// it was.
 ULONGLONG Host::CountRecords() const
 {
     m_data->put_Position(kBehindEveryFile);
@@ -124,6 +128,7 @@ ULONGLONG Host::CountRecords() const
     return nCount;
 }
 
+// A clone costs no detection, shares the open file, and has a lock of its own.
 com_ptr<IDataParser> Host::LineReader() const
 {
     com_ptr<IDispatch> copy;

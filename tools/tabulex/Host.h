@@ -18,7 +18,8 @@ namespace tabulex {
 using IQRL_TabulexConverter::IDataParser;
 using IQRL_TabulexConverter::IRecordParser;
 
-inline constexpr LONG kNoType = -1;
+// Field types that the tool treats in a way of its own, by the component's ids.
+inline constexpr LONG kNoType = -1; // an unassigned column
 inline constexpr LONG kSymbolType = 0;
 inline constexpr LONG kDateType = 1;
 inline constexpr LONG kTimeType = 2;
@@ -37,6 +38,7 @@ public:
     // Throws Fault with the reason where the file can't be opened.
     void Open(const std::string& path);
 
+    // Never null; both live as long as the host.
     IDataParser& Data() const { return *m_data.get(); }
     IRecordParser& Records() const { return *m_records.get(); }
     const ResolutionOffers& Offers() const { return m_offers; }
@@ -48,15 +50,20 @@ public:
     // The same, but throws Fault with the nearest name for an unknown one.
     LONG RequireType(std::string_view name) const;
 
+    // Columns count from 0 in file order. kNoType for an unassigned one, and for one
+    // that the file doesn't have.
     LONG ColumnType(ULONG nField) const;
     // Empty for an unassigned column.
     std::string ColumnName(ULONG nField) const;
+    // Whether any column has this type.
     bool HasColumn(LONG nType) const;
 
-    // Walks to the end of the file; data records, and the lines before them not.
+    // Data records, without the header and what stands before it. Walks to the end of
+    // the file, so it takes time on a large one; throws Fault if that fails.
     ULONGLONG CountRecords() const;
 
-    // Another parser on the same open file, on which position n is line n.
+    // Another parser on the same open file, on which position n is line n: for reading
+    // while this host's own parser is busy, or locked. Throws Fault.
     com_ptr<IDataParser> LineReader() const;
 
 private:

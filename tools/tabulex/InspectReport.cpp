@@ -53,6 +53,7 @@ std::string DatesText(const FileLayout& layout)
                        DateTimeText(layout.dtEnd, ' '));
 }
 
+// What a conversion with these settings would say.
 std::string ReadinessText(const Host& host)
 {
     const std::string fault = CheckSettings(host);
@@ -88,11 +89,12 @@ void AddFirstRows(const Host& host, bool bColour, Results& results)
         results.Add('\n' + table.Take("  "));
 }
 
+// The count wraps below zero where a file has fewer lines than stand before its data.
 void AddCount(const Host& host, Results& results)
 {
     const ULONGLONG nCount = host.CountRecords();
     results.Add("\n");
-    const bool bWrapped = nCount > ~0ULL / 2; // fewer lines than stand before the data
+    const bool bWrapped = nCount > ~0ULL / 2;
     AddRow(results, "records", WithThousands(bWrapped ? 0 : nCount));
 }
 

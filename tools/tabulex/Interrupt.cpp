@@ -15,6 +15,7 @@ std::atomic<bool> g_bInterrupted = false;
 
 static_assert(std::atomic<bool>::is_always_lock_free, "used in a signal handler");
 
+// Only what a signal handler may do: lock-free flags and _Exit.
 extern "C" void OnInterrupt(int)
 {
     if (!g_bDeferred || g_bInterrupted.exchange(true))

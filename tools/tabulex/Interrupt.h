@@ -7,11 +7,13 @@
 
 namespace tabulex {
 
+// Once, before the work begins.
 void CatchInterrupts();
 
 // True once a request has come while a Deferral stood. From any thread.
 bool Interrupted();
 
+// Puts interrupts off for as long as it lives. One at a time.
 class Deferral
 {
 public:

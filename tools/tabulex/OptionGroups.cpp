@@ -14,6 +14,8 @@ namespace tabulex {
 
 namespace {
 
+// An option whose text is read by `read`; what that throws becomes a usage error which
+// names the option.
 template <class Target, class Reader>
 CLI::Option* AddValue(CLI::App& app, const std::string& names, const char* pszType, Target& target,
                       Reader read, const std::string& description)
@@ -47,6 +49,7 @@ struct Word
     Value value;
 };
 
+// A reader that takes one of some words, and names the nearest for any other.
 template <class Value, std::size_t N>
 auto OneOf(const Word<Value> (&words)[N])
 {
@@ -72,6 +75,7 @@ constexpr Word<OnBadLine> kActions[] = {
     {"ask", OnBadLine::Ask}, {"skip", OnBadLine::Skip}, {"stop", OnBadLine::Stop}};
 constexpr Word<const char*> kLanguages[] = {{"zh", "zh"}, {"en", "en"}};
 
+// Far from the end of the number range, so that positions can be added.
 const auto kPosition = WholeUpTo<ULONGLONG>(0, ULONGLONG(1) << 62);
 
 } // namespace
@@ -125,6 +129,7 @@ void AddLayoutSettings(CLI::App& app, Settings& settings)
     AddValue(app, "--lines-to-skip", "N", settings.nLinesToSkip, WholeUpTo<ULONG>(0, 0xFFFFFFF0),
              "Lines before the header or the data")
         ->group(group);
+    // Read as a list, so that the last one given doesn't replace the others.
     const auto addColumn = [&settings](const std::vector<std::string>& texts) {
         for (const std::string& one : texts)
             try {

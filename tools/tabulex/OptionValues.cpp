@@ -13,7 +13,7 @@ namespace {
 
 // The bit of a divider is its place here.
 constexpr std::string_view kDividers = ": ,;|\t";
-constexpr ULONGLONG kMostColumns = 100'000;
+constexpr ULONGLONG kMostColumns = 100'000; // more than a record's 511 characters can hold
 
 [[noreturn]] void Reject(const std::string& text, std::string_view form)
 {

@@ -14,20 +14,22 @@ namespace tabulex {
 // Common to all commands.
 struct GeneralOptions
 {
-    std::optional<std::string> sLanguage; // "zh" or "en"
-    std::optional<std::string> sEncoding;
+    std::optional<std::string> sLanguage; // "zh" or "en"; empty: by the locale
+    std::optional<std::string> sEncoding; // empty: the locale's
     std::vector<HostResolution> resolutions = DefaultResolutions();
     When colour = When::Auto;
-    std::string sReportLog;
+    std::string sReportLog; // file of the component's reports, "-" standard error; empty: none
     bool bQuiet = false;
     bool bVerbose = false;
 };
 
+// inspect
 struct InspectOptions
 {
     bool bNoCount = false;
 };
 
+// convert
 struct ConvertOptions
 {
     ConversionOptions conversion;
@@ -43,12 +45,14 @@ struct RangeOptions
     std::optional<ULONGLONG> nCount;
 };
 
+// raw; of both, the count wins
 struct RawOptions
 {
     bool bLast = false;
     bool bCountOnly = false;
 };
 
+// template: a type's name, a template, and the text to try it on
 struct TemplateOptions
 {
     std::string sType;
@@ -56,18 +60,19 @@ struct TemplateOptions
     std::string sText;
 };
 
+// All that was said. Options that the command doesn't take keep their defaults.
 struct Options
 {
-    std::string sCommand;
-    std::vector<std::string> files;
+    std::string sCommand;           // name of the command
+    std::vector<std::string> files; // as given, bytes of the system
     GeneralOptions general;
-    Settings settings;
+    Settings settings; // convert, preview, check
     InspectOptions inspect;
     ConvertOptions convert;
     RangeOptions range;
     RawOptions raw;
     TemplateOptions trial;
-    bool bJson = false;
+    bool bJson = false; // inspect, template
 };
 
 } // namespace tabulex

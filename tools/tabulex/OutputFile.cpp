@@ -12,6 +12,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// So many runs may write beside one target, or have left their files after a crash.
 constexpr int kTemporaryNames = 1000;
 
 // A link stays a link: what it leads to is replaced.
@@ -57,10 +58,20 @@ bool OutputFile::Open(const std::string& path)
         m_file = CreateBeside(m_sTarget, m_sTemporary);
     else
         m_file = std::fopen(m_sTarget.c_str(), "wb");
-    if (m_file)
+    if (m_file) {
+        KeepPermissions(status);
         return true;
+    }
     m_sTemporary.clear();
     return Fail(errno);
+}
+
+// A file that others may not read must not become readable by being replaced.
+void OutputFile::KeepPermissions(const fs::file_status& old)
+{
+    std::error_code ignored;
+    if (fs::exists(old) && !m_sTemporary.empty())
+        fs::permissions(m_sTemporary, old.permissions(), ignored);
 }
 
 bool OutputFile::Write(std::string_view text)
@@ -118,6 +129,7 @@ std::string OutputFile::FaultText() const
     return m_nError ? std::strerror(m_nError) : std::string();
 }
 
+// The first fault is the one to tell; later ones follow from it.
 bool OutputFile::Fail(int nError)
 {
     if (!m_nError)
@@ -125,6 +137,8 @@ bool OutputFile::Fail(int nError)
     return false;
 }
 
+// Standard output stays open for the runtime, but must be written out: its faults show
+// only then.
 bool OutputFile::Close()
 {
     std::FILE* file = m_file;

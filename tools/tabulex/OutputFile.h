@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -23,10 +24,12 @@ public:
 
     // "-" is standard output. False if it can't be written: see Fault().
     bool Open(const std::string& path);
+    // Text may stay in a buffer until Flush or Commit, and a fault show only then.
     bool Write(std::string_view text);
     bool Flush();
     // Makes what was written final. False if that fails; nothing is left then.
     bool Commit();
+    // Removes what was written, where nobody has seen it yet. Safe after Commit.
     void Discard();
 
     // True for a file that nobody sees before Commit.
@@ -37,12 +40,13 @@ public:
     std::string FaultText() const;
 
 private:
+    void KeepPermissions(const std::filesystem::file_status& old);
     bool Fail(int nError);
     bool Close();
 
     std::FILE* m_file = nullptr;
-    bool m_bStandard = false;
-    int m_nError = 0;
+    bool m_bStandard = false; // m_file is stdout, which isn't ours to close
+    int m_nError = 0;         // errno of the first fault
     std::string m_sTarget;
     std::string m_sTemporary; // empty for what is written directly
 };

@@ -24,6 +24,7 @@ bool IsEnabled(When when)
     return IsTerminal(Stream::Error) && pszTerm && std::string_view(pszTerm) != "dumb";
 }
 
+// "m:ss" or "h:mm:ss", at most 99:59:59.
 std::string TimeLeft(const Progress& progress, double rate)
 {
     const auto nLeft = static_cast<double>(progress.nTotal - progress.nLines);
@@ -55,6 +56,7 @@ void ProgressBar::Draw(const Progress& progress)
     const auto now = Clock::now();
     m_tNext = now + kInterval;
     std::string text = TextOf(progress, std::chrono::duration<double>(now - m_tStart).count());
+    // A line that wraps couldn't be wiped.
     text.resize(std::min<std::size_t>(text.size(), TerminalWidth() - 1));
     m_console.ShowProgress(text);
 }

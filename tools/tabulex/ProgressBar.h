@@ -21,11 +21,14 @@ struct Progress
 class ProgressBar
 {
 public:
+    // The clock of speed and rest starts here. The console must outlive the bar.
     ProgressBar(Console& console, When when);
+    // Takes the line away.
     ~ProgressBar();
 
     // True when it is time for another picture; ask before the figures are gathered.
     bool IsDue() const;
+    // Draws, cut to the terminal's width, and sets the time of the next picture.
     void Draw(const Progress& progress);
 
     // "  42%  1,234,567 of about 2,900,000 lines  650,000/s  0:02 left"

@@ -39,11 +39,6 @@ DATE GetDate(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*get)(VARI
     return SUCCEEDED((object.*get)(value.put())) && value.vt == VT_DATE ? value.date : 0;
 }
 
-inline VARIANT_BOOL ToVariantBool(bool value)
-{
-    return value ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
 // The texts of a VT_ARRAY|VT_BSTR value; none for any other kind.
 std::vector<std::string> TextsOf(const VARIANT& value);
 

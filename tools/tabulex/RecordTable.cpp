@@ -25,10 +25,12 @@ std::vector<Variant> ReadFields(const Host& host, ULONGLONG nPosition, std::size
 {
     std::vector<Variant> cells;
     Variant block;
+    // The component counts the records of a block in 32 bits.
     if (nPosition > 0xFFFFFFFF ||
         FAILED(host.Data().ParseRecords(block.put(), static_cast<ULONG>(nPosition), 1)))
         return cells;
     for (std::size_t i = 0; i < nColumns; ++i) {
+        // The record's index goes on from its position.
         LONG indices[] = {static_cast<LONG>(nPosition), static_cast<LONG>(i)};
         cells.emplace_back();
         SafeArrayGetElement(block.parray, indices, cells.back().put());
@@ -83,6 +85,7 @@ bool RecordTable::Add(ULONGLONG nPosition)
 
 bool RecordTable::IsInRange(const std::vector<Variant>& cells) const
 {
+    // A record without a readable date belongs to no range.
     const DATE day = FindDate(m_columns, cells, ColumnKind::Date);
     const DATE date = day + FindDate(m_columns, cells, ColumnKind::Time);
     return day != 0 && date >= m_dtStart && date <= m_dtEnd && IsOfSymbol(cells);

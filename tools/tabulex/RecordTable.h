@@ -1,4 +1,8 @@
 // RecordTable: decoded records as rows of a table, for people.
+//
+// Rows inside the import range, and of the import's symbol, are marked with "*". A field
+// that can't be read stands as its text. Reading a record moves the parser's position and
+// current record; used by one thread.
 #pragma once
 
 #include <string>
@@ -29,7 +33,7 @@ private:
     const Host& m_host;
     std::vector<Column> m_columns;
     ULONGLONG m_nKnownEnd; // no record stands there or behind
-    DATE m_dtStart;
+    DATE m_dtStart;        // of the import range; both ends belong to it
     DATE m_dtEnd;
     std::string m_sSymbol; // of the import; empty for all
     DateText m_dates;

@@ -11,6 +11,7 @@ namespace {
 
 // Host ids in the order of the component's resolutions.
 constexpr LONG kHostIds[] = {0, 1, 1, 8, 9, 2, 4, 5};
+// Two resolutions that the host knows under one id.
 constexpr LONG kTick = 1;
 constexpr LONG kTickBars = 2;
 

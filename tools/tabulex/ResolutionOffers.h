@@ -12,6 +12,7 @@
 
 namespace tabulex {
 
+// One resolution as a host knows it.
 struct HostResolution
 {
     LONG nHostId;
@@ -32,8 +33,10 @@ public:
     // names nothing renames the row for none.
     bool Add(const HostResolution& resolution);
 
+    // Hands the whole list to a record parser, which forgets the one it had.
     HRESULT Publish(IQRL_TabulexConverter::IRecordParser& records) const;
 
+    // In the order of the offer, which is the order in which they are tried.
     struct Row
     {
         LONG nId; // the component's, 0 to 7

@@ -28,6 +28,7 @@ enum class OutputFormat
     JsonLines
 };
 
+// A writer for records of these columns, in this order.
 std::unique_ptr<RowWriter> MakeRowWriter(OutputFormat format, std::vector<Column> columns);
 
 } // namespace tabulex

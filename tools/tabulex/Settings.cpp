@@ -22,6 +22,7 @@ namespace {
     throw Fault{ExitStatus::Refused, std::move(message)};
 }
 
+// S_FALSE is how the component says that the columns couldn't be built that way.
 void RequireAccepted(HRESULT hr, std::string_view option)
 {
     if (hr != S_OK)
@@ -60,6 +61,7 @@ void ApplyMultipliers(Host& host, const Settings& settings)
                 row.pszOption);
 }
 
+// Each of these makes the component find the columns anew.
 void ApplyLayout(Host& host, const Settings& settings)
 {
     if (settings.nDividers)
@@ -84,6 +86,7 @@ const ResolutionOffers::Row* FindResolution(const Host& host, std::string_view t
     return host.Offers().FindName(name);
 }
 
+// Some resolutions have a fixed size and keep it without a word.
 void ApplySize(Host& host, LONG nSize)
 {
     RequireAccepted(host.Records().put_ResolutionSize(nSize), "--size");
@@ -114,6 +117,7 @@ void ApplyResolution(Host& host, const Settings& settings)
         ApplySize(host, *nSize);
 }
 
+// Without the column the component would let every record through.
 void ApplySymbol(Host& host, const Settings& settings)
 {
     if (!settings.sSymbol)
@@ -157,15 +161,17 @@ void ApplyRange(Host& host, const Settings& settings, Console& console)
 void OpenWithSettings(Host& host, const std::string& path, const Settings& settings,
                       Console& console)
 {
-    ApplyMultipliers(host, settings);
+    ApplyMultipliers(host, settings); // sampling reads values, so they stand before
     host.Open(path);
     if (settings.nCodePage)
         RequireAccepted(host.Data().put_Locale(*settings.nCodePage), "--code-page");
     ApplyLayout(host, settings);
+    // Ahead of the resolution, whose size is sampled from the dates.
     ApplyColumns(host, settings.columns);
     ApplyResolution(host, settings);
     if (settings.bBarEndTime)
         RequireAccepted(host.Records().put_UseBarsEndTime(VARIANT_TRUE), "--bar-end-time");
+    // Last: whatever changes the columns sets the range to that of the file.
     ApplySymbol(host, settings);
     ApplyRange(host, settings, console);
 }

@@ -24,19 +24,20 @@ struct Portion
     ULONGLONG nCount;
 };
 
+// What is empty stays as the component finds it.
 struct Settings
 {
-    std::optional<ULONG> nCodePage;
-    std::optional<std::string> sPriceMultiplier;
+    std::optional<ULONG> nCodePage;              // number, such as 936
+    std::optional<std::string> sPriceMultiplier; // "1000000" to "1/1000000"
     std::optional<std::string> sVolumeMultiplier;
-    std::optional<LONG> nDividers; // mask as in IRecordParser::FieldDividers
-    std::optional<ULONG> nLinesToSkip;
+    std::optional<LONG> nDividers;     // mask as in IRecordParser::FieldDividers
+    std::optional<ULONG> nLinesToSkip; // before the header or the data
     std::vector<ColumnSetting> columns;
     std::optional<std::string> sResolution; // name, possibly "name|size"
-    std::optional<LONG> nSize;
-    bool bBarEndTime = false;
-    std::optional<std::string> sSymbol;
-    std::optional<DATE> dtFrom;
+    std::optional<LONG> nSize;          // in units of the resolution; wins over that of the name
+    bool bBarEndTime = false;           // stamp bars with their end
+    std::optional<std::string> sSymbol; // exact, case matters
+    std::optional<DATE> dtFrom;         // both ends belong to the range
     std::optional<DATE> dtTo;
     std::optional<Portion> portion; // of a conversion; not applied here
 };

@@ -43,6 +43,7 @@ std::optional<std::string> Suggest(std::string_view word,
                                    const std::vector<std::string>& candidates)
 {
     const std::string lower = LowerCase(word);
+    // One slip in three letters is as much as a word can take and still be meant.
     const std::size_t nMost = std::max<std::size_t>(1, lower.size() / 3);
     std::optional<std::string> best;
     std::size_t nBest = nMost + 1;

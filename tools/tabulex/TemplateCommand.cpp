@@ -54,6 +54,7 @@ void SetTemplate(const Host& host, LONG nType, const std::string& sTemplate)
                     fmt::format("the only template of this type is '{}'", pszPattern)};
 }
 
+// The whole text is the column: it is normalised as a field of a file would be.
 Trial Try(const Host& host, const std::string& text)
 {
     Trial trial;
@@ -109,7 +110,7 @@ ExitStatus TryTemplate(const Context& context)
         results.Add(JsonOf(trial, nType).dump() + '\n');
     else if (trial.bValid)
         results.Add(ValueText(trial, nType) + '\n');
-    else
+    else // the component's text begins with a blank
         context.console.Error(
             std::string_view(trial.sReason)
                 .substr(std::min(trial.sReason.find_first_not_of(' '), trial.sReason.size())));

@@ -14,6 +14,7 @@ TemporaryFile::TemporaryFile(std::string_view content)
 {
     std::error_code error;
     const auto folder = std::filesystem::temp_directory_path(error);
+    // Two tools at a time must not meet in one file.
     std::random_device random;
     m_sPath = (folder / fmt::format("tabulex-{:08x}{:08x}.txt", random(), random())).string();
     OutputFile file;

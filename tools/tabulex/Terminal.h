@@ -7,6 +7,7 @@
 
 namespace tabulex {
 
+// The three streams that every program has.
 enum class Stream
 {
     Input,
@@ -14,6 +15,7 @@ enum class Stream
     Error
 };
 
+// False for a file or a pipe.
 bool IsTerminal(Stream stream);
 
 // Columns of the terminal behind standard error; 80 where it doesn't tell.

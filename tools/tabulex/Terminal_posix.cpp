@@ -10,7 +10,7 @@ namespace tabulex {
 
 namespace {
 
-constexpr int kPollMilliseconds = 100;
+constexpr int kPollMilliseconds = 100; // how soon a cancellation is noticed
 
 int DescriptorOf(Stream stream)
 {

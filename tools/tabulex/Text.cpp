@@ -41,11 +41,13 @@ void AppendCodePoint(std::string& out, char32_t c)
 
 struct LeadByte
 {
-    unsigned char nMask, nValue, nBits;
-    int nTail;
-    char32_t nLeast; // smaller values in this form are overlong
+    unsigned char nMask, nValue; // which bytes these are
+    unsigned char nBits;         // those of the character
+    int nTail;                   // bytes that follow
+    char32_t nLeast;             // smaller values in this form are overlong
 };
 
+// By the number of bytes that follow.
 constexpr LeadByte kLeadBytes[] = {
     {0x80, 0x00, 0x7F, 0, 0x0},
     {0xE0, 0xC0, 0x1F, 1, 0x80},
@@ -72,6 +74,7 @@ std::size_t DecodeOne(std::string_view bytes, char32_t& c)
     return c < lead->nLeast || c > 0x10FFFF || bSurrogate ? 0 : std::size_t(lead->nTail) + 1;
 }
 
+// Writes a pair of surrogates for what doesn't fit one unit.
 void AppendUtf16(string_t& out, char32_t c)
 {
     if (c < 0x10000) {
@@ -102,6 +105,8 @@ struct Range
     char32_t nFirst, nLast;
 };
 
+// Blocks of characters that terminals draw two columns wide: Hangul, kana, ideographs,
+// full-width forms, pictographs.
 constexpr Range kWide[] = {
     {0x1100, 0x115F}, {0x2E80, 0x303E}, {0x3041, 0xA4CF}, {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},
     {0xFE30, 0xFE6F}, {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F}, {0x20000, 0x3FFFD},

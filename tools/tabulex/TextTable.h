@@ -11,10 +11,11 @@ namespace tabulex {
 class TextTable
 {
 public:
+    // Text to the left, numbers to the right.
     struct Heading
     {
         std::string sText;
-        bool bRight = false; // numbers
+        bool bRight = false;
     };
 
     // The headings line is bold where `bColour` says so.
