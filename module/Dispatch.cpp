@@ -28,6 +28,12 @@ bool IsNameOf(const DispatchRow& row, string_view_t sName)
            (row.call.pfnCall && SameName(sPrefix, OLESTR("put_")));
 }
 
+// A null name is one that no table has.
+string_view_t NameOrEmpty(LPOLESTR name)
+{
+    return name ? string_view_t(name) : string_view_t();
+}
+
 const DispatchRow* FindRow(std::span<const DispatchRow> table, string_view_t sName)
 {
     const auto row = std::ranges::find_if(table, [&](auto& r) { return IsNameOf(r, sName); });
@@ -192,10 +198,10 @@ HRESULT DispatchGetIDsOfNames(std::span<const DispatchRow> table, LPOLESTR* name
 {
     if (!names || !ids)
         return E_POINTER;
-    const DispatchRow* operation = nNames ? FindRow(table, names[0]) : nullptr;
+    const DispatchRow* operation = nNames ? FindRow(table, NameOrEmpty(names[0])) : nullptr;
     HRESULT hr = S_OK;
     for (UINT i = 0; i < nNames; ++i) {
-        ids[i] = FindName(table, operation, names[i]);
+        ids[i] = FindName(table, operation, NameOrEmpty(names[i]));
         if (ids[i] == DISPID_UNKNOWN)
             hr = DISP_E_UNKNOWNNAME;
     }

@@ -100,4 +100,12 @@ TEST_F(Naming, HasTypeInformationAtOneIndex)
     }
 }
 
+TEST_F(Naming, TakesANullNameForAnUnknownOne)
+{
+    LPOLESTR names[] = {nullptr};
+    DISPID id = 0;
+    EXPECT_EQ(DISP_E_UNKNOWNNAME, m_gadget->GetIDsOfNames(IID_NULL, names, 1, 0, &id));
+    EXPECT_EQ(DISPID_UNKNOWN, id);
+}
+
 } // namespace

@@ -7,8 +7,6 @@
 
 namespace tabulex {
 
-using IQRL_TabulexConverter::IDataParserEvents;
-
 namespace {
 
 // For an id that isn't in the list of offers.
