@@ -111,6 +111,10 @@ void Run::Start()
 void Run::Wait(RunWatch& watch)
 {
     ProgressBar bar(m_console, m_options.progress);
+    const auto draw = [&] {
+        if (bar.IsDue())
+            bar.Draw({m_sink->LinesDone(), m_portion ? 0 : watch.TotalLines()});
+    };
     while (!m_sink->WaitForEnd(kWaitInterval)) {
         if (Interrupted())
             break;
@@ -118,9 +122,9 @@ void Run::Wait(RunWatch& watch)
             m_console.Error(fmt::format("{}: the run ended without a result", m_sFile));
             break;
         }
-        if (bar.IsDue())
-            bar.Draw({m_sink->LinesDone(), m_portion ? 0 : watch.TotalLines()});
+        draw();
     }
+    draw(); // also where the run was over before the first look
 }
 
 // Needed also where the sink ended the run itself: the parser holds the sink until it
