@@ -18,7 +18,8 @@ install(TARGETS TabulexConverter EXPORT TabulexConverter
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 
 install(DIRECTORY interfaces DESTINATION "${TABULEX_INCLUDEDIR}" FILES_MATCHING PATTERN "*.h")
-install(FILES platform/com_ptr.h platform/component.h platform/component_posix.h platform/values.h
+install(FILES platform/StringTable.h platform/com_ptr.h platform/component.h
+              platform/component_posix.h platform/values.h
         DESTINATION "${TABULEX_INCLUDEDIR}/platform")
 
 install(EXPORT TabulexConverter NAMESPACE TabulexConverter::

@@ -6,8 +6,8 @@ find_program(CLANG_FORMAT clang-format)
 find_program(RUN_CLANG_TIDY run-clang-tidy)
 cmake_host_system_information(RESULT TABULEX_CORES QUERY NUMBER_OF_LOGICAL_CORES)
 
-set(TABULEX_SOURCE_FOLDERS bench component datetime diagnostics examples fuzz interfaces module
-    platform Simples src tests tools)
+set(TABULEX_SOURCE_FOLDERS bench component datetime diagnostics examples fuzz interfaces LocalRPC
+    module platform Simples src tests tools)
 
 set(patterns)
 foreach(folder IN LISTS TABULEX_SOURCE_FOLDERS)

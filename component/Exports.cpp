@@ -14,14 +14,3 @@ HRESULT STDAPICALLTYPE DllCanUnloadNow()
 {
     return ModuleLockCount() == 0 ? S_OK : S_FALSE;
 }
-
-HRESULT CoCreateInstance(REFCLSID rclsid, IUnknown* pUnkOuter, DWORD, REFIID riid, void** ppv)
-{
-    if (!ppv)
-        return E_POINTER;
-    *ppv = nullptr;
-    if (pUnkOuter)
-        return CLASS_E_NOAGGREGATION;
-    const ObjectMapEntry* entry = FindClass(ObjectMap(), rclsid);
-    return entry ? entry->pfnCreate(riid, ppv) : REGDB_E_CLASSNOTREG;
-}

@@ -3,6 +3,8 @@
 #include "Simples/interface/ResourceStrings.h"
 #include "diagnostics/FaultmereClient.h"
 #include "platform/CodePage.h"
+#include "platform/MessageWindow.h"
+#include "src/UIComponents/ProgressView.h"
 
 void TabulexSetLanguage(TabulexLanguage language)
 {
@@ -21,4 +23,17 @@ void TabulexSetReportLog(const char* path)
 {
     FaultmereUtil::SetReceiver(path && *path ? FaultmereUtil::LogTo(path)
                                              : FaultmereUtil::Receiver());
+}
+
+void TabulexSetProgressViews(TabulexProgressViewFactory pfnMake, void* pContext)
+{
+    Hesperon::specifics::UILayer::SetProgressViews(pfnMake, pContext);
+}
+
+unsigned TabulexPumpMessages(unsigned nMilliseconds)
+{
+    constexpr unsigned kWithoutEnd = 0xFFFFFFFF;
+    if (nMilliseconds == kWithoutEnd)
+        return PumpMessages(std::nullopt);
+    return PumpMessages(std::chrono::milliseconds(nMilliseconds));
 }

@@ -1,8 +1,17 @@
-// What a native host sets once, before it creates objects: the process-wide
-// choices that a Windows host makes through its locale and through resources.
+// What a native host has in place of the system's message loop, locale and resources.
+//
+// Sessions call the host's sink on the thread that started them, when that thread
+// pumps its messages:
+//
+//   converter->DoConvert(sink, 0);
+//   while (!sink->HasEnded())
+//       TabulexPumpMessages(100);
+//
+// The other calls are made once, before objects are created.
 #pragma once
 
-#include "platform/component.h"
+#include "interfaces/IProgressView.h"
+#include "platform/StringTable.h"
 
 extern "C" {
 
@@ -12,7 +21,8 @@ enum TabulexLanguage
     TABULEX_LANGUAGE_ENGLISH, // the second table under the same ids
 };
 
-// Language of messages and display names. Chinese unless set.
+// Language of messages and display names. Chinese unless set. A host with a table of its
+// own hands its address, a TabulexStringTable, to IQRLGUITweak::ResourceHandle.
 TABULEX_API void TabulexSetLanguage(TabulexLanguage language);
 
 // Code page in which text leaves files, by name ("windows-1252", "gbk", "utf-8")
@@ -22,4 +32,15 @@ TABULEX_API HRESULT TabulexSetEncoding(const char* name);
 // Where assertion and trace reports go: a file to append to, "-" for standard
 // error, null or "" for nowhere, which is the default.
 TABULEX_API void TabulexSetReportLog(const char* path);
+
+// Runs the calls that wait for the calling thread, and gives their number. Waits for
+// the first one for so many milliseconds at most: 0 doesn't wait, 0xFFFFFFFF waits
+// without end. A thread may do so at any time; one that never started a session finds
+// nothing.
+TABULEX_API unsigned TabulexPumpMessages(unsigned nMilliseconds);
+
+// Who makes the views of progress boxes, one a box; null for none. Called on the
+// thread that starts a conversion; a null view counts as none.
+typedef IQRL_TabulexConverter::IProgressView* (*TabulexProgressViewFactory)(void* pContext);
+TABULEX_API void TabulexSetProgressViews(TabulexProgressViewFactory pfnMake, void* pContext);
 }

@@ -79,8 +79,7 @@ public:
         // References that come and go during FinalRelease must not delete again.
         ULONG nRefs = m_nRefs.load(std::memory_order_relaxed);
         while (!m_nRefs.compare_exchange_weak(nRefs, nRefs == 1 ? kDyingRefs : nRefs - 1,
-                                              std::memory_order_acq_rel,
-                                              std::memory_order_relaxed))
+                                              std::memory_order_acq_rel, std::memory_order_relaxed))
             continue;
         if (nRefs == 1) {
             static_cast<Derived*>(this)->FinalRelease();

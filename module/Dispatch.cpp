@@ -24,7 +24,7 @@ bool IsNameOf(const DispatchRow& row, string_view_t sName)
         !SameName(sName.substr(4), row.sName))
         return false;
     const string_view_t sPrefix = sName.substr(0, 4);
-    return SameName(sPrefix, OLESTR("get_")) ||
+    return (row.pfnGet && SameName(sPrefix, OLESTR("get_"))) ||
            (row.call.pfnCall && SameName(sPrefix, OLESTR("put_")));
 }
 
@@ -164,7 +164,7 @@ HRESULT Call(const DispatchCall& call, void* pInterface, const DISPPARAMS& param
 HRESULT CallProperty(const DispatchRow& row, void* pInterface, WORD flags, const DISPPARAMS& params,
                      VARIANT* result, UINT* argument, EXCEPINFO* exception)
 {
-    if (flags & DISPATCH_PROPERTYGET)
+    if ((flags & DISPATCH_PROPERTYGET) && row.pfnGet)
         return Get(row, pInterface, params, result, exception);
     if ((flags & DISPATCH_PROPERTYPUT) && row.call.pfnCall)
         return Call(row.call, pInterface, params, argument, exception);

@@ -1,6 +1,6 @@
 // The rows of a dispatch table, and how a member's signature becomes one.
 //
-// By value: LONG VT_I4, ULONG VT_UI4, 64-bit integers VT_I8 and VT_UI8, FLOAT
+// By value: BYTE VT_UI1, LONG VT_I4, ULONG VT_UI4, 64-bit integers VT_I8 and VT_UI8, FLOAT
 // VT_R4, VARIANT_BOOL VT_BOOL, BSTR VT_BSTR, IDispatch* VT_DISPATCH, VARIANT any
 // kind. A pointer to one of these is the same kind by reference.
 #pragma once
@@ -58,8 +58,11 @@ constexpr VARTYPE KindOf()
     else if constexpr (std::same_as<T, VARIANT_BOOL>)
         return VT_BOOL;
     else {
-        static_assert(std::integral<T> && (sizeof(T) == 4 || sizeof(T) == 8));
-        if constexpr (sizeof(T) == 4)
+        static_assert(std::same_as<T, BYTE> ||
+                      (std::integral<T> && (sizeof(T) == 4 || sizeof(T) == 8)));
+        if constexpr (sizeof(T) == 1)
+            return VT_UI1;
+        else if constexpr (sizeof(T) == 4)
             return std::is_signed_v<T> ? VT_I4 : VT_UI4;
         else
             return std::is_signed_v<T> ? VT_I8 : VT_UI8;
@@ -82,6 +85,8 @@ T Payload(const VARIANT& value)
         return value.fltVal;
     else if constexpr (std::same_as<T, VARIANT_BOOL>)
         return value.boolVal;
+    else if constexpr (sizeof(T) == 1)
+        return value.bVal;
     else if constexpr (sizeof(T) == 4)
         return static_cast<T>(value.lVal);
     else
@@ -103,6 +108,8 @@ void SetPayload(VARIANT& value, T payload)
             value.fltVal = payload;
         else if constexpr (std::same_as<T, VARIANT_BOOL>)
             value.boolVal = payload;
+        else if constexpr (sizeof(T) == 1)
+            value.bVal = payload;
         else if constexpr (sizeof(T) == 4)
             value.lVal = static_cast<LONG>(payload);
         else
@@ -181,6 +188,13 @@ template <auto Get>
 constexpr DispatchRow ReadOnlyRow(string_view_t sName, DISPID nId)
 {
     return {sName, nId, DispatchRow::Kind::Property, {}, &dispatch_details::Thunk<Get>::Get, {}};
+}
+
+template <auto Put>
+constexpr DispatchRow WriteOnlyRow(string_view_t sName, DISPID nId)
+{
+    return {sName,   nId, DispatchRow::Kind::Property, dispatch_details::Thunk<Put>::AsCall(),
+            nullptr, {}};
 }
 
 template <auto Get>

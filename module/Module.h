@@ -20,5 +20,9 @@ struct ObjectMapEntry
 // Null for a class that isn't in the map.
 const ObjectMapEntry* FindClass(std::span<const ObjectMapEntry> map, REFCLSID rclsid);
 
+// An object of one of this library's classes, found in its own map rather than in the
+// system's register. REGDB_E_CLASSNOTREG for any other. Defined beside the map.
+HRESULT CreateOwnInstance(REFCLSID rclsid, REFIID riid, void** ppv);
+
 // A factory for the entry, which must outlive it.
 HRESULT CreateClassFactory(const ObjectMapEntry& entry, REFIID riid, void** ppv);

@@ -10,9 +10,16 @@
 #pragma once
 
 #if defined(_WIN32)
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
 #include <windows.h>
 
 #include <oleauto.h>
+// Words of common speech that the system's headers take for themselves.
+#undef far
+#undef interface
+#undef near
 #define TABULEX_API
 #else
 #include "platform/component_posix.h"

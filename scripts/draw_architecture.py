@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Draws docs/architecture.svg: the layers, the road of a detection, the road of a
-conversion, and who runs and locks what. Run it after a change of the tables below:
+conversion, the threads of a session, and the locks. Run it after a change of the tables
+below:
 
     scripts/draw_architecture.py
 """
@@ -20,22 +21,24 @@ FILLS = {
     "logic": "#fff3c4",
     "base": "#eef0f2",
     "worker": "#ffe1cc",
-    "sink": "#ddf4ff",
 }
 
 # Highest first; a row's boxes stand side by side. (folder, what it holds, fill)
 LAYERS = [
-    [("tools/tabulex, examples/host", "hosts: through the public interfaces only", "host")],
+    [("tools/tabulex, examples/", "hosts: through the public interfaces only", "host")],
     [("component/", "object map, exported entries: the shared library", "front")],
-    [("src/ data parser", "one file joined to one record parser; runs in batches", "logic")],
+    [("src/ front object", "the object that a host drives, and its sessions", "front")],
+    [("src/ data parser", "one file joined to one record parser; runs; symbols", "logic"),
+     ("src/UIComponents/", "the progress box, over a view of the host's", "front")],
     [("src/ record parsing", "templates, columns, inference of layout and resolution", "logic"),
      ("src/ file access", "paged file, line index, a worker a file, pool", "logic")],
     [("datetime/", "the calendar value", "base"),
      ("Simples/", "texts in two languages", "base"),
-     ("module/", "counting, factories, dispatch by number", "base")],
+     ("module/", "counting, factories, dispatch", "base"),
+     ("LocalRPC/", "tasks in order on a thread", "base")],
     [("interfaces/", "what a host calls and what a sink implements", "front"),
      ("diagnostics/", "assertions and traces that stay live", "base")],
-    [("platform/", "component values; code pages, files, threads", "base")],
+    [("platform/", "component values; code pages, files, threads, message windows", "base")],
 ]
 
 DETECTION = [
@@ -49,36 +52,67 @@ DETECTION = [
     ("range", "first and last date; inverted if the last is earlier"),
 ]
 
+# (step, what it does, fill)
 CONVERSION = [
-    ("position", "the worker's next step of this run"),
-    ("line", "read by number, kept as text"),
-    ("batch", "1000 lines, or what is left at the end"),
-    ("checks", "date, symbol, order and step, date range"),
-    ("fields", "values by type and template, scaled"),
-    ("array", "column by record; bad lines leave no gap"),
-    ("PutRecords", "to the sink, with all locks left"),
-    ("EndTransaction", "once a run: it went well or not"),
+    ("line", "the worker's next position of this run, kept as text", "worker"),
+    ("batch", "1000 lines, or what is left at the end", "worker"),
+    ("checks", "date, symbol, order and step, date range", "worker"),
+    ("fields", "values by type and template, scaled", "worker"),
+    ("array", "column by record; bad lines leave no gap", "worker"),
+    ("PutRecords", "to the session, with all locks left: dates as days, times as milliseconds",
+     "worker"),
+    ("DataChanged", "the host's sink, while the file's worker waits", "host"),
+    ("Commit, Rollback", "once a session, and then the sink is let go of", "host"),
 ]
 
-# (thread, what it runs, fill)
-THREADS = [
-    ("any thread of the host", "creates objects, puts the file name, starts and aborts runs, "
-     "reads records by number; a call returns when its work is done, a run when it is queued",
-     "sink"),
-    ("one worker a file", "indexes up to 32767 lines ahead, then sleeps; steps the runs of its "
-     "file in turn, one record each; calls the sink", "worker"),
+# The threads of a session, left to right: (name, fill).
+LANES = [
+    ("the file's worker, one a file", "worker"),
+    ("the host's thread", "host"),
+    ("the symbols' thread, one a process", "worker"),
 ]
 
-# (lock, what it guards and what may be held with it)
+# (lane, row, name, what it does)
+PARTIES = [
+    (0, 0, "run", "a data parser's clone steps through the file; runs of a file take turns"),
+    (0, 1, "session's object", "a private front object: puts batches into the host's form"),
+    (0, 2, "progress box", "tells figures and bad lines, and waits for the user's answer"),
+    (1, 0, "front object", "the host's: lists, choices, its own data parser; starts and ends sessions"),
+    (1, 1, "sink window", "its messages, one at a time while the host pumps, are calls of the sink"),
+    (1, 2, "progress window", "shows itself on the host's view; a button is the answer"),
+    (2, 0, "enumerator", "walks on a clone that parses nothing, one after the other"),
+    (2, 1, "events proxy", "sends each symbol as it is"),
+]
+
+# From party to party, by (lane, row): (from, to, words in lines)
+HOPS = [
+    ((1, 0), (0, 0), ["DoConvert:", "clone, queue"]),
+    ((1, 0), (2, 0), ["DoEnum-", "Symbols"]),
+    ((0, 0), (0, 1), ["PutRecords, EndTransaction"]),
+    ((0, 1), (0, 2), ["DoProgress, OnError2"]),
+    ((0, 1), (1, 1), ["sent: batch,", "error, end"]),
+    ((0, 2), (1, 2), ["sent: figures,", "questions"]),
+    ((2, 0), (2, 1), ["PutRecords, EndTransaction"]),
+    ((2, 1), (1, 1), ["sent: symbol,", "end"]),
+]
+
+BESIDE = ("Beside these, parsers may be called from any thread, and an active object of LocalRPC runs its "
+          "tasks on a thread of its own, or on the one that started it while that pumps.")
+
+# In the order in which they are taken. (lock, what it guards and what may be held with it)
 LOCKS = [
-    ("data parser", "one each, recursive: held while records are parsed and in OnError2, left "
-     "before PutRecords"),
-    ("record parser", "one each: layout, templates, current record; a detection enters the data "
-     "parser with it held"),
-    ("file", "one each: pages, index, requests; left between strides"),
-    ("pool", "two, one for the open files and one for the threads; never both"),
-    ("proxies", "one a process: transactions and back links; nothing is taken under it, except "
-     "what Cancel takes"),
+    ("1  proxies", "one a process: transactions, and links back to parsers. Under it only what the "
+     "Cancel of a transaction takes"),
+    ("2  data parser", "one each, recursive: held while records are parsed and in OnError2, left "
+     "before PutRecords and EndTransaction"),
+    ("3  record parser", "one each, recursive: layout, templates, current record. Whoever needs "
+     "both takes the data parser's first"),
+    ("4  file", "one each: pages, index, requests; left between strides and while a consumer is "
+     "called"),
+    ("5  question", "one a progress box: held while the user is asked, which a run may do with its "
+     "data parser's lock"),
+    ("leaves", "the pool's two, never both; the list of enumerations; a progress box's state; the "
+     "message queues. Nothing is called under them"),
 ]
 
 
@@ -100,6 +134,10 @@ class Drawing:
     def box(self, x, y, width, height, fill):
         self.parts.append(f'<rect x="{x:g}" y="{y:g}" width="{width:g}" height="{height:g}" rx="6" '
                           f'fill="{FILLS[fill]}" stroke="{LINE_INK}"/>')
+
+    def lane(self, x, y, width, height, fill):
+        self.parts.append(f'<rect x="{x:g}" y="{y:g}" width="{width:g}" height="{height:g}" rx="10" '
+                          f'fill="{FILLS[fill]}" fill-opacity="0.35"/>')
 
     def arrow(self, x1, y1, x2, y2):
         self.parts.append(f'<line x1="{x1:g}" y1="{y1:g}" x2="{x2:g}" y2="{y2:g}" '
@@ -134,15 +172,15 @@ def draw_layers(drawing, y):
     return y
 
 
-def draw_road(drawing, y, heading, note, steps, fill_of):
+def draw_road(drawing, y, heading, note, steps):
     """Steps as two rows of boxes, read like lines of text."""
     y = drawing.heading(y, heading, note)
     columns, gap, height = (len(steps) + 1) // 2, 24, 84
     width = (WIDTH - 2 * MARGIN - gap * (columns - 1)) / columns
-    for i, (name, does) in enumerate(steps):
+    for i, (name, does, fill) in enumerate(steps):
         row, column = divmod(i, columns)
         x, top = MARGIN + column * (width + gap), y + row * (height + 26)
-        drawing.box(x, top, width, height, fill_of(i))
+        drawing.box(x, top, width, height, fill)
         drawing.text(x + 12, top + 20, f"{i + 1}  {name}", weight="bold")
         drawing.wrapped(x + 12, top + 40, does, width - 24, fill=SOFT)
         if column:
@@ -156,30 +194,72 @@ def draw_road(drawing, y, heading, note, steps, fill_of):
     return y + 2 * height + 26
 
 
-def draw_threads(drawing, y):
-    y = drawing.heading(y, "Threads and locks", "all locks are left before a sink gets a batch")
-    half = (WIDTH - 2 * MARGIN - 20) / 2
-    top = y
-    for name, runs, fill in THREADS:
-        drawing.box(MARGIN, top, half, 92, fill)
-        drawing.text(MARGIN + 12, top + 20, name, weight="bold")
-        drawing.wrapped(MARGIN + 12, top + 40, runs, half - 24, fill=SOFT)
-        top += 102
-    x, low = MARGIN + half + 20, y
+LANE_GAP, LANE_PAD = 104, 12
+PARTY_HEIGHT, PARTY_GAP = 92, 34
+
+
+def lane_width():
+    return (WIDTH - 2 * MARGIN - LANE_GAP * (len(LANES) - 1)) / len(LANES)
+
+
+def party_box(lane, row, y):
+    x = MARGIN + lane * (lane_width() + LANE_GAP) + LANE_PAD
+    return x, y + 34 + row * (PARTY_HEIGHT + PARTY_GAP), lane_width() - 2 * LANE_PAD
+
+
+def draw_hop(drawing, y, start, end, words):
+    x1, y1, width = party_box(*start, y)
+    x2, y2, _ = party_box(*end, y)
+    if start[0] == end[0]:  # down within a lane
+        drawing.arrow(x1 + 24, y1 + PARTY_HEIGHT + 2, x1 + 24, y2 - 2)
+        drawing.text(x1 + 34, y1 + PARTY_HEIGHT + 22, words[0], fill=SOFT)
+        return
+    to_right = end[0] > start[0]
+    middle = y1 + PARTY_HEIGHT / 2 + 14
+    near, far = (x1 + width + 2, x2 - 2) if to_right else (x1 - 2, x2 + width + 2)
+    drawing.arrow(near, middle, far, middle)
+    for i, line in enumerate(words):
+        drawing.text((near + far) / 2, middle - 8 - LINE * (len(words) - 1 - i), line, fill=SOFT,
+                     anchor="middle", size=12)
+
+
+def draw_session(drawing, y):
+    y = drawing.heading(y, "The threads of a session", "what is sent waits until it has been handled")
+    rows = 1 + max(row for _, row, _, _ in PARTIES)
+    height = 34 + rows * PARTY_HEIGHT + (rows - 1) * PARTY_GAP + LANE_PAD
+    for i, (name, fill) in enumerate(LANES):
+        x = MARGIN + i * (lane_width() + LANE_GAP)
+        drawing.lane(x, y, lane_width(), height, fill)
+        drawing.text(x + LANE_PAD, y + 22, name, fill=SOFT)
+    for lane, row, name, does in PARTIES:
+        x, top, width = party_box(lane, row, y)
+        drawing.box(x, top, width, PARTY_HEIGHT, LANES[lane][1])
+        drawing.text(x + 12, top + 20, name, weight="bold")
+        drawing.wrapped(x + 12, top + 40, does, width - 24, fill=SOFT)
+    for start, end, words in HOPS:
+        draw_hop(drawing, y, start, end, words)
+    return drawing.wrapped(MARGIN, y + height + 20, BESIDE, WIDTH - 2 * MARGIN, fill=SOFT) - 8
+
+
+def draw_locks(drawing, y):
+    y = drawing.heading(y, "Locks", "in the order in which they are taken; none is held in DataChanged")
+    indent, low = 130, y
     for name, guards in LOCKS:
-        drawing.text(x, low + 16, name, weight="bold")
-        low = drawing.wrapped(x + 105, low + 16, guards, half - 105, fill=SOFT) - 8
-    return max(top, low + 8)
+        drawing.text(MARGIN, low + 16, name, weight="bold")
+        low = drawing.wrapped(MARGIN + indent, low + 16, guards, WIDTH - 2 * MARGIN - indent,
+                              fill=SOFT) - 8
+    return low + 8
 
 
 def draw():
     drawing = Drawing()
     y = draw_layers(drawing, 32) + 28
     y = draw_road(drawing, y, "What happens when a file name is put", "on the caller's thread",
-                  DETECTION, lambda i: "logic") + 36
-    y = draw_road(drawing, y, "A conversion", "on the file's worker; steps 7 and 8 are the sink's",
-                  CONVERSION, lambda i: "sink" if i >= 6 else "worker") + 36
-    y = draw_threads(drawing, y)
+                  [(name, does, "logic") for name, does in DETECTION]) + 36
+    y = draw_road(drawing, y, "A conversion", "steps 7 and 8 are on the host's thread",
+                  CONVERSION) + 36
+    y = draw_session(drawing, y) + 36
+    y = draw_locks(drawing, y)
     return drawing.svg(y + 10)
 
 

@@ -48,8 +48,8 @@ HRESULT CDataParser::FinalConstruct()
 
 HRESULT CDataParser::CreateRecordParser()
 {
-    HRESULT hr = CoCreateInstance(CLSID_CRecordParser, nullptr, CLSCTX_INPROC_SERVER,
-                                  iid_of<IRecordParser>, m_pRecordParser.put_void());
+    HRESULT hr =
+        CreateOwnInstance(CLSID_CRecordParser, iid_of<IRecordParser>, m_pRecordParser.put_void());
     if (SUCCEEDED(hr))
         hr = m_pRecordParser->put_DataParser(static_cast<IDataParser*>(this));
     if (SUCCEEDED(hr))
@@ -306,11 +306,6 @@ HRESULT CDataParser::put_SymbolName(BSTR newVal)
 HRESULT CDataParser::get_Locale(ULONG* pVal)
 {
     return Locked([&] { return GiveOut(pVal, m_nLocale); });
-}
-
-HRESULT CDataParser::StartEnumSymbols(IDispatch*, ULONG_PTR)
-{
-    return E_NOTIMPL;
 }
 
 } // namespace Hesperon::specifics

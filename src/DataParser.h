@@ -8,9 +8,10 @@
 // otherwise. It is held while records are parsed and during OnError2 of a sink, and
 // left before PutRecords and EndTransaction. Under it the locks of the record
 // parser and of the file handler are taken, never the process-wide proxy lock,
-// since a cancelled transaction enters here with that one held. ProcessRecord runs
-// on the file's worker and reads the members that say where a record lies
-// without the lock: they must not be put while a run is on.
+// since a cancelled transaction enters here with that one held. A record parser that
+// is going to call its data parser takes this lock before its own (IDataParserLock).
+// ProcessRecord runs on the file's worker and reads the members that say where a
+// record lies without the lock: they must not be put while a run is on.
 #pragma once
 
 #include <atomic>
@@ -29,16 +30,18 @@
 #include "platform/values.h"
 #include "src/DateWithStatus.h"
 #include "src/Guarded.h"
+#include "src/IDataParserLock.h"
 #include "src/IFileHandler.h"
 #include "src/Proxies.h"
 #include "src/RecordParserProxy.h"
 
 namespace Hesperon::specifics {
 
-class CDataParser : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
-                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
-                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
-                                     IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo>
+class CDataParser
+    : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
+                       Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
+                       Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
+                       IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo, IDataParserLock>
 {
 public:
     // Records a batch: a run hands its lines on whenever their count is a multiple.
@@ -111,6 +114,11 @@ public:
 
     HRESULT STDMETHODCALLTYPE Cancel() override { return AbortConversion(); }
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID riid) override;
+
+    // ---- IDataParserLock
+
+    void STDMETHODCALLTYPE EnterParser() override { m_lock.lock(); }
+    void STDMETHODCALLTYPE LeaveParser() override { m_lock.unlock(); }
 
 private:
     friend class CRecordBatch;          // parses the lines of a run
@@ -235,6 +243,11 @@ private:
     // delivers those that pass; empties m_sTempRecords.
     Outcome InternalProcessRecords(ULONGLONG nLast, IRecordParser* pRecordParser,
                                    IDataParserEvents* pHost);
+
+    // ---- enumerations of symbols (DataParserSymbols.cpp)
+
+    // kNoField where the file has no symbols.
+    ULONG FindSymbolField();
 
     // ---- settings check (SettingsCheck.cpp)
 

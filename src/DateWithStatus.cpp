@@ -11,7 +11,7 @@ SDateWithStatus DateOf(const VARIANT& value)
     if (value.vt == VT_DATE)
         return {value.date, SDateWithStatus::kValid};
     Variant converted;
-    if (FAILED(VariantChangeType(&converted, &value, 0, VT_DATE)))
+    if (FAILED(VariantChangeType(&converted, const_cast<VARIANT*>(&value), 0, VT_DATE)))
         return {0, SDateWithStatus::kInvalid};
     return {converted.date, SDateWithStatus::kValid};
 }

@@ -1,13 +1,15 @@
 // IBatchLock: lets a conversion hold a record parser's lock for a batch, so that
 // the calls for each record and field find it held. Internal to the library; a
-// record parser that doesn't offer it is locked call by call.
+// record parser that doesn't offer it, or doesn't grant it, is locked call by call.
 #pragma once
 
 #include "platform/com_ptr.h"
 
 struct IBatchLock : IUnknown
 {
-    virtual void STDMETHODCALLTYPE EnterBatch() = 0;
+    // False, and the lock isn't held, while the layout is still to be found: that calls
+    // the data parser, whose lock would have to be taken first.
+    virtual bool STDMETHODCALLTYPE EnterBatch() = 0;
     virtual void STDMETHODCALLTYPE LeaveBatch() = 0;
 };
 
@@ -22,8 +24,8 @@ class BatchLockGuard
 public:
     explicit BatchLockGuard(IUnknown* pRecordParser)
     {
-        if (pRecordParser && SUCCEEDED(query(pRecordParser, m_p)))
-            m_p->EnterBatch();
+        if (pRecordParser && SUCCEEDED(query(pRecordParser, m_p)) && !m_p->EnterBatch())
+            m_p.reset();
     }
     ~BatchLockGuard()
     {

@@ -2,22 +2,11 @@
 
 #include "diagnostics/FaultmereClient.h"
 #include "src/IBatchLock.h"
+#include "src/SymbolHash.h"
 
 using FaultmereUtil::Assert;
 
 namespace Hesperon::specifics {
-
-namespace {
-
-ULONG SymbolHash(string_view_t sSymbol)
-{
-    ULONG h = 0;
-    for (const OLECHAR c : sSymbol)
-        h = h * 33 + c;
-    return h;
-}
-
-} // namespace
 
 CRecordBatch::CRecordBatch(CDataParser& parser, ULONGLONG nLast,
                            IQRL_TabulexConverter::IRecordParser* pRecordParser,

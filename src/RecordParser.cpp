@@ -10,9 +10,80 @@ namespace Hesperon::specifics {
 using IQRL_TabulexConverter::IDataParser;
 using IQRL_TabulexConverter::IFileHandlerEvents;
 
+// ---- locks ----------------------------------------------------------------------
+
+// Null for a data parser without such a lock. The link isn't counted: what it points at
+// is there for as long as the lock is held, but one whose last reference has gone can't
+// be brought back to life, and counts as gone.
+com_ptr<IDataParserLock> CRecordParser::LinkedLock()
+{
+    LockGuard lock(m_cs);
+    com_ptr<IDataParserLock> pLinked;
+    if (FAILED(query(m_state.m_pDataParser, pLinked)))
+        return {};
+    const bool bDying = pLinked->AddRef() > kDyingRefs;
+    pLinked->Release();
+    if (!bDying)
+        return pLinked;
+    m_state.m_pDataParser = nullptr;
+    pLinked.reset();
+    return {};
+}
+
+// The link may change until this object's lock is held.
+CRecordParser::LinkLock::LinkLock(CRecordParser& parser)
+    : m_parser(parser), m_pLinked(parser.LinkedLock())
+{
+    for (;;) {
+        EnterLinked();
+        m_parser.m_cs.lock();
+        com_ptr<IDataParserLock> pNow = m_parser.LinkedLock();
+        if (pNow == m_pLinked)
+            return;
+        m_parser.m_cs.unlock();
+        LeaveLinked();
+        m_pLinked = std::move(pNow);
+    }
+}
+
+CRecordParser::LinkLock::~LinkLock()
+{
+    m_parser.m_cs.unlock();
+    LeaveLinked();
+}
+
+void CRecordParser::LinkLock::EnterLinked()
+{
+    if (m_pLinked)
+        m_pLinked->EnterParser();
+}
+
+void CRecordParser::LinkLock::LeaveLinked()
+{
+    if (m_pLinked)
+        m_pLinked->LeaveParser();
+}
+
+bool CRecordParser::EnterBatch()
+{
+    m_cs.lock();
+    const bool bGranted = m_state.m_phase != ParsePhase::Reset;
+    if (!bGranted)
+        m_cs.unlock();
+    return bGranted;
+}
+
+// ---- parsing --------------------------------------------------------------------
+
+// Only the first record of a layout has to do with the data parser.
 HRESULT CRecordParser::Parse(BSTR bsRecord)
 {
-    return Locked([&] { return ParseText(TextOf(bsRecord)); });
+    {
+        LockGuard lock(m_cs);
+        if (m_state.m_phase != ParsePhase::Reset)
+            return Guarded([&] { return ParseText(TextOf(bsRecord)); });
+    }
+    return LockedWithLink([&] { return ParseText(TextOf(bsRecord)); });
 }
 
 HRESULT CRecordParser::ParseText(string_view_t sRecord)
@@ -71,7 +142,7 @@ void CRecordParser::ForgetColumns()
 
 HRESULT CRecordParser::RecreateFealds()
 {
-    return Locked([&]() -> HRESULT {
+    return LockedWithLink([&]() -> HRESULT {
         ForgetColumns();
         IDataParser* p = m_state.m_pDataParser;
         if (!p)
@@ -155,14 +226,14 @@ HRESULT CRecordParser::put_EventHandler(IDispatch* newVal)
 
 HRESULT CRecordParser::get_LinesToSkip(ULONG* pVal)
 {
-    return Locked([&] {
+    return LockedWithLink([&] {
         return m_state.m_pDataParser ? m_state.m_pDataParser->get_HeaderOffset(pVal) : E_UNEXPECTED;
     });
 }
 
 HRESULT CRecordParser::put_LinesToSkip(ULONG newVal)
 {
-    return Locked([&]() -> HRESULT {
+    return LockedWithLink([&]() -> HRESULT {
         IDataParser* p = m_state.m_pDataParser;
         if (!p)
             return E_UNEXPECTED;

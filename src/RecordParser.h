@@ -1,5 +1,9 @@
 // CRecordParser: turns one text record into typed field values, and works the
 // layout of the file out by itself. See interfaces/IRecordParser.h for the contract.
+//
+// Threads: one recursive lock an object guards its state. Operations that may call the
+// data parser take that one's lock first, so that the order of the two is the same
+// whether a call comes in here or comes from the data parser.
 #pragma once
 
 #include "interfaces/IFileHandlerEvents.h"
@@ -9,6 +13,7 @@
 #include "platform/CriticalSection.h"
 #include "src/Guarded.h"
 #include "src/IBatchLock.h"
+#include "src/IDataParserLock.h"
 #include "src/ParserState.h"
 #include "src/ResolutionInference.h"
 
@@ -80,7 +85,7 @@ public:
     HRESULT STDMETHODCALLTYPE put_Environment(BSTR newVal) override;
 
     // ---- IBatchLock
-    void STDMETHODCALLTYPE EnterBatch() override { m_cs.lock(); }
+    bool STDMETHODCALLTYPE EnterBatch() override;
     void STDMETHODCALLTYPE LeaveBatch() override { m_cs.unlock(); }
 
     // ---- links (RecordParser.cpp)
@@ -92,12 +97,39 @@ public:
     HRESULT STDMETHODCALLTYPE put_LinesToSkip(ULONG newVal) override;
 
 private:
+    // Holds the lock of the linked data parser, if that offers it, and this object's.
+    class LinkLock
+    {
+    public:
+        explicit LinkLock(CRecordParser& parser);
+        ~LinkLock();
+        LinkLock(const LinkLock&) = delete;
+        LinkLock& operator=(const LinkLock&) = delete;
+
+    private:
+        void EnterLinked();
+        void LeaveLinked();
+
+        CRecordParser& m_parser;
+        com_ptr<IDataParserLock> m_pLinked; // let go of behind the locks
+    };
+
     // Runs a body under the lock; what it throws becomes a result code.
     template <class Body>
     HRESULT Locked(Body body) noexcept
     {
         return Guarded([&] {
             LockGuard lock(m_cs);
+            return body();
+        });
+    }
+
+    // The same for a body that may call the data parser.
+    template <class Body>
+    HRESULT LockedWithLink(Body body) noexcept
+    {
+        return Guarded([&] {
+            LinkLock lock(*this);
             return body();
         });
     }
@@ -113,6 +145,7 @@ private:
         });
     }
 
+    com_ptr<IDataParserLock> LinkedLock();
     HRESULT ParseText(string_view_t sRecord);
     void ForgetColumns();
     void RefreshDates(VARIANT_BOOL bFindResolution = VARIANT_FALSE);

@@ -60,7 +60,7 @@ HRESULT CRecordParser::GetFieldNameLocalized(BSTR* bsName, ULONG nIndex)
 
 HRESULT CRecordParser::SetFieldName(ULONG nField, BSTR bsName)
 {
-    return Locked([&] {
+    return LockedWithLink([&] {
         const unsigned uiType = bsName ? FindType(TextOf(bsName)) : kNoType;
         const HRESULT hr = SetFieldType(nField, static_cast<LONG>(uiType));
         if (SUCCEEDED(hr))
@@ -81,7 +81,7 @@ HRESULT CRecordParser::GetFieldTemplate(BSTR* bsTemplate, ULONG nField)
 
 HRESULT CRecordParser::SetFieldTemplate(BSTR bsTemplate, ULONG nField)
 {
-    return WithColumn(nField, E_INVALIDARG, [&](CDataField& field) -> HRESULT {
+    const auto change = [&](CDataField& field) -> HRESULT {
         const string_view_t sTemplate = TextOf(bsTemplate);
         const unsigned uiType = field.GetType();
         if (uiType != TypeDate && uiType != TypeTime)
@@ -103,7 +103,8 @@ HRESULT CRecordParser::SetFieldTemplate(BSTR bsTemplate, ULONG nField)
         m_state.PredefineDateAndTime();
         RefreshDates(VARIANT_TRUE);
         return S_OK;
-    });
+    };
+    return LockedWithLink([&] { return WithColumn(nField, E_INVALIDARG, change); });
 }
 
 HRESULT CRecordParser::GetFieldType(ULONG nField, LONG* nType)
@@ -146,7 +147,7 @@ HRESULT CRecordParser::get_FieldDividers(LONG* pVal)
 {
     if (!pVal)
         return E_POINTER;
-    return Locked([&] {
+    return LockedWithLink([&] {
         if (!HasFile(m_state.m_pDataParser) ||
             !FaultmereUtil::Assert(m_state.m_bDividerFound, "m_bDividerFound"))
             return E_UNEXPECTED;
@@ -157,7 +158,7 @@ HRESULT CRecordParser::get_FieldDividers(LONG* pVal)
 
 HRESULT CRecordParser::put_FieldDividers(LONG newVal)
 {
-    return Locked([&] {
+    return LockedWithLink([&] {
         if (!HasFile(m_state.m_pDataParser))
             return E_UNEXPECTED;
         m_state.m_dividers = DividerSet::FromMask(newVal);

@@ -6,20 +6,18 @@
 // that callers find their results unset.
 #pragma once
 
-#include "interfaces/IRecordParser.h"
-#include "module/ComObject.h"
+#include "src/UnofferedRecordParser.h"
 
 namespace Hesperon::specifics {
 
-class CRecordParserProxy
-    : public ComObject<CRecordParserProxy, Dual<IQRL_TabulexConverter::IRecordParser>>
+class CRecordParserProxy : public UnofferedRecordParser<CRecordParserProxy>
 {
 public:
     // The target isn't counted: cut the link with Detach() before it goes.
     void Attach(IQRL_TabulexConverter::IRecordParser* pTarget);
     void Detach();
 
-    // ---- passed on
+    // ---- passed on; the rest isn't offered
 
     HRESULT STDMETHODCALLTYPE Parse(BSTR bsRecord) override;
     HRESULT STDMETHODCALLTYPE Clone(IDispatch** newObj) override;
@@ -43,48 +41,6 @@ public:
     HRESULT STDMETHODCALLTYPE put_FieldDividers(LONG newVal) override;
     HRESULT STDMETHODCALLTYPE get_UseBarsEndTime(VARIANT_BOOL* pVal) override;
     HRESULT STDMETHODCALLTYPE put_UseBarsEndTime(VARIANT_BOOL newVal) override;
-
-    // ---- not offered: E_NOTIMPL
-
-    HRESULT STDMETHODCALLTYPE Reset() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE FindResolution(BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE RecalcResolutionSize() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE IsHeader(BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeNames(VARIANT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetFieldValue(VARIANT*, ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetResolutionTemplates(VARIANT, VARIANT) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetFieldError(BSTR*, ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTemplates(VARIANT*, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetTemplates(VARIANT, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetFieldName(BSTR*, ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetFieldName(ULONG, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetFieldTemplate(BSTR*, ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetFieldTemplate(BSTR, ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_FieldCount(ULONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_CurrentDateTime(VARIANT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_DataParser(IDispatch**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_DataParser(IDispatch*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_EventHandler(IDispatch**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_EventHandler(IDispatch*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_Environment(BSTR*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_Environment(BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_Resolution(LONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_Resolution(LONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_ResolutionSize(LONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_ResolutionSize(LONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_LinesToSkip(ULONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_LinesToSkip(ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeNamesLocalized(VARIANT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetFieldNameLocalized(BSTR*, ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTemplateItemCount(BSTR, LONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTemplateItem(BSTR, LONG, BSTR*, LONG*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE RecreateFealds() override { return E_NOTIMPL; }
 
 private:
     com_ptr<IQRL_TabulexConverter::IRecordParser> Target();

@@ -60,7 +60,8 @@ HRESULT ReadResolutionTemplate(SAFEARRAY* ids, SAFEARRAY* names, LONG i, Resolut
 
 HRESULT CRecordParser::FindResolution(BSTR bsRecord)
 {
-    return Locked([&] { return specifics::FindResolution(m_state, *this, TextOf(bsRecord), 1); });
+    return LockedWithLink(
+        [&] { return specifics::FindResolution(m_state, *this, TextOf(bsRecord), 1); });
 }
 
 HRESULT CRecordParser::CheckResolution(VARIANT LastDateTime, BSTR* ResolutionError,
@@ -190,7 +191,7 @@ HRESULT CRecordParser::get_Resolution(LONG* pVal)
 
 HRESULT CRecordParser::put_Resolution(LONG newVal)
 {
-    return Locked([&]() -> HRESULT {
+    return LockedWithLink([&]() -> HRESULT {
         if (newVal < 0 || newVal >= RESOLUTIONS_COUNT)
             return E_INVALIDARG;
         if (newVal == m_state.m_nResolution)
@@ -281,7 +282,7 @@ HRESULT CRecordParser::get_UseBarsEndTime(VARIANT_BOOL* pVal)
 
 HRESULT CRecordParser::put_UseBarsEndTime(VARIANT_BOOL newVal)
 {
-    return Locked([&] {
+    return LockedWithLink([&] {
         const bool bUse = newVal != VARIANT_FALSE;
         const bool bChanged = bUse != m_state.m_bUseBarsEndTime;
         m_state.m_bUseBarsEndTime = bUse;

@@ -1,5 +1,6 @@
 // Type names and template lists of a record parser.
 
+#include "src/EnvironmentDocument.h"
 #include "src/RecordParser.h"
 #include "src/TextArray.h"
 
@@ -111,14 +112,19 @@ HRESULT CRecordParser::RemoveTemplate(ULONG nField, BSTR Template)
     });
 }
 
-HRESULT CRecordParser::get_Environment(BSTR*)
+HRESULT CRecordParser::get_Environment(BSTR* pVal)
 {
-    return E_NOTIMPL;
+    if (!pVal)
+        return E_POINTER;
+    return Locked([&] {
+        *pVal = NewBstr(WriteTemplates(m_state.m_types));
+        return S_OK;
+    });
 }
 
-HRESULT CRecordParser::put_Environment(BSTR)
+HRESULT CRecordParser::put_Environment(BSTR newVal)
 {
-    return E_NOTIMPL;
+    return Locked([&] { return ReadTemplates(TextOf(newVal), m_state.m_types) ? S_OK : S_FALSE; });
 }
 
 } // namespace Hesperon::specifics

@@ -10,6 +10,7 @@
 #include "Simples/interface/ResourceStrings.h"
 #include "diagnostics/FaultmereClient.h"
 #include "src/AsyncTransactionPool.h"
+#include "platform/MessageWindow.h"
 #include "src/DataParser.h"
 #include "src/DataTypes.h"
 #include "src/ErrorDescription.h"
@@ -180,9 +181,11 @@ void CDataParser::PutSink(com_ptr<IDataParserEvents> pEvents)
     m_bRunStale = true;
 }
 
+// A worker that holds the lock may wait for an answer from the calling thread.
 com_ptr<CDataParser::IDataParserEvents> CDataParser::TakeSink()
 {
-    LockGuard lock(m_lock);
+    LockPumping(m_lock);
+    LockGuard lock(m_lock, std::adopt_lock);
     m_bRunStale = true;
     return std::exchange(m_pDataParserEvents, nullptr);
 }
@@ -293,9 +296,10 @@ HRESULT CDataParser::EndRun(Outcome outcome)
     // waits for the lock, is going to tell it.
     const bool bLeave = outcome.bSinkKnows && m_hAbortEvent.Wait(std::chrono::milliseconds(0));
     const com_ptr<IDataParserEvents> pEvents = bLeave ? nullptr : TakeSink();
+    // Ahead of the end's being told: the sink may start the next run under this number.
+    UnregisterTransaction();
     if (pEvents && !outcome.bSinkKnows)
         pEvents->EndTransaction(SUCCEEDED(outcome.hr) ? VARIANT_TRUE : VARIANT_FALSE);
-    UnregisterTransaction();
     m_run = {};
     m_bRunStale = true;
     return outcome.hr == S_OK ? S_FALSE : outcome.hr;
@@ -306,7 +310,9 @@ HRESULT CDataParser::AbortConversion()
     // The sink may hold the last reference to this object.
     const com_ptr<CDataParser> pSelf(this);
     m_hAbortEvent.Set();
-    if (const com_ptr<IDataParserEvents> pEvents = TakeSink())
+    const com_ptr<IDataParserEvents> pEvents = TakeSink();
+    UnregisterTransaction(); // ahead of the end, as in EndRun
+    if (pEvents)
         pEvents->EndTransaction(VARIANT_FALSE);
     return S_OK;
 }

@@ -2,42 +2,52 @@
 
 #include <algorithm>
 #include <atomic>
+#include <iterator>
+#include <span>
 
 namespace {
 
-struct Row
-{
-    unsigned nId;
-    string_view_t sChinese;
-    string_view_t sEnglish;
-};
-
-constexpr Row kTable[] = {
-#define STRING(id, chinese, english) {id, OLESTR(chinese), OLESTR(english)},
+constexpr TabulexString kChinese[] = {
+#define STRING(id, chinese, english) {id, OLESTR(chinese)},
 #include "Simples/interface/StringTable.inc"
 #undef STRING
 };
 
-std::atomic<Language> g_language = Language::Chinese;
+constexpr TabulexString kEnglish[] = {
+#define STRING(id, chinese, english) {id, OLESTR(english)},
+#include "Simples/interface/StringTable.inc"
+#undef STRING
+};
+
+constexpr TabulexStringTable kTables[] = {{kChinese, std::size(kChinese)},
+                                          {kEnglish, std::size(kEnglish)}};
+
+std::atomic<const TabulexStringTable*> g_pTable = &kTables[0];
 
 } // namespace
 
-void SetResourceLanguage(Language language)
+const TabulexStringTable& OwnStrings(Language language)
 {
-    g_language = language;
+    return kTables[static_cast<int>(language)];
 }
 
-Language ResourceLanguage()
+LONG_PTR ResourceHandle()
 {
-    return g_language;
+    return reinterpret_cast<LONG_PTR>(g_pTable.load());
+}
+
+void SetResourceHandle(LONG_PTR nHandle)
+{
+    const auto* pTable = reinterpret_cast<const TabulexStringTable*>(nHandle);
+    g_pTable = pTable ? pTable : &OwnStrings(Language::Chinese);
 }
 
 string_view_t LoadResourceString(unsigned nId)
 {
-    const Row* row = std::ranges::find(kTable, nId, &Row::nId);
-    if (row == std::end(kTable))
-        return {};
-    return g_language == Language::Chinese ? row->sChinese : row->sEnglish;
+    const TabulexStringTable& table = *g_pTable.load();
+    const std::span strings(table.pStrings, table.nStrings);
+    const auto row = std::ranges::find(strings, nId, &TabulexString::nId);
+    return row == strings.end() ? string_view_t() : string_view_t(row->pszText);
 }
 
 string_t FormatResourceString(unsigned nId, std::initializer_list<string_view_t> args)

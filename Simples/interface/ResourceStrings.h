@@ -1,7 +1,10 @@
-// The string table: every text for the user, by id, in the module's languages.
+// The string table: every text for the user, by id.
+//
+// All texts come from the one module-wide resource handle, which stands for a table
+// of the component's own languages or of a host's. Safe from any thread.
 #pragma once
 
-#include "platform/component.h"
+#include "platform/StringTable.h"
 
 enum class Language
 {
@@ -9,12 +12,21 @@ enum class Language
     English
 };
 
-// The language in which LoadResourceString answers from now on; Chinese at start.
-void SetResourceLanguage(Language language);
-Language ResourceLanguage();
+// The component's own table of a language.
+const TabulexStringTable& OwnStrings(Language language);
+
+// Address of the table from which texts are loaded; that of the Chinese one at start.
+LONG_PTR ResourceHandle();
+// 0 stands for the Chinese one.
+void SetResourceHandle(LONG_PTR nHandle);
+
+inline void SetResourceLanguage(Language language)
+{
+    SetResourceHandle(reinterpret_cast<LONG_PTR>(&OwnStrings(language)));
+}
 
 // The text of an id; empty for an id that isn't in the table. The view stays good
-// for the life of the process.
+// as long as the table.
 string_view_t LoadResourceString(unsigned nId);
 
 // The text of an id with each "%s" replaced by the next argument, in order.

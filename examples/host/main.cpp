@@ -1,96 +1,156 @@
-// A host in one page: opens a quote file, prints the columns that the library found
-// in it, converts it and counts the rows.
-#include "RowCounter.h"
+// A host: opens a quote file, prints what the library found in it, lists its symbols,
+// and converts it.
+#include <vector>
+
+#include "../common/RowSink.h"
+#include "ConsoleProgress.h"
 #include "interfaces/ClassIds.h"
-#include "interfaces/IDataParser.h"
-#include "interfaces/IRecordParser.h"
+#include "interfaces/IqrlTabulexConvertor.h"
 #include "interfaces/NativeHost.h"
 
 using namespace IQRL_TabulexConverter;
 
 namespace {
 
-struct Resolution
+// The resolutions that this host can use, by the ids of hosts. Only what is offered is
+// ever inferred. Ticks and bars of ticks share an id, and are offered in this order.
+constexpr struct
 {
     LONG nId;
     const OLECHAR* sName;
+} kOffered[] = {
+    {1, OLESTR("Ticks")},   {1, OLESTR("Tick Bars")}, {8, OLESTR("Count Bars")},
+    {2, OLESTR("Minutes")}, {4, OLESTR("Days")},      {5, OLESTR("Weeks")},
 };
 
-// The resolutions that this host can use, by the library's ids. Only what is offered
-// is ever inferred.
-constexpr Resolution kOffered[] = {
-    {1, OLESTR("Ticks")},   {2, OLESTR("Tick Bars")}, {3, OLESTR("Count Bars")},
-    {5, OLESTR("Minutes")}, {6, OLESTR("Days")},      {7, OLESTR("Weeks")},
+struct Options
+{
+    const char* pszFile = nullptr;
+    bool bPortion = false;
+    ULONGLONG nStart = 0, nCount = 0;
+    unsigned nCancelAfter = 0; // batches; 0 for never
 };
 
-HRESULT OfferResolutions(IRecordParser& records)
+// Options and their values in pairs, and then the file.
+bool Read(int argc, char** argv, Options& options)
 {
-    constexpr ULONG nCount = std::size(kOffered);
-    Variant ids = Variant::FromArray(SafeArrayCreateVector(VT_I4, 0, nCount), VT_I4);
-    Variant names = Variant::FromArray(SafeArrayCreateVector(VT_BSTR, 0, nCount), VT_BSTR);
-    for (LONG i = 0; i < static_cast<LONG>(nCount); ++i) {
-        LONG nId = kOffered[i].nId;
-        SafeArrayPutElement(ids.parray, &i, &nId);
-        SafeArrayPutElement(names.parray, &i, Bstr(kOffered[i].sName).get());
+    int i = 1;
+    for (; i + 2 < argc; i += 2) {
+        const std::string sOption = argv[i];
+        if (sOption == "--cancel-after" &&
+            std::sscanf(argv[i + 1], "%u", &options.nCancelAfter) == 1)
+            continue;
+        options.bPortion =
+            sOption == "--portion" &&
+            std::sscanf(argv[i + 1], "%llu:%llu", &options.nStart, &options.nCount) == 2;
+        if (!options.bPortion)
+            return false;
     }
-    return records.SetResolutionTemplates(ids, names);
+    options.pszFile = argv[i];
+    return i + 1 == argc;
 }
 
-void PrintColumns(IRecordParser& records)
+// ---- what the file is like
+
+void PrintDate(const char* pszWhat, const VARIANT& date)
 {
-    ULONG nFields = 0;
-    records.get_FieldCount(&nFields);
-    for (ULONG i = 0; i < nFields; ++i) {
-        LONG nType = -1;
-        Bstr name, form;
-        records.GetFieldType(i, &nType);
-        records.GetFieldName(name.put(), i);
-        records.GetFieldTemplate(form.put(), i);
-        std::printf("column %u: %s %s\n", i + 1, nType < 0 ? "-" : Utf8(name.get()).c_str(),
-                    Utf8(form.get()).c_str());
-    }
+    SYSTEMTIME t{};
+    VariantTimeToSystemTime(date.date, &t);
+    std::printf("%s %d-%02d-%02d %02d:%02d:%02d\n", pszWhat, t.wYear, t.wMonth, t.wDay, t.wHour,
+                t.wMinute, t.wSecond);
 }
 
-int Convert(IDataParser& parser)
+// Prints the columns and gives their ids, 0 for one that isn't delivered.
+std::vector<LONG> PrintColumns(IqrlTabulexConvertor& converter)
 {
-    constexpr ULONG_PTR nTransaction = 1; // any number that this host doesn't use twice at a time
-    com_ptr<RowCounter> sink(new RowCounter);
-    // S_FALSE: the sink has been told why not.
-    if (parser.CheckConverterSettings(0, sink.get()) != S_OK)
-        return 1;
-    if (FAILED(parser.StartConversion(sink.get(), nTransaction)))
-        return 1;
-    const bool bGood = sink->Wait();
-    std::printf("%llu rows, %llu bad lines, %s\n", sink->Rows(), sink->BadLines(),
-                bGood ? "complete" : "failed");
-    return bGood ? 0 : 1;
+    LONG nFields = 0;
+    converter.get_FieldCount(&nFields);
+    std::vector<LONG> ids(static_cast<std::size_t>(nFields));
+    LONG i = 0;
+    for (LONG& nId : ids) {
+        Bstr form;
+        converter.GetField(i++, &nId, form.put());
+        std::printf("column %ld: %ld %s\n", long{i}, long{nId}, Utf8(form.view()).c_str());
+    }
+    return ids;
+}
+
+void PrintSettings(IqrlTabulexConvertor& converter)
+{
+    LONG nResolution = 0, nSize = 0;
+    Variant start, end;
+    converter.get_ResolutionTemplate(&nResolution);
+    converter.get_ResolutionSizeTemplate(&nSize);
+    converter.get_StartDateTime(start.put());
+    converter.get_EndDateTime(end.put());
+    std::printf("resolution %ld, size %ld\n", long{nResolution}, long{nSize});
+    PrintDate("from", start);
+    PrintDate("to", end);
+}
+
+// ---- sessions
+
+void PumpUntilEnd(const RowSink& sink)
+{
+    while (!sink.HasEnded())
+        TabulexPumpMessages(100);
+}
+
+void ListSymbols(IqrlTabulexConvertor& converter, RowSink& sink)
+{
+    if (SUCCEEDED(converter.DoEnumSymbols(&sink)))
+        PumpUntilEnd(sink);
+}
+
+bool Convert(IqrlTabulexConvertor& converter, RowSink& sink, const Options& options)
+{
+    // S_FALSE: the sink has been told why not. A portion checks by itself.
+    if (!options.bPortion && converter.CheckConverterSettings(0, &sink) != S_OK)
+        return false;
+    sink.m_onBatch = [&] {
+        if (sink.Batches() == options.nCancelAfter)
+            converter.Unadvise(&sink); // Rollback is heard before it returns
+    };
+    const HRESULT hr = options.bPortion
+                           ? converter.DoConvertPortion(0, &sink, options.nStart, options.nCount)
+                           : converter.DoConvert(&sink, 0);
+    if (FAILED(hr))
+        return false;
+    PumpUntilEnd(sink);
+    sink.PrintResult();
+    return sink.IsCommitted();
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: tabulex_host FILE\n");
+    Options options;
+    if (!Read(argc, argv, options)) {
+        std::fprintf(stderr,
+                     "usage: tabulex_host [--portion START:COUNT] [--cancel-after N] FILE\n");
         return 2;
     }
     TabulexSetLanguage(TABULEX_LANGUAGE_ENGLISH);
+    TabulexSetProgressViews(&ConsoleProgress::Make, nullptr);
 
-    com_ptr<IDataParser> parser;
-    if (FAILED(CoCreateInstance(CLSID_CDataParser, nullptr, CLSCTX_INPROC_SERVER,
-                                iid_of<IDataParser>, parser.put_void())))
+    com_ptr<IqrlTabulexConvertor> converter;
+    if (FAILED(CoCreateInstance(CLSID_CqrlTabulexConvertor, nullptr, CLSCTX_INPROC_SERVER,
+                                iid_of<IqrlTabulexConvertor>, converter.put_void())))
         return 1;
-    com_ptr<IDispatch> object;
-    parser->get_RecordParser(object.put());
-    const com_ptr<IRecordParser> records = object.as<IRecordParser>();
-    if (!records || FAILED(OfferResolutions(*records.get())))
-        return 1;
+    for (const auto& offer : kOffered)
+        converter->AddResolutionTemplate(offer.nId, Bstr(offer.sName).get());
 
-    const Bstr path(std::filesystem::path(argv[1]).u16string());
-    if (parser->put_FileName(path.get()) != S_OK) {
-        std::fprintf(stderr, "%s can't be opened\n", argv[1]);
+    const Bstr path(std::filesystem::path(options.pszFile).u16string());
+    if (converter->put_FileName(path.get()) != S_OK) {
+        std::fprintf(stderr, "%s can't be opened\n", options.pszFile);
         return 1;
     }
-    PrintColumns(*records.get());
-    return Convert(*parser.get());
+    // A session goes by the address of its sink. Both sinks live until the end, so that
+    // the two have different ones.
+    const com_ptr<RowSink> rows(new RowSink(PrintColumns(*converter.get())));
+    const com_ptr<RowSink> symbols(new RowSink);
+    PrintSettings(*converter.get());
+    ListSymbols(*converter.get(), *symbols.get());
+    return Convert(*converter.get(), *rows.get(), options) ? 0 : 1;
 }

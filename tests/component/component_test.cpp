@@ -7,8 +7,12 @@
 #include "component/ObjectMap.h"
 #include "interfaces/ClassIds.h"
 #include "interfaces/IDataParser.h"
+#include "interfaces/IDataParserEvents.h"
+#include "interfaces/IProgressBox.h"
 #include "interfaces/IRecordParser.h"
+#include "interfaces/ISymbolEnumerator.h"
 #include "interfaces/IValueMultiplier.h"
+#include "interfaces/IqrlTabulexConvertor.h"
 #include "interfaces/Module.h"
 #include "platform/com_ptr.h"
 #include "platform/values.h"
@@ -38,6 +42,26 @@ const ClassRow kClasses[] = {
      {0x14F2854F, 0x6B57, 0x495D, {0x93, 0xD3, 0xFF, 0xF2, 0x73, 0x53, 0xA6, 0xA9}},
      OLESTR("CqrlValueMultiplier.CqrlValueMultiplier"),
      iid_of<IValueMultiplier>},
+    {"fake record parser",
+     {0xD5DBF451, 0x08DC, 0x46A5, {0xB8, 0x04, 0x80, 0x8A, 0xE6, 0x63, 0xE4, 0x14}},
+     OLESTR("TabulexConverter.FakeRecordParser"),
+     iid_of<IRecordParser>},
+    {"symbol enumerator",
+     {0xA6F381E9, 0xEF47, 0x4696, {0xA6, 0x24, 0xE3, 0x5C, 0xCC, 0xBF, 0x31, 0x94}},
+     OLESTR("TabulexConverter.SymbolEnumerator"),
+     iid_of<ISymbolEnumerator>},
+    {"data parser's events proxy",
+     {0x2629FD59, 0x8E26, 0x41F3, {0xB6, 0xBE, 0x8A, 0x15, 0x61, 0x74, 0xD5, 0x2D}},
+     OLESTR("CqrlDataParserEventsProxy.CqrlDataParse"),
+     iid_of<IDataParserEvents>},
+    {"progress box",
+     {0x80E5F78A, 0x3001, 0x46CA, {0x94, 0x65, 0x26, 0x38, 0x64, 0x08, 0x02, 0xBE}},
+     OLESTR("CProgressDlgNoHTML.CProgressDlgNoHTML"),
+     iid_of<IProgressBox>},
+    {"host's object",
+     {0xCB33C95B, 0x48D2, 0x4735, {0xA3, 0xC5, 0x0B, 0x0F, 0x43, 0x0D, 0xA0, 0x46}},
+     OLESTR("TabulexConverter.qrlTabulexConvertor"),
+     iid_of<IqrlTabulexConvertor>},
 };
 
 constexpr CLSID kUnknownClass = {0x40F34F54, 0x56A2, 0x4480, {0, 0, 0, 0, 0, 0, 0, 0}};

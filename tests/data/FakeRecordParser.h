@@ -8,13 +8,12 @@
 #include <vector>
 
 #include "interfaces/IRecordParser.h"
-#include "module/ComObject.h"
 #include "platform/values.h"
 #include "src/DataTypes.h"
+#include "src/UnofferedRecordParser.h"
 #include "tests/data/Text.h"
 
-class FakeRecordParser
-    : public ComObject<FakeRecordParser, Dual<IQRL_TabulexConverter::IRecordParser>>
+class FakeRecordParser : public Hesperon::specifics::UnofferedRecordParser<FakeRecordParser>
 {
 public:
     // ---- what a test sets and reads
@@ -219,56 +218,11 @@ public:
 
     // ---- not needed by a data parser
 
-    HRESULT STDMETHODCALLTYPE RemoveTemplate(ULONG, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE RecalcResolutionSize() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE IsHeader(BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetResolutionTemplates(VARIANT, VARIANT) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE GetTemplates(VARIANT*, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetTemplates(VARIANT, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetFieldName(ULONG, BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetFieldTemplate(BSTR*, ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE SetFieldTemplate(BSTR, ULONG) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetFieldType(ULONG nField, LONG* nType) override
     {
         *nType = static_cast<LONG>(types.at(nField));
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE SetFieldType(ULONG, LONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_EventHandler(IDispatch**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_EventHandler(IDispatch*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_Environment(BSTR*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_Environment(BSTR) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_Resolution(LONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_ResolutionSize(LONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_LinesToSkip(ULONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_LinesToSkip(ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_PriceMultiplier(IDispatch**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_PriceMultiplier(IDispatch*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_VolumeMultiplier(IDispatch**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_VolumeMultiplier(IDispatch*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_SmartResolutionEnabled(VARIANT_BOOL*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE put_SmartResolutionEnabled(VARIANT_BOOL) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE get_FieldDividers(LONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_FieldDividers(LONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_UseBarsEndTime(VARIANT_BOOL*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_UseBarsEndTime(VARIANT_BOOL) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeNamesLocalized(VARIANT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetFieldNameLocalized(BSTR*, ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTemplateItemCount(BSTR, LONG*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTemplateItem(BSTR, LONG, BSTR*, LONG*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE RecreateFealds() override { return E_NOTIMPL; }
 
 private:
     string_t FieldText(std::size_t i) const

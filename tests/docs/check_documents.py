@@ -4,49 +4,27 @@
     options    docs/command-line.md lists exactly the options of each command's help
     templates  each example of docs/templates.md reads as told, and so do its defaults
     readme     what README.md shows is what the tool says
-    dispids    docs/hosting.md has the names and numbers of the dispatch tables
+    dispids    docs/hosting.md has a table for each interface that is called by number, with the
+               names, numbers and arguments of the dispatch tables
+    ids        docs/hosting.md has the ids of fields and resolutions that hosts use
+    quotes     the code that docs/hosting.md shows of an example stands there, and what the
+               example tells is what the test of the installed package expects
+    picture    docs/architecture.svg is what scripts/draw_architecture.py draws
     links      links between the documents and their headings lead somewhere
 """
+import json
 import os
 import re
 import subprocess
 import sys
 import tempfile
 
-ROOT = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
+sys.dont_write_bytecode = True  # the modules lie in the source tree
+
+from hosting import check_dispids, check_ids, check_quotes
+from tables import ROOT, read, rows, rows_below, run, sections
+
 OPTION = re.compile(r"--[a-z][a-z-]*(?: [^\s`]*[A-Za-z][^\s`]*)?")
-
-
-def read(path):
-    with open(os.path.join(ROOT, path), encoding="utf-8") as file:
-        return file.read()
-
-
-def cells(line):
-    """The cells of a table's row; \\| is a bar within one."""
-    return [cell.strip().replace("\\|", "|") for cell in re.split(r"(?<!\\)\|", line)[1:-1]]
-
-
-def rows(text):
-    """The rows of all tables of a text, without heads and rules."""
-    lines = text.splitlines()
-    for i, line in enumerate(lines):
-        is_rule = re.fullmatch(r"\|[-|]+\|", line)
-        is_head = i + 1 < len(lines) and re.fullmatch(r"\|[-|]+\|", lines[i + 1])
-        if line.startswith("|") and not is_rule and not is_head:
-            yield cells(line)
-
-
-def sections(text, level):
-    """What stands under each heading of a level, up to the next of that level or above."""
-    parts = re.split(rf"^(#{{1,{level}}}) (.+)$", text, flags=re.M)
-    return {heading: part for marks, heading, part in zip(parts[1::3], parts[2::3], parts[3::3])
-            if len(marks) == level}
-
-
-def run(*command):
-    done = subprocess.run(command, capture_output=True, text=True, timeout=60)
-    return done.returncode, done.stdout.strip()
 
 
 # ---- options
@@ -94,26 +72,55 @@ def check_options(tool):
 # ---- templates
 
 
-def check_templates(tool):
-    text = read("docs/templates.md")
-    tried = 0
-    for row in rows(sections(text, 3)["Examples"]):
+def check_examples(tool, text):
+    head, tried = "| template | type | text | result |", 0
+    for row in rows_below(text, head):
         template, kind, sample, result = (cell.strip("`") for cell in row)
-        status, value = run(tool, "template", kind, template, sample)
+        told, _, why = result.partition(": ")
+        status, value = run(tool, "template", "--", kind, template, sample)
         tried += 1
-        if status != (1 if result.startswith("refused") else 0) or (status == 0 and value != result):
+        if status != (1 if told.startswith("refused") else 0) or (status == 0 and value != told):
             yield f"{template} on {sample}: status {status}, {value}; told {result}"
-    if tried < 10:
+    if tried < 80:
         yield f"only {tried} examples found"
-    listed = {row[0]: re.findall(r"`([^`]+)`", row[1]) for row in rows(text)
-              if row[0] in ("Date", "Time") and len(row) == 2}
+    for heading, part in sections(text, 3).items():
+        if not list(rows_below(part, head)):
+            yield f"no example of {heading}"
+
+
+def check_defaults(text):
+    listed = {row[0]: re.findall(r"`([^`]+)`", row[1])
+              for row in rows_below(text, "| type | templates |")}
     source = read("src/DataTypes.cpp")
     for kind, templates in listed.items():
         places = [source.find(f'"{template}"') for template in templates]
         if -1 in places or places != sorted(places):
             yield f"{kind}: the defaults differ from the code's: {templates}"
-    if sorted(len(templates) for templates in listed.values()) != [10, 25]:
+    if {kind: len(templates) for kind, templates in listed.items()} != {"Date": 25, "Time": 10}:
         yield "25 date and 10 time templates expected"
+
+
+def check_detection(tool, text):
+    """A file of a row's dates is found to have the row's template."""
+    tried = list(rows_below(text, "| dates of a file | found |"))
+    for dates, found in tried:
+        with tempfile.NamedTemporaryFile("w", suffix=".csv") as file:
+            for date in re.findall(r"`([^`]+)`", dates):
+                file.write(f"{date},10.5,11.5,10,10.75,100\n")
+            file.flush()
+            status, report = run(tool, "inspect", "--json", file.name)
+        column = json.loads(report)["columns"][0] if status == 0 else report
+        if column != {"type": "Date", "template": found.strip("`")}:
+            yield f"{dates}: {column}; told {found}"
+    if len(tried) < 3:
+        yield f"only {len(tried)} files told"
+
+
+def check_templates(tool):
+    text = read("docs/templates.md")
+    yield from check_examples(tool, text)
+    yield from check_defaults(text)
+    yield from check_detection(tool, text)
 
 
 # ---- what the README shows
@@ -135,24 +142,15 @@ def check_readme(tool):
         yield f"only {len(commands)} commands found"
 
 
-# ---- dispids
+# ---- the picture
 
 
-def check_dispids(_):
-    told = {}
-    for name, part in sections(read("docs/hosting.md"), 3).items():
-        told[name] = {(int(row[0]), row[1].strip("`")) for row in rows(part) if row[0].isdigit()}
-    source = read("module/DispatchTables.cpp")
-    tables = re.findall(r"DispatchTable<(\w+)>\(\)\n\{(.*?)\n\}\n", source, re.S)
-    for name, body in tables:
-        has = {(int(number, 0), row) for row, number in re.findall(
-            r'Row<[^>]*>\(\s*OLESTR\("(\w+)"\),\s*(0x[0-9a-f]+|\d+)', body)}
-        for number, row in sorted(has ^ told.get(name, set())):
-            if name in told:
-                yield f"{name}: {number} {row} stands on one side only"
-    for name in ("IDataParser", "IRecordParser", "IDataParserEvents", "IValueMultiplier"):
-        if not told.get(name) or name not in dict(tables):
-            yield f"no table of {name}"
+def check_picture(_):
+    sys.path.insert(0, os.path.join(ROOT, "scripts"))
+    import draw_architecture
+
+    if draw_architecture.draw() != read("docs/architecture.svg"):
+        yield "docs/architecture.svg is an old picture: run scripts/draw_architecture.py"
 
 
 # ---- links
@@ -182,7 +180,8 @@ def check_links(_):
 
 def main():
     checks = {"options": check_options, "templates": check_templates, "readme": check_readme,
-              "dispids": check_dispids, "links": check_links}
+              "dispids": check_dispids, "ids": check_ids,
+              "quotes": check_quotes, "picture": check_picture, "links": check_links}
     what, tool = sys.argv[1], os.path.abspath(sys.argv[2])
     faults = list(checks[what](tool))
     for fault in faults:

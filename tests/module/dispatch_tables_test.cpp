@@ -7,8 +7,13 @@
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
 #include "interfaces/IFileHandlerEvents.h"
+#include "interfaces/IProgressBox.h"
+#include "interfaces/IQRLGUITweak.h"
 #include "interfaces/IRecordParser.h"
+#include "interfaces/ISymbolEnumerator.h"
 #include "interfaces/IValueMultiplier.h"
+#include "interfaces/IqrlTabulexConvertor.h"
+#include "interfaces/IqrlTabulexDataSink.h"
 #include "module/Dispatch.h"
 #include "module/DispatchRow.h"
 
@@ -20,6 +25,7 @@ enum class Form
 {
     Method,
     ReadOnly,
+    WriteOnly,
     Property
 };
 
@@ -30,7 +36,8 @@ struct Entry
     Form form = Form::Method;
 };
 
-constexpr Form kReadOnly = Form::ReadOnly, kProperty = Form::Property;
+constexpr Form kReadOnly = Form::ReadOnly, kWriteOnly = Form::WriteOnly,
+               kProperty = Form::Property;
 
 constexpr Entry kDataParserEvents[] = {
     {OLESTR("PutRecords"), 1},        {OLESTR("EndTransaction"), 2}, {OLESTR("OnError"), 3},
@@ -131,6 +138,60 @@ constexpr Entry kFileHandlerEvents[] = {
 
 constexpr Entry kFileHandlerEvents2[] = {{OLESTR("StartPosition"), 1, kReadOnly}};
 
+constexpr Entry kConvertor[] = {
+    {OLESTR("Environment"), 1, kProperty},
+    {OLESTR("FileName"), 2, kProperty},
+    {OLESTR("FieldTemplate"), 3, kProperty},
+    {OLESTR("AddFieldTemplate"), 4},
+    {OLESTR("ResolutionTemplate"), 5, kProperty},
+    {OLESTR("AddResolutionTemplate"), 6},
+    {OLESTR("ResolutionSizeTemplate"), 7, kProperty},
+    {OLESTR("TimeZoneTemplate"), 8, kProperty},
+    {OLESTR("AddTimeZoneTemplate"), 9},
+    {OLESTR("DoAnalyse"), 10},
+    {OLESTR("FieldCount"), 11, kReadOnly},
+    {OLESTR("GetField"), 12},
+    {OLESTR("SetField"), 13},
+    {OLESTR("DoConvert"), 14},
+    {OLESTR("StartDateTime"), 15, kProperty},
+    {OLESTR("EndDateTime"), 16, kProperty},
+    {OLESTR("PriceMultiplier"), 17, kProperty},
+    {OLESTR("VolumeMultiplier"), 18, kProperty},
+    {OLESTR("DoEnumSymbols"), 19},
+    {OLESTR("DoConvertPortion"), 20},
+    {OLESTR("DataParser"), 21, kReadOnly},
+    {OLESTR("InitFieldsInfo"), 22},
+    {OLESTR("Unadvise"), 23},
+    {OLESTR("Clone"), 24},
+    {OLESTR("SelectResolution"), 25},
+    {OLESTR("ValidResolution"), 26, kReadOnly},
+    {OLESTR("CheckConverterSettings"), 27},
+    {OLESTR("SymbolName"), 28, kProperty},
+    {OLESTR("Mode"), 29, kWriteOnly},
+    {OLESTR("ReleaseFile"), 30},
+};
+
+constexpr Entry kTweak[] = {
+    {OLESTR("MenuStyle"), 1, kProperty},
+    {OLESTR("MenuEffect"), 2, kProperty},
+    {OLESTR("ResourceHandle"), 3, kProperty},
+    {OLESTR("ModelessProgress"), 4, kProperty},
+};
+
+constexpr Entry kDataSink[] = {
+    {OLESTR("DataChanged"), 1},
+    {OLESTR("Commit"), 2},
+    {OLESTR("Rollback"), 3},
+    {OLESTR("OnError"), 4},
+};
+
+constexpr Entry kSymbolEnumerator[] = {
+    {OLESTR("DataParser"), 1, kProperty},
+    {OLESTR("Receiver"), 2, kWriteOnly},
+    {OLESTR("SymbolField"), 3, kProperty},
+    {OLESTR("Start"), 4},
+};
+
 DISPID IdOf(std::span<const DispatchRow> table, string_t sName)
 {
     LPOLESTR name = sName.data();
@@ -147,8 +208,10 @@ void Expect(std::span<const DispatchRow> table, std::span<const Entry> entries)
         const string_t sName = entry.szName;
         SCOPED_TRACE(std::string(sName.begin(), sName.end()));
         EXPECT_EQ(entry.id, IdOf(table, sName));
-        const DISPID get = entry.form == Form::Method ? DISPID_UNKNOWN : entry.id;
-        const DISPID put = entry.form == Form::Property ? entry.id : DISPID_UNKNOWN;
+        const bool bGet = entry.form == Form::ReadOnly || entry.form == Form::Property;
+        const bool bPut = entry.form == Form::WriteOnly || entry.form == Form::Property;
+        const DISPID get = bGet ? entry.id : DISPID_UNKNOWN;
+        const DISPID put = bPut ? entry.id : DISPID_UNKNOWN;
         EXPECT_EQ(get, IdOf(table, OLESTR("get_") + sName));
         EXPECT_EQ(put, IdOf(table, OLESTR("put_") + sName));
         EXPECT_TRUE(ids.insert(entry.id).second);
@@ -179,6 +242,26 @@ TEST(DispatchNumbers, OfTheFilesEvents)
 {
     Expect(DispatchTable<IFileHandlerEvents>(), kFileHandlerEvents);
     Expect(DispatchTable<IFileHandlerEvents2>(), kFileHandlerEvents2);
+}
+
+TEST(DispatchNumbers, OfTheConvertor)
+{
+    Expect(DispatchTable<IqrlTabulexConvertor>(), kConvertor);
+}
+
+TEST(DispatchNumbers, OfTheTweaks)
+{
+    Expect(DispatchTable<IQRLGUITweak>(), kTweak);
+}
+
+TEST(DispatchNumbers, OfTheDataSink)
+{
+    Expect(DispatchTable<IqrlTabulexDataSink>(), kDataSink);
+}
+
+TEST(DispatchNumbers, OfTheSymbolEnumerator)
+{
+    Expect(DispatchTable<ISymbolEnumerator>(), kSymbolEnumerator);
 }
 
 } // namespace

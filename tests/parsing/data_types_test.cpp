@@ -57,11 +57,11 @@ CDataType Filled(unsigned uiType)
 class ChineseTexts
 {
 public:
-    ChineseTexts() : m_before(ResourceLanguage()) { SetResourceLanguage(Language::Chinese); }
-    ~ChineseTexts() { SetResourceLanguage(m_before); }
+    ChineseTexts() : m_before(ResourceHandle()) { SetResourceLanguage(Language::Chinese); }
+    ~ChineseTexts() { SetResourceHandle(m_before); }
 
 private:
-    Language m_before;
+    LONG_PTR m_before;
 };
 
 TEST(FieldTypes, HaveInternalAndLocalizedNames)

@@ -3,8 +3,8 @@
 #include <type_traits>
 
 #include "src/RecordParserExtractor.h"
+#include "src/UnofferedRecordParser.h"
 #include "tests/parsing/UnusedDataParser.h"
-#include "tests/parsing/UnusedRecordParser.h"
 #include "tests/parsing/multipliers.h"
 
 namespace {
@@ -25,7 +25,7 @@ struct Answer
     }
 };
 
-class FakeRecordParser final : public UnusedRecordParser<FakeRecordParser>
+class FakeRecordParser final : public UnofferedRecordParser<FakeRecordParser>
 {
 public:
     HRESULT STDMETHODCALLTYPE get_PriceMultiplier(IDispatch** pVal) override

@@ -35,14 +35,14 @@ public:
 class ResolutionCheck : public testing::Test
 {
 protected:
-    ResolutionCheck() : m_file(MinuteLines(Evenly(5, 12), kBar)), m_before(ResourceLanguage())
+    ResolutionCheck() : m_file(MinuteLines(Evenly(5, 12), kBar)), m_before(ResourceHandle())
     {
         SetResourceLanguage(Language::Chinese);
         EXPECT_EQ(S_OK, CreateObject(m_host));
         EXPECT_EQ(S_OK, m_file.Load());
         EXPECT_EQ(S_OK, m_file.Parse(OLESTR("20030106,09:30")));
     }
-    ~ResolutionCheck() override { SetResourceLanguage(m_before); }
+    ~ResolutionCheck() override { SetResourceHandle(m_before); }
 
     // Against a record that stands fBefore days ahead of the one parsed.
     HRESULT Check(double fBefore)
@@ -61,7 +61,7 @@ protected:
     ParsedFile m_file;
     com_ptr<Host> m_host;
     Bstr m_error;
-    Language m_before;
+    LONG_PTR m_before;
 };
 
 constexpr double kDay = 1, kMinute = 1.0 / 1440, kSecond = 1.0 / 86400;

@@ -114,10 +114,21 @@ class Names(ToolTest):
 class OddQuotes(ToolTest):
     def test_dates_up_to_the_last_year_are_read(self):
         text = "Date,Open,High,Low,Close\n" + "".join(
-            f"{y}/06/06,10.5,11.5,9.5,10.25\n" for y in (1900, 1950, 1999, 2000, 2079, 2099))
+            f"{y}/06/04,10.5,11.5,9.5,10.25\n" for y in (1900, 1950, 1999, 2000, 2078, 2079))
         rows = self.succeed("convert", self.file("a.csv", text)).rows()
         self.assertEqual([r[0][:4] for r in rows[1:]],
-                         ["1900", "1950", "1999", "2000", "2079", "2099"])
+                         ["1900", "1950", "1999", "2000", "2078", "2079"])
+
+    def test_dates_behind_the_last_day_that_can_be_delivered_are_refused(self):
+        text = "Date,Open,High,Low,Close\n" + "".join(
+            f"{y}/06/04,10.5,11.5,9.5,10.25\n" for y in (1999, 2000, 2001, 2079, 2099))
+        path = self.file("a.csv", text)
+        result = self.run_tool("convert", path)
+        self.assertEqual((result.status, result.out), (1, ""))
+        self.assertIn("2079-06-04", result.err)
+        self.assertEqual(self.run_tool("check", path).status, 1)
+        rows = self.succeed("convert", path, "--to", "2079-06-04").rows()
+        self.assertEqual(rows[-1][0], "2079-06-04")
 
     def test_lines_may_have_too_few_and_too_many_fields(self):
         lines = SAMPLES["junk.csv"].lines()

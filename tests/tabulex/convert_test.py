@@ -122,7 +122,7 @@ class Progress(ToolTest):
             pass
         os.close(main)
         self.assertEqual(tool.wait(60), 0)
-        self.assertIn(b" lines  ", said)
+        self.assertRegex(said, rb"\[#*\.*\] +\d+%  [\d,]+ records  [\d,]+/s  0 min \d+ sec")
         self.assertIn(b"\r\x1b[Kbatches=20 delivered=20000 skipped=0 result=commit", said)
 
     def test_is_not_drawn_into_a_file(self):

@@ -5,7 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/values.h"
+#include "tests/tabulex/Cells.h"
+#include "tests/tabulex/TestFolder.h"
 #include "tools/tabulex/CsvWriter.h"
 #include "tools/tabulex/JsonLinesWriter.h"
 #include "tools/tabulex/OutputFile.h"
@@ -15,58 +16,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-Variant Number(double value)
-{
-    Variant v;
-    v.vt = VT_R8;
-    v.dblVal = value;
-    return v;
-}
-
-Variant Whole(LONGLONG value)
-{
-    Variant v;
-    v.vt = VT_I8;
-    v.llVal = value;
-    return v;
-}
-
-const std::vector<Column> kColumns = {{"Symbol", ColumnKind::Symbol},
-                                      {"Date", ColumnKind::Date},
-                                      {"Time", ColumnKind::Time},
-                                      {"Price", ColumnKind::Number},
-                                      {"Up Volume", ColumnKind::Number}};
-
-// A record with a symbol; the rest is always the same.
 std::string RowOf(RowWriter& writer, string_view_t symbol)
 {
-    const Variant cells[] = {Variant::FromText(symbol), Variant::FromDate(37980),
-                             Variant::FromDate(0.5), Number(1.25), Whole(-3)};
+    const auto cells = RowFor(symbol);
     std::string text;
-    writer.Row(cells, text);
+    writer.Row(cells.data(), text);
     return text;
 }
-
-class TestFolder
-{
-public:
-    TestFolder()
-    {
-        std::string name = (fs::temp_directory_path() / "tabulex-output-XXXXXX").string();
-        m_path = mkdtemp(name.data());
-    }
-    ~TestFolder() { fs::remove_all(m_path); }
-
-    std::string operator/(const char* pszName) const { return (m_path / pszName).string(); }
-    std::size_t Entries() const
-    {
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(m_path), fs::directory_iterator()));
-    }
-
-private:
-    fs::path m_path;
-};
 
 std::string ContentOf(const std::string& path)
 {
@@ -125,7 +81,7 @@ TEST(JsonRows, EscapeWhatJsonAsksFor)
 
 TEST(JsonRows, HaveNullForWhatIsNoNumber)
 {
-    JsonLinesWriter writer({{"Price", ColumnKind::Number}});
+    JsonLinesWriter writer({{"Price", ColumnKind::Price}});
     std::string text;
     const Variant cell = Number(std::numeric_limits<double>::infinity());
     writer.Row(&cell, text);
@@ -187,17 +143,23 @@ TEST(OutputFiles, MayBeWrittenTwoAtATimeUnderOneName)
     EXPECT_EQ(ContentOf(folder / "out.csv"), "second");
 }
 
-TEST(OutputFiles, ReplaceWhatALinkLeadsTo)
+TEST(OutputFiles, ReplaceOrMakeWhatALinkLeadsTo)
 {
     const TestFolder folder;
     std::ofstream(folder / "real.csv") << "old";
-    fs::create_symlink(folder / "real.csv", folder / "link.csv");
-    OutputFile file;
-    ASSERT_TRUE(file.Open(folder / "link.csv"));
-    file.Write("new");
-    EXPECT_TRUE(file.Commit());
-    EXPECT_TRUE(fs::is_symlink(folder / "link.csv"));
-    EXPECT_EQ(ContentOf(folder / "real.csv"), "new");
+    fs::create_symlink("real.csv", folder / "second.csv");
+    fs::create_symlink(folder / "second.csv", folder / "link.csv");
+    fs::create_symlink("new.csv", folder / "early.csv");
+    for (const auto& [name, target] :
+         {std::pair("link.csv", "real.csv"), {"early.csv", "new.csv"}}) {
+        SCOPED_TRACE(name);
+        OutputFile file;
+        ASSERT_TRUE(file.Open(folder / name));
+        file.Write("new");
+        EXPECT_TRUE(file.Commit());
+        EXPECT_TRUE(fs::is_symlink(folder / name));
+        EXPECT_EQ(ContentOf(folder / target), "new");
+    }
 }
 
 TEST(OutputFiles, TellWhyTheyCannotBeWritten)

@@ -41,8 +41,17 @@ class Files(ToolTest):
             for option in ("-o", "--rejects"):
                 with self.subTest((name, option)):
                     err = self.fail_with(2, "convert", path, option, self.path(name)).err
-                    self.assertIn("would replace the file that is read", err)
+                    self.assertIn("would replace a file that is read", err)
         self.assertEqual(self.read("week.csv").encode(), SAMPLES["week.csv"].content())
+
+    def test_are_never_another_file_that_is_read(self):
+        one, two = self.sample("week.csv"), self.sample("tick.csv")
+        for options in (["--rejects", two], ["-o", self.folder]):
+            with self.subTest(options):
+                err = self.fail_with(2, "convert", one, two, *options).err
+                self.assertEqual(err.count("would replace a file that is read"), 2)
+        self.assert_entries("week.csv", "tick.csv")
+        self.assertEqual(self.read("tick.csv").encode(), SAMPLES["tick.csv"].content())
 
     def test_a_dry_run_writes_nothing_to_standard_output(self):
         self.assertEqual(self.succeed("convert", "-n", self.sample("week.csv")).out, "")
@@ -50,7 +59,8 @@ class Files(ToolTest):
 
 class Faults(ToolTest):
     def test_a_place_that_cannot_be_written_is_told_before_the_run(self):
-        cases = [("missing/out.csv", "No such file or directory"), (".", "directory")]
+        cases = [("missing/out.csv", "No such file or directory"), ("missing/out.db", "No such"),
+                 ("missing/new/", "No such file or directory"), ("week.csv/", "Not a directory")]
         for name, reason in cases:
             with self.subTest(name):
                 result = self.fail_with(3, "convert", self.sample("week.csv"), "-o",

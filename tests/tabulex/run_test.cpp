@@ -1,41 +1,46 @@
-// The receiving side of a run: its end, and how a run is noticed that never ends.
-#include <chrono>
-#include <filesystem>
-#include <fstream>
+// The receiving side of a run: what it hands on, and how it answers.
 #include <optional>
-#include <random>
-#include <thread>
 
 #include <gtest/gtest.h>
 
+#include "platform/com_ptr.h"
 #include "platform/values.h"
-#include "tools/tabulex/CsvWriter.h"
-#include "tools/tabulex/RunWatch.h"
+#include "tools/tabulex/ConversionSink.h"
 
 using namespace tabulex;
-using namespace std::chrono_literals;
 
 namespace {
+
+// An output that counts, and refuses what it is told to refuse.
+class FakeOutput : public RowOutput
+{
+public:
+    bool Write(const VARIANT*, ULONGLONG nRows) override
+    {
+        m_nRows += nRows;
+        return !m_bFull && !m_bReaderGone;
+    }
+    bool Commit() override { return true; }
+    void Discard() override {}
+    bool IsReaderGone() const override { return m_bReaderGone; }
+    std::string FaultText() const override { return {}; }
+
+    ULONGLONG m_nRows = 0;
+    bool m_bFull = false;
+    bool m_bReaderGone = false;
+};
 
 class RunTest : public testing::Test
 {
 protected:
     RunTest()
     {
-        std::ofstream file(m_sPath);
-        file << "Date,Open,High,Low,Close\n";
-        for (int nDay = 13; nDay < 30; ++nDay)
-            file << "2003/01/" << nDay << ",10.5,11.5,9.5,10.25\n";
-        file.close();
         for (const auto& resolution : DefaultResolutions())
             m_offers.Add(resolution);
         m_host.emplace(m_offers);
-        m_host->Open(m_sPath);
-        m_errors.emplace(*m_host, m_console, "file", ErrorReporter::Options(), std::nullopt);
-        m_sink = com_ptr<ConversionSink>(new ConversionSink(
-            m_offers, std::make_unique<CsvWriter>(std::vector<Column>(2)), 2, nullptr, *m_errors));
+        m_errors.emplace(*m_host, m_console, "file", ErrorReporter::Options(), nullptr);
+        m_sink = com_ptr<ConversionSink>(new ConversionSink(2, &m_output, *m_errors));
     }
-    ~RunTest() override { std::filesystem::remove(m_sPath); }
 
     // A batch of empty cells.
     static Variant Batch(ULONG nColumns, ULONG nRows)
@@ -44,91 +49,67 @@ protected:
         return Variant::FromArray(SafeArrayCreate(VT_VARIANT, 2, bounds), VT_VARIANT);
     }
 
-    std::string m_sPath = (std::filesystem::temp_directory_path() /
-                           ("tabulex-run-" + std::to_string(std::random_device()()) + ".csv"))
-                              .string();
     ResolutionOffers m_offers{"None"};
     Console m_console{false, true, false};
     std::optional<Host> m_host;
     std::optional<ErrorReporter> m_errors;
+    FakeOutput m_output;
     com_ptr<ConversionSink> m_sink;
 };
 
-} // namespace
-
-TEST_F(RunTest, CountsRowsAndTheLinesThatFellAway)
+TEST_F(RunTest, CountsBatchesAndRows)
 {
-    EXPECT_EQ(m_sink->PutRecords(Batch(2, 3), 5), S_OK);
-    EXPECT_EQ(m_sink->PutRecords(Batch(2, 0), 1), S_OK);
-    EXPECT_EQ(m_sink->Totals().nBatches, 2u);
-    EXPECT_EQ(m_sink->Totals().nDelivered, 3u);
-    EXPECT_EQ(m_sink->Totals().nSkipped, 3u);
-    EXPECT_EQ(m_sink->LinesDone(), 6u);
+    EXPECT_EQ(m_sink->DataChanged(Batch(2, 3)), S_OK);
+    EXPECT_EQ(m_sink->DataChanged(Batch(2, 0)), S_OK);
+    EXPECT_EQ(m_sink->Batches(), 2u);
+    EXPECT_EQ(m_sink->Rows(), 3u);
 }
 
-// E_INVALIDARG would tell the component that the sink knows of the end already.
-TEST_F(RunTest, RefusesBatchesOfAnotherShapeWithAFailureThatIsTold)
+TEST_F(RunTest, HandsRowsToTheOutput)
+{
+    m_sink->DataChanged(Batch(2, 3));
+    m_sink->DataChanged(Batch(2, 4));
+    EXPECT_EQ(m_output.m_nRows, 7u);
+}
+
+TEST_F(RunTest, EndsAsAFailureWhenTheOutputIsFullAndWellWhenItsReaderIsGone)
+{
+    m_output.m_bFull = true;
+    EXPECT_TRUE(FAILED(m_sink->DataChanged(Batch(2, 1))));
+    m_output.m_bReaderGone = true;
+    EXPECT_EQ(m_sink->DataChanged(Batch(2, 1)), S_FALSE);
+    EXPECT_EQ(m_sink->Batches(), 2u);
+}
+
+TEST_F(RunTest, NeedsNoOutput)
+{
+    const com_ptr<ConversionSink> sink(new ConversionSink(2, nullptr, *m_errors));
+    EXPECT_EQ(sink->DataChanged(Batch(2, 3)), S_OK);
+    EXPECT_EQ(sink->Rows(), 3u);
+}
+
+TEST_F(RunTest, RefusesBatchesOfAnotherShape)
 {
     const Variant flat = Variant::FromArray(SafeArrayCreateVector(VT_VARIANT, 0, 2), VT_VARIANT);
-    EXPECT_EQ(m_sink->PutRecords(Batch(3, 1), 1), E_UNEXPECTED);
-    EXPECT_EQ(m_sink->PutRecords(flat, 1), E_UNEXPECTED);
-    EXPECT_EQ(m_sink->PutRecords(Variant::FromI4(1), 1), E_UNEXPECTED);
-    EXPECT_EQ(m_sink->Totals().nBatches, 0u);
+    EXPECT_EQ(m_sink->DataChanged(Batch(3, 1)), E_UNEXPECTED);
+    EXPECT_EQ(m_sink->DataChanged(flat), E_UNEXPECTED);
+    EXPECT_EQ(m_sink->DataChanged(Variant::FromI4(1)), E_UNEXPECTED);
+    EXPECT_EQ(m_sink->Batches(), 0u);
 }
 
-TEST_F(RunTest, KeepsTheFirstEnd)
+TEST_F(RunTest, KnowsItsEndAndWhoHoldsIt)
 {
-    EXPECT_FALSE(m_sink->WaitForEnd(0ms));
-    m_sink->EndTransaction(VARIANT_TRUE);
-    m_sink->EndTransaction(VARIANT_FALSE);
-    m_sink->Close();
-    EXPECT_TRUE(m_sink->WaitForEnd(0ms));
+    EXPECT_FALSE(m_sink->HasEnded());
+    EXPECT_TRUE(m_sink->IsLetGoOf());
+    {
+        const com_ptr<IQRL_TabulexConverter::IqrlTabulexDataSink> session(m_sink.get());
+        EXPECT_FALSE(m_sink->IsLetGoOf());
+        session->Rollback();
+    }
+    EXPECT_TRUE(m_sink->HasEnded());
+    EXPECT_FALSE(m_sink->IsCommitted());
+    m_sink->Commit();
     EXPECT_TRUE(m_sink->IsCommitted());
 }
 
-TEST_F(RunTest, RollsBackWhatIsClosedBeforeItsEndAndTakesNothingMore)
-{
-    m_sink->Close();
-    EXPECT_FALSE(m_sink->IsCommitted());
-    EXPECT_EQ(m_sink->PutRecords(Batch(2, 1), 1), E_ABORT);
-    EXPECT_NE(m_sink->OnError2(1, 1, nullptr), S_OK);
-    EXPECT_EQ(m_sink->Totals().nDelivered, 0u);
-}
-
-TEST_F(RunTest, WakesTheWaitingSideFromAnotherThread)
-{
-    std::thread worker([this] { m_sink->EndTransaction(VARIANT_TRUE); });
-    EXPECT_TRUE(m_sink->WaitForEnd(60s));
-    worker.join();
-}
-
-TEST_F(RunTest, IsDeadAfterASilenceAndOnlyThen)
-{
-    RunWatch watch(m_host->LineReader(), *m_sink.get(), 300ms);
-    const auto start = std::chrono::steady_clock::now();
-    while (std::chrono::steady_clock::now() - start < 600ms) {
-        m_sink->PutRecords(Batch(2, 1), 1); // a sign of life
-        ASSERT_FALSE(watch.IsDead());
-        std::this_thread::sleep_for(20ms);
-    }
-    const auto silence = std::chrono::steady_clock::now();
-    while (!watch.IsDead()) {
-        ASSERT_LT(std::chrono::steady_clock::now() - silence, 60s);
-        std::this_thread::sleep_for(20ms);
-    }
-    EXPECT_GE(std::chrono::steady_clock::now() - silence, 250ms);
-}
-
-TEST_F(RunTest, KnowsTheLinesOfTheFile)
-{
-    m_host->CountRecords();
-    EXPECT_EQ(RunWatch(m_host->LineReader(), *m_sink.get()).TotalLines(), 18u);
-}
-
-TEST_F(RunTest, NamesResolutionsAsTheyWereOffered)
-{
-    Bstr name;
-    EXPECT_EQ(m_sink->GetResolutionName(5, name.put()), S_OK);
-    EXPECT_EQ(name.view(), OLESTR("Minutes"));
-    EXPECT_EQ(m_sink->GetResolutionName(5, nullptr), E_POINTER);
-}
+} // namespace

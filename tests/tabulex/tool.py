@@ -5,6 +5,7 @@ import datetime as dt
 import io
 import json
 import os
+import resource
 import subprocess
 import tempfile
 import unittest
@@ -94,9 +95,13 @@ class ToolTest(unittest.TestCase):
         with open(self.path(name), encoding="utf-8") as f:
             return f.read()
 
-    def run_tool(self, *args, **options):
+    def run_tool(self, *args, most_bytes=None, **options):
+        """most_bytes: no file may grow beyond."""
         options.setdefault("env", environment())
         options.setdefault("stdin", subprocess.DEVNULL)
+        if most_bytes:
+            options["preexec_fn"] = lambda: resource.setrlimit(resource.RLIMIT_FSIZE,
+                                                               (most_bytes, most_bytes))
         done = subprocess.run([TOOL, *args], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                               timeout=120, **options)
         return Result(done.returncode, done.stdout.decode(), done.stderr.decode())
@@ -110,6 +115,25 @@ class ToolTest(unittest.TestCase):
         result = self.run_tool(*args, **options)
         self.assertEqual(result.status, status, result.out + result.err)
         return result
+
+    def run_on_small_disk(self, name, *args):
+        """In a file system of a megabyte with a copy of a file: status, output and errors.
+        The output lists what is there in the end, and whether the file is as before."""
+        script = ('cp "$1" "$0/copy" && mkdir "$0/disk" && mount -t tmpfs -o size=1m none "$0/disk"'
+                  ' || exit 99; cd "$0/disk"; cp ../copy "$1"; name=$1; shift; "$@"; status=$?;'
+                  ' ls -A; cmp -s ../copy "$name" && echo unchanged; exit $status')
+        with tempfile.TemporaryDirectory(prefix="tabulex-disk-", dir=self.folder) as place:
+            try:
+                done = subprocess.run(["unshare", "--mount", "--map-root-user", "sh", "-c", script,
+                                       place, name, TOOL, *args], cwd=self.folder, timeout=120,
+                                      env=environment(), stdin=subprocess.DEVNULL,
+                                      stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            except FileNotFoundError:
+                self.skipTest("no command unshare")
+        err = done.stderr.decode()
+        if done.returncode == 99 or err.startswith("unshare:"):
+            self.skipTest(f"no file system can be mounted: {err.strip()}")
+        return done.returncode, done.stdout.decode(), err
 
     def assert_entries(self, *names):
         self.assertEqual(sorted(os.listdir(self.folder)), sorted(names))

@@ -3,7 +3,8 @@ import unittest
 
 from tool import ToolTest
 
-COMMANDS = ["inspect", "convert", "preview", "check", "raw", "template"]
+COMMANDS = ["inspect", "convert", "preview", "check", "raw", "symbols", "environment",
+            "template"]
 
 
 class Help(ToolTest):
@@ -60,6 +61,10 @@ class WrongUsage(ToolTest):
                  (["convert", "x", "--dividers", "x"], "is not made of the dividers",
                   "convert --help"),
                  (["convert", "x", "y", "-o", "z"], "several are given", "convert --help"),
+                 (["convert", "x", "-o"], "--output needs a value: OUT", "convert --help"),
+                 (["convert", "x", "--size", "1", "--size", "2"], "--size may be given once only",
+                  "convert --help"),
+                 (["convert", "x", "--quiet=x"], "--quiet takes no value", "convert --help"),
                  (["convert", "x", "--rejects", "-"], "needs a file of its own", "convert --help"),
                  (["preview", "x", "y"], "y", "preview --help"),
                  (["inspect", "x", "--color", "red"], "is not one of auto, always, never",
@@ -73,6 +78,49 @@ class WrongUsage(ToolTest):
                 self.assertTrue(result.err.startswith("tabulex: "), result.err)
                 self.assertIn(message, result.err)
                 self.assertTrue(result.err.endswith(f"{way}'.\n"), result.err)
+
+    def test_a_bad_value_is_told_with_its_option_and_what_is_allowed(self):
+        path = self.sample("week.csv")
+        cases = [(["--lang", "e"], 2, "--lang: 'e' is not one of zh, en; did you mean 'en'?"),
+                 (["--encoding", "gbkk"], 2, "--encoding: there is no encoding 'gbkk'; did you mean"
+                  " 'gbk'?"),
+                 (["--encoding", "42"], 2, "--encoding: there is no encoding '42'; use a name such as"),
+                 (["--offer", "x=Days"], 2, "--offer: 'x=Days' is not of the form id=name"),
+                 (["--offer", "4=Days,5=Days"], 1, "--offer: 'Days' is offered twice"),
+                 (["--color", "nevr"], 2, "--color: 'nevr' is not one of auto, always, never; did you"
+                  " mean 'never'?"),
+                 (["--report-log", self.path("no/log")], 3, "--report-log: '"),
+                 (["--format", "xml"], 2, "--format: 'xml' is not one of csv, jsonl, sqlite"),
+                 (["--progress", "x"], 2, "--progress: 'x' is not one of auto, always, never"),
+                 (["--on-error", "skp"], 2, "--on-error: 'skp' is not one of ask, skip, stop; did you"
+                  " mean 'skip'?"),
+                 (["--rejects", ""], 2, "--rejects: '' is not a name"),
+                 (["--max-errors", "x"], 2, "--max-errors: 'x' is not a whole number from 0"),
+                 (["--resolution", "Minuts"], 1, "--resolution 'Minuts' isn't offered; did you mean"
+                  " 'Minutes'?"),
+                 (["--resolution", "Eon"], 1, "--resolution 'Eon' isn't offered; use one of None,"
+                  " Ticks, Tick Bars, Count Bars, Seconds, Minutes, Days, Weeks"),
+                 (["--resolution", "Minutes|x"], 1, "the size behind the '|' is a whole number from 1"),
+                 (["--size", "x"], 2, "--size: 'x' is not a whole number from 1 to 2147483647"),
+                 (["--dividers", "ab"], 2, "--dividers: 'ab' is not made of the dividers ':', ' ', ',',"
+                  " ';', '|' and '\\t'"),
+                 (["--lines-to-skip", "1000"], 1, "--lines-to-skip is refused: the file doesn't fit"),
+                 (["--column", "1"], 2, "--column: '1' is not of the form N=TYPE[:TEMPLATE]"),
+                 (["--column", "1=Dat"], 2, "--column 1: there is no field type 'Dat'; did you mean"
+                  " 'Date'?"),
+                 (["--column", "1=Quark"], 2, "--column 1: there is no field type 'Quark'; use one of"
+                  " Symbol, Date, Time, Open,"),
+                 (["--column", "9=Open"], 1, "--column 9: the file has 6 columns"),
+                 (["--code-page", "x"], 2, "--code-page: 'x' is not a whole number from 0"),
+                 (["--price-multiplier", "5"], 1, "--price-multiplier '5' is unknown; use one of"
+                  " 1000000, 100000,"),
+                 (["--volume-multiplier", "5"], 1, "--volume-multiplier '5' is unknown; use one of"),
+                 (["--from", "2003"], 2, "--from: '2003' is not a date YYYY-MM-DD or a date-time"),
+                 (["--to", "2003-13-01"], 2, "--to: '2003-13-01' is not a date YYYY-MM-DD"),
+                 (["--portion", "1"], 2, "--portion: '1' is not of the form START:COUNT")]
+        for options, status, message in cases:
+            with self.subTest(options):
+                self.assertIn(message, self.fail_with(status, "convert", path, *options).err)
 
     def test_general_options_may_stand_on_either_side(self):
         path = self.file("a.txt", "nothing of the kind\n")

@@ -25,6 +25,12 @@ void AppendCell(std::string& out, ColumnKind kind, const VARIANT& cell, DateText
     case VT_I8:
         AppendWhole(out, cell.llVal);
         break;
+    case VT_I2: // a day as conversions deliver it
+        out += dates.Of(static_cast<USHORT>(cell.iVal));
+        break;
+    case VT_I4:
+        AppendTimeOfDay(out, cell.lVal);
+        break;
     case VT_DATE:
         if (kind == ColumnKind::Date)
             out += dates.Of(cell.date);

@@ -8,8 +8,9 @@
 
 namespace tabulex {
 
-// Appends the plain text of a cell, unquoted UTF-8. A VT_DATE is a day in a Date
-// column and a time of day in every other; an empty cell gives nothing.
+// Appends the plain text of a cell, unquoted UTF-8. VT_I2 is a day, as an unsigned number,
+// and VT_I4 milliseconds since midnight; a VT_DATE is a day in a Date column and a time of
+// day in every other. An empty cell gives nothing.
 void AppendCell(std::string& out, ColumnKind kind, const VARIANT& cell, DateText& dates);
 
 } // namespace tabulex

@@ -8,7 +8,7 @@ ExitStatus Check(const Context& context, const std::string& file)
 {
     Host host(context.offers);
     OpenWithSettings(host, file, context.options.settings, context.console);
-    const std::string fault = CheckSettings(host);
+    const std::string fault = WhyNotConvertible(host);
     if (!fault.empty())
         throw Fault{ExitStatus::Refused, fault};
     return ExitStatus::Done;

@@ -100,7 +100,9 @@ void ApplyColumn(const Host& host, const ColumnSetting& column)
 {
     RequireColumn(host, column);
     const bool bNone = EqualIgnoringCase(column.sType, kNone);
-    const LONG nType = bNone ? kNoType : host.RequireType(column.sType);
+    const LONG nType =
+        bNone ? kNoType
+              : host.RequireType(column.sType, fmt::format("--column {}", column.nField + 1));
     if (nType == kDateType || nType == kTimeType) {
         ApplyDated(host, column, nType);
         return;

@@ -18,7 +18,8 @@ ColumnKind KindOf(LONG nType)
     case kTimeType:
         return ColumnKind::Time;
     }
-    return ColumnKind::Number;
+    return nType >= kFirstPriceType && nType <= kLastPriceType ? ColumnKind::Price
+                                                               : ColumnKind::Whole;
 }
 
 } // namespace

@@ -14,9 +14,15 @@ enum class ColumnKind
     Date,
     Time,
     Symbol,
-    Number,
-    None, // unassigned
+    Price,
+    Whole, // volumes, ticks, open interest
+    None,  // unassigned
 };
+
+constexpr bool IsNumber(ColumnKind kind)
+{
+    return kind == ColumnKind::Price || kind == ColumnKind::Whole;
+}
 
 struct Column
 {

@@ -1,5 +1,5 @@
-// The commands. Each runs for one file (template: for none), writes its result to
-// standard output and throws Fault where it can't.
+// The commands. Each runs for one file (convert, environment: for all, template: for none), writes
+// its result to standard output and throws Fault where it can't.
 #pragma once
 
 #include <string>
@@ -20,10 +20,12 @@ struct Context
 
 // One command each, by their names; what they print stands in the help.
 ExitStatus Inspect(const Context& context, const std::string& file);
-ExitStatus Convert(const Context& context, const std::string& file);
+ExitStatus Convert(const Context& context);
 ExitStatus Preview(const Context& context, const std::string& file);
 ExitStatus Check(const Context& context, const std::string& file);
 ExitStatus Raw(const Context& context, const std::string& file);
+ExitStatus Symbols(const Context& context, const std::string& file);
+ExitStatus PrintEnvironment(const Context& context);
 ExitStatus TryTemplate(const Context& context);
 
 } // namespace tabulex

@@ -1,32 +1,32 @@
 #include "tools/tabulex/Conversion.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
+#include "interfaces/NativeHost.h"
 #include "tools/tabulex/Fault.h"
 #include "tools/tabulex/Interrupt.h"
+#include "tools/tabulex/ProgressView.h"
 #include "tools/tabulex/Properties.h"
-#include "tools/tabulex/RunWatch.h"
 
 namespace tabulex {
 
 namespace {
 
-using namespace std::chrono_literals;
+// How soon an interrupt is heard; whatever comes of the session wakes the wait at once.
+constexpr unsigned kPumpMilliseconds = 50;
 
-// The tool runs one conversion at a time, so any number tells it apart.
-constexpr ULONG_PTR kTransaction = 1;
-// How soon an interrupt is heard; the end of the run wakes the wait at once.
-constexpr auto kWaitInterval = 50ms;
-
-// The state of one conversion. Outputs and the reporter are the worker's from Start to
-// Stop, and this thread's before and after.
+// The state of one conversion.
 class Run
 {
 public:
     Run(Host& host, Console& console, const std::string& file, const ConversionOptions& options,
         const std::optional<Portion>& portion)
         : m_host(host), m_console(console), m_sFile(file), m_options(options), m_portion(portion),
-          m_errors(host, console, file, options.errors, portion)
+          m_errors(host, console, file, options.errors,
+                   options.bDryRun ? nullptr : options.rejects),
+          m_bar(console, options.progress), m_views(m_bar, m_errors)
     {}
 
     ~Run() { Stop(); }
@@ -36,111 +36,107 @@ public:
     Outcome Execute();
 
 private:
-    void OpenOutputs();
-    void OpenOutput(OutputFile& output, const std::string& path);
+    void OpenOutputs(const std::vector<Column>& columns);
     void Start();
-    void Wait(RunWatch& watch);
+    void PumpToTheEnd();
     void Stop();
+    Counts CountLines() const;
     void Finish(Outcome& outcome);
     void FinishOutput(Outcome& outcome);
     void FinishRejects(Outcome& outcome);
-    void CheckFault(const OutputFile& output, const std::string& path, Outcome& outcome);
+    void Fail(const std::string& fault, ExitStatus status, Outcome& outcome);
 
     Host& m_host;
     Console& m_console;
     std::string m_sFile;
     const ConversionOptions& m_options;
     std::optional<Portion> m_portion;
-    OutputFile m_output;
-    OutputFile m_rejects;
+    std::unique_ptr<RowOutput> m_output; // null for a dry run
     ErrorReporter m_errors;
+    ProgressBar m_bar;
+    ProgressViews m_views; // of a whole file; a portion has no box
     com_ptr<ConversionSink> m_sink;
 };
 
 Outcome Run::Execute()
 {
     const Deferral deferral;
-    OpenOutputs();
-    auto columns = DeliveredColumns(m_host);
-    const std::size_t nColumns = columns.size();
-    m_sink = com_ptr<ConversionSink>(
-        new ConversionSink(m_host.Offers(), MakeRowWriter(m_options.format, std::move(columns)),
-                           nColumns, m_options.bDryRun ? nullptr : &m_output, m_errors));
-    // What may fail stands before the start: behind it the worker uses this object.
-    RunWatch watch(m_host.LineReader(), *m_sink.get());
+    const auto columns = DeliveredColumns(m_host);
+    OpenOutputs(columns);
+    m_sink = com_ptr<ConversionSink>(new ConversionSink(columns.size(), m_output.get(), m_errors));
     Start();
-    Wait(watch);
-    Stop();
+    PumpToTheEnd();
     Outcome outcome;
     Finish(outcome);
     return outcome;
 }
 
-void Run::OpenOutputs()
+void Run::OpenOutputs(const std::vector<Column>& columns)
 {
-    if (m_options.bDryRun)
+    if (m_options.bDryRun) {
+        CheckRowOutput(m_options.output, columns);
         return;
-    OpenOutput(m_output, m_options.sOutput);
-    if (m_options.sRejects.empty())
-        return;
-    OpenOutput(m_rejects, m_options.sRejects);
-    m_errors.WriteRejectsTo(&m_rejects);
-}
-
-void Run::OpenOutput(OutputFile& output, const std::string& path)
-{
-    if (!output.Open(path))
-        throw Fault{ExitStatus::FileFault,
-                    fmt::format("'{}' can't be written: {}", path, output.FaultText())};
+    }
+    m_output = OpenRowOutput(m_options.output, columns);
+    if (m_options.rejects)
+        m_options.rejects->Open();
 }
 
 // A portion is checked by the component as it starts, whatever was checked before; its
 // finding comes through the sink.
 void Run::Start()
 {
-    IDataParser& data = m_host.Data();
-    const HRESULT hr = m_portion ? data.StartConvertPortion(0, m_sink.get(), m_portion->nStart,
-                                                            m_portion->nCount, kTransaction)
-                                 : data.StartConversion(m_sink.get(), kTransaction);
+    IqrlTabulexConvertor& front = m_host.Front();
+    const HRESULT hr =
+        m_portion ? front.DoConvertPortion(0, m_sink.get(), m_portion->nStart, m_portion->nCount)
+                  : front.DoConvert(m_sink.get(), 0);
     if (FAILED(hr))
         throw Fault{ExitStatus::Refused, m_sink->FaultText().empty()
                                              ? fmt::format("the run can't start: {}", HexOf(hr))
                                              : m_sink->FaultText()};
 }
 
-void Run::Wait(RunWatch& watch)
+// A session that nobody holds any more, and that hasn't told its end, never will.
+void Run::PumpToTheEnd()
 {
-    ProgressBar bar(m_console, m_options.progress);
-    const auto draw = [&] {
-        if (bar.IsDue())
-            bar.Draw({m_sink->LinesDone(), m_portion ? 0 : watch.TotalLines()});
-    };
-    while (!m_sink->WaitForEnd(kWaitInterval)) {
+    while (!m_sink->HasEnded() && !m_sink->IsLetGoOf()) {
         if (Interrupted())
-            break;
-        if (watch.IsDead()) {
-            m_console.Error(fmt::format("{}: the run ended without a result", m_sFile));
-            break;
-        }
-        draw();
+            m_host.Front().Unadvise(m_sink.get());
+        TabulexPumpMessages(kPumpMilliseconds);
     }
-    draw(); // also where the run was over before the first look
+    m_bar.ShowEnd(m_sink->Rows());
+    while (m_views.IsOnShow())
+        TabulexPumpMessages(kPumpMilliseconds);
+    if (!m_sink->HasEnded())
+        m_console.Error(fmt::format("{}: the run ended without a result", m_sFile));
 }
 
-// Needed also where the sink ended the run itself: the parser holds the sink until it
-// is told. After a run that ended by itself it does nothing.
 void Run::Stop()
 {
-    if (!m_sink)
-        return;
-    m_host.Data().AbortConversion();
-    m_sink->Close();
+    if (m_sink && !m_sink->HasEnded())
+        m_host.Front().Unadvise(m_sink.get());
+}
+
+// The sink hears of rows only. All batches but a run's last are full.
+Counts Run::CountLines() const
+{
+    ULONGLONG nRecords = 0;
+    VARIANT_BOOL bComplete = VARIANT_FALSE;
+    m_host.Data().GetCount(&nRecords, &bComplete);
+    ULONGLONG nLines = m_sink->Batches() * kBatchLines;
+    if (m_portion) {
+        nLines = std::min(nLines, m_portion->nCount);
+        nRecords -= std::min(nRecords, m_portion->nStart);
+    }
+    if (bComplete != VARIANT_FALSE)
+        nLines = std::min(nLines, nRecords);
+    return {m_sink->Batches(), m_sink->Rows(), nLines - m_sink->Rows()};
 }
 
 void Run::Finish(Outcome& outcome)
 {
     m_errors.Flush();
-    outcome.counts = m_sink->Totals();
+    outcome.counts = CountLines();
     outcome.result = m_sink->IsCommitted() ? RunResult::Commit : RunResult::Rollback;
     // The rejects first: where they fail, the rows must not appear either.
     FinishRejects(outcome);
@@ -153,41 +149,36 @@ void Run::Finish(Outcome& outcome)
                                     *m_options.errors.nMost));
 }
 
-// What went to a stream has gone; a file that isn't committed leaves nothing.
 void Run::FinishOutput(Outcome& outcome)
 {
-    if (m_options.bDryRun)
+    if (!m_output)
         return;
-    if (outcome.result != RunResult::Commit && m_output.HidesUntilCommit()) {
-        m_output.Discard();
-    } else {
-        m_sink->WriteRest();
-        m_output.Commit();
-    }
-    CheckFault(m_output, m_options.sOutput, outcome);
+    if (outcome.result == RunResult::Commit)
+        m_output->Commit();
+    else
+        m_output->Discard();
+    const std::string fault = m_output->FaultText();
+    if (fault.empty() || m_output->IsReaderGone())
+        return; // a closed pipe is the reader's choice and no fault
+    const std::string& path = m_options.output.sPath;
+    Fail(path == "-" ? fmt::format("standard output can't be written: {}", fault)
+                     : fmt::format("'{}' can't be written: {}", path, fault),
+         m_output->FaultStatus(), outcome);
 }
 
-// The bad lines are what a user looks at after a rollback, so they stay then.
 void Run::FinishRejects(Outcome& outcome)
 {
-    if (m_options.bDryRun || m_options.sRejects.empty())
+    if (m_options.bDryRun || !m_options.rejects)
         return;
-    if (Interrupted() && outcome.result == RunResult::Rollback)
-        m_rejects.Discard();
-    else
-        m_rejects.Commit();
-    CheckFault(m_rejects, m_options.sRejects, outcome);
+    const bool bKeep = !Interrupted() || outcome.result == RunResult::Commit;
+    if (!m_options.rejects->EndRun(bKeep))
+        Fail(m_options.rejects->FaultText(), ExitStatus::FileFault, outcome);
 }
 
-// A closed pipe is the reader's choice and no fault.
-void Run::CheckFault(const OutputFile& output, const std::string& path, Outcome& outcome)
+void Run::Fail(const std::string& fault, ExitStatus status, Outcome& outcome)
 {
-    const std::string fault = output.FaultText();
-    if (fault.empty() || output.IsReaderGone())
-        return;
-    m_console.Error(
-        fmt::format("'{}' can't be written: {}", path == "-" ? "standard output" : path, fault));
-    outcome.status = ExitStatus::FileFault;
+    m_console.Error(fault);
+    outcome.status = Worse(outcome.status, status);
     outcome.result = RunResult::Rollback;
 }
 

@@ -1,7 +1,6 @@
 // Conversion: one run over one opened file, from its start to its summary.
 //
-// Runs on the caller's thread; the component works on the file's worker thread
-// meanwhile, and the waiting side draws progress and hears interrupts.
+// The caller's thread pumps meanwhile: rows, questions and progress all come on it.
 #pragma once
 
 #include <optional>
@@ -17,10 +16,9 @@ namespace tabulex {
 
 struct ConversionOptions
 {
-    std::string sOutput = "-"; // a path, or "-" for standard output
-    OutputFormat format = OutputFormat::Csv;
-    std::string sRejects; // empty for none
-    bool bDryRun = false; // all is done, nothing is written
+    OutputOptions output;
+    RejectsFile* rejects = nullptr; // null for none; must outlive the run
+    bool bDryRun = false;           // all is done, nothing is written
     ErrorReporter::Options errors;
     When progress = When::Auto;
 };
@@ -32,6 +30,13 @@ enum class RunResult
     Refused // never began
 };
 
+struct Counts
+{
+    ULONGLONG nBatches = 0;
+    ULONGLONG nDelivered = 0; // rows
+    ULONGLONG nSkipped = 0;   // lines counted but not delivered
+};
+
 // How a run ended. The status is Done with a commit only; a rollback has the reason
 // that weighs most.
 struct Outcome
@@ -41,7 +46,7 @@ struct Outcome
     Counts counts;
 };
 
-// Checks nothing beforehand. Throws Fault where the run never begins: an output that
+// Doesn't check the settings. Throws Fault where the run never begins: an output that
 // can't be written, or settings that the component refuses. Nothing is left then, and
 // nothing after a rollback but the rejects.
 Outcome RunConversion(Host& host, Console& console, const std::string& file,

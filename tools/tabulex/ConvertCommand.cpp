@@ -1,29 +1,50 @@
+#include <algorithm>
 #include <filesystem>
+#include <optional>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include "tools/tabulex/Commands.h"
+#include "tools/tabulex/Environment.h"
 #include "tools/tabulex/Fault.h"
+#include "tools/tabulex/Interrupt.h"
+#include "tools/tabulex/OutputTargets.h"
 #include "tools/tabulex/Properties.h"
 #include "tools/tabulex/SettingsCheck.h"
-#include "tools/tabulex/Text.h"
 
 namespace tabulex {
+
+namespace fs = std::filesystem;
 
 namespace {
 
 // In the order of RunResult.
 constexpr const char* kResultNames[] = {"commit", "rollback", "refused"};
 
-OutputFormat FormatOf(const ConvertOptions& options)
+// A folder for outputs, which goes again if none came into it.
+class OutputFolder
 {
-    if (options.format)
-        return *options.format;
-    const auto ending =
-        LowerCase(std::filesystem::path(options.conversion.sOutput).extension().string());
-    return ending == ".jsonl" || ending == ".ndjson" ? OutputFormat::JsonLines : OutputFormat::Csv;
-}
+public:
+    // Where it can't be made, the outputs tell why.
+    explicit OutputFolder(const std::string& path) : m_path(path)
+    {
+        std::error_code ignored;
+        m_bMade = fs::create_directory(m_path, ignored);
+    }
+    ~OutputFolder()
+    {
+        std::error_code ignored;
+        if (m_bMade)
+            fs::remove(m_path, ignored);
+    }
+    OutputFolder(const OutputFolder&) = delete;
+    OutputFolder& operator=(const OutputFolder&) = delete;
+
+private:
+    fs::path m_path;
+    bool m_bMade;
+};
 
 // Questions need someone to see them and someone to answer.
 OnBadLine ActionOf(const ConvertOptions& options)
@@ -32,35 +53,11 @@ OnBadLine ActionOf(const ConvertOptions& options)
     return options.onError.value_or(bTerminal ? OnBadLine::Ask : OnBadLine::Skip);
 }
 
-ConversionOptions Complete(const ConvertOptions& options)
-{
-    ConversionOptions result = options.conversion;
-    result.format = FormatOf(options);
-    result.errors.action = ActionOf(options);
-    result.errors.bRejects = !result.sRejects.empty() && !result.bDryRun;
-    return result;
-}
-
-bool IsSameFile(const std::string& a, const std::string& b)
-{
-    std::error_code error;
-    return a != "-" && !b.empty() && std::filesystem::equivalent(a, b, error) && !error;
-}
-
-void RequireDistinctFiles(const std::string& file, const ConversionOptions& options)
-{
-    if (IsSameFile(options.sOutput, file) || IsSameFile(options.sRejects, file))
-        throw Fault{ExitStatus::Usage, "the output would replace the file that is read"};
-}
-
-// The check doesn't look for a date by itself; without one a run would end in the
-// middle and say nothing.
 void RequireRunnable(const Host& host, bool bCheck)
 {
-    if (const std::string fault = bCheck ? CheckSettings(host) : std::string(); !fault.empty())
+    const std::string fault = bCheck ? WhyNotConvertible(host) : WhyNotRunnable(host);
+    if (!fault.empty())
         throw Fault{ExitStatus::Refused, fault};
-    if (!host.HasColumn(kDateType))
-        throw Fault{ExitStatus::Refused, "no column holds a date, so nothing can be converted"};
 }
 
 std::string DescribeColumns(const Host& host)
@@ -78,19 +75,6 @@ std::string DescribeResolution(const Host& host)
                        Get(host.Records(), &IRecordParser::get_ResolutionSize));
 }
 
-Outcome RunFile(const Context& context, const std::string& file)
-{
-    const ConversionOptions options = Complete(context.options.convert);
-    const Settings& settings = context.options.settings;
-    RequireDistinctFiles(file, options);
-    Host host(context.offers);
-    OpenWithSettings(host, file, settings, context.console);
-    context.console.Note(
-        fmt::format("{}: {}; {}", file, DescribeResolution(host), DescribeColumns(host)));
-    RequireRunnable(host, !context.options.convert.bNoCheck);
-    return RunConversion(host, context.console, file, options, settings.portion);
-}
-
 std::string Summary(const Outcome& outcome)
 {
     return fmt::format("batches={} delivered={} skipped={} result={}\n", outcome.counts.nBatches,
@@ -98,21 +82,127 @@ std::string Summary(const Outcome& outcome)
                        kResultNames[static_cast<int>(outcome.result)]);
 }
 
+// The conversions of one call: a file after the other, and what they share.
+class ConversionSeries
+{
+public:
+    explicit ConversionSeries(const Context& context)
+        : m_context(context), m_convert(context.options.convert), m_files(context.options.files),
+          m_outputs(OutputsOf(m_convert, m_files)), m_rejects(m_convert.sRejects)
+    {}
+
+    ExitStatus Run();
+
+private:
+    Outcome RunOne(std::size_t nFile);
+    Outcome Convert(const std::string& file, const ConversionOptions& options);
+    ConversionOptions OptionsOf(std::size_t nFile);
+    void RequireDistinctFiles(const ConversionOptions& options) const;
+    void FinishRejects(Outcome& outcome);
+
+    const Context& m_context;
+    const ConvertOptions& m_convert;
+    const std::vector<std::string>& m_files;
+    std::vector<OutputOptions> m_outputs; // one a file
+    RejectsFile m_rejects;
+    bool m_bCommitted = false; // any of the files
+};
+
+// Faults are told here, since a file's summary is its last line in any case.
+ExitStatus ConversionSeries::Run()
+{
+    ExitStatus status = ExitStatus::Done;
+    bool bInterrupted = false;
+    for (std::size_t i = 0; i < m_files.size() && !bInterrupted; ++i) {
+        Outcome outcome = RunOne(i);
+        const bool bLast = i + 1 == m_files.size();
+        bInterrupted = !bLast && Interrupted();
+        if (bLast || bInterrupted)
+            FinishRejects(outcome);
+        if (!m_context.console.IsQuiet())
+            m_context.console.Print(Summary(outcome));
+        m_bCommitted = m_bCommitted || outcome.result == RunResult::Commit;
+        status = Worse(status, outcome.status);
+    }
+    return bInterrupted ? ExitStatus::Interrupted : status;
+}
+
+// One bad file doesn't keep the others from their turn.
+Outcome ConversionSeries::RunOne(std::size_t nFile)
+{
+    try {
+        return Convert(m_files[nFile], OptionsOf(nFile));
+    } catch (const Fault& fault) {
+        m_context.console.Error(fmt::format("{}: {}", m_files[nFile], fault.sMessage));
+        Outcome outcome;
+        outcome.status = fault.status;
+        return outcome;
+    }
+}
+
+Outcome ConversionSeries::Convert(const std::string& file, const ConversionOptions& options)
+{
+    RequireDistinctFiles(options);
+    Host host(m_context.offers);
+    OpenWithSettings(host, file, m_context.options.settings, m_context.console);
+    m_context.console.Note(
+        fmt::format("{}: {}; {}", file, DescribeResolution(host), DescribeColumns(host)));
+    RequireRunnable(host, !m_convert.bNoCheck);
+    const Outcome outcome =
+        RunConversion(host, m_context.console, file, options, m_context.options.settings.portion);
+    if (m_convert.bSaveEnvironment && outcome.result == RunResult::Commit && !m_convert.bDryRun)
+        SaveEnvironment(host, m_context.options.settings.sEnvironment);
+    return outcome;
+}
+
+// A table that this call has made takes the rows of its further files, too.
+ConversionOptions ConversionSeries::OptionsOf(std::size_t nFile)
+{
+    ConversionOptions options;
+    options.output = m_outputs[nFile];
+    if (m_bCommitted && !m_convert.bDryRun && m_outputs[nFile].sPath == m_outputs[nFile - 1].sPath)
+        options.output.oldTable = OldTable::Append;
+    options.rejects = m_convert.sRejects.empty() ? nullptr : &m_rejects;
+    options.bDryRun = m_convert.bDryRun;
+    options.errors = {ActionOf(m_convert), m_convert.nMaxErrors};
+    options.progress = m_convert.progress;
+    return options;
+}
+
+void ConversionSeries::RequireDistinctFiles(const ConversionOptions& options) const
+{
+    const auto isRead = [&](const std::string& path) {
+        return std::ranges::any_of(m_files, [&](const std::string& file) {
+            std::error_code error;
+            return path != "-" && !path.empty() && fs::equivalent(path, file, error);
+        });
+    };
+    if (isRead(options.output.sPath) || isRead(m_convert.sRejects))
+        throw Fault{ExitStatus::Usage, "the output would replace a file that is read"};
+}
+
+void ConversionSeries::FinishRejects(Outcome& outcome)
+{
+    if (m_rejects.Finish())
+        return;
+    m_context.console.Error(m_rejects.FaultText());
+    outcome.status = Worse(outcome.status, ExitStatus::FileFault);
+}
+
 } // namespace
 
-// Faults are told here, since the summary is the last line in any case.
-ExitStatus Convert(const Context& context, const std::string& file)
+ExitStatus Convert(const Context& context)
 {
-    Outcome outcome;
-    try {
-        outcome = RunFile(context, file);
-    } catch (const Fault& fault) {
-        outcome.status = fault.status;
-        context.console.Error(fmt::format("{}: {}", file, fault.sMessage));
-    }
-    if (!context.console.IsQuiet())
-        context.console.Print(Summary(outcome));
-    return outcome.status;
+    const Options& options = context.options;
+    const bool bFolder = IsFolder(options.convert.sOutput);
+    // An interrupt must not leave an empty folder, nor rejects between two files.
+    std::optional<Deferral> deferral;
+    if (options.files.size() > 1 || bFolder)
+        deferral.emplace();
+    std::optional<OutputFolder> folder;
+    if (bFolder && !options.convert.bDryRun)
+        folder.emplace(options.convert.sOutput);
+    return ConversionSeries(context).Run();
 }
 
 } // namespace tabulex

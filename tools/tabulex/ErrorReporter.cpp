@@ -29,19 +29,13 @@ constexpr std::string_view kQuestion = "Skip it [s], skip all [a] or cancel [c]?
 } // namespace
 
 ErrorReporter::ErrorReporter(const Host& host, Console& console, std::string file,
-                             const Options& options, const std::optional<Portion>& portion)
+                             const Options& options, RejectsFile* rejects)
     : m_host(host), m_console(console), m_sFile(std::move(file)), m_options(options),
-      m_nBatchStart(portion ? portion->nStart : 0)
+      m_rejects(rejects)
 {
     // Reading a line back moves the file's cursor, which costs the conversion time.
-    if (options.bRejects || options.action == OnBadLine::Ask)
-        m_texts.emplace(host, portion);
-}
-
-void ErrorReporter::WriteRejectsTo(OutputFile* output)
-{
-    m_rejects = output;
-    m_sRejects = "file,line,field,column,text,message\n";
+    if (rejects || options.action == OnBadLine::Ask)
+        m_texts.emplace(host);
 }
 
 bool ErrorReporter::Tell(const BadLine& bad)

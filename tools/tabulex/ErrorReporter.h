@@ -1,8 +1,7 @@
 // ErrorReporter: tells the bad lines of one conversion, decides whether it goes on,
 // and keeps the rejects.
 //
-// Error lines are gathered and written a batch at a time. Used by the file's worker
-// thread while the conversion runs; read by others after it.
+// Error lines are gathered and written a batch at a time. Used by one thread.
 #pragma once
 
 #include <optional>
@@ -10,7 +9,7 @@
 
 #include "tools/tabulex/BadLineText.h"
 #include "tools/tabulex/Console.h"
-#include "tools/tabulex/OutputFile.h"
+#include "tools/tabulex/RejectsFile.h"
 
 namespace tabulex {
 
@@ -38,16 +37,12 @@ public:
     {
         OnBadLine action = OnBadLine::Skip;
         std::optional<ULONGLONG> nMost; // bad lines that are borne
-        bool bRejects = false;          // texts will be wanted: see WriteRejectsTo
     };
 
-    // `file` is the name as the user gave it. All references must outlive this.
+    // `file` is the name as the user gave it, `rejects` null where none are kept. All
+    // of these must outlive this.
     ErrorReporter(const Host& host, Console& console, std::string file, const Options& options,
-                  const std::optional<Portion>& portion);
-
-    // Where rejects go, as CSV with a header row; asked for before the run, and with
-    // bRejects set. The file must outlive this.
-    void WriteRejectsTo(OutputFile* output);
+                  RejectsFile* rejects);
 
     // Tells the line, and asks about it where that is the action; an answer may take as
     // long as the user does. False: the conversion is to end.
@@ -70,7 +65,7 @@ private:
     std::string m_sFile;
     Options m_options;
     std::optional<BadLineText> m_texts; // only where the texts are wanted
-    OutputFile* m_rejects = nullptr;
+    RejectsFile* m_rejects;
     std::string m_sLines;   // error lines not written yet
     std::string m_sRejects; // the same for rejects
     ULONGLONG m_nTold = 0;

@@ -162,9 +162,14 @@ std::optional<LONGLONG> TakeTime(std::string_view& text)
 
 void AppendTime(std::string& out, DATE date)
 {
-    char text[16];
     const LONGLONG n = MillisecondsOf(date - std::floor(date));
-    out.append(text, PutTime(text, n % kMillisecondsADay));
+    AppendTimeOfDay(out, static_cast<LONG>(n % kMillisecondsADay));
+}
+
+void AppendTimeOfDay(std::string& out, LONG nMilliseconds)
+{
+    char text[16];
+    out.append(text, PutTime(text, nMilliseconds));
 }
 
 // Outside these magnitudes plain notation would be mostly zeros.

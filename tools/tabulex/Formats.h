@@ -14,7 +14,8 @@
 
 namespace tabulex {
 
-void AppendTime(std::string& out, DATE date); // HH:MM:SS or HH:MM:SS.mmm
+void AppendTime(std::string& out, DATE date);               // HH:MM:SS or HH:MM:SS.mmm
+void AppendTimeOfDay(std::string& out, LONG nMilliseconds); // the same
 void AppendPrice(std::string& out, double value);
 void AppendWhole(std::string& out, LONGLONG value);
 

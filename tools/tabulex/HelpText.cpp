@@ -2,18 +2,29 @@
 
 #include <string>
 
+#include <fmt/format.h>
+
 namespace tabulex {
 
 namespace {
 
 constexpr std::size_t kOptionColumn = 34;
 
-constexpr const char* kExitStatuses = "Exit status:\n"
-                                      "  0    done; a conversion was committed\n"
-                                      "  1    the data or the settings stand against it\n"
-                                      "  2    wrong usage\n"
-                                      "  3    a file can't be opened, read or written\n"
-                                      "  130  interrupted";
+constexpr ExitStatusText kExitStatuses[] = {
+    {ExitStatus::Done, "done; a conversion was committed"},
+    {ExitStatus::Refused, "the data or the settings stand against it"},
+    {ExitStatus::Usage, "wrong usage"},
+    {ExitStatus::FileFault, "a file can't be opened, read or written"},
+    {ExitStatus::Interrupted, "interrupted"},
+};
+
+std::string Footer()
+{
+    std::string text = "Exit status:";
+    for (const ExitStatusText& row : kExitStatuses)
+        text += fmt::format("\n  {:<3}  {}", static_cast<int>(row.status), row.pszMeaning);
+    return text;
+}
 
 class ExamplesFirst : public CLI::Formatter
 {
@@ -29,6 +40,8 @@ public:
     {
         return "Examples:\n" + m_sExamples + "\n\n" + app->get_description() + "\n\n";
     }
+
+    const std::string& Examples() const { return m_sExamples; }
 
     // The value's name alone: the type and defaults stand in the description.
     std::string make_option_opts(const CLI::Option* option) const override
@@ -46,8 +59,19 @@ private:
 void SetHelp(CLI::App& app, const char* pszExamples)
 {
     app.formatter(std::make_shared<ExamplesFirst>(pszExamples));
-    app.footer(kExitStatuses);
+    app.footer(Footer());
     app.get_help_ptr()->group("General");
+}
+
+std::string ExamplesOf(const CLI::App& app)
+{
+    const auto formatter = std::dynamic_pointer_cast<ExamplesFirst>(app.get_formatter());
+    return formatter ? formatter->Examples() : std::string();
+}
+
+std::span<const ExitStatusText> ExitStatusTexts()
+{
+    return kExitStatuses;
 }
 
 } // namespace tabulex

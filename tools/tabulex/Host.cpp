@@ -16,7 +16,7 @@
 
 namespace tabulex {
 
-using IQRL_TabulexConverter::CLSID_CDataParser;
+using IQRL_TabulexConverter::CLSID_CqrlTabulexConvertor;
 
 namespace {
 
@@ -55,12 +55,18 @@ HRESULT CreateComponent(REFCLSID clsid, REFIID riid, void** ppv)
 
 Host::Host(const ResolutionOffers& offers) : m_offers(offers)
 {
-    Require(CreateComponent(CLSID_CDataParser, m_data), "creating the data parser");
-    com_ptr<IDispatch> records;
-    Require(m_data->get_RecordParser(records.put()), "getting the record parser");
+    Require(CreateComponent(CLSID_CqrlTabulexConvertor, m_front), "creating the converter");
+    com_ptr<IDispatch> data, records;
+    Require(m_front->get_DataParser(data.put()), "getting the data parser");
+    m_data = data.as<IDataParser>();
+    Require(m_data ? m_data->get_RecordParser(records.put()) : E_NOINTERFACE,
+            "getting the record parser");
     m_records = records.as<IRecordParser>();
     Require(m_records ? S_OK : E_NOINTERFACE, "getting the record parser");
-    Require(m_offers.Publish(*m_records.get()), "offering the resolutions");
+    for (const HostResolution& resolution : m_offers.Offered())
+        Require(m_front->AddResolutionTemplate(resolution.nHostId,
+                                               Bstr(FromUtf8(resolution.sName)).get()),
+                "offering the resolutions");
     // Before a file is open no resolution limits the list, so it holds all types.
     Variant names;
     Require(m_records->GetTypeNames(names.put()), "getting the field types");
@@ -72,7 +78,7 @@ Host::Host(const ResolutionOffers& offers) : m_offers(offers)
 void Host::Open(const std::string& path)
 {
     const Bstr name(PathFromBytes(path));
-    const HRESULT hr = m_data->put_FileName(name.get());
+    const HRESULT hr = m_front->put_FileName(name.get());
     if (hr == S_FALSE)
         throw Fault{ExitStatus::FileFault, WhyNotOpened(path)};
     if (FAILED(hr))
@@ -86,15 +92,13 @@ LONG Host::TypeOf(std::string_view name) const
     return at == m_typeNames.end() ? kNoType : static_cast<LONG>(at - m_typeNames.begin());
 }
 
-LONG Host::RequireType(std::string_view name) const
+LONG Host::RequireType(std::string_view name, std::string_view option) const
 {
     const LONG nType = TypeOf(name);
     if (nType != kNoType)
         return nType;
-    const auto near = Suggest(name, m_typeNames);
-    throw Fault{ExitStatus::Usage,
-                fmt::format("there is no field type '{}'{}", name,
-                            near ? fmt::format("; did you mean '{}'?", *near) : "")};
+    throw Fault{ExitStatus::Usage, fmt::format("{}: there is no field type '{}'; {}", option, name,
+                                               SuggestOrList(name, m_typeNames))};
 }
 
 LONG Host::ColumnType(ULONG nField) const

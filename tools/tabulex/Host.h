@@ -1,5 +1,5 @@
-// Host: one data parser of the component with its record parser, set up as a host
-// does, and the lists that the host keeps beside it.
+// Host: the component's object with its parsers, set up as a host does, and the lists
+// that the host keeps beside it.
 //
 // The calls throw Fault where the work can't go on. Used by one thread; the parsers
 // themselves may be used from any.
@@ -10,12 +10,14 @@
 
 #include "interfaces/IDataParser.h"
 #include "interfaces/IRecordParser.h"
+#include "interfaces/IqrlTabulexConvertor.h"
 #include "platform/com_ptr.h"
 #include "tools/tabulex/ResolutionOffers.h"
 
 namespace tabulex {
 
 using IQRL_TabulexConverter::IDataParser;
+using IQRL_TabulexConverter::IqrlTabulexConvertor;
 using IQRL_TabulexConverter::IRecordParser;
 
 // Field types that the tool treats in a way of its own, by the component's ids.
@@ -23,6 +25,8 @@ inline constexpr LONG kNoType = -1; // an unassigned column
 inline constexpr LONG kSymbolType = 0;
 inline constexpr LONG kDateType = 1;
 inline constexpr LONG kTimeType = 2;
+inline constexpr LONG kFirstPriceType = 3; // the types behind the last one are whole numbers
+inline constexpr LONG kLastPriceType = 7;
 
 // An object of one of the component's classes.
 template <class Interface>
@@ -38,7 +42,8 @@ public:
     // Throws Fault with the reason where the file can't be opened.
     void Open(const std::string& path);
 
-    // Never null; both live as long as the host.
+    // Never null; all live as long as the host.
+    IqrlTabulexConvertor& Front() const { return *m_front.get(); }
     IDataParser& Data() const { return *m_data.get(); }
     IRecordParser& Records() const { return *m_records.get(); }
     const ResolutionOffers& Offers() const { return m_offers; }
@@ -47,8 +52,8 @@ public:
     const std::vector<std::string>& TypeNames() const { return m_typeNames; }
     // Id of a name, whatever its case; kNoType if there is none.
     LONG TypeOf(std::string_view name) const;
-    // The same, but throws Fault with the nearest name for an unknown one.
-    LONG RequireType(std::string_view name) const;
+    // The same, but throws Fault for an unknown one. `option` is what the user gave it to.
+    LONG RequireType(std::string_view name, std::string_view option) const;
 
     // Columns count from 0 in file order. kNoType for an unassigned one, and for one
     // that the file doesn't have.
@@ -68,6 +73,7 @@ public:
 
 private:
     const ResolutionOffers& m_offers;
+    com_ptr<IqrlTabulexConvertor> m_front;
     com_ptr<IDataParser> m_data;
     com_ptr<IRecordParser> m_records;
     std::vector<std::string> m_typeNames;

@@ -1,6 +1,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/tabulex/Commands.h"
+#include "tools/tabulex/Environment.h"
 #include "tools/tabulex/FileLayout.h"
 #include "tools/tabulex/Formats.h"
 #include "tools/tabulex/InspectReport.h"
@@ -60,6 +61,8 @@ ordered_json JsonOf(const FileLayout& layout, const std::optional<ULONGLONG>& nR
 ExitStatus Inspect(const Context& context, const std::string& file)
 {
     Host host(context.offers);
+    if (const std::string& path = context.options.settings.sEnvironment; !path.empty())
+        ReadEnvironment(host, path);
     host.Open(file);
     const FileLayout layout = ReadLayout(host);
     Results results;

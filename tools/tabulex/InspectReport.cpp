@@ -56,7 +56,7 @@ std::string DatesText(const FileLayout& layout)
 // What a conversion with these settings would say.
 std::string ReadinessText(const Host& host)
 {
-    std::string fault = CheckSettings(host);
+    std::string fault = WhyNotConvertible(host);
     if (!fault.empty())
         return fault;
     return host.HasColumn(kDateType) ? "yes" : "no column holds a date";

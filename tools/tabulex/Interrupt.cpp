@@ -10,15 +10,16 @@ namespace tabulex {
 
 namespace {
 
-std::atomic<bool> g_bDeferred = false;
+std::atomic<int> g_nDeferrals = 0;
 std::atomic<bool> g_bInterrupted = false;
 
-static_assert(std::atomic<bool>::is_always_lock_free, "used in a signal handler");
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free,
+              "used in a signal handler");
 
 // Only what a signal handler may do: lock-free flags and _Exit.
 extern "C" void OnInterrupt(int)
 {
-    if (!g_bDeferred || g_bInterrupted.exchange(true))
+    if (g_nDeferrals == 0 || g_bInterrupted.exchange(true))
         std::_Exit(static_cast<int>(ExitStatus::Interrupted));
 }
 
@@ -37,12 +38,12 @@ bool Interrupted()
 
 Deferral::Deferral()
 {
-    g_bDeferred = true;
+    ++g_nDeferrals;
 }
 
 Deferral::~Deferral()
 {
-    g_bDeferred = false;
+    --g_nDeferrals;
 }
 
 } // namespace tabulex

@@ -13,7 +13,7 @@ void CatchInterrupts();
 // True once a request has come while a Deferral stood. From any thread.
 bool Interrupted();
 
-// Puts interrupts off for as long as it lives. One at a time.
+// Puts interrupts off for as long as it lives, or any other one does.
 class Deferral
 {
 public:

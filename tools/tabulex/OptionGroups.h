@@ -12,6 +12,8 @@ void AddGeneral(CLI::App& app, GeneralOptions& general);
 void AddFiles(CLI::App& app, Options& options, bool bSeveral);
 // What shapes the reading of the file.
 void AddLayoutSettings(CLI::App& app, Settings& settings);
+// A file of templates that take part in finding the layout.
+CLI::Option* AddEnvironment(CLI::App& app, Settings& settings);
 // Which of its records are imported.
 void AddImportRange(CLI::App& app, Settings& settings);
 // Records by number; `pszCount` describes --count.

@@ -32,10 +32,18 @@ struct InspectOptions
 // convert
 struct ConvertOptions
 {
-    ConversionOptions conversion;
+    std::string sOutput = "-";          // file, folder, or standard output
     std::optional<OutputFormat> format; // empty: the ending of the output decides
-    std::optional<OnBadLine> onError;   // empty: the terminal decides
+    std::optional<std::string> sTable;  // this and the next two for SQLite only
+    bool bAppend = false;
+    bool bReplace = false;
+    bool bDryRun = false;
+    When progress = When::Auto;
+    std::optional<OnBadLine> onError; // empty: the terminal decides
+    std::string sRejects;             // empty for none
+    std::optional<ULONGLONG> nMaxErrors;
     bool bNoCheck = false;
+    bool bSaveEnvironment = false;
 };
 
 // Records by position, from 0.
@@ -66,7 +74,7 @@ struct Options
     std::string sCommand;           // name of the command
     std::vector<std::string> files; // as given, bytes of the system
     GeneralOptions general;
-    Settings settings; // convert, preview, check
+    Settings settings; // of all commands that decode records
     InspectOptions inspect;
     ConvertOptions convert;
     RangeOptions range;

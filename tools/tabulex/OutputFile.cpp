@@ -4,39 +4,9 @@
 #include <cstring>
 #include <filesystem>
 
-#include <fmt/format.h>
-
 namespace tabulex {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-// So many runs may write beside one target, or have left their files after a crash.
-constexpr int kTemporaryNames = 1000;
-
-// A link stays a link: what it leads to is replaced.
-std::string TargetOf(const std::string& path)
-{
-    std::error_code error;
-    const fs::path target =
-        fs::is_symlink(path, error) ? fs::weakly_canonical(path, error) : fs::path(path);
-    return error ? path : target.string();
-}
-
-// The first of a row of names beside the target that nobody has.
-std::FILE* CreateBeside(const std::string& target, std::string& name)
-{
-    for (int i = 0; i < kTemporaryNames; ++i) {
-        name = fmt::format("{}.{}.part", target, i);
-        std::FILE* file = std::fopen(name.c_str(), "wbx");
-        if (file || errno != EEXIST)
-            return file;
-    }
-    return nullptr;
-}
-
-} // namespace
 
 OutputFile::~OutputFile()
 {
@@ -50,28 +20,15 @@ bool OutputFile::Open(const std::string& path)
         m_bStandard = true;
         return true;
     }
-    m_sTarget = TargetOf(path);
+    const std::string target = TargetOf(path);
     std::error_code error;
-    const fs::file_status status = fs::status(m_sTarget, error);
+    const fs::file_status status = fs::status(target, error);
     errno = 0;
     if (!fs::exists(status) || fs::is_regular_file(status))
-        m_file = CreateBeside(m_sTarget, m_sTemporary);
+        m_file = m_staged.Create(target);
     else
-        m_file = std::fopen(m_sTarget.c_str(), "wb");
-    if (m_file) {
-        KeepPermissions(status);
-        return true;
-    }
-    m_sTemporary.clear();
-    return Fail(errno);
-}
-
-// A file that others may not read must not become readable by being replaced.
-void OutputFile::KeepPermissions(const fs::file_status& old)
-{
-    std::error_code ignored;
-    if (fs::exists(old) && !m_sTemporary.empty())
-        fs::permissions(m_sTemporary, old.permissions(), ignored);
+        m_file = std::fopen(target.c_str(), "wb");
+    return m_file || Fail(errno);
 }
 
 bool OutputFile::Write(std::string_view text)
@@ -96,27 +53,20 @@ bool OutputFile::Commit()
         Discard();
         return false;
     }
-    if (m_sTemporary.empty())
+    if (!HidesUntilCommit())
         return true;
-    std::error_code error;
-    fs::rename(m_sTemporary, m_sTarget, error);
-    if (error) {
-        Fail(error.value());
-        Discard();
-        return false;
-    }
-    m_sTemporary.clear();
-    return true;
+    const std::error_code error = m_staged.Publish();
+    if (!error)
+        return true;
+    Fail(error.value());
+    Discard();
+    return false;
 }
 
 void OutputFile::Discard()
 {
     Close();
-    if (m_sTemporary.empty())
-        return;
-    std::error_code ignored;
-    fs::remove(m_sTemporary, ignored);
-    m_sTemporary.clear();
+    m_staged.Remove();
 }
 
 bool OutputFile::IsReaderGone() const

@@ -15,8 +15,7 @@ std::vector<TextTable::Heading> HeadingsOf(const std::vector<Column>& columns)
 {
     std::vector<TextTable::Heading> headings = {{"", false}, {"#", true}};
     for (const Column& column : columns)
-        headings.push_back(
-            {column.sName.empty() ? "-" : column.sName, column.kind == ColumnKind::Number});
+        headings.push_back({column.sName.empty() ? "-" : column.sName, IsNumber(column.kind)});
     return headings;
 }
 

@@ -21,26 +21,6 @@ LONG SlotOf(LONG nHostId)
     return at == std::end(kHostIds) ? 0 : static_cast<LONG>(at - kHostIds);
 }
 
-Variant IdsOf(const std::vector<ResolutionOffers::Row>& rows)
-{
-    SafeArray ids(SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(rows.size())));
-    for (LONG i = 0; i < static_cast<LONG>(rows.size()); ++i) {
-        LONG nId = rows[static_cast<std::size_t>(i)].nId;
-        SafeArrayPutElement(ids.get(), &i, &nId);
-    }
-    return Variant::FromArray(ids.detach(), VT_I4);
-}
-
-Variant NamesOf(const std::vector<ResolutionOffers::Row>& rows)
-{
-    SafeArray names(SafeArrayCreateVector(VT_BSTR, 0, static_cast<ULONG>(rows.size())));
-    for (LONG i = 0; i < static_cast<LONG>(rows.size()); ++i) {
-        const Bstr name(FromUtf8(rows[static_cast<std::size_t>(i)].sName));
-        SafeArrayPutElement(names.get(), &i, name.get());
-    }
-    return Variant::FromArray(names.detach(), VT_BSTR);
-}
-
 } // namespace
 
 const std::vector<HostResolution>& DefaultResolutions()
@@ -58,6 +38,7 @@ bool ResolutionOffers::Add(const HostResolution& resolution)
 {
     if (std::ranges::find(m_rows, resolution.sName, &Row::sName) != m_rows.end())
         return false;
+    m_offered.push_back(resolution);
     LONG nSlot = SlotOf(resolution.nHostId);
     if (nSlot == kTick && FindId(kTick))
         nSlot = kTickBars;
@@ -67,13 +48,6 @@ bool ResolutionOffers::Add(const HostResolution& resolution)
     else
         m_rows.push_back({nSlot, resolution.sName});
     return true;
-}
-
-HRESULT ResolutionOffers::Publish(IQRL_TabulexConverter::IRecordParser& records) const
-{
-    const Variant ids = IdsOf(m_rows);
-    const Variant names = NamesOf(m_rows);
-    return records.SetResolutionTemplates(ids, names);
 }
 
 const ResolutionOffers::Row* ResolutionOffers::FindId(LONG nId) const

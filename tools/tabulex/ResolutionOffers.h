@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "interfaces/IRecordParser.h"
+#include "platform/component.h"
 
 namespace tabulex {
 
@@ -33,8 +33,8 @@ public:
     // names nothing renames the row for none.
     bool Add(const HostResolution& resolution);
 
-    // Hands the whole list to a record parser, which forgets the one it had.
-    HRESULT Publish(IQRL_TabulexConverter::IRecordParser& records) const;
+    // In the order in which they were added, by the host's ids.
+    const std::vector<HostResolution>& Offered() const { return m_offered; }
 
     // In the order of the offer, which is the order in which they are tried.
     struct Row
@@ -50,6 +50,7 @@ public:
     const Row* FindName(std::string_view name) const;
 
 private:
+    std::vector<HostResolution> m_offered;
     std::vector<Row> m_rows;
 };
 

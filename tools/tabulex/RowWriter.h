@@ -1,11 +1,9 @@
-// RowWriter: a format in which delivered records leave the tool.
+// RowWriter: a text format in which delivered records leave the tool.
 //
 // Text is appended to a buffer that the caller empties. Used by one thread.
 #pragma once
 
-#include <memory>
 #include <string>
-#include <vector>
 
 #include "tools/tabulex/Columns.h"
 
@@ -21,14 +19,5 @@ public:
     // One record: a cell for each column.
     virtual void Row(const VARIANT* cells, std::string& out) = 0;
 };
-
-enum class OutputFormat
-{
-    Csv,
-    JsonLines
-};
-
-// A writer for records of these columns, in this order.
-std::unique_ptr<RowWriter> MakeRowWriter(OutputFormat format, std::vector<Column> columns);
 
 } // namespace tabulex

@@ -3,16 +3,16 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "interfaces/ClassIds.h"
 #include "interfaces/IValueMultiplier.h"
 #include "tools/tabulex/ColumnSettings.h"
+#include "tools/tabulex/Environment.h"
 #include "tools/tabulex/Fault.h"
 #include "tools/tabulex/Formats.h"
 #include "tools/tabulex/Properties.h"
+#include "tools/tabulex/Suggestion.h"
 
 namespace tabulex {
 
-using IQRL_TabulexConverter::CLSID_CqrlValueMultiplier;
 using IQRL_TabulexConverter::IValueMultiplier;
 
 namespace {
@@ -22,20 +22,21 @@ namespace {
     throw Fault{ExitStatus::Refused, std::move(message)};
 }
 
-// S_FALSE is how the component says that the columns couldn't be built that way.
+// S_FALSE and E_FAIL are how the component says that the file can't be read that way.
 void RequireAccepted(HRESULT hr, std::string_view option)
 {
     if (hr != S_OK)
         Refuse(fmt::format("{} is refused: {}", option,
-                           hr == S_FALSE ? "the file doesn't fit it" : HexOf(hr)));
+                           hr == S_FALSE || hr == E_FAIL ? "the file doesn't fit it" : HexOf(hr)));
 }
 
-com_ptr<IValueMultiplier> MakeMultiplier(const std::string& name, std::string_view option)
+// The multipliers are the component's own; they are set by the names that they tell.
+void SetMultiplier(IDispatch* object, const std::string& name, std::string_view option)
 {
     com_ptr<IValueMultiplier> multiplier;
-    RequireAccepted(CreateComponent(CLSID_CqrlValueMultiplier, multiplier), option);
+    RequireAccepted(query(object, multiplier), option);
     if (SUCCEEDED(multiplier->put_Current(Bstr(FromUtf8(name)).get())))
-        return multiplier;
+        return;
     Variant names;
     multiplier->get_TransformNames(names.put());
     Refuse(fmt::format("{} '{}' is unknown; use one of {}", option, name,
@@ -47,18 +48,20 @@ void ApplyMultipliers(Host& host, const Settings& settings)
     struct Row
     {
         const std::optional<std::string>& sName;
-        HRESULT (IRecordParser::*put)(IDispatch*);
+        HRESULT (STDMETHODCALLTYPE IRecordParser::*get)(IDispatch**);
         const char* pszOption;
     };
     const Row rows[] = {
-        {settings.sPriceMultiplier, &IRecordParser::put_PriceMultiplier, "--price-multiplier"},
-        {settings.sVolumeMultiplier, &IRecordParser::put_VolumeMultiplier, "--volume-multiplier"},
+        {settings.sPriceMultiplier, &IRecordParser::get_PriceMultiplier, "--price-multiplier"},
+        {settings.sVolumeMultiplier, &IRecordParser::get_VolumeMultiplier, "--volume-multiplier"},
     };
-    for (const Row& row : rows)
-        if (row.sName)
-            RequireAccepted(
-                (host.Records().*row.put)(MakeMultiplier(*row.sName, row.pszOption).get()),
-                row.pszOption);
+    for (const Row& row : rows) {
+        if (!row.sName)
+            continue;
+        com_ptr<IDispatch> multiplier;
+        RequireAccepted((host.Records().*row.get)(multiplier.put()), row.pszOption);
+        SetMultiplier(multiplier.get(), *row.sName, row.pszOption);
+    }
 }
 
 // Each of these makes the component find the columns anew.
@@ -86,6 +89,19 @@ const ResolutionOffers::Row* FindResolution(const Host& host, std::string_view t
     return host.Offers().FindName(name);
 }
 
+[[noreturn]] void RefuseResolution(const Host& host, const std::string& text)
+{
+    const std::string_view name = WithoutSize(text);
+    if (host.Offers().FindName(name))
+        Refuse(fmt::format("--resolution '{}' isn't offered; the size behind the '|' is a whole "
+                           "number from 1",
+                           text));
+    std::vector<std::string> names;
+    for (const auto& offered : host.Offers().Rows())
+        names.push_back(offered.sName);
+    Refuse(fmt::format("--resolution '{}' isn't offered; {}", text, SuggestOrList(name, names)));
+}
+
 // Some resolutions have a fixed size and keep it without a word.
 void ApplySize(Host& host, LONG nSize)
 {
@@ -101,13 +117,8 @@ void ApplyResolution(Host& host, const Settings& settings)
     std::optional<LONG> nSize;
     if (settings.sResolution) {
         const auto* row = FindResolution(host, *settings.sResolution, nSize);
-        if (!row) {
-            std::vector<std::string> names;
-            for (const auto& offered : host.Offers().Rows())
-                names.push_back(offered.sName);
-            Refuse(fmt::format("--resolution '{}' isn't offered; the offered ones are {}",
-                               *settings.sResolution, fmt::join(names, ", ")));
-        }
+        if (!row)
+            RefuseResolution(host, *settings.sResolution);
         RequireAccepted(host.Records().put_Resolution(row->nId), "--resolution");
         ApplyColumns(host, settings.columns); // choosing a resolution assigned them anew
     }
@@ -161,6 +172,8 @@ void ApplyRange(Host& host, const Settings& settings, Console& console)
 void OpenWithSettings(Host& host, const std::string& path, const Settings& settings,
                       Console& console)
 {
+    if (!settings.sEnvironment.empty())
+        ReadEnvironment(host, settings.sEnvironment);
     ApplyMultipliers(host, settings); // sampling reads values, so they stand before
     host.Open(path);
     if (settings.nCodePage)

@@ -27,6 +27,7 @@ struct Portion
 // What is empty stays as the component finds it.
 struct Settings
 {
+    std::string sEnvironment;                    // file to read first; empty for none
     std::optional<ULONG> nCodePage;              // number, such as 936
     std::optional<std::string> sPriceMultiplier; // "1000000" to "1/1000000"
     std::optional<std::string> sVolumeMultiplier;

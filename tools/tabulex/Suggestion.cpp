@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include "tools/tabulex/Text.h"
 
 namespace tabulex {
@@ -55,6 +58,13 @@ std::optional<std::string> Suggest(std::string_view word,
         }
     }
     return best;
+}
+
+std::string SuggestOrList(std::string_view word, const std::vector<std::string>& candidates)
+{
+    const auto near = Suggest(word, candidates);
+    return near ? fmt::format("did you mean '{}'?", *near)
+                : fmt::format("use one of {}", fmt::join(candidates, ", "));
 }
 
 } // namespace tabulex

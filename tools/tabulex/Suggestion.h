@@ -13,4 +13,7 @@ namespace tabulex {
 std::optional<std::string> Suggest(std::string_view word,
                                    const std::vector<std::string>& candidates);
 
+// The end of a message about an unknown word: the one that was meant, or all of them.
+std::string SuggestOrList(std::string_view word, const std::vector<std::string>& candidates);
+
 } // namespace tabulex

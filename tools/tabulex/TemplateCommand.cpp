@@ -98,7 +98,7 @@ ExitStatus TryTemplate(const Context& context)
 {
     const TemplateOptions& options = context.options.trial;
     Host host(context.offers);
-    const LONG nType = host.RequireType(options.sType);
+    const LONG nType = host.RequireType(options.sType, "TYPE");
     const TemporaryFile file(kOneColumn);
     host.Open(file.Path());
     RequireAccepted(host.Records().put_FieldDividers(kNoDividers), "an undivided line");

@@ -1,4 +1,4 @@
-// What the tool asks of the system's terminal.
+// What the tool asks of the system's terminal and streams.
 #pragma once
 
 #include <functional>
@@ -21,8 +21,9 @@ bool IsTerminal(Stream stream);
 // Columns of the terminal behind standard error; 80 where it doesn't tell.
 unsigned TerminalWidth();
 
-// Lets a write to a pipe without a reader fail instead of ending the process.
-void IgnoreClosedPipes();
+// Lets a write fail, instead of ending the process, where a pipe has no reader any more
+// or a file may not grow.
+void LetWritesFail();
 
 // A line from standard input without its end. Empty at the end of the input, or
 // as soon as `cancelled` answers true while waiting.

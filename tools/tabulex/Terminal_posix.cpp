@@ -49,9 +49,10 @@ unsigned TerminalWidth()
     return bKnown ? size.ws_col : 80;
 }
 
-void IgnoreClosedPipes()
+void LetWritesFail()
 {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 // Byte by byte: what stands behind the line is left to whoever reads next.

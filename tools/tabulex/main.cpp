@@ -1,4 +1,8 @@
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 
 #include <fmt/format.h>
@@ -8,6 +12,7 @@
 #include "tools/tabulex/Commands.h"
 #include "tools/tabulex/Fault.h"
 #include "tools/tabulex/Interrupt.h"
+#include "tools/tabulex/Suggestion.h"
 #include "tools/tabulex/Terminal.h"
 
 using namespace tabulex;
@@ -16,15 +21,32 @@ namespace {
 
 using FileCommand = ExitStatus (*)(const Context&, const std::string&);
 
+// One bad file doesn't keep the others from their turn.
+template <FileCommand run>
+ExitStatus ForEachFile(const Context& context)
+{
+    ExitStatus status = ExitStatus::Done;
+    for (const std::string& file : context.options.files) {
+        try {
+            status = Worse(status, run(context, file));
+        } catch (const Fault& fault) {
+            context.console.Error(fmt::format("{}: {}", file, fault.sMessage));
+            status = Worse(status, fault.status);
+        }
+    }
+    return status;
+}
+
 struct Command
 {
     const char* pszName;
-    FileCommand run;
+    ExitStatus (*run)(const Context&);
 };
 
-constexpr Command kFileCommands[] = {
-    {"inspect", Inspect}, {"convert", Convert}, {"preview", Preview},
-    {"check", Check},     {"raw", Raw},
+constexpr Command kCommands[] = {
+    {"inspect", ForEachFile<Inspect>}, {"convert", Convert},      {"preview", ForEachFile<Preview>},
+    {"check", ForEachFile<Check>},     {"raw", ForEachFile<Raw>}, {"symbols", ForEachFile<Symbols>},
+    {"environment", PrintEnvironment}, {"template", TryTemplate},
 };
 
 // The first of the locale's variables that says anything counts.
@@ -42,13 +64,45 @@ TabulexLanguage LanguageOf(const GeneralOptions& general)
     return bChinese ? TABULEX_LANGUAGE_CHINESE : TABULEX_LANGUAGE_ENGLISH;
 }
 
+// Near misses of these are suggested; the component knows many more.
+const std::vector<std::string> kUsualEncodings = {
+    "windows-1250", "windows-1251", "windows-1252", "windows-1253", "windows-1254", "iso-8859-1",
+    "iso-8859-15",  "gbk",          "gb2312",       "gb18030",      "big5",         "shift_jis",
+    "euc-kr",       "utf-8",        "us-ascii",     "koi8-r"};
+
+void SetEncoding(const std::string& name)
+{
+    if (SUCCEEDED(TabulexSetEncoding(name.c_str())))
+        return;
+    const auto near = Suggest(name, kUsualEncodings);
+    throw Fault{ExitStatus::Usage,
+                fmt::format("--encoding: there is no encoding '{}'; {}", name,
+                            near ? fmt::format("did you mean '{}'?", *near)
+                                 : "use a name such as windows-1252, gbk or utf-8, or the number "
+                                   "of a code page")};
+}
+
+// The component would be silent about a log that it can't write.
+void SetReportLog(const std::string& path)
+{
+    if (!path.empty() && path != "-") {
+        errno = 0;
+        std::FILE* file = std::fopen(path.c_str(), "ab");
+        if (!file)
+            throw Fault{
+                ExitStatus::FileFault,
+                fmt::format("--report-log: '{}' can't be written: {}", path, std::strerror(errno))};
+        std::fclose(file);
+    }
+    TabulexSetReportLog(path.c_str());
+}
+
 void SetUpComponent(const GeneralOptions& general)
 {
     TabulexSetLanguage(LanguageOf(general));
-    TabulexSetReportLog(general.sReportLog.c_str());
-    if (general.sEncoding && FAILED(TabulexSetEncoding(general.sEncoding->c_str())))
-        throw Fault{ExitStatus::Usage,
-                    fmt::format("there is no encoding '{}'", *general.sEncoding)};
+    SetReportLog(general.sReportLog);
+    if (general.sEncoding)
+        SetEncoding(*general.sEncoding);
 }
 
 ResolutionOffers MakeOffers(const GeneralOptions& general)
@@ -57,32 +111,8 @@ ResolutionOffers MakeOffers(const GeneralOptions& general)
     for (const HostResolution& resolution : general.resolutions)
         if (!offers.Add(resolution))
             throw Fault{ExitStatus::Refused,
-                        fmt::format("the resolution '{}' is offered twice", resolution.sName)};
+                        fmt::format("--offer: '{}' is offered twice", resolution.sName)};
     return offers;
-}
-
-// One bad file doesn't keep the others from their turn.
-ExitStatus RunFor(FileCommand run, const Context& context, const std::string& file)
-{
-    try {
-        return run(context, file);
-    } catch (const Fault& fault) {
-        context.console.Error(fmt::format("{}: {}", file, fault.sMessage));
-        return fault.status;
-    }
-}
-
-ExitStatus RunCommand(const Context& context)
-{
-    for (const Command& command : kFileCommands) {
-        if (context.options.sCommand != command.pszName)
-            continue;
-        ExitStatus status = ExitStatus::Done;
-        for (const std::string& file : context.options.files)
-            status = Worse(status, RunFor(command.run, context, file));
-        return status;
-    }
-    return TryTemplate(context);
 }
 
 ExitStatus Run(int argc, char** argv)
@@ -96,7 +126,9 @@ ExitStatus Run(int argc, char** argv)
     try {
         SetUpComponent(general);
         const ResolutionOffers offers = MakeOffers(general);
-        return RunCommand({*options, offers, console, WantsColour(general.colour, Stream::Output)});
+        const auto* command = std::ranges::find(kCommands, options->sCommand, &Command::pszName);
+        return command->run(
+            {*options, offers, console, WantsColour(general.colour, Stream::Output)});
     } catch (const Fault& fault) {
         console.Error(fault.sMessage);
         return fault.status;
@@ -110,7 +142,7 @@ ExitStatus Run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    IgnoreClosedPipes();
+    LetWritesFail();
     CatchInterrupts();
     return static_cast<int>(Run(argc, argv));
 }

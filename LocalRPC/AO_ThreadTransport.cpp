@@ -1,0 +1,214 @@
+#include "LocalRPC/AO_ThreadTransport.h"
+
+#include <string>
+#include <system_error>
+
+#include "diagnostics/FaultmereClient.h"
+#include "platform/Thread.h"
+
+namespace LocalRPC::details {
+
+namespace {
+
+Event::Timeout TimeoutOf(unsigned long nTimeout)
+{
+    if (nTimeout == kNoTimeLimit)
+        return {};
+    return std::chrono::milliseconds(nTimeout);
+}
+
+} // namespace
+
+// What thread and transport share; it lives as long as either of them.
+struct CThreadBase::SWorker
+{
+    SWorker(std::shared_ptr<utils::CTaskStorage> tasks, std::shared_ptr<SWorker> predecessor)
+        : pTasks(std::move(tasks)), pPredecessor(std::move(predecessor))
+    {}
+
+    void Run();
+    bool Take(TaskPtr& task);
+    void AskToEnd();
+    void Leave();
+
+    const std::shared_ptr<utils::CTaskStorage> pTasks;
+    std::shared_ptr<SWorker> pPredecessor; // may still run its last task; for the thread
+    Event wake{Event::Kind::AutoReset};
+    CControlEvent control;
+    std::atomic<std::uint32_t> nThread = 0; // set before control tells of the start
+    std::atomic<bool> bEnd = false;         // end behind what is queued
+    std::mutex takeLock;                    // guards bLeft, and is held while a task is taken
+    bool bLeft = false;                     // take nothing any more
+};
+
+void CThreadBase::SWorker::Run()
+{
+    for (bool bLast = false; !bLast;) {
+        wake.Wait();
+        bLast = bEnd; // what came before the request is in the queue
+        for (TaskPtr task; Take(task);)
+            execute_task(*task);
+    }
+}
+
+bool CThreadBase::SWorker::Take(TaskPtr& task)
+{
+    task.reset();
+    const std::lock_guard lock(takeLock);
+    if (!bLeft)
+        pTasks->Take(task);
+    return task != nullptr;
+}
+
+void CThreadBase::SWorker::AskToEnd()
+{
+    bEnd = true;
+    wake.Set();
+}
+
+void CThreadBase::SWorker::Leave()
+{
+    {
+        const std::lock_guard lock(takeLock);
+        bLeft = true;
+    }
+    AskToEnd();
+}
+
+void CThreadBase::ThreadMain(const std::shared_ptr<SWorker>& This)
+{
+    if (!FaultmereUtil::Assert(This != nullptr, "!IsBadReadPtr(This,sizeof(CThreadBase))"))
+        return;
+    This->nThread = CurrentThreadId();
+    This->control.Signal(eCSStart);
+    if (const auto pPredecessor = std::move(This->pPredecessor))
+        pPredecessor->control.Wait();
+    This->Run();
+    This->control.Signal(eCSStop);
+}
+
+// A task may let go of its own active object.
+CThreadBase::~CThreadBase()
+{
+    if (IsOwnThread())
+        Leave();
+    else
+        CThreadBase::StopEx(true, kNoTimeLimit, true);
+}
+
+bool CThreadBase::IsOwnThread()
+{
+    const LockGuard lock(m_lock);
+    return m_pWorker && m_pWorker->nThread == CurrentThreadId();
+}
+
+bool CThreadBase::RefuseOwnThread()
+{
+    return !FaultmereUtil::Assert(!IsOwnThread(), "!\"Can't stop thread from itself!\"");
+}
+
+void CThreadBase::Start()
+{
+    if (RefuseOwnThread())
+        return;
+    const LockGuard life(m_lifeLock);
+    CThreadBase::StopEx(false, kNoTimeLimit, true);
+    SetWorker(std::make_shared<SWorker>(m_pTasks, m_pLeft));
+    try {
+        StartThread();
+    } catch (...) {
+        SetWorker(nullptr);
+        throw;
+    }
+    m_pLeft.reset();
+    m_pWorker->control.Wait();
+    m_pWorker->wake.Set(); // for what the last stop has left in the queue
+}
+
+void CThreadBase::StartThread()
+try {
+    m_thread = std::thread(&CThreadBase::ThreadMain, m_pWorker);
+} catch (const std::system_error& error) {
+    const std::string sText = error.code().message();
+    throw local_rpc_exception(sText.empty() ? "create thread unknown error" : sText);
+}
+
+void CThreadBase::SetWorker(std::shared_ptr<SWorker> pWorker)
+{
+    const LockGuard lock(m_lock);
+    m_pWorker = std::move(pWorker);
+    SetRunning(m_pWorker != nullptr);
+    if (m_pWorker)
+        AllowTasks();
+}
+
+bool CThreadBase::PostTask(const TaskPtr& task)
+{
+    if (!TakesTasks())
+        return false;
+    {
+        const LockGuard lock(m_lock);
+        if (!TakesTasks())
+            return false;
+        if (!task->IsSynchronous() || !IsOwnThread()) {
+            m_pTasks->Add(task);
+            m_pWorker->wake.Set();
+            return true;
+        }
+    }
+    execute_task(*task);
+    return true;
+}
+
+bool CThreadBase::StopEx(const bool bClear, const unsigned long nTimeout, const bool bSetStop)
+{
+    if (!IsRunning() || RefuseOwnThread())
+        return false;
+    const LockGuard life(m_lifeLock);
+    if (!IsRunning())
+        return false;
+    AskToEnd(bClear, bSetStop);
+
+    const Event::Timeout timeout = TimeoutOf(nTimeout);
+    const ControlSignal _cs = m_pWorker->control.Wait(timeout);
+    if (!timeout)
+        FaultmereUtil::Assert(eCSStop == _cs, "eCSStop==_cs");
+    if (_cs != eCSNone || m_pWorker->control.Wait(timeout) != eCSNone)
+        Join();
+    else
+        Leave();
+    SetWorker(nullptr);
+    return _cs != eCSNone;
+}
+
+void CThreadBase::AskToEnd(bool bClear, bool bSetStop)
+{
+    if (bSetStop) {
+        const LockGuard lock(m_lock);
+        RefuseTasks();
+    }
+    if (bClear)
+        m_pTasks->Clear();
+    m_pWorker->control.Reset();
+    m_pWorker->AskToEnd();
+}
+
+void CThreadBase::Join()
+{
+    bool _ch_result = true;
+    try {
+        m_thread.join();
+    } catch (const std::system_error&) {
+        _ch_result = false;
+    }
+    FaultmereUtil::Assert(_ch_result, "_ch_result");
+}
+
+void CThreadBase::Leave()
+{
+    m_pWorker->Leave();
+    m_thread.detach();
+    m_pLeft = m_pWorker;
+}
+
+} // namespace LocalRPC::details

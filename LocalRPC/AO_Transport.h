@@ -1,0 +1,116 @@
+// What carries tasks to the thread of an active object.
+//
+// Tasks go through a store; one thread takes them out and runs them in order. Locks: a
+// transport's, then its store's; no task is run or destroyed under either.
+#pragma once
+
+#include <atomic>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <stdexcept>
+
+#include "LocalRPC/TaskFactory.h"
+#include "platform/CriticalSection.h"
+
+namespace LocalRPC {
+
+class local_rpc_exception : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+inline constexpr unsigned long kNoTimeLimit = 0xFFFFFFFF;
+
+namespace details {
+
+namespace utils {
+
+// All operations from any thread.
+class ITaskStorage
+{
+public:
+    virtual ~ITaskStorage() = default;
+
+    virtual void Add(const TaskPtr& task) = 0;
+    // The task at the front; empty when there is none.
+    virtual void Take(TaskPtr& task) = 0;
+    virtual void Reserved() {} // keeps the order of the slots
+    virtual void Clear() = 0;
+};
+
+class CTaskStorage final : public ITaskStorage
+{
+public:
+    void Add(const TaskPtr& task) override;
+    void Take(TaskPtr& task) override;
+    void Clear() override;
+    std::size_t Size() const;
+
+private:
+    mutable std::mutex m_lock; // guards the queue
+    std::deque<TaskPtr> m_queue;
+};
+
+} // namespace utils
+
+// All operations from any thread, if nothing else is said.
+class IAOTransport
+{
+public:
+    virtual ~IAOTransport() = default;
+
+    // Stops first if it runs. Throws local_rpc_exception.
+    virtual void Start() = 0;
+    // False where the transport doesn't run or is being stopped: the task won't run.
+    virtual bool PostTask(const TaskPtr& task) = 0;
+    // bClear throws away what is queued, which is run first otherwise. bSetStop refuses
+    // tasks from now on; without it tasks are taken until the queue is found empty. The
+    // time is in milliseconds. False where the transport doesn't run, and where its end
+    // wasn't seen in time.
+    virtual bool StopEx(const bool bClear, const unsigned long nTimeout, const bool bSetStop) = 0;
+    virtual bool IsRunning() const = 0;
+};
+
+// The store outlives the transport where a thread or a window still has to do with it.
+class CAOTransportBaseBase : public IAOTransport
+{
+public:
+    // Runs the task; what it throws is reported.
+    static void execute_task(ITask& task) noexcept;
+
+protected:
+    CAOTransportBaseBase() = default;
+    CAOTransportBaseBase(const CAOTransportBaseBase&) = delete;
+    CAOTransportBaseBase& operator=(const CAOTransportBaseBase&) = delete;
+
+    bool IsStopping() const { return m_bStopping; }
+    void AllowTasks() { m_bStopping = false; }
+    void RefuseTasks() { m_bStopping = true; }
+
+    std::shared_ptr<utils::CTaskStorage> m_pTasks = std::make_shared<utils::CTaskStorage>();
+
+private:
+    std::atomic<bool> m_bStopping = false;
+};
+
+class CAOTransportBase : public CAOTransportBaseBase
+{
+public:
+    bool IsRunning() const override { return m_bRunning; }
+
+protected:
+    bool TakesTasks() const { return !IsStopping() && m_bRunning; }
+    void SetRunning(bool bRunning) { m_bRunning = bRunning; }
+
+    // Guards what changes with a start and a stop, and the decision that a task is taken.
+    CriticalSection m_lock;
+
+private:
+    std::atomic<bool> m_bRunning = false;
+};
+
+} // namespace details
+
+} // namespace LocalRPC

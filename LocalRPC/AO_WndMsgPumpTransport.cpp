@@ -1,0 +1,178 @@
+#include "LocalRPC/AO_WndMsgPumpTransport.h"
+
+#include <functional>
+#include <string>
+#include <system_error>
+
+#include "diagnostics/FaultmereClient.h"
+#include "platform/Thread.h"
+
+namespace LocalRPC::details {
+
+// ---- the window -----------------------------------------------------------------
+
+CWndImpl::CWndImpl(std::shared_ptr<utils::CTaskStorage> pTasks)
+    : m_pTasks(std::move(pTasks)), m_nThread(CurrentThreadId()), m_hWnd(Create())
+{}
+
+boost::shared_ptr<CWndImpl> CWndImpl::Open(std::shared_ptr<utils::CTaskStorage> pTasks)
+{
+    auto* pWindow = new CWndImpl(std::move(pTasks));
+    if (!pWindow->m_hWnd) {
+        const int nError = LastSystemError();
+        delete pWindow;
+        throw local_rpc_exception("can't create transport Window. Last error: " +
+                                  std::system_category().message(nError));
+    }
+    return {pWindow, std::mem_fn(&CWndImpl::Release)};
+}
+
+bool CWndImpl::IsOwnThread() const
+{
+    return CurrentThreadId() == m_nThread;
+}
+
+void CWndImpl::Wake(bool bSynchronous)
+{
+    const bool bOwnThread = IsOwnThread();
+    if (m_bWakePending.exchange(true) && !bOwnThread)
+        return;
+    if (bSynchronous && bOwnThread)
+        SendWindowMessage(m_hWnd, WM_RUN_TASKS, 0, 0);
+    else if (!PostWindowMessage(m_hWnd, WM_RUN_TASKS, 0, 0))
+        m_bWakePending = false;
+}
+
+void CWndImpl::PostTimer(std::chrono::milliseconds period) const
+{
+    PostWindowMessage(m_hWnd, WM_SET_TIMER, static_cast<ULONG_PTR>(period.count()), 0);
+}
+
+// Tasks that come meanwhile have a message of their own, so that a task which posts
+// itself again leaves room for other messages.
+void CWndImpl::ProcessEvents()
+{
+    if (!FaultmereUtil::Assert(IsOwnThread(), "process events in wrong thread"))
+        return;
+    TaskPtr task;
+    for (std::size_t nLeft = m_pTasks->Size(); nLeft > 0; --nLeft) {
+        m_pTasks->Take(task);
+        if (!task)
+            break;
+        CAOTransportBaseBase::execute_task(*task);
+    }
+}
+
+LONG_PTR CWndImpl::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR)
+{
+    // A task may stop the transport; the window goes behind the message then.
+    const boost::shared_ptr<CWndImpl> pSelf = weak_from_this().lock();
+    switch (nMessage) {
+    case WM_RUN_TASKS:
+        m_bWakePending = false;
+        ProcessEvents();
+        break;
+    case kTimerMessage:
+        ProcessEvents();
+        break;
+    case WM_SET_TIMER:
+        SetTimer(std::chrono::milliseconds(wParam));
+        break;
+    case WM_SUICIDE:
+        Suicide();
+        break;
+    }
+    return 0;
+}
+
+// The last reference has gone.
+void CWndImpl::Release()
+{
+    if (!IsOwnThread())
+        PostWindowMessage(m_hWnd, WM_SUICIDE, 0, 0);
+    else if (Handle())
+        Suicide();
+    LeaveOwner();
+}
+
+// The object may be gone behind Destroy.
+void CWndImpl::Suicide()
+{
+    SetTimer(std::chrono::milliseconds(0));
+    ProcessEvents();
+    const WindowHandle hWnd = m_hWnd;
+    Destroy();
+    const bool _res = !IsLiveWindow(hWnd);
+    FaultmereUtil::Assert(_res, "_res");
+}
+
+void CWndImpl::LeaveOwner()
+{
+    if (--m_nOwners == 0)
+        delete this;
+}
+
+// ---- the transport --------------------------------------------------------------
+
+CWndMsgPumpBase::~CWndMsgPumpBase()
+{
+    CWndMsgPumpBase::StopEx(true, 0, true);
+}
+
+// With a store of its own, so that an old window on another thread finds its own tasks
+// only.
+void CWndMsgPumpBase::Start()
+{
+    CWndMsgPumpBase::StopEx(false, 0, true);
+    auto pTasks = std::make_shared<utils::CTaskStorage>();
+    boost::shared_ptr<CWndImpl> pWindow = CWndImpl::Open(pTasks);
+    const LockGuard lock(m_lock);
+    m_pTasks.swap(pTasks);
+    m_pWindow.swap(pWindow);
+    SetRunning(true);
+    AllowTasks();
+}
+
+bool CWndMsgPumpBase::PostTask(const TaskPtr& task)
+{
+    if (!TakesTasks())
+        return false;
+    boost::shared_ptr<CWndImpl> pWindow;
+    {
+        const LockGuard lock(m_lock);
+        if (!TakesTasks() || !m_pWindow->IsLive())
+            return false;
+        m_pTasks->Add(task);
+        pWindow = m_pWindow;
+    }
+    pWindow->Wake(task->IsSynchronous());
+    return true;
+}
+
+bool CWndMsgPumpBase::StopEx(const bool bClear, const unsigned long, const bool bSetStop)
+{
+    boost::shared_ptr<CWndImpl> pWindow;
+    std::shared_ptr<utils::CTaskStorage> pTasks;
+    {
+        const LockGuard lock(m_lock);
+        if (!IsRunning())
+            return false;
+        if (bSetStop)
+            RefuseTasks();
+        pTasks = m_pTasks;
+        m_pWindow.swap(pWindow);
+        SetRunning(false);
+    }
+    if (bClear || !bSetStop)
+        pTasks->Clear();
+    return true;
+}
+
+void CWndMsgPumpBase::SetTimer(std::chrono::milliseconds period)
+{
+    const LockGuard lock(m_lock);
+    if (m_pWindow)
+        m_pWindow->PostTimer(period);
+}
+
+} // namespace LocalRPC::details

@@ -1,0 +1,39 @@
+// The calls of the value layer that this host makes, itself or through Bstr and Variant.
+// On Windows they are the system's; here the component library has them, and since this
+// host isn't linked to it, each is passed on to the loaded one.
+#include "Library.h"
+#include "platform/component.h"
+
+#define PASS_ON(function, ...)                                                                     \
+    static const auto call = Library::Entry<decltype(function)>(#function);                        \
+    return call(__VA_ARGS__)
+
+BSTR SysAllocStringLen(const OLECHAR* text, UINT units)
+{
+    PASS_ON(SysAllocStringLen, text, units);
+}
+
+void SysFreeString(BSTR text)
+{
+    PASS_ON(SysFreeString, text);
+}
+
+UINT SysStringLen(BSTR text)
+{
+    PASS_ON(SysStringLen, text);
+}
+
+HRESULT VariantClear(VARIANT* value)
+{
+    PASS_ON(VariantClear, value);
+}
+
+HRESULT SafeArrayGetUBound(SAFEARRAY* array, UINT dimension, LONG* bound)
+{
+    PASS_ON(SafeArrayGetUBound, array, dimension, bound);
+}
+
+HRESULT SafeArrayGetElement(SAFEARRAY* array, LONG* indices, void* value)
+{
+    PASS_ON(SafeArrayGetElement, array, indices, value);
+}

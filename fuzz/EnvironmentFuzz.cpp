@@ -1,0 +1,63 @@
+// Any document: the scanner and a plain one hear the same, and what was read of it can be
+// written and read again. Input: text in bytes, where those from 0x80 stand for blanks and
+// letters far from ASCII.
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "src/EnvironmentDocument.h"
+#include "tests/environment/Heard.h"
+
+using namespace Hesperon::specifics;
+
+namespace {
+
+void Require(bool bHolds, const char* sWhat)
+{
+    if (bHolds)
+        return;
+    std::fprintf(stderr, "%s\n", sWhat);
+    std::abort();
+}
+
+string_t Widen(const std::uint8_t* data, std::size_t nSize)
+{
+    constexpr OLECHAR kFar = 0x1F80;
+    string_t s;
+    for (std::size_t i = 0; i < nSize; ++i)
+        s += static_cast<OLECHAR>(data[i] < 0x80 ? data[i] : data[i] + kFar);
+    return s;
+}
+
+TypeTable Lists()
+{
+    TypeTable types;
+    types.emplace(TypeDate, CDataType(TypeDate));
+    types.emplace(TypeTime, CDataType(TypeTime));
+    return types;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t nSize)
+{
+    const string_t sDocument = Widen(data, nSize);
+    Require(Heard(sDocument) == PlainlyHeard(sDocument), "scanner and plain scanner disagree");
+
+    // A text that was read holds no '<', so it comes back.
+    TypeTable types = Lists();
+    string_t sFolder;
+    ReadTemplates(sDocument, types);
+    ReadFolder(sDocument, sFolder);
+    const string_t sTemplates = WriteTemplates(types);
+    const string_t sWritten = WriteEnvironment(sFolder, sTemplates);
+    TypeTable again = Lists();
+    string_t sFolderAgain;
+    Require(ReadTemplates(sWritten, again), "the written text can't be read");
+    Require(WriteTemplates(again) == sTemplates, "templates change on the way");
+    Require(ReadFolder(sWritten, sFolderAgain), "the written text can't be read");
+    Require(sFolderAgain == sFolder, "the folder changes on the way");
+    return 0;
+}

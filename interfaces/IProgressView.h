@@ -1,0 +1,73 @@
+// IProgressView: what a native progress box shows itself on.
+//
+// The box decides what is shown and when; the view puts it before the user, without
+// rules of its own. A host hands in a factory for its views (NativeHost.h); without
+// one a box shows nothing, and skips bad lines.
+//
+// All calls come on the box's thread, the one that started the session. Lengths and
+// places are in units of the view's own.
+#pragma once
+
+#include "platform/component.h"
+
+namespace IQRL_TabulexConverter {
+
+// Controls of the box.
+enum ProgressControl : LONG
+{
+    ProgressFileName = 400,
+    ProgressRecords = 402,   // records processed
+    ProgressElapsed = 404,   // "%u min %u sec"
+    ProgressRemaining = 406, // the same, estimated
+    ProgressBar = 1003,      // 0 to 100
+    ProgressErrorTop = 420,  // the line above the error section
+    ProgressErrorLineLabel = 409,
+    ProgressErrorLine = 408,
+    ProgressErrorFieldLabel = 411,
+    ProgressErrorField = 410, // a number, or the text for none
+    ProgressErrorLabel = 413,
+    ProgressErrorText = 412,
+    ProgressErrorBottom = 422, // the line below the error section
+    ProgressSkip = 416,
+    ProgressSkipAll = 414,
+    ProgressCancel = 2,
+};
+
+struct IProgressButtons
+{
+    // The user pressed ProgressSkip, ProgressSkipAll or ProgressCancel. On the box's
+    // thread, from AskUser or from an event of the view's own. The view may be let go
+    // of before it returns.
+    virtual void Press(ProgressControl button) = 0;
+
+protected:
+    ~IProgressButtons() = default;
+};
+
+struct IProgressView
+{
+    // Opens the box over a parent window, 0 for the thread's active one, and disables the
+    // parent. What is to be seen at first has been set by then. The buttons live until Hide.
+    virtual void Show(LONG_PTR hwndParent, IProgressButtons* pButtons) = 0;
+    // Closes the box and enables the parent. Nothing but Release follows. It comes when the
+    // box's thread pumps after the end of the session, or ends.
+    virtual void Hide() = 0;
+    virtual void SetCaption(const OLECHAR* pszText) = 0;
+    virtual void SetText(ProgressControl control, const OLECHAR* pszText) = 0;
+    virtual void SetPercent(ULONG nPercent) = 0; // of ProgressBar
+    virtual void SetEnabled(ProgressControl control, bool bEnabled) = 0;
+    virtual void SetShown(ProgressControl control, bool bShown) = 0;
+    virtual LONG Top(ProgressControl control) = 0;
+    virtual void MoveDown(ProgressControl control, LONG nDelta) = 0;
+    virtual void GrowHeight(LONG nDelta) = 0;
+    // An error is shown and the conversion waits for a button. A view that can't be
+    // clicked asks here; it may block for as long as the user does.
+    virtual void AskUser() = 0;
+    // The box lets go of the view.
+    virtual void Release() = 0;
+
+protected:
+    ~IProgressView() = default;
+};
+
+} // namespace IQRL_TabulexConverter

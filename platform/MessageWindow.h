@@ -1,0 +1,87 @@
+// MessageWindow: a target for messages that lives on the thread which created it.
+//
+// Messages of one window are handled one at a time, in the order in which they came,
+// on its thread, while that thread dispatches. A send waits until its message has
+// been handled and gives the result; a post doesn't wait. A thread that waits in a send
+// handles the messages sent to its own windows meanwhile. On Windows this is a
+// message-only window; elsewhere a queue a thread. When a thread ends, its windows go.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <thread>
+
+#include "platform/component.h"
+
+// Tells a window from any thread, also after it has gone; 0 is none. On Windows an
+// HWND.
+using WindowHandle = LONG_PTR;
+
+inline constexpr UINT kUserMessage = 1024; // first number of a window's own messages
+inline constexpr UINT kTimerMessage = 275; // a period of SetTimer has passed
+
+class MessageWindow
+{
+public:
+    MessageWindow() = default;
+    MessageWindow(const MessageWindow&) = delete;
+    MessageWindow& operator=(const MessageWindow&) = delete;
+    virtual ~MessageWindow(); // on its thread, if the window still stands
+
+    // Makes the window on the calling thread; 0 where it can't be had.
+    WindowHandle Create();
+    // On its thread. Messages that wait are dropped, and their senders get 0; then
+    // OnFinalMessage runs.
+    void Destroy();
+
+    WindowHandle Handle() const { return m_handle; }
+
+    // On its thread: kTimerMessage comes once a period; a period of 0 ends that.
+    void SetTimer(std::chrono::milliseconds period);
+
+protected:
+    virtual LONG_PTR OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam) = 0;
+    // The window has gone; may delete the object.
+    virtual void OnFinalMessage() {}
+
+private:
+    friend struct WindowDispatch; // the platform's side
+
+    WindowHandle m_handle = 0;
+};
+
+// Whether the window stands at this moment.
+bool IsLiveWindow(WindowHandle hWnd);
+// 0 where the window has gone, also while the message waits.
+LONG_PTR SendWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam);
+// False where the window has gone.
+bool PostWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam);
+
+// Handles what waits for the calling thread and gives the number of messages; waits
+// for the first one as long as told, an empty timeout without end. A message that
+// comes meanwhile is handled too, but one that its own handling brings forth may stay
+// for the next call.
+unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout);
+
+// Whether the calling thread has windows, so that others may wait for it.
+bool OwnsWindows();
+
+// Takes a lock. Who holds it may be waiting for a message to be handled by this thread:
+// a thread with windows dispatches while it waits, but for a moment at first, within
+// which a holder that merely works lets go.
+template <class Lock>
+void LockPumping(Lock& lock)
+{
+    if (!OwnsWindows()) {
+        lock.lock();
+        return;
+    }
+    constexpr std::chrono::milliseconds kMoment{50};
+    const auto tPump = std::chrono::steady_clock::now() + kMoment;
+    while (!lock.try_lock()) {
+        if (std::chrono::steady_clock::now() < tPump)
+            std::this_thread::yield();
+        else
+            PumpMessages(std::chrono::milliseconds(1));
+    }
+}

@@ -1,0 +1,54 @@
+// CProgressDlgNoHTML: the box that shows a conversion and asks about bad lines.
+//
+// What each method does is told in IProgressBox.h. The object itself keeps no window:
+// it sends to a CProgressWindow, which lives on the thread of ShowProgress. Figures and
+// errors are sent over and waited for; all else is posted from another thread, since a
+// host may stop dispatching as soon as it has heard the end of its session.
+//
+// May be let go of on any thread, also with the window standing, which then closes in
+// its turn.
+#pragma once
+
+#include <memory>
+
+#include "interfaces/IProgressBox.h"
+#include "module/ComObject.h"
+#include "src/UIComponents/ProgressState.h"
+
+namespace Hesperon::specifics::UILayer {
+
+class CProgressDlgNoHTML
+    : public ComObject<CProgressDlgNoHTML, Dual<IQRL_TabulexConverter::IProgressDlg>,
+                       IQRL_TabulexConverter::IProgressBox>
+{
+public:
+    HRESULT FinalConstruct();
+    void FinalRelease();
+
+    // ---- IProgressBox
+
+    HRESULT STDMETHODCALLTYPE DoProgress(ULONGLONG nPos, ULONGLONG nMax) override;
+    HRESULT STDMETHODCALLTYPE SetProcessedRecordCount(ULONGLONG nMax) override;
+    HRESULT STDMETHODCALLTYPE ShowProgress(LONG_PTR hwndParent) override;
+    HRESULT STDMETHODCALLTYPE Close() override;
+    HRESULT STDMETHODCALLTYPE SetTitle(BSTR bsTitle) override;
+    HRESULT STDMETHODCALLTYPE SetFileName(BSTR bsFileName) override;
+    HRESULT STDMETHODCALLTYPE put_DataParser(IDispatch* pDataParser) override;
+    HRESULT STDMETHODCALLTYPE OnError(BSTR bsError) override;
+    HRESULT STDMETHODCALLTYPE OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum,
+                                       BSTR bsDescription) override;
+
+    // ---- IProgressDlg
+
+    HRESULT STDMETHODCALLTYPE put_onselectdebug(VARIANT) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE put_onselectnormal(VARIANT) override { return E_NOTIMPL; }
+
+private:
+    friend struct ProgressTestAccess; // puts a clock
+
+    HRESULT Ask(UINT nMessage, BSTR bsError, LONG_PTR lParam);
+
+    std::shared_ptr<CProgressState> m_pState;
+};
+
+} // namespace Hesperon::specifics::UILayer

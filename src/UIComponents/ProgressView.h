@@ -1,0 +1,28 @@
+// Who makes the views of progress boxes.
+#pragma once
+
+#include <memory>
+
+#include "interfaces/IProgressView.h"
+
+namespace Hesperon::specifics::UILayer {
+
+using IQRL_TabulexConverter::IProgressButtons;
+using IQRL_TabulexConverter::IProgressView;
+using IQRL_TabulexConverter::ProgressControl;
+
+using ProgressViewFactory = IProgressView* (*)(void* pContext);
+
+struct ReleaseView
+{
+    void operator()(IProgressView* pView) const { pView->Release(); }
+};
+using ProgressViewPtr = std::unique_ptr<IProgressView, ReleaseView>;
+
+// Null takes the host's factory away. Before boxes are shown.
+void SetProgressViews(ProgressViewFactory pfnMake, void* pContext);
+
+// A view for the calling thread, never null: the host's, else the system's own.
+ProgressViewPtr MakeProgressView();
+
+} // namespace Hesperon::specifics::UILayer

@@ -1,0 +1,228 @@
+#include "src/UIComponents/ProgressWindow.h"
+
+#include "Simples/interface/ResourceStrings.h"
+#include "src/Guarded.h"
+#include "src/UIComponents/ProgressFigures.h"
+
+namespace Hesperon::specifics::UILayer {
+
+using namespace IQRL_TabulexConverter;
+
+namespace {
+
+constexpr unsigned kNoFieldText = 80;
+constexpr LONG kWholeRecord = 65535; // no field is to blame
+
+constexpr ProgressControl kErrorTexts[] = {ProgressErrorLineLabel,  ProgressErrorLine,
+                                           ProgressErrorFieldLabel, ProgressErrorField,
+                                           ProgressErrorLabel,      ProgressErrorText};
+
+} // namespace
+
+// ---- opening and end
+
+HRESULT CProgressWindow::Open(const std::shared_ptr<CProgressState>& pState, LONG_PTR hwndParent)
+{
+    auto pWindow = std::make_unique<CProgressWindow>(pState);
+    pWindow->m_hWnd = pWindow->Create();
+    if (!pWindow->m_hWnd)
+        return E_FAIL;
+    if (!pState->TakeWindow(pWindow->m_hWnd))
+        return S_FALSE;
+    pWindow->m_pView = MakeProgressView();
+    pWindow->LayOutErrorSection();
+    pWindow->SetText(ProgressFileName, pState->FileName());
+    if (const string_t sTitle = pState->Title(); !sTitle.empty())
+        pWindow->m_pView->SetCaption(sTitle.c_str());
+    // From here on it owns itself. The user may press a button before Show returns.
+    CProgressWindow& window = *pWindow.release();
+    window.m_pView->Show(hwndParent, &window);
+    return S_OK;
+}
+
+CProgressWindow::~CProgressWindow()
+{
+    m_pState->DropWindow(m_hWnd);
+}
+
+void CProgressWindow::OnFinalMessage()
+{
+    m_pState->DropWindow(m_hWnd);
+    m_pView->Hide();
+    delete this;
+}
+
+// ---- messages
+
+LONG_PTR CProgressWindow::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
+{
+    const HRESULT hr = Guarded([&] { return Dispatch(nMessage, wParam, lParam) ? S_OK : S_FALSE; });
+    return hr == S_OK;
+}
+
+bool CProgressWindow::Dispatch(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
+{
+    switch (nMessage) {
+    case kAdvanceMessage:
+        return Advance(*reinterpret_cast<const ULONGLONG*>(wParam),
+                       *reinterpret_cast<const ULONGLONG*>(lParam));
+    case kErrorMessage:
+    case kErrorAtMessage:
+        return ShowError(reinterpret_cast<const OLECHAR*>(wParam),
+                         reinterpret_cast<const ProgressPlace*>(lParam));
+    case kAskMessage:
+        if (m_pState->IsQuestionOpen(m_hWnd))
+            m_pView->AskUser();
+        return true;
+    case kDisableButtonsMessage:
+        for (const ProgressControl control : {ProgressCancel, ProgressSkip, ProgressSkipAll})
+            m_pView->SetEnabled(control, false);
+        return true;
+    case kTitleMessage:
+        m_pView->SetCaption(m_pState->Title().c_str());
+        return true;
+    case kFileNameMessage:
+        SetText(ProgressFileName, m_pState->FileName());
+        return true;
+    case kCountMessage:
+        SetText(ProgressRecords, DecimalText(wParam));
+        return true;
+    case kCloseMessage:
+        Destroy();
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool CProgressWindow::Advance(ULONGLONG nPos, ULONGLONG nMax)
+{
+    const WindowHandle hWnd = m_hWnd;
+    if (!m_pState->IsCurrent(hWnd))
+        return false;
+    const std::uint32_t nElapsed = m_pState->ElapsedTime();
+    if (nPos == 0 || nElapsed == 0)
+        return true;
+    const FLOAT fRelative = RelativePos(nPos);
+    if (!IsLiveWindow(hWnd))
+        return false;
+    m_pView->SetPercent(ProgressPercent(nPos, nMax));
+    if (fRelative != 0)
+        SetText(ProgressRemaining,
+                DurationText(StartedSeconds(RemainingTime(nElapsed, fRelative))));
+    SetText(ProgressRecords, DecimalText(nPos));
+    SetText(ProgressElapsed, DurationText(WholeSeconds(nElapsed)));
+    return true;
+}
+
+FLOAT CProgressWindow::RelativePos(ULONGLONG nPos)
+{
+    FLOAT fRelative = 0;
+    if (const com_ptr<IDataParser> pParser = m_pState->DataParser())
+        pParser->GetRelativePos(nPos, &fRelative);
+    return fRelative;
+}
+
+void CProgressWindow::SetText(ProgressControl control, const string_t& sText)
+{
+    m_pView->SetText(control, sText.c_str());
+}
+
+// ---- errors
+
+// The worker that sent the error holds its parser's lock and waits for this to return.
+// So the user is asked in a message of its own, since a button may call the parser.
+bool CProgressWindow::ShowError(const OLECHAR* pszText, const ProgressPlace* pPlace)
+{
+    if (!m_pState->OpenQuestion(m_hWnd))
+        return false;
+    m_bShowErrors = true;
+    LayOutErrorSection();
+    if (pPlace) {
+        SetText(ProgressErrorLine, DecimalText(static_cast<ULONG>(pPlace->nLine)));
+        SetField(pPlace->nField);
+    } else {
+        m_pState->m_nErrorResult = 1;
+    }
+    m_pView->SetText(ProgressErrorText, pszText);
+    PostWindowMessage(m_hWnd, kAskMessage, 0, 0);
+    return true;
+}
+
+void CProgressWindow::SetField(LONG nField)
+{
+    SetText(ProgressErrorField, nField == kWholeRecord ? string_t(LoadResourceString(kNoFieldText))
+                                                       : DecimalText(static_cast<ULONG>(nField)));
+}
+
+void CProgressWindow::LayOutErrorSection()
+{
+    if (m_bErrorsExpanded)
+        return;
+    const LONG nHeight = m_pView->Top(ProgressErrorBottom) - m_pView->Top(ProgressErrorTop);
+    const LONG nDelta = m_bShowErrors ? nHeight : -nHeight;
+    for (const ProgressControl control : kErrorTexts)
+        m_pView->SetShown(control, m_bShowErrors);
+    m_pView->SetShown(ProgressErrorBottom, m_bShowErrors);
+    m_pView->GrowHeight(nDelta);
+    for (const ProgressControl control : {ProgressCancel, ProgressSkipAll, ProgressSkip})
+        m_pView->MoveDown(control, nDelta);
+    for (const ProgressControl control : {ProgressSkipAll, ProgressSkip})
+        m_pView->SetShown(control, m_bShowErrors);
+    m_bErrorsExpanded = m_bShowErrors;
+}
+
+// ---- buttons
+
+void CProgressWindow::Press(ProgressControl button)
+{
+    if (!m_pState->IsCurrent(m_hWnd))
+        return;
+    switch (button) {
+    case ProgressSkip:
+        m_pState->m_nErrorResult = S_OK;
+        m_pState->Answer(m_hWnd);
+        break;
+    case ProgressSkipAll:
+        SkipAll();
+        break;
+    case ProgressCancel:
+        Cancel();
+        break;
+    default:
+        break;
+    }
+}
+
+void CProgressWindow::SkipAll()
+{
+    const auto pState = m_pState;
+    const WindowHandle hWnd = m_hWnd;
+    pState->m_bSkipAll = true;
+    pState->m_nErrorResult = S_OK;
+    if (const com_ptr<IDataParser> pParser = pState->DataParser())
+        pParser->put_DisableErrorNotify(VARIANT_TRUE);
+    pState->Answer(hWnd);
+    if (!IsLiveWindow(hWnd))
+        return;
+    for (const ProgressControl control : {ProgressSkipAll, ProgressSkip})
+        m_pView->SetEnabled(control, false);
+    for (const ProgressControl control : kErrorTexts)
+        m_pView->SetEnabled(control, false);
+}
+
+// The worker goes on first: it holds the lock that AbortConversion takes.
+void CProgressWindow::Cancel()
+{
+    const auto pState = m_pState;
+    const WindowHandle hWnd = m_hWnd;
+    const com_ptr<IDataParser> pParser = pState->DataParser();
+    if (pParser)
+        pParser->put_DisableErrorNotify(VARIANT_TRUE);
+    pState->Cancel(hWnd);
+    PostWindowMessage(hWnd, kDisableButtonsMessage, 0, 0);
+    if (pParser)
+        pParser->AbortConversion();
+}
+
+} // namespace Hesperon::specifics::UILayer

@@ -1,0 +1,65 @@
+// CProgressWindow: the window of a progress box.
+//
+// It lives on the thread that opened it, and deletes itself when it goes: by
+// kCloseMessage or with its thread. The parser that it calls, and a view that
+// waits for the user, may dispatch messages, and so may end it: what comes after such a
+// call must not touch it without a look.
+#pragma once
+
+#include <memory>
+
+#include "src/UIComponents/ProgressState.h"
+#include "src/UIComponents/ProgressView.h"
+
+namespace Hesperon::specifics::UILayer {
+
+// Messages of the window. A sent one gives 1 where it was handled, 0 where not: then
+// the window is no longer that of the box.
+inline constexpr UINT kAdvanceMessage = kUserMessage + 100; // position, maximum by reference
+inline constexpr UINT kDisableButtonsMessage = kUserMessage + 101;
+inline constexpr UINT kErrorMessage = kUserMessage + 102;   // the text
+inline constexpr UINT kErrorAtMessage = kUserMessage + 103; // the text and a ProgressPlace
+inline constexpr UINT kAskMessage = kUserMessage + 104;
+inline constexpr UINT kTitleMessage = kUserMessage + 105; // the text is in the state
+inline constexpr UINT kFileNameMessage = kUserMessage + 106;
+inline constexpr UINT kCountMessage = kUserMessage + 107; // the number itself
+inline constexpr UINT kCloseMessage = kUserMessage + 108;
+
+struct ProgressPlace
+{
+    LONG_PTR nLine;
+    LONG nField;
+};
+
+class CProgressWindow final : public MessageWindow, private IProgressButtons
+{
+public:
+    // Opens the window of a box on the calling thread. S_FALSE for a box that has one.
+    static HRESULT Open(const std::shared_ptr<CProgressState>& pState, LONG_PTR hwndParent);
+
+    explicit CProgressWindow(const std::shared_ptr<CProgressState>& pState) : m_pState(pState) {}
+    ~CProgressWindow() override;
+
+private:
+    LONG_PTR OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam) override;
+    void OnFinalMessage() override;
+    void Press(ProgressControl button) override;
+
+    bool Dispatch(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam);
+    bool Advance(ULONGLONG nPos, ULONGLONG nMax);
+    FLOAT RelativePos(ULONGLONG nPos);
+    bool ShowError(const OLECHAR* pszText, const ProgressPlace* pPlace);
+    void SetField(LONG nField);
+    void LayOutErrorSection();
+    void SkipAll();
+    void Cancel();
+    void SetText(ProgressControl control, const string_t& sText);
+
+    const std::shared_ptr<CProgressState> m_pState;
+    WindowHandle m_hWnd = 0; // stays when the window has gone
+    ProgressViewPtr m_pView;
+    bool m_bShowErrors = false;
+    bool m_bErrorsExpanded = false; // for good once it is
+};
+
+} // namespace Hesperon::specifics::UILayer

@@ -1,0 +1,12 @@
+// What a scanner calls, in plain text: "+NAME" for a start, "-NAME" for an end,
+// "'text'" for characters; then "ok", or "broken" where the text wasn't read to its end.
+#pragma once
+
+#include <string>
+
+#include "platform/component.h"
+
+std::string Heard(string_view_t sDocument);
+
+// The same by a second implementation, a character at a time and as plain as can be.
+std::string PlainlyHeard(string_view_t sDocument);

@@ -1,0 +1,27 @@
+// Words for tests with windows: pumping, and other threads.
+#pragma once
+
+#include "platform/MessageWindow.h"
+#include "tests/localrpc/Tasks.h"
+
+inline constexpr std::chrono::milliseconds kNoWait{0};
+
+// Handles what waits, and what that brings forth.
+inline void PumpAll()
+{
+    while (PumpMessages(kNoWait) > 0)
+        ;
+}
+
+inline bool PumpUntil(const std::function<bool()>& holds)
+{
+    return Eventually([&] {
+        PumpMessages(std::chrono::milliseconds(1));
+        return holds();
+    });
+}
+
+inline void OnAnotherThread(const std::function<void()>& body)
+{
+    std::thread(body).join();
+}

@@ -1,0 +1,115 @@
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "tools/tabulex/completion/Completion.h"
+
+namespace tabulex {
+
+namespace {
+
+// "--option=value" comes as three words.
+constexpr const char* kScript = R"(# Completion of tabulex for bash.
+
+_tabulex()
+{{
+    local word=${{COMP_WORDS[COMP_CWORD]}} option=${{COMP_WORDS[COMP_CWORD-1]}}
+    local command="" commands="" paths="" words="" i
+    if [[ $word == "=" ]]; then
+        word=""
+    elif [[ $option == "=" ]]; then
+        option=${{COMP_WORDS[COMP_CWORD-2]}}
+    fi
+    for ((i = 1; i < COMP_CWORD; i++)); do
+        case ${{COMP_WORDS[i]}} in
+            {commands}) command=${{COMP_WORDS[i]}}; break ;;
+        esac
+    done
+    case $option in
+{values}        *)
+            case $command in
+{options}            esac
+            if [[ $word == -* ]]; then
+                paths=""
+            else
+                words=$commands
+            fi
+            ;;
+    esac
+    COMPREPLY=()
+    [[ -n $words ]] && mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+    if [[ -n $paths ]]; then
+        compopt -o filenames 2> /dev/null
+        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+    fi
+}}
+
+complete -F _tabulex tabulex
+)";
+
+void AddName(std::vector<std::string>& names, const OptionNode& option)
+{
+    if (!option.sShort.empty())
+        names.push_back(option.sShort);
+    names.push_back(option.sLong);
+}
+
+// What follows an option that takes a value; an option means the same everywhere.
+std::string ValueCases(const CommandTree& tree)
+{
+    std::map<std::string, std::vector<std::string>> names; // by what is completed
+    std::set<std::string> seen;
+    for (const CommandNode& command : tree.commands)
+        for (const OptionNode& option : command.options) {
+            if (!option.TakesValue() || !seen.insert(option.sLong).second)
+                continue;
+            const std::string action =
+                option.bPath ? "paths=yes"
+                : option.choices.empty()
+                    ? ":"
+                    : fmt::format("words='{}'", fmt::join(option.choices, " "));
+            AddName(names[action], option);
+        }
+    std::string cases;
+    for (const auto& [action, options] : names)
+        cases += fmt::format("        {}) {} ;;\n", fmt::join(options, " | "), action);
+    return cases;
+}
+
+// What may follow otherwise: options, and words or paths without a dash.
+std::string CommandCase(const CommandNode& command, const std::string& others)
+{
+    std::vector<std::string> words;
+    for (const OptionNode& option : command.options)
+        AddName(words, option);
+    return fmt::format("                '{}') words='{}' {} ;;\n", command.sName,
+                       fmt::join(words, " "), others);
+}
+
+std::string OthersOf(const CommandNode& command)
+{
+    const bool bPaths = std::ranges::any_of(command.arguments, &ArgumentNode::bPath);
+    return bPaths ? "paths=yes" : "";
+}
+
+} // namespace
+
+std::string BashCompletion(const CommandTree& tree)
+{
+    std::vector<std::string> commands;
+    std::string options;
+    for (const CommandNode& command : tree.commands) {
+        commands.push_back(command.sName);
+        options += CommandCase(command, OthersOf(command));
+    }
+    CommandNode none = tree.tool;
+    none.sName.clear();
+    options += CommandCase(none, fmt::format("commands='{}'", fmt::join(commands, " ")));
+    return fmt::format(kScript, fmt::arg("commands", fmt::join(commands, " | ")),
+                       fmt::arg("values", ValueCases(tree)), fmt::arg("options", options));
+}
+
+} // namespace tabulex

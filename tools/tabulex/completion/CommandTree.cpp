@@ -1,0 +1,92 @@
+#include "tools/tabulex/completion/CommandTree.h"
+
+#include <algorithm>
+#include <sstream>
+
+#include "tools/tabulex/CommandDefinitions.h"
+#include "tools/tabulex/HelpText.h"
+
+namespace tabulex {
+
+namespace {
+
+// Names of values and arguments that stand for a place in the file system.
+constexpr std::string_view kPaths[] = {"FILE", "OUT"};
+
+bool IsPath(std::string_view name)
+{
+    return std::ranges::find(kPaths, name) != std::end(kPaths);
+}
+
+std::vector<std::string> Split(const std::string& text, char separator)
+{
+    std::vector<std::string> parts;
+    std::istringstream stream(text);
+    for (std::string part; std::getline(stream, part, separator);)
+        parts.push_back(part.substr(std::min(part.find_first_not_of(' '), part.size())));
+    return parts;
+}
+
+// Words in small letters with a bar between them are what the value may be.
+std::vector<std::string> ChoicesOf(const std::string& value)
+{
+    const bool bWords = value.find('|') != value.npos &&
+                        value.find_first_not_of("abcdefghijklmnopqrstuvwxyz|") == value.npos;
+    return bWords ? Split(value, '|') : std::vector<std::string>();
+}
+
+std::string OneLine(std::string text)
+{
+    std::ranges::replace(text, '\n', ' ');
+    return text;
+}
+
+OptionNode ReadOption(const CLI::Option& option)
+{
+    OptionNode node;
+    if (!option.get_snames().empty())
+        node.sShort = "-" + option.get_snames().front();
+    node.sLong = "--" + option.get_lnames().front();
+    if (option.get_items_expected_max() > 0)
+        node.sValue = option.get_type_name();
+    node.sDescription = OneLine(option.get_description());
+    node.sGroup = option.get_group();
+    node.choices = ChoicesOf(node.sValue);
+    node.bPath = IsPath(node.sValue);
+    node.bRepeatable = option.get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
+    return node;
+}
+
+ArgumentNode ReadArgument(const CLI::Option& option)
+{
+    const std::string name = option.get_name(true);
+    return {name, OneLine(option.get_description()), IsPath(name),
+            option.get_items_expected_max() > 1};
+}
+
+CommandNode ReadCommand(const CLI::App& app)
+{
+    CommandNode node{app.get_name(), app.get_description(), Split(ExamplesOf(app), '\n'), {}, {}};
+    for (const CLI::Option* option : app.get_options()) {
+        if (option->get_positional())
+            node.arguments.push_back(ReadArgument(*option));
+        else
+            node.options.push_back(ReadOption(*option));
+    }
+    return node;
+}
+
+} // namespace
+
+CommandTree ReadCommandTree()
+{
+    CLI::App app;
+    Options options;
+    DefineCommandLine(app, options);
+    CommandTree tree{ReadCommand(app), {}};
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        tree.commands.push_back(ReadCommand(*command));
+    return tree;
+}
+
+} // namespace tabulex

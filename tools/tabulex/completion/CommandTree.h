@@ -1,0 +1,52 @@
+// CommandTree: the commands and their options as plain data, read from the definition
+// of the command line, for what is written of it: completions, the manual page.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tabulex {
+
+struct OptionNode
+{
+    std::string sShort;       // "-o"; empty for none
+    std::string sLong;        // "--output"
+    std::string sValue;       // "OUT"; empty for a flag
+    std::string sDescription; // one line
+    std::string sGroup;
+    std::vector<std::string> choices; // the words that the value may be; empty for any text
+    bool bPath = false;               // the value is a file or a folder
+    bool bRepeatable = false;
+
+    bool TakesValue() const { return !sValue.empty(); }
+};
+
+struct ArgumentNode
+{
+    std::string sName; // "FILE"
+    std::string sDescription;
+    bool bPath = false;
+    bool bRepeatable = false;
+};
+
+struct CommandNode
+{
+    std::string sName;
+    std::string sDescription;
+    std::vector<std::string> examples; // command lines
+    std::vector<OptionNode> options;   // in the order of the help
+    std::vector<ArgumentNode> arguments;
+};
+
+struct CommandTree
+{
+    CommandNode tool; // what may stand before a command
+    std::vector<CommandNode> commands;
+};
+
+CommandTree ReadCommandTree();
+
+// The group of options that belong to one command alone and have no heading of their own.
+inline constexpr const char* kOwnGroup = "Options";
+
+} // namespace tabulex

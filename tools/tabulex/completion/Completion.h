@@ -1,0 +1,14 @@
+// Scripts that let a shell complete the tool's commands, options and values.
+#pragma once
+
+#include <string>
+
+#include "tools/tabulex/completion/CommandTree.h"
+
+namespace tabulex {
+
+std::string BashCompletion(const CommandTree& tree);
+std::string ZshCompletion(const CommandTree& tree);
+std::string FishCompletion(const CommandTree& tree);
+
+} // namespace tabulex

@@ -1,0 +1,109 @@
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "tools/tabulex/completion/Completion.h"
+
+namespace tabulex {
+
+namespace {
+
+constexpr const char* kScript = R"(#compdef tabulex
+# Completion of tabulex for zsh.
+
+_tabulex_commands()
+{{
+    local -a commands=(
+{commands}    )
+    _describe command commands
+}}
+
+_tabulex()
+{{
+    local curcontext=$curcontext state line
+    typeset -A opt_args
+    _arguments -C \
+{options}        '1:command:_tabulex_commands' '*::argument:->argument' && return
+    [[ $state == argument ]] || return
+    curcontext=${{curcontext%:*}}-$line[1]:
+    case $line[1] in
+{cases}    esac
+}}
+
+_tabulex "$@"
+)";
+
+// Text within single quotes, in which some characters mean something to _arguments.
+std::string Escaped(std::string_view text, std::string_view meaningful)
+{
+    std::string result;
+    for (const char c : text) {
+        if (c == '\'') {
+            result += R"('\'')";
+            continue;
+        }
+        if (meaningful.find(c) != meaningful.npos)
+            result += '\\';
+        result += c;
+    }
+    return result;
+}
+
+// What stands behind the description of an option that takes a value.
+std::string ValueOf(const OptionNode& option)
+{
+    if (!option.TakesValue())
+        return {};
+    const std::string action = option.bPath ? "_files"
+                               : option.choices.empty()
+                                   ? ""
+                                   : fmt::format("({})", fmt::join(option.choices, " "));
+    return fmt::format(":{}:{}", Escaped(option.sValue, ":"), action);
+}
+
+std::string OptionLine(const OptionNode& option)
+{
+    const std::string text =
+        fmt::format("[{}]{}", Escaped(option.sDescription, "[]\\"), ValueOf(option));
+    const char* pszEquals = option.TakesValue() ? "=" : "";
+    if (option.bRepeatable)
+        return fmt::format("        '*{}{}{}' \\\n", option.sLong, pszEquals, text);
+    if (option.sShort.empty())
+        return fmt::format("        '{}{}{}' \\\n", option.sLong, pszEquals, text);
+    return fmt::format("        '({0} {1})'{{{0}{2},{1}{3}}}'{4}' \\\n", option.sShort,
+                       option.sLong, option.TakesValue() ? "+" : "", pszEquals, text);
+}
+
+std::string ArgumentsOf(const CommandNode& command)
+{
+    std::vector<std::string> parts;
+    for (const ArgumentNode& argument : command.arguments)
+        parts.push_back(fmt::format("'{}:{}:{}'", argument.bRepeatable ? "*" : "", argument.sName,
+                                    argument.bPath ? "_files" : ""));
+    return fmt::format("        {}", fmt::join(parts, " "));
+}
+
+std::string OptionLines(const CommandNode& command)
+{
+    std::string lines;
+    for (const OptionNode& option : command.options)
+        lines += OptionLine(option);
+    return lines;
+}
+
+} // namespace
+
+std::string ZshCompletion(const CommandTree& tree)
+{
+    std::string commands;
+    std::string cases;
+    for (const CommandNode& command : tree.commands) {
+        commands +=
+            fmt::format("        '{}:{}'\n", command.sName, Escaped(command.sDescription, ""));
+        cases += fmt::format("    {})\n        _arguments \\\n{}{} ;;\n", command.sName,
+                             OptionLines(command), ArgumentsOf(command));
+    }
+    return fmt::format(kScript, fmt::arg("commands", commands),
+                       fmt::arg("options", OptionLines(tree.tool)), fmt::arg("cases", cases));
+}
+
+} // namespace tabulex
