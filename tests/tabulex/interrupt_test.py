@@ -34,6 +34,30 @@ class Interrupts(ToolTest):
                 self.assertEqual(tool.wait(60), 130)
                 self.assert_entries("big.csv")
 
+    def test_end_the_program_at_once_the_second_time(self):
+        # Nobody reads, so the tool hangs in a write and can't roll anything back.
+        tool = subprocess.Popen([TOOL, "convert", self.file("big.csv", minutes_text(100_000))],
+                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+                                env=environment())
+        self.addCleanup(tool.stdout.close)
+        self.wait_until_it_hangs(tool.pid)
+        tool.send_signal(signal.SIGINT)
+        time.sleep(0.3)
+        self.assertIsNone(tool.poll())
+        tool.send_signal(signal.SIGINT)
+        self.assertEqual(tool.wait(60), 130)
+
+    @staticmethod
+    def wait_until_it_hangs(pid):
+        def writes_to_standard_output():
+            with open(f"/proc/{pid}/task/{pid}/syscall", encoding="ascii") as f:
+                return f.read().split()[1:2] == ["0x1"]
+
+        try:
+            wait_until(writes_to_standard_output)
+        except OSError:  # not every system lets itself be looked at
+            time.sleep(2)
+
     def test_are_heard_while_a_question_stands(self):
         main, terminal = pty.openpty()
         tool = subprocess.Popen([TOOL, "convert", self.sample("junk.csv"), "--on-error", "ask",

@@ -1,0 +1,28 @@
+# Libraries for the Windows build. Debian packages none of these for it, so the
+# header-only ones are taken from the host's packages, through a folder that holds
+# nothing else, and GoogleTest is built from its packaged sources.
+set(include_links "${CMAKE_BINARY_DIR}/include-links")
+file(MAKE_DIRECTORY "${include_links}")
+foreach(package boost CLI fast_float fmt nlohmann)
+  file(CREATE_LINK "/usr/include/${package}" "${include_links}/${package}" SYMBOLIC)
+endforeach()
+
+add_library(host_headers INTERFACE)
+target_include_directories(host_headers SYSTEM INTERFACE "${include_links}")
+
+add_library(fmt::fmt INTERFACE IMPORTED)
+target_compile_definitions(fmt::fmt INTERFACE FMT_HEADER_ONLY)
+target_link_libraries(fmt::fmt INTERFACE host_headers)
+
+add_library(Boost::headers INTERFACE IMPORTED)
+target_compile_definitions(Boost::headers INTERFACE BOOST_ALL_NO_LIB)
+target_link_libraries(Boost::headers INTERFACE host_headers)
+
+if(TABULEX_TESTS)
+  set(INSTALL_GTEST OFF)
+  set(BUILD_GMOCK ON)
+  add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL)
+  foreach(library gtest gmock gtest_main gmock_main)
+    target_compile_options(${library} PRIVATE -w)
+  endforeach()
+endif()
