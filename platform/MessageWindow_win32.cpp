@@ -10,10 +10,9 @@ namespace {
 constexpr wchar_t kClassName[] = L"TabulexMessageWindow";
 constexpr UINT_PTR kTimer = 1;
 
-// Per thread, and of trivial kinds: objects with a destructor would keep the module
-// loaded until every thread has ended.
-thread_local unsigned t_nWindows = 0;
-thread_local unsigned t_nHandled = 0; // calls, so that sent messages can be counted
+// Calls of this thread's windows, so that sent messages can be counted. Of a trivial kind:
+// an object with a destructor would keep the module loaded until every thread has ended.
+thread_local unsigned t_nHandled = 0;
 
 HWND AsWindow(WindowHandle hWnd)
 {
@@ -38,25 +37,40 @@ MessageWindow* TargetOf(HWND hWnd)
 void NTAPI OnThreadEnd(void*)
 {
     HWND hWnd = nullptr;
-    while (t_nWindows > 0 && (hWnd = FindWindowExW(HWND_MESSAGE, hWnd, kClassName, nullptr))) {
+    while ((hWnd = FindWindowExW(HWND_MESSAGE, hWnd, kClassName, nullptr)) != nullptr) {
         if (GetWindowThreadProcessId(hWnd, nullptr) != GetCurrentThreadId())
             continue;
-        TargetOf(hWnd)->Destroy();
+        if (MessageWindow* pTarget = TargetOf(hWnd))
+            pTarget->Destroy();
         hWnd = nullptr; // from the first one again
     }
 }
 
-// Calls back when a thread ends that has a value in it. Given back with the module.
-struct ThreadEnds
+// The count of a thread's windows, in a slot that calls back when a thread ends with one
+// left; thread_local variables have gone by then. Given back with the module.
+class WindowCount
 {
-    DWORD nSlot = FlsAlloc(&OnThreadEnd);
-    ~ThreadEnds() { FlsFree(nSlot); }
+public:
+    ~WindowCount() { FlsFree(m_nSlot); }
+
+    std::uintptr_t Get() const { return reinterpret_cast<std::uintptr_t>(FlsGetValue(m_nSlot)); }
+    void Add() { Set(Get() + 1); }
+    void Remove()
+    {
+        if (const std::uintptr_t nWindows = Get())
+            Set(nWindows - 1);
+    }
+
+private:
+    void Set(std::uintptr_t n) { FlsSetValue(m_nSlot, reinterpret_cast<void*>(n)); }
+
+    DWORD m_nSlot = FlsAlloc(&OnThreadEnd);
 };
 
-void WatchThread()
+WindowCount& Windows()
 {
-    static ThreadEnds ends;
-    FlsSetValue(ends.nSlot, &t_nWindows);
+    static WindowCount count;
+    return count;
 }
 
 } // namespace
@@ -99,8 +113,7 @@ WindowHandle MessageWindow::Create()
                                       ThisModule(), nullptr);
     if (!hWnd)
         return 0;
-    WatchThread();
-    ++t_nWindows;
+    Windows().Add();
     SetWindowLongPtrW(hWnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     m_handle = reinterpret_cast<WindowHandle>(hWnd);
     return m_handle;
@@ -112,7 +125,7 @@ void MessageWindow::Destroy()
         return;
     const HWND hWnd = AsWindow(std::exchange(m_handle, 0));
     SetWindowLongPtrW(hWnd, GWLP_USERDATA, 0);
-    --t_nWindows;
+    Windows().Remove();
     DestroyWindow(hWnd);
     OnFinalMessage();
 }
@@ -186,5 +199,5 @@ unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout)
 
 bool OwnsWindows()
 {
-    return t_nWindows > 0;
+    return Windows().Get() > 0;
 }

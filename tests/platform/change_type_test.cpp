@@ -298,7 +298,7 @@ TEST(VariantChangeType, NeverConvertsToArraysReferencesOrBadKinds)
 
 TEST(VariantChangeType, ConvertsNoArrayButToItsOwnKind)
 {
-    const Variant source = Variant::FromArray(SafeArrayCreateVector(VT_I4, 0, 2), VT_I4);
+    Variant source = Variant::FromArray(SafeArrayCreateVector(VT_I4, 0, 2), VT_I4);
     Variant target;
     EXPECT_EQ(Result{VariantChangeType(&target, &source, 0, VT_I4)}, Result{DISP_E_TYPEMISMATCH});
     EXPECT_EQ(Result{VariantChangeType(&target, &source, 0, VT_ARRAY | VT_I4)}, Result{S_OK});

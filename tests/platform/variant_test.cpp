@@ -127,7 +127,7 @@ TEST(VariantClear, LeavesALockedArray)
 
 TEST(VariantCopy, OfTextIsDeepAndKeepsZerosAndOddBytes)
 {
-    const Variant source = Text(string_view_t(OLESTR("a\0b"), 3));
+    Variant source = Text(string_view_t(OLESTR("a\0b"), 3));
     Variant copy;
     ASSERT_EQ(Result{VariantCopy(&copy, &source)}, Result{S_OK});
     EXPECT_NE(copy.bstrVal, source.bstrVal);
@@ -181,7 +181,7 @@ TEST(VariantCopy, CopiesAReferenceAsItIs)
 {
     FakeObject object;
     IDispatch* pObject = &object;
-    const Variant source = Reference(VT_DISPATCH, &pObject);
+    Variant source = Reference(VT_DISPATCH, &pObject);
     Variant copy;
     ASSERT_EQ(Result{VariantCopy(&copy, &source)}, Result{S_OK});
     EXPECT_EQ(copy.vt, VT_BYREF | VT_DISPATCH);
@@ -232,7 +232,7 @@ TEST(VariantCopyInd, GivesTheValueBehindAReference)
                               Cy(12345), Date(2.5),  Bool(-1),   Error(E_FAIL)};
     for (Variant value : values) {
         SCOPED_TRACE(Show(value));
-        const Variant reference = Reference(value.vt, &value.llVal);
+        Variant reference = Reference(value.vt, &value.llVal);
         Variant copy = Text(OLESTR("old"));
         ASSERT_EQ(Result{VariantCopyInd(&copy, &reference)}, Result{S_OK});
         EXPECT_TRUE(Same(copy, value)) << Show(copy);
