@@ -20,8 +20,7 @@ public:
     {
         const void* self = ThreadToken();
         // Only the owner can have stored its own token, so the unlocked read is safe.
-        if (m_owner.load(std::memory_order_relaxed) != self)
-        {
+        if (m_owner.load(std::memory_order_relaxed) != self) {
             m_mutex.lock();
             m_owner.store(self, std::memory_order_relaxed);
         }
@@ -30,8 +29,7 @@ public:
 
     void unlock()
     {
-        if (--m_nDepth == 0)
-        {
+        if (--m_nDepth == 0) {
             m_owner.store(nullptr, std::memory_order_relaxed);
             m_mutex.unlock();
         }
@@ -40,8 +38,7 @@ public:
     bool try_lock()
     {
         const void* self = ThreadToken();
-        if (m_owner.load(std::memory_order_relaxed) != self)
-        {
+        if (m_owner.load(std::memory_order_relaxed) != self) {
             if (!m_mutex.try_lock())
                 return false;
             m_owner.store(self, std::memory_order_relaxed);

@@ -10,8 +10,7 @@
 #include "platform/component.h"
 
 struct attach_t
-{
-};
+{};
 inline constexpr attach_t attach_ref{};
 
 template <class I>

@@ -48,7 +48,10 @@ enum Resolution : LONG
     RESOLUTIONS_COUNT = 8,
 };
 
-constexpr bool IsPriceType(unsigned uiType) { return uiType >= TypeOpen && uiType <= TypePrice; }
+constexpr bool IsPriceType(unsigned uiType)
+{
+    return uiType >= TypeOpen && uiType <= TypePrice;
+}
 constexpr bool IsWholeType(unsigned uiType)
 {
     return uiType >= TypeVolume && uiType < TYPES_COUNT;

@@ -9,8 +9,8 @@
 
 #include "Simples/interface/ResourceStrings.h"
 #include "diagnostics/FaultmereClient.h"
-#include "src/AsyncTransactionPool.h"
 #include "platform/MessageWindow.h"
+#include "src/AsyncTransactionPool.h"
 #include "src/DataParser.h"
 #include "src/DataTypes.h"
 #include "src/ErrorDescription.h"

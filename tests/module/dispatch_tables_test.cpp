@@ -36,8 +36,7 @@ struct Entry
     Form form = Form::Method;
 };
 
-constexpr Form kReadOnly = Form::ReadOnly, kWriteOnly = Form::WriteOnly,
-               kProperty = Form::Property;
+constexpr Form kReadOnly = Form::ReadOnly, kWriteOnly = Form::WriteOnly, kProperty = Form::Property;
 
 constexpr Entry kDataParserEvents[] = {
     {OLESTR("PutRecords"), 1},        {OLESTR("EndTransaction"), 2}, {OLESTR("OnError"), 3},
