@@ -43,11 +43,11 @@ protected:
                 EXPECT_EQ(object.DoConvert(NewReceiver(), 0), S_OK);
                 break;
             case 1:
-                EXPECT_EQ(object.DoConvertPortion(0, NewReceiver(), Below(3000), Below(3000)),
-                          S_OK);
+                ExpectStartedOrRefused(
+                    object.DoConvertPortion(0, NewReceiver(), Below(3000), Below(3000)));
                 break;
             case 2:
-                EXPECT_EQ(object.DoEnumSymbols(NewReceiver()), S_OK);
+                EXPECT_GE(object.DoEnumSymbols(NewReceiver()), 0);
                 break;
             case 3:
                 if (!m_sinks.empty()) {
@@ -68,6 +68,13 @@ protected:
             default:
                 PumpMessages(std::chrono::milliseconds(Below(4)));
             }
+        }
+
+        // A host that releases the file closes it under the others, who may then find
+        // neither dates nor records in it.
+        static void ExpectStartedOrRefused(HRESULT hr)
+        {
+            EXPECT_TRUE(hr == S_OK || hr == E_INVALIDARG) << std::hex << hr;
         }
 
         void Copy(IqrlTabulexConvertor& object)
