@@ -11,6 +11,7 @@
 #include <optional>
 #include <thread>
 
+#include "platform/Event.h"
 #include "platform/component.h"
 
 // Tells a window from any thread, also after it has gone; 0 is none. On Windows an
@@ -65,6 +66,18 @@ unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout);
 
 // Whether the calling thread has windows, so that others may wait for it.
 bool OwnsWindows();
+
+// Waits for an event. A thread with windows dispatches meanwhile, since who is to set it
+// may be waiting for a message to be handled here.
+inline void WaitPumping(Event& event)
+{
+    constexpr std::chrono::milliseconds kTurn{1};
+    if (!OwnsWindows())
+        event.Wait();
+    else
+        while (!event.Wait(std::chrono::milliseconds(0)))
+            PumpMessages(kTurn);
+}
 
 // Takes a lock. Who holds it may be waiting for a message to be handled by this thread:
 // a thread with windows dispatches while it waits, but for a moment at first, within

@@ -74,17 +74,6 @@ private:
     WorkList m_arSymbolEnumerators;
 };
 
-// A thread with windows dispatches while it waits.
-void WaitPumping(Event& event)
-{
-    if (!OwnsWindows()) {
-        event.Wait();
-        return;
-    }
-    while (!event.Wait(std::chrono::milliseconds(0)))
-        PumpMessages(std::chrono::milliseconds(1));
-}
-
 CSymbolEnumeratorHost& CSymbolEnumeratorHost::Instance()
 {
     static CSymbolEnumeratorHost& host = *new CSymbolEnumeratorHost;

@@ -80,12 +80,7 @@ void CProgressState::Cancel(WindowHandle hWnd)
 // A thread with windows goes on dispatching: the press may come through one of them.
 HRESULT CProgressState::WaitForAnswer()
 {
-    constexpr std::chrono::milliseconds kTurn(10);
-    if (!OwnsWindows())
-        m_hContinue.Wait();
-    else
-        while (!m_hContinue.Wait(std::chrono::milliseconds(0)))
-            PumpMessages(kTurn);
+    WaitPumping(m_hContinue);
     LockGuard lock(m_lock);
     const bool bLeftOpen = std::exchange(m_bQuestionOpen, false);
     return bLeftOpen ? S_FALSE : m_nErrorResult.load();
