@@ -4,6 +4,8 @@
 #include <system_error>
 
 #include "diagnostics/FaultmereClient.h"
+#include "platform/Apartment.h"
+#include "platform/MessageWindow.h"
 #include "platform/Thread.h"
 
 namespace LocalRPC::details {
@@ -44,7 +46,7 @@ struct CThreadBase::SWorker
 void CThreadBase::SWorker::Run()
 {
     for (bool bLast = false; !bLast;) {
-        wake.Wait();
+        WaitPumping(wake);
         bLast = bEnd; // what came before the request is in the queue
         for (TaskPtr task; Take(task);)
             execute_task(*task);
@@ -83,7 +85,10 @@ void CThreadBase::ThreadMain(const std::shared_ptr<SWorker>& This)
     This->control.Signal(eCSStart);
     if (const auto pPredecessor = std::move(This->pPredecessor))
         pPredecessor->control.Wait();
-    This->Run();
+    {
+        const ThreadApartment apartment;
+        This->Run();
+    }
     This->control.Signal(eCSStop);
 }
 

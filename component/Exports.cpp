@@ -1,5 +1,7 @@
 #include "component/ObjectMap.h"
 #include "interfaces/Module.h"
+#include "src/FilePool.h"
+#include "src/SymbolEnumeratorHost.h"
 
 HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv)
 {
@@ -12,5 +14,10 @@ HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID rclsid, REFIID riid, void** pp
 
 HRESULT STDAPICALLTYPE DllCanUnloadNow()
 {
-    return ModuleLockCount() == 0 ? S_OK : S_FALSE;
+    using namespace Hesperon::specifics;
+    if (ModuleLockCount() != 0)
+        return S_FALSE;
+    SymbolEnumeratorHost::EndThread();
+    FilePool::AwaitThreads();
+    return S_OK;
 }

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cassert>
-#include <condition_variable>
 #include <mutex>
+
+#include "platform/Sleeper.h"
 
 // 1. An event hands its signal to the longest waiting thread under g_lock, so no
 //    signal is lost between a thread's look at the flag and its sleep.
@@ -33,7 +34,7 @@ struct Event::Place
 
 struct Event::Waiter
 {
-    std::condition_variable wakeUp;
+    Sleeper sleeper;
     int nResult = kNotYet;
     Place places[2];
     int nPlaces = 0;
@@ -44,14 +45,17 @@ struct Event::Waiter
             places[n].event->Dequeue(places[n]);
     }
 
-    // Until let through or past the deadline; the lock is held before and after.
-    void Sleep(std::unique_lock<std::mutex>& lock, Timeout timeout)
+    // Until let through, past the deadline or called for by input; the lock is held before
+    // and after.
+    Sleeper::Ending Sleep(std::unique_lock<std::mutex>& lock, Timeout timeout, bool bInput)
     {
-        const auto letThrough = [this] { return nResult != kNotYet; };
+        Sleeper::Deadline deadline;
         if (timeout && *timeout < kEndless)
-            wakeUp.wait_until(lock, std::chrono::steady_clock::now() + *timeout, letThrough);
-        else
-            wakeUp.wait(lock, letThrough);
+            deadline = std::chrono::steady_clock::now() + *timeout;
+        auto ending = Sleeper::Ending::Woken;
+        while (nResult == kNotYet && ending == Sleeper::Ending::Woken)
+            ending = sleeper.Sleep(lock, deadline, bInput);
+        return ending;
     }
 };
 
@@ -83,16 +87,22 @@ void Event::Reset()
 bool Event::WaitLong(Timeout timeout)
 {
     Event* const events[] = {this};
-    return WaitFor(events, 1, timeout).has_value();
+    return WaitFor(events, 1, timeout, false).has_value();
 }
 
 std::optional<int> Event::WaitAny(Event& first, Event& second, Timeout timeout)
 {
     Event* const events[] = {&first, &second};
-    return WaitFor(events, 2, timeout);
+    return WaitFor(events, 2, timeout, false);
 }
 
-std::optional<int> Event::WaitFor(Event* const* events, int nEvents, Timeout timeout)
+std::optional<int> Event::WaitAnyOrInput(Event& first, Event& second, Timeout timeout)
+{
+    Event* const events[] = {&first, &second};
+    return WaitFor(events, 2, timeout, true);
+}
+
+std::optional<int> Event::WaitFor(Event* const* events, int nEvents, Timeout timeout, bool bInput)
 {
     const auto take = [&]() -> std::optional<int> {
         for (int n = 0; n < nEvents; ++n)
@@ -114,11 +124,11 @@ std::optional<int> Event::WaitFor(Event* const* events, int nEvents, Timeout tim
         events[n]->Enqueue(waiter.places[n]);
     }
     waiter.nPlaces = nEvents;
-    waiter.Sleep(lock, timeout);
+    const Sleeper::Ending ending = waiter.Sleep(lock, timeout, bInput);
     if (waiter.nResult != kNotYet)
         return waiter.nResult;
     waiter.Leave();
-    return {};
+    return ending == Sleeper::Ending::Input ? std::optional<int>(kInput) : std::nullopt;
 }
 
 void Event::Enqueue(Place& place)
@@ -144,5 +154,5 @@ void Event::LetThrough(Place& place)
     Waiter& waiter = *place.waiter;
     waiter.nResult = place.nIndex;
     waiter.Leave();
-    waiter.wakeUp.notify_one();
+    waiter.sleeper.Wake();
 }

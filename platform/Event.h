@@ -40,12 +40,19 @@ public:
     // through, the first one where both are signalled; empty on timeout.
     static std::optional<int> WaitAny(Event& first, Event& second, Timeout timeout = {});
 
+    // The same, but gives kInput as soon as a message comes for the calling thread's windows,
+    // if none of the events does before. Messages that the thread has seen and left in its
+    // queue don't count. Only on a system that keeps such a queue for each thread.
+    static constexpr int kInput = 2;
+    static std::optional<int> WaitAnyOrInput(Event& first, Event& second, Timeout timeout = {});
+
 private:
     // A thread that waits for one event or two, and its place in an event's queue.
     struct Waiter;
     struct Place;
 
-    static std::optional<int> WaitFor(Event* const* events, int nEvents, Timeout timeout);
+    static std::optional<int> WaitFor(Event* const* events, int nEvents, Timeout timeout,
+                                      bool bInput);
 
     bool WaitLong(Timeout timeout);
 

@@ -69,15 +69,12 @@ bool OwnsWindows();
 
 // Waits for an event. A thread with windows dispatches meanwhile, since who is to set it
 // may be waiting for a message to be handled here.
-inline void WaitPumping(Event& event)
-{
-    constexpr std::chrono::milliseconds kTurn{1};
-    if (!OwnsWindows())
-        event.Wait();
-    else
-        while (!event.Wait(std::chrono::milliseconds(0)))
-            PumpMessages(kTurn);
-}
+void WaitPumping(Event& event);
+
+// Waits for one of two, as Event::WaitAny does, and dispatches what comes for the calling
+// thread meanwhile. A request to quit ends the wait like the end of its time: that thread
+// has nobody else to take it.
+std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout timeout);
 
 // Takes a lock. Who holds it may be waiting for a message to be handled by this thread:
 // a thread with windows dispatches while it waits, but for a moment at first, within

@@ -291,3 +291,32 @@ bool OwnsWindows()
     Lock lock(All().lock);
     return HasWindows(ThisThread());
 }
+
+namespace {
+
+// A queue and an event can't be waited for together, so windows are looked at in turns.
+constexpr std::chrono::milliseconds kTurn{1};
+
+} // namespace
+
+void WaitPumping(Event& event)
+{
+    if (!OwnsWindows())
+        event.Wait();
+    else
+        while (!event.Wait(std::chrono::milliseconds(0)))
+            PumpMessages(kTurn);
+}
+
+std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout timeout)
+{
+    const auto tStart = Clock::now();
+    while (OwnsWindows()) {
+        if (const auto nEvent = Event::WaitAny(first, second, std::chrono::milliseconds(0)))
+            return nEvent;
+        if (timeout && Clock::now() - tStart >= *timeout)
+            return {};
+        PumpMessages(kTurn);
+    }
+    return Event::WaitAny(first, second, timeout);
+}

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/Module_win32.h"
+
 namespace {
 
 constexpr wchar_t kClassName[] = L"TabulexMessageWindow";
@@ -17,15 +19,6 @@ thread_local unsigned t_nHandled = 0;
 HWND AsWindow(WindowHandle hWnd)
 {
     return reinterpret_cast<HWND>(hWnd);
-}
-
-HINSTANCE ThisModule()
-{
-    HMODULE hModule = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
-                           GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       kClassName, &hModule);
-    return hModule;
 }
 
 MessageWindow* TargetOf(HWND hWnd)
@@ -85,20 +78,41 @@ struct WindowDispatch
         ++t_nHandled;
         return pTarget->OnMessage(nMessage, wParam, lParam);
     }
-
-    static bool RegisterClassOnce()
-    {
-        static const bool bRegistered = [] {
-            WNDCLASSEXW info{};
-            info.cbSize = sizeof info;
-            info.lpfnWndProc = &Proc;
-            info.hInstance = ThisModule();
-            info.lpszClassName = kClassName;
-            return RegisterClassExW(&info) != 0;
-        }();
-        return bRegistered;
-    }
 };
+
+namespace {
+
+// Goes with the module, or windows of a module that is loaded again would run the code of
+// the one before.
+class WindowClass
+{
+public:
+    WindowClass()
+    {
+        WNDCLASSEXW info{};
+        info.cbSize = sizeof info;
+        info.lpfnWndProc = &WindowDispatch::Proc;
+        info.hInstance = ThisModule();
+        info.lpszClassName = kClassName;
+        m_bRegistered = RegisterClassExW(&info) != 0;
+    }
+    ~WindowClass()
+    {
+        if (m_bRegistered)
+            UnregisterClassW(kClassName, ThisModule());
+    }
+
+    static bool IsThere()
+    {
+        static const WindowClass windowClass;
+        return windowClass.m_bRegistered;
+    }
+
+private:
+    bool m_bRegistered;
+};
+
+} // namespace
 
 MessageWindow::~MessageWindow()
 {
@@ -107,7 +121,7 @@ MessageWindow::~MessageWindow()
 
 WindowHandle MessageWindow::Create()
 {
-    if (!WindowDispatch::RegisterClassOnce())
+    if (!WindowClass::IsThere())
         return 0;
     const HWND hWnd = CreateWindowExW(0, kClassName, nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
                                       ThisModule(), nullptr);
@@ -156,45 +170,99 @@ bool PostWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_
 
 namespace {
 
-// A request to quit is the host's loop's and goes back into the queue.
-bool DispatchAll()
+// The requests to quit that a thread's messages bring.
+class QuitRequest
+{
+public:
+    void Note(const MSG& message) { m_nStatus = static_cast<int>(message.wParam); }
+    explicit operator bool() const { return m_nStatus.has_value(); }
+    // Back into the queue: it is the host's loop's.
+    void GiveBack() const
+    {
+        if (m_nStatus)
+            PostQuitMessage(*m_nStatus);
+    }
+
+private:
+    std::optional<int> m_nStatus;
+};
+
+// Handles what waits, up to a request to quit. Whether there was anything.
+bool DispatchAll(QuitRequest& quit)
 {
     const unsigned nBefore = t_nHandled;
     bool bAny = false;
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        bAny = true;
         if (message.message == WM_QUIT) {
-            PostQuitMessage(static_cast<int>(message.wParam));
-            return true;
+            quit.Note(message);
+            break;
         }
         TranslateMessage(&message);
         DispatchMessageW(&message);
-        bAny = true;
     }
     return bAny || t_nHandled != nBefore;
+}
+
+using Clock = std::chrono::steady_clock;
+
+// What is left of a time that began then; empty where it has no end.
+Event::Timeout Left(Event::Timeout timeout, Clock::time_point tStart)
+{
+    using std::chrono::milliseconds;
+    if (!timeout)
+        return {};
+    const auto passed = std::chrono::floor<milliseconds>(Clock::now() - tStart);
+    return std::max(*timeout - passed, milliseconds(0));
 }
 
 } // namespace
 
 unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout)
 {
-    using Clock = std::chrono::steady_clock;
     const auto tStart = Clock::now();
     for (;;) {
         const unsigned nBefore = t_nHandled;
-        if (DispatchAll())
+        QuitRequest quit;
+        const bool bAny = DispatchAll(quit);
+        quit.GiveBack();
+        if (bAny)
             return std::max(t_nHandled - nBefore, 1u);
-        DWORD nWait = INFINITE;
-        if (timeout) {
-            using std::chrono::milliseconds;
-            const auto nPassed = std::chrono::duration_cast<milliseconds>(Clock::now() - tStart);
-            if (nPassed >= *timeout)
-                return 0;
-            nWait =
-                static_cast<DWORD>(std::min<LONGLONG>((*timeout - nPassed).count(), INFINITE - 1));
-        }
+        const Event::Timeout left = Left(timeout, tStart);
+        if (left && left->count() == 0)
+            return 0;
+        const DWORD nWait =
+            left ? static_cast<DWORD>(std::min<LONGLONG>(left->count(), INFINITE - 1)) : INFINITE;
         MsgWaitForMultipleObjects(0, nullptr, FALSE, nWait, QS_ALLINPUT);
     }
+}
+
+std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout timeout)
+{
+    const auto tStart = Clock::now();
+    for (;;) {
+        QuitRequest quit;
+        DispatchAll(quit);
+        const Event::Timeout left = quit ? std::chrono::milliseconds(0) : Left(timeout, tStart);
+        const auto nEnding = Event::WaitAnyOrInput(first, second, left);
+        if (nEnding != Event::kInput)
+            return nEnding;
+    }
+}
+
+// The thread may hold objects for other apartments, so it dispatches also where no window of
+// ours is on it; and goes on behind a request to quit, since who is to set the event may
+// be waiting for it.
+void WaitPumping(Event& event)
+{
+    Event never(Event::Kind::ManualReset);
+    QuitRequest quit;
+    do
+        while (DispatchAll(quit)) {
+        }
+    while (Event::WaitAnyOrInput(event, never) == Event::kInput);
+    quit.GiveBack();
 }
 
 bool OwnsWindows()

@@ -13,3 +13,8 @@ void BreakIntoDebugger();
 // Whether the user's registry has a default value under the key, for example
 // "Software\\Vendor\\Product". False on systems without a registry.
 bool UserKeyHasDefault(std::string_view sKey);
+
+// True in the last moments of a process whose other threads the system has ended, wherever
+// they were: what they held will never be let go of, so take no lock and wait for
+// nothing. Never so where a process ends its threads by itself.
+bool OtherThreadsAreGone();

@@ -17,3 +17,8 @@ bool UserKeyHasDefault(std::string_view)
 {
     return false;
 }
+
+bool OtherThreadsAreGone()
+{
+    return false;
+}

@@ -3,7 +3,14 @@
 #include <cstdlib>
 #include <string>
 
+#include "platform/Process_win32.h"
 #include "platform/component.h"
+
+namespace {
+
+bool g_bOtherThreadsAreGone = false; // changes when there are none
+
+} // namespace
 
 void BreakIntoDebugger()
 {
@@ -22,4 +29,14 @@ bool UserKeyHasDefault(std::string_view sKey)
     return RegQueryValueA(HKEY_CURRENT_USER, std::string(sKey).c_str(), nullptr, &nSize) ==
                ERROR_SUCCESS &&
            nSize > 1; // an absent default reads as an empty text
+}
+
+bool OtherThreadsAreGone()
+{
+    return g_bOtherThreadsAreGone;
+}
+
+void NoteOtherThreadsAreGone()
+{
+    g_bOtherThreadsAreGone = true;
 }

@@ -2,6 +2,7 @@
 
 #include "diagnostics/FaultmereClient.h"
 #include "interfaces/IRecordParser.h"
+#include "platform/Apartment.h"
 #include "platform/values.h"
 
 namespace Hesperon::specifics {
@@ -12,6 +13,7 @@ void CFileHandler::Execute(std::unique_ptr<SOpenRequest> request)
 {
     if (!FaultmereUtil::Assert(request != nullptr, "((HANDLE)(LONG_PTR)-1) != request"))
         return;
+    const ThreadApartment apartment;
     Open(*request);
     const FileHandlerCall addFileHandler = std::move(request->AddFileHandler);
     m_RemoveFileHandler = std::move(request->RemoveFileHandler);
@@ -61,18 +63,16 @@ void CFileHandler::CloseAll()
 
 // ---- the loop's steps -------------------------------------------------------
 
-// False when the file has had its time. While a conversion runs this neither waits
-// nor asks the system.
+// False when the file has had its time. While a conversion runs this doesn't wait.
 bool CFileHandler::WaitForWork()
 {
-    constexpr std::chrono::milliseconds kPoll(0);
-    if (!m_conversions.IsActive())
-        return Event::WaitAny(m_hStop, m_hRequest, m_bScanDone ? Event::Timeout() : kStridePause) !=
-               0;
-    if (m_hStop.Wait(kPoll))
-        return false;
-    m_hRequest.Wait(kPoll);
-    return true;
+    constexpr int kStop = 0;
+    Event::Timeout timeout; // without end
+    if (m_conversions.IsActive())
+        timeout = std::chrono::milliseconds(0);
+    else if (!m_bScanDone)
+        timeout = kStridePause;
+    return m_wait.WaitAny(m_hStop, m_hRequest, timeout) != kStop;
 }
 
 // One stride, which ends on a multiple of kStride. A file that can't be read isn't

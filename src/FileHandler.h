@@ -17,7 +17,7 @@
 #include <memory>
 
 #include "platform/CriticalSection.h"
-#include "platform/Event.h"
+#include "platform/WorkerWait.h"
 #include "src/FileConversions.h"
 #include "src/FileRequests.h"
 #include "src/IFileHandler.h"
@@ -95,6 +95,7 @@ private:
     string_t m_sText;         // of the record being read; kept for its memory
 
     // For the worker alone.
+    WorkerWait m_wait;
     CFileConversions m_conversions;
     CFileRequests::List m_collected;
     bool m_bScanDone = false;

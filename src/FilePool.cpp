@@ -1,6 +1,7 @@
 #include "src/FilePool.h"
 
 #include "diagnostics/FaultmereClient.h"
+#include "platform/Process.h"
 #include "src/FilePoolImpl.h"
 
 namespace Hesperon::specifics {
@@ -32,7 +33,11 @@ CFilePool& CFilePool::Instance()
     static CFilePool& pool = *new CFilePool;
     static const struct SEnd
     {
-        ~SEnd() { pool.EndOfProcess(); }
+        ~SEnd()
+        {
+            if (!OtherThreadsAreGone())
+                pool.EndOfProcess();
+        }
     } end;
     return pool;
 }
@@ -182,6 +187,11 @@ void FilePool::AddParser()
 void FilePool::ReleaseParser()
 {
     CFilePool::Instance().ReleaseParser();
+}
+
+void FilePool::AwaitThreads()
+{
+    CFilePool::Instance().ShutdownThreads();
 }
 
 com_ptr<IFileHandler> FilePool::AttachFile(string_view_t sName)

@@ -18,6 +18,11 @@ namespace FilePool {
 void AddParser();
 void ReleaseParser();
 
+// Without data parsers: waits for the thread that let go of the last one, if that was one
+// of the pool's own. It may be in its last steps, and code of the library must not go
+// before it has.
+void AwaitThreads();
+
 // The handler of a file, opened if need be (five attempts, 100 ms in all); null if
 // it can't be. Returns when the handler is ready.
 com_ptr<IFileHandler> AttachFile(string_view_t sName);

@@ -5,9 +5,10 @@
 #include <thread>
 
 #include "diagnostics/FaultmereClient.h"
+#include "platform/Apartment.h"
 #include "platform/CriticalSection.h"
-#include "platform/Event.h"
-#include "platform/MessageWindow.h"
+#include "platform/Process.h"
+#include "platform/WorkerWait.h"
 #include "platform/com_ptr.h"
 
 using FaultmereUtil::Assert;
@@ -33,6 +34,7 @@ public:
 
     void AddConvertor();
     void ReleaseConvertor();
+    void EndThread();
     HRESULT Add(IFileHandlerEvents* pEvents);
 
 private:
@@ -48,6 +50,7 @@ private:
         Event wake{Event::Kind::AutoReset}; // a new entry is there
         Event stop{Event::Kind::ManualReset};
         Event ended{Event::Kind::ManualReset};
+        WorkerWait wait;
         std::thread thread;
 
         bool IsStopping() { return stop.Wait(std::chrono::milliseconds(0)); }
@@ -65,7 +68,6 @@ private:
     SThread* BeginStop(WorkList& dropped);
     void EndStop(SThread& stopped, WorkList& dropped);
     void JoinEnded();
-    void EndOfProcess();
 
     CriticalSection m_lock; // guards all below
     ThreadList m_thread;    // one at most
@@ -79,7 +81,11 @@ CSymbolEnumeratorHost& CSymbolEnumeratorHost::Instance()
     static CSymbolEnumeratorHost& host = *new CSymbolEnumeratorHost;
     static const struct SEnd
     {
-        ~SEnd() { host.EndOfProcess(); }
+        ~SEnd()
+        {
+            if (!OtherThreadsAreGone())
+                host.EndThread();
+        }
     } end;
     return host;
 }
@@ -144,7 +150,7 @@ void CSymbolEnumeratorHost::JoinEnded()
 }
 
 // What still waits is left alone: those who gave it may be gone.
-void CSymbolEnumeratorHost::EndOfProcess()
+void CSymbolEnumeratorHost::EndThread()
 {
     ThreadList threads;
     {
@@ -193,8 +199,11 @@ void CSymbolEnumeratorHost::StartThread()
 
 void CSymbolEnumeratorHost::ThreadMain(SThread& self)
 {
-    while (WaitForWork(self))
-        Step(self);
+    {
+        const ThreadApartment apartment;
+        while (WaitForWork(self))
+            Step(self);
+    }
     self.ended.Set();
 }
 
@@ -208,7 +217,7 @@ bool CSymbolEnumeratorHost::WaitForWork(SThread& self)
         if (!m_arSymbolEnumerators.empty())
             timeout = std::chrono::milliseconds(0);
     }
-    return Event::WaitAny(self.stop, self.wake, timeout) != kStop;
+    return self.wait.WaitAny(self.stop, self.wake, timeout) != kStop;
 }
 
 void CSymbolEnumeratorHost::Step(SThread& self)
@@ -246,6 +255,11 @@ void SymbolEnumeratorHost::AddConvertor()
 void SymbolEnumeratorHost::ReleaseConvertor()
 {
     CSymbolEnumeratorHost::Instance().ReleaseConvertor();
+}
+
+void SymbolEnumeratorHost::EndThread()
+{
+    CSymbolEnumeratorHost::Instance().EndThread();
 }
 
 HRESULT SymbolEnumeratorHost::Add(IFileHandlerEvents* pEvents)

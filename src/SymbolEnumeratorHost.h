@@ -23,6 +23,10 @@ void AddConvertor();
 // do so while one of them waits here.
 void ReleaseConvertor();
 
+// Ends the thread, and waits for it, unless it is the caller. For when no object lives any
+// more, and at the end of the process.
+void EndThread();
+
 // Puts an enumeration at the end of the list: its ProcessRecord is called with positions
 // from 0 on until it gives anything but S_OK. S_FALSE: the thread is being ended, and the
 // enumeration wasn't taken. Throws where the thread can't be started.

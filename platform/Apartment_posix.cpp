@@ -1,0 +1,5 @@
+#include "platform/Apartment.h"
+
+ThreadApartment::ThreadApartment() : m_bEntered(false) {}
+
+ThreadApartment::~ThreadApartment() = default;
