@@ -1,28 +1,19 @@
 // The string table: every text for the user, by id.
 //
-// All texts come from the one module-wide resource handle, which stands for a table
-// of the component's own languages or of a host's. Safe from any thread.
+// All texts come from the one module-wide resource handle, which stands for the
+// component's own texts in one of its languages, or for a host's. Safe from any thread.
 #pragma once
 
-#include "platform/StringTable.h"
+#include "Simples/interface/ResourceModule.h"
 
-enum class Language
-{
-    Chinese,
-    English
-};
-
-// The component's own table of a language.
-const TabulexStringTable& OwnStrings(Language language);
-
-// Address of the table from which texts are loaded; that of the Chinese one at start.
+// Where texts come from; the component's own Chinese ones at start.
 LONG_PTR ResourceHandle();
-// 0 stands for the Chinese one.
+// 0 stands for the Chinese ones.
 void SetResourceHandle(LONG_PTR nHandle);
 
 inline void SetResourceLanguage(Language language)
 {
-    SetResourceHandle(reinterpret_cast<LONG_PTR>(&OwnStrings(language)));
+    SetResourceHandle(OwnStrings(language));
 }
 
 // The text of an id; empty for an id that isn't in the table. The view stays good

@@ -1,5 +1,6 @@
 // The host's object: lists, ids, choices, fields, copies.
 
+#include "tests/front/HostStrings.h"
 #include "tests/front/ScriptedHost.h"
 
 #include "interfaces/IDataParser.h"
@@ -38,8 +39,8 @@ protected:
     static com_ptr<IqrlTabulexConvertor> Bare()
     {
         com_ptr<IqrlTabulexConvertor> object;
-        CoCreateInstance(CLSID_CqrlTabulexConvertor, nullptr, CLSCTX_INPROC_SERVER,
-                         iid_of<IqrlTabulexConvertor>, object.put_void());
+        CreateOwnInstance(CLSID_CqrlTabulexConvertor, iid_of<IqrlTabulexConvertor>,
+                          object.put_void());
         return object;
     }
     static HRESULT Add(IqrlTabulexConvertor& object, LONG nId, const OLECHAR* pszName)
@@ -299,13 +300,11 @@ TEST_F(Convertor, TweaksAreKept)
 
 TEST_F(Convertor, TextsComeFromTheResourcesThatAHostPutsInPlace)
 {
-    static constexpr TabulexString kStrings[] = {{141, OLESTR("Who knows")}};
-    static constexpr TabulexStringTable kTable{kStrings, 1};
     com_ptr<IQRLGUITweak> tweak;
     ASSERT_EQ(query(front.get(), tweak), S_OK);
     LONG_PTR nOwn = 0;
     EXPECT_EQ(tweak->get_ResourceHandle(&nOwn), S_OK);
-    EXPECT_EQ(tweak->put_ResourceHandle(reinterpret_cast<LONG_PTR>(&kTable)), S_OK);
+    EXPECT_EQ(tweak->put_ResourceHandle(HostStrings()), S_OK);
     EXPECT_EQ(ResolutionName(*front.get(), 99), "Who knows");
     EXPECT_EQ(tweak->put_ResourceHandle(nOwn), S_OK);
     EXPECT_EQ(ResolutionName(*front.get(), 99), "\u672a\u77e5");
