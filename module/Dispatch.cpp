@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "module/DispatchRow.h"
+#include "module/TypeLibrary.h"
 
 namespace {
 
@@ -228,13 +229,13 @@ HRESULT DispatchInvoke(std::span<const DispatchRow> table, void* pInterface, DIS
 
 UINT DispatchTypeInfoCount()
 {
-    return 0;
+    return HasTypeLibrary() ? 1 : 0;
 }
 
-HRESULT DispatchGetTypeInfo(UINT index, ITypeInfo** info)
+HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info)
 {
     if (!info)
         return E_POINTER;
     *info = nullptr;
-    return index == 0 ? TYPE_E_CANTLOADLIBRARY : DISP_E_BADINDEX;
+    return index == 0 ? LoadTypeInfo(iid, info) : DISP_E_BADINDEX;
 }

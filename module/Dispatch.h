@@ -38,8 +38,9 @@ HRESULT DispatchInvoke(std::span<const DispatchRow> table, void* pInterface, DIS
                        DISPPARAMS* params, VARIANT* result, EXCEPINFO* exception, UINT* argument);
 // 1 if a type library stands in the module's file, else 0.
 UINT DispatchTypeInfoCount();
-// DISP_E_BADINDEX for an index but 0.
-HRESULT DispatchGetTypeInfo(UINT index, ITypeInfo** info);
+// The interface's description there, at index 0. DISP_E_BADINDEX for any other index,
+// TYPE_E_CANTLOADLIBRARY without a library.
+HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info);
 
 // The dispatch half of a dual interface.
 template <class Interface>
@@ -56,7 +57,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT iTInfo, LCID, ITypeInfo** ppTInfo) override
     {
-        return DispatchGetTypeInfo(iTInfo, ppTInfo);
+        return DispatchGetTypeInfo(iid_of<Interface>, iTInfo, ppTInfo);
     }
 
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* rgszNames, UINT cNames, LCID,

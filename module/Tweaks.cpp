@@ -2,11 +2,12 @@
 
 #include <atomic>
 
+#include "module/MenuLibrary.h"
+
 namespace {
 
 std::atomic<LONG> g_nMenuStyle = 0;
 std::atomic<LONG> g_nMenuEffect = 0;
-thread_local bool t_bModelessProgress = false;
 
 } // namespace
 
@@ -18,6 +19,7 @@ LONG MenuStyle()
 void SetMenuStyle(LONG nStyle)
 {
     g_nMenuStyle = nStyle;
+    MenuLibrary::EnableKelmstyle(nStyle);
 }
 
 LONG MenuEffect()
@@ -28,14 +30,5 @@ LONG MenuEffect()
 void SetMenuEffect(LONG nEffect)
 {
     g_nMenuEffect = nEffect;
-}
-
-bool ModelessProgress()
-{
-    return t_bModelessProgress;
-}
-
-void SetModelessProgress(bool bModeless)
-{
-    t_bModelessProgress = bModeless;
+    MenuLibrary::SetMenuEffect(nEffect);
 }

@@ -1,4 +1,4 @@
-// Settings of looks: some for the process, one a thread.
+// Settings of looks, for the whole process.
 #pragma once
 
 #include "platform/component.h"
@@ -8,7 +8,3 @@ LONG MenuStyle();
 void SetMenuStyle(LONG nStyle);
 LONG MenuEffect();
 void SetMenuEffect(LONG nEffect);
-
-// A flag of the calling thread; unset on a thread that never set it.
-bool ModelessProgress();
-void SetModelessProgress(bool bModeless);

@@ -5,6 +5,7 @@
 #include "Simples/interface/ResourceStrings.h"
 #include "diagnostics/FaultmereClient.h"
 #include "interfaces/ClassIds.h"
+#include "module/MessageLoops.h"
 #include "module/Tweaks.h"
 #include "src/EnvironmentDocument.h"
 #include "src/FilePool.h"
@@ -360,12 +361,18 @@ HRESULT CqrlTabulexConvertor::put_ResourceHandle(LONG_PTR newVal)
 
 HRESULT CqrlTabulexConvertor::get_ModelessProgress(VARIANT_BOOL* pVal)
 {
-    return GiveOut(pVal, ModelessProgress() ? VARIANT_TRUE : VARIANT_FALSE);
+    const CTabulexConvMessageLoop* pLoop = ThisMessageLoop();
+    if (!pLoop)
+        return E_UNEXPECTED;
+    return GiveOut(pVal, pLoop->m_nModelessProgress != 0 ? VARIANT_TRUE : VARIANT_FALSE);
 }
 
 HRESULT CqrlTabulexConvertor::put_ModelessProgress(VARIANT_BOOL newVal)
 {
-    SetModelessProgress(newVal != VARIANT_FALSE);
+    CTabulexConvMessageLoop* pLoop = ThisMessageLoop();
+    if (!pLoop)
+        return E_UNEXPECTED;
+    pLoop->m_nModelessProgress = newVal != VARIANT_FALSE;
     return S_OK;
 }
 

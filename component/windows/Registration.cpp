@@ -1,7 +1,9 @@
 #include "component/windows/Registration.h"
 
 #include "component/ObjectMap.h"
+#include "platform/Module_win32.h"
 #include "platform/com_ptr.h"
+#include "platform/values.h"
 
 // The registrar of the system's template library, which runs registry scripts.
 struct IRegistrar : IUnknown
@@ -40,13 +42,6 @@ void Note(HRESULT& first, HRESULT hr)
 {
     if (SUCCEEDED(first))
         first = hr;
-}
-
-string_t PathOf(HMODULE hModule)
-{
-    string_t path(32768, L'\0'); // the longest that the system knows
-    path.resize(GetModuleFileNameW(hModule, path.data(), static_cast<DWORD>(path.size())));
-    return path;
 }
 
 string_t TextOf(const GUID& id)
@@ -140,8 +135,10 @@ HRESULT RegisterTypeLibrary(const string_t& module)
 
 HRESULT UnregisterTypeLibrary()
 {
-    const HRESULT hr = UnRegisterTypeLib(kTypeLibraryId, 1, 0, LOCALE_NEUTRAL, SYS_WIN64);
-    return hr == TYPE_E_REGISTRYACCESS ? S_OK : hr; // it isn't there
+    Bstr path;
+    if (FAILED(QueryPathOfRegTypeLib(kTypeLibraryId, 1, 0, LOCALE_NEUTRAL, path.put())))
+        return S_OK; // it isn't there
+    return UnRegisterTypeLib(kTypeLibraryId, 1, 0, LOCALE_NEUTRAL, SYS_WIN64);
 }
 
 // Runs a call with the thread's locale switched to the system's default, and with the

@@ -1,0 +1,7 @@
+// There is none here.
+
+#include "module/MenuLibrary.h"
+
+void MenuLibrary::EnableKelmstyle(LONG) {}
+
+void MenuLibrary::SetMenuEffect(LONG) {}

@@ -1,0 +1,44 @@
+#include "module/MessageLoops.h"
+
+#include <map>
+#include <new>
+
+#include "module/ThreadEnd.h"
+#include "platform/CriticalSection.h"
+#include "platform/Thread.h"
+
+namespace {
+
+struct MessageLoops
+{
+    CriticalSection lock; // guards the table
+    std::map<std::uint32_t, CTabulexConvMessageLoop> table;
+};
+
+// Never destroyed: a thread may end behind static objects.
+MessageLoops& All()
+{
+    static MessageLoops& all = *new MessageLoops;
+    return all;
+}
+
+} // namespace
+
+CTabulexConvMessageLoop* ThisMessageLoop()
+try {
+    MessageLoops& all = All();
+    const LockGuard lock(all.lock);
+    const auto [at, bNew] = all.table.try_emplace(CurrentThreadId());
+    if (bNew)
+        ExpectThreadEnd();
+    return &at->second;
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
+void ForgetMessageLoop()
+{
+    MessageLoops& all = All();
+    const LockGuard lock(all.lock);
+    all.table.erase(CurrentThreadId());
+}
