@@ -14,6 +14,7 @@
 #include "src/DataParser.h"
 #include "src/DataTypes.h"
 #include "src/ErrorDescription.h"
+#include "src/Proxies.h"
 #include "src/RecordBatch.h"
 
 using FaultmereUtil::Assert;
@@ -168,6 +169,7 @@ void CDataParser::RegisterTransaction(ULONG_PTR nTranId)
 
 void CDataParser::UnregisterTransaction()
 {
+    LockGuard lock(ProxyLock()); // entries and count go together
     int nEntries = m_nRegistrations.exchange(0);
     for (; nEntries > 0; --nEntries)
         AsyncTransactionPool::UnregisterTransaction(this);
@@ -295,9 +297,10 @@ HRESULT CDataParser::EndRun(Outcome outcome)
     // A sink that knows is let go of, unless an abort, which has set its event and
     // waits for the lock, is going to tell it.
     const bool bLeave = outcome.bSinkKnows && m_hAbortEvent.Wait(std::chrono::milliseconds(0));
-    const com_ptr<IDataParserEvents> pEvents = bLeave ? nullptr : TakeSink();
     // Ahead of the end's being told: the sink may start the next run under this number.
+    // And ahead of taking the sink: a cancel that still finds this run is to find its sink too.
     UnregisterTransaction();
+    const com_ptr<IDataParserEvents> pEvents = bLeave ? nullptr : TakeSink();
     if (pEvents && !outcome.bSinkKnows)
         pEvents->EndTransaction(SUCCEEDED(outcome.hr) ? VARIANT_TRUE : VARIANT_FALSE);
     m_run = {};
