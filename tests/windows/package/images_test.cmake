@@ -1,0 +1,36 @@
+# What the images ask of the system, and what the component's offers it.
+#   BIN folder of the images   OBJDUMP
+cmake_minimum_required(VERSION 3.22)
+
+function(tables image result)
+  execute_process(COMMAND "${OBJDUMP}" -p "${BIN}/${image}" OUTPUT_VARIABLE out
+                  COMMAND_ERROR_IS_FATAL ANY)
+  set(${result} "${out}" PARENT_SCOPE)
+endfunction()
+
+set(system advapi32 gdi32 kernel32 msvcrt ntdll ole32 oleaut32 shell32 user32 uuid version)
+foreach(image TabulexConverter.dll TabulexConverterEnglish.dll tabulex.exe)
+  tables(${image} out)
+  string(REGEX MATCHALL "DLL Name: [^\n]*" lines "${out}")
+  foreach(line IN LISTS lines)
+    string(REGEX REPLACE "DLL Name: (.*)\\.(dll|DLL).*" "\\1" library "${line}")
+    string(TOLOWER "${library}" library)
+    if(NOT library IN_LIST system)
+      message(SEND_ERROR "${image} needs ${library}")
+    endif()
+  endforeach()
+  if(NOT lines)
+    message(SEND_ERROR "${image}: no list of libraries found")
+  endif()
+endforeach()
+
+tables(TabulexConverter.dll out)
+string(REGEX MATCH "\\[Ordinal/Name Pointer\\] Table.*" exports "${out}")
+string(REGEX REPLACE "\n\n.*" "" exports "${exports}")
+string(REGEX MATCHALL "\\[ *[0-9]+\\] [A-Za-z_][^\n]*" lines "${exports}")
+list(TRANSFORM lines REPLACE "\\[ *[0-9]+\\] " "")
+list(SORT lines)
+set(expected DllCanUnloadNow DllGetClassObject DllMain DllRegisterServer DllUnregisterServer)
+if(NOT lines STREQUAL expected)
+  message(SEND_ERROR "exported: ${lines}")
+endif()
