@@ -1,6 +1,6 @@
 #include "platform/CodePageNames_icu.h"
 
-#include <charconv>
+#include <algorithm>
 #include <memory>
 
 #include <fmt/format.h>
@@ -9,61 +9,12 @@
 
 #include "platform/CodePage.h"
 #include "platform/CodePageConverter_icu.h"
+#include "platform/CodePageNames.h"
 
 namespace {
 
-struct PageName
-{
-    UINT nCodePage;
-    const char* name;      // the registered one
-    const char* converter; // where the converters go by another; else null
-};
-
-// The published numbers whose names don't tell them. Where a page stands twice
-// the first row is the one that converts.
-constexpr PageName kPageNames[] = {
-    {65001, "utf-8", nullptr},
-    {1200, "utf-16le", nullptr},
-    {1200, "utf-16", nullptr},
-    {1201, "utf-16be", nullptr},
-    {12000, "utf-32le", nullptr},
-    {12000, "utf-32", nullptr},
-    {12001, "utf-32be", nullptr},
-    {65000, "utf-7", nullptr},
-    {20127, "us-ascii", nullptr},
-    {28591, "iso-8859-1", nullptr},
-    {28592, "iso-8859-2", nullptr},
-    {28593, "iso-8859-3", nullptr},
-    {28594, "iso-8859-4", nullptr},
-    {28595, "iso-8859-5", nullptr},
-    {28596, "iso-8859-6", nullptr},
-    {28597, "iso-8859-7", nullptr},
-    {28598, "iso-8859-8", nullptr},
-    {28599, "iso-8859-9", nullptr},
-    {28603, "iso-8859-13", nullptr},
-    {28605, "iso-8859-15", nullptr},
-    {936, "gbk", "windows-936"},
-    {936, "gb2312", nullptr},
-    {950, "big5", "windows-950"},
-    {932, "shift_jis", "windows-932"},
-    {949, "ks_c_5601-1987", "windows-949"},
-    {54936, "gb18030", nullptr},
-    {51932, "euc-jp", nullptr},
-    {51936, "euc-cn", nullptr},
-    {51949, "euc-kr", nullptr},
-    {50220, "iso-2022-jp", nullptr},
-    {50225, "iso-2022-kr", nullptr},
-    {52936, "hz-gb-2312", nullptr},
-    {20866, "koi8-r", nullptr},
-    {21866, "koi8-u", nullptr},
-    {874, "tis-620", "windows-874"},
-    {10000, "macintosh", nullptr},
-};
-
-const char* Converter(const PageName& row)
-{
-    return row.converter ? row.converter : row.name;
-}
+// The pages that hold more than the ones which have their registered name.
+constexpr UINT kWindowsPages[] = {874, 932, 936, 949, 950};
 
 bool SamePage(const char* converter, const char* other)
 {
@@ -73,40 +24,11 @@ bool SamePage(const char* converter, const char* other)
     return a && b && ucnv_compareNames(a, b) == 0;
 }
 
-std::string Lower(std::string_view name)
-{
-    std::string lower(name);
-    for (char& c : lower)
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 0x20) : c;
-    return lower;
-}
-
-// The number at the end of "936", "cp936", "windows-936" and "ibm-936"; 0 for others.
-UINT NumberInName(std::string_view name)
-{
-    for (std::string_view prefix : {"windows-", "windows", "cp-", "cp", "ibm-", "ibm"})
-        if (name.starts_with(prefix)) {
-            name.remove_prefix(prefix.size());
-            break;
-        }
-    UINT n = 0;
-    const auto result = std::from_chars(name.data(), name.data() + name.size(), n);
-    return result.ec == std::errc() && result.ptr == name.data() + name.size() ? n : 0;
-}
-
-UINT NumberOfRegisteredName(const std::string& name)
-{
-    for (const PageName& row : kPageNames)
-        if (ucnv_compareNames(name.c_str(), row.name) == 0)
-            return row.nCodePage;
-    return 0;
-}
-
 // Other names of the pages, as far as the converters know them.
 UINT NumberOfAlias(const std::string& name)
 {
-    for (const PageName& row : kPageNames)
-        if (SamePage(name.c_str(), Converter(row)))
+    for (const CodePageName& row : RegisteredCodePages())
+        if (SamePage(name.c_str(), ConverterName(row.nCodePage).c_str()))
             return row.nCodePage;
     return 0;
 }
@@ -115,9 +37,10 @@ UINT NumberOfAlias(const std::string& name)
 
 std::string ConverterName(UINT nCodePage)
 {
-    for (const PageName& row : kPageNames)
-        if (row.nCodePage == nCodePage)
-            return Converter(row);
+    if (std::ranges::find(kWindowsPages, nCodePage) == std::end(kWindowsPages))
+        for (const CodePageName& row : RegisteredCodePages())
+            if (row.nCodePage == nCodePage)
+                return row.name;
     const std::string name = fmt::format("windows-{}", nCodePage);
     UErrorCode status = U_ZERO_ERROR;
     const bool bKnown = ucnv_countAliases(name.c_str(), &status) > 0;
@@ -126,14 +49,11 @@ std::string ConverterName(UINT nCodePage)
 
 UINT CodePageByName(std::string_view name)
 {
-    const std::string lower = Lower(name);
-    if (lower.empty())
-        return 0;
-    if (const UINT nCodePage = NumberOfRegisteredName(lower))
+    if (const UINT nCodePage = RegisteredCodePage(name))
         return nCodePage;
-    if (const UINT nCodePage = NumberInName(lower))
+    if (const UINT nCodePage = CodePageInName(name))
         return CodePageConverter::Find(nCodePage) ? nCodePage : 0;
-    return NumberOfAlias(lower);
+    return NumberOfAlias(std::string(name));
 }
 
 namespace {

@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <charconv>
 
-#include <mlang.h>
-
+#include "platform/CodePageDetection_win32.h"
+#include "platform/CodePageNames.h"
 #include "platform/com_ptr.h"
 
 template <>
@@ -27,36 +26,12 @@ UINT PageOf(UINT nCodePage)
     return IsValidCodePage(nCodePage) ? nCodePage : kLatinCodePage;
 }
 
-struct PageName
-{
-    std::string_view sName; // without separators, lower case
-    UINT nCodePage;
+// Names in use beside the registered ones.
+constexpr CodePageName kOtherNames[] = {
+    {28591, "latin1"},
+    {932, "sjis"},
+    {20127, "ascii"},
 };
-
-constexpr PageName kPageNames[] = {
-    {"utf8", 65001},     {"gbk", 936},         {"gb2312", 936},     {"gb18030", 54936},
-    {"big5", 950},       {"shiftjis", 932},    {"sjis", 932},       {"euckr", 949},
-    {"eucjp", 51932},    {"latin1", 28591},    {"iso88591", 28591}, {"iso88592", 28592},
-    {"iso88595", 28595}, {"iso885915", 28605}, {"koi8r", 20866},    {"koi8u", 21866},
-    {"usascii", 20127},  {"ascii", 20127},
-};
-
-std::string Plain(std::string_view name)
-{
-    std::string plain;
-    for (const char c : name)
-        if (c != '-' && c != '_' && c != ' ')
-            plain += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 0x20) : c;
-    return plain;
-}
-
-UINT Number(std::string_view digits)
-{
-    UINT n = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), n);
-    return error == std::errc() && end == digits.data() + digits.size() && IsValidCodePage(n) ? n
-                                                                                              : 0;
-}
 
 } // namespace
 
@@ -76,13 +51,13 @@ bool SetAnsiCodePage(UINT nCodePage)
 
 UINT CodePageByName(std::string_view name)
 {
-    const std::string plain = Plain(name);
-    const auto* at = std::ranges::find(kPageNames, std::string_view(plain), &PageName::sName);
-    if (at != std::end(kPageNames))
-        return at->nCodePage;
-    for (const std::string_view prefix : {"windows", "cp", ""})
-        if (plain.starts_with(prefix))
-            return Number(std::string_view(plain).substr(prefix.size()));
+    if (const UINT nCodePage = RegisteredCodePage(name))
+        return nCodePage;
+    if (const UINT nCodePage = CodePageInName(name))
+        return IsValidCodePage(nCodePage) ? nCodePage : 0;
+    for (const CodePageName& row : kOtherNames)
+        if (PlainName(name) == row.name)
+            return row.nCodePage;
     return 0;
 }
 
@@ -98,37 +73,34 @@ void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out)
     out.resize(nBefore + static_cast<std::size_t>(std::max(nUnits, 0)));
 }
 
+// A character doesn't become another one that looks like it; pages that hold all characters
+// know no such flag.
 std::string EncodeText(UINT nCodePage, string_view_t text)
 {
     const UINT nPage = PageOf(nCodePage);
     const auto nUnits = static_cast<int>(text.size());
-    const int nBytes = text.empty() ? 0
-                                    : WideCharToMultiByte(nPage, 0, text.data(), nUnits, nullptr, 0,
-                                                          nullptr, nullptr);
-    std::string bytes(static_cast<std::size_t>(std::max(nBytes, 0)), '\0');
-    if (nBytes > 0)
-        WideCharToMultiByte(nPage, 0, text.data(), nUnits, bytes.data(), nBytes, nullptr, nullptr);
+    std::string bytes;
+    for (const DWORD nFlags : {DWORD{WC_NO_BEST_FIT_CHARS}, DWORD{0}}) {
+        const auto encode = [&](char* buffer, int nMost) {
+            return nUnits == 0 ? 0
+                               : WideCharToMultiByte(nPage, nFlags, text.data(), nUnits, buffer,
+                                                     nMost, nullptr, nullptr);
+        };
+        bytes.resize(static_cast<std::size_t>(encode(nullptr, 0)));
+        if (encode(bytes.data(), static_cast<int>(bytes.size())) > 0)
+            break;
+    }
     return bytes;
 }
 
-// A system that doesn't offer the detection has no candidates, and leaves the entries as
-// they were.
 std::vector<DetectedCodePage> DetectCodePages(std::string_view bytes, std::size_t nMost)
 {
     com_ptr<IMultiLanguage2> service;
     if (FAILED(CoCreateInstance(kMultiLanguage, nullptr, CLSCTX_INPROC_SERVER,
                                 iid_of<IMultiLanguage2>, service.put_void())))
         return {};
-    std::vector<DetectEncodingInfo> entries(nMost);
-    std::string sample(bytes);
-    auto nSize = static_cast<INT>(sample.size());
-    auto nEntries = static_cast<INT>(nMost);
-    if (FAILED(
-            service->DetectInputCodepage(0, 0, sample.data(), &nSize, entries.data(), &nEntries)))
-        return {};
-    std::vector<DetectedCodePage> result;
-    for (INT i = 0; i < nEntries; ++i)
-        result.push_back({entries[static_cast<std::size_t>(i)].nCodePage,
-                          entries[static_cast<std::size_t>(i)].nConfidence});
-    return result;
+    const auto detect = [&](char* sample, INT& nBytes, DetectEncodingInfo* entries, INT& nEntries) {
+        return service->DetectInputCodepage(0, 0, sample, &nBytes, entries, &nEntries);
+    };
+    return DetectCodePages(bytes, nMost, detect);
 }

@@ -22,9 +22,9 @@ public:
     File& operator=(File&& other) noexcept;
     ~File();
 
-    // Opens an existing file for reading, shared with readers and writers. On
-    // failure the result is not open and nError is the system's error number. A
-    // folder can't be opened.
+    // Opens an existing file for reading; others may go on reading, writing, renaming and
+    // deleting it. On failure the result is not open and nError is the system's error
+    // number. A folder can't be opened.
     static File Open(string_view_t path, int& nError);
 
     bool IsOpen() const { return m_handle != kNone; }

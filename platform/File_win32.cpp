@@ -7,6 +7,9 @@
 
 namespace {
 
+// Others may also rename and delete the file meanwhile.
+constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
 HANDLE AsHandle(std::intptr_t handle)
 {
     return reinterpret_cast<HANDLE>(handle);
@@ -29,13 +32,21 @@ File::~File()
 
 File File::Open(string_view_t path, int& nError)
 {
-    const HANDLE handle =
-        CreateFileW(string_t(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     File file;
+    // The system would cut the name at a zero unit and open another file.
+    if (path.find(L'\0') != string_view_t::npos) {
+        nError = ERROR_INVALID_NAME;
+        return file;
+    }
+    const HANDLE handle = CreateFileW(string_t(path).c_str(), GENERIC_READ, kShared, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     nError = handle == INVALID_HANDLE_VALUE ? static_cast<int>(GetLastError()) : 0;
-    if (handle != INVALID_HANDLE_VALUE)
-        file.m_handle = reinterpret_cast<std::intptr_t>(handle);
+    file.m_handle = reinterpret_cast<std::intptr_t>(handle);
+    // A read of a pipe or a console would wait until somebody writes.
+    if (file.IsOpen() && GetFileType(handle) != FILE_TYPE_DISK) {
+        nError = ERROR_NOT_SUPPORTED;
+        file.Close();
+    }
     return file;
 }
 

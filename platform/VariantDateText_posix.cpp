@@ -67,8 +67,8 @@ struct DateOrder
     std::string_view letters;
 };
 constexpr DateOrder kDateOrders[] = {
-    {false, "MD"},  {false, "DM"}, {false, "YM"}, {false, "MY"}, {false, "MDY"}, {false, "YMD"},
-    {false, "DMY"}, {true, "D"},   {true, "Y"},   {true, "DY"},  {true, "YD"},
+    {false, "MD"},  {false, "DM"},  {false, "YM"}, {false, "MY"}, {false, "MDY"}, {false, "YMD"},
+    {false, "DMY"}, {false, "YDM"}, {true, "D"},   {true, "Y"},   {true, "DY"},   {true, "YD"},
 };
 
 // The day when the parts make a date in this order.

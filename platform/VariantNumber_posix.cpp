@@ -52,9 +52,9 @@ LONGLONG SignedValue(const VARIANT& from)
     }
 }
 
-ULONGLONG UnsignedValue(const VARIANT& from)
+ULONGLONG UnsignedValue(const VARIANT& from, VARTYPE vt)
 {
-    switch (KindSize(from.vt)) {
+    switch (KindSize(vt)) {
     case 1:
         return from.bVal;
     case 2:
@@ -153,10 +153,11 @@ bool Scale(Currency value, LONGLONG& result)
     result = value.nTenThousandths;
     return true;
 }
+// The wide product keeps the digits by which a half is told from what only comes near.
 bool Scale(double r, LONGLONG& result)
 {
-    const double scaled = std::nearbyint(r * static_cast<double>(kPerUnit));
-    constexpr double kBeyond = 9223372036854775808.0;
+    const long double scaled = std::nearbyint(static_cast<long double>(r) * kPerUnit);
+    constexpr long double kBeyond = 9223372036854775808.0L;
     if (!(scaled >= -kBeyond && scaled < kBeyond))
         return false;
     result = static_cast<LONGLONG>(scaled);
@@ -174,10 +175,8 @@ HRESULT WriteInteger(const Number& number, const IntegerKind& kind, VARIANT& to)
 
 HRESULT WriteFloat(double r, VARIANT& to)
 {
-    if (std::fabs(r) > std::numeric_limits<FLOAT>::max())
-        return DISP_E_OVERFLOW;
     to.fltVal = static_cast<FLOAT>(r);
-    return S_OK;
+    return std::isinf(to.fltVal) ? DISP_E_OVERFLOW : S_OK;
 }
 
 HRESULT WriteDate(double r, VARIANT& to)
@@ -206,7 +205,8 @@ bool KeepsBits(const VARIANT& from, const IntegerKind& kind)
 bool ReadNumber(const VARIANT& from, Number& number)
 {
     if (const IntegerKind* kind = FindIntegerKind(from.vt))
-        number = kind->nLeast < 0 ? Number(SignedValue(from)) : Number(UnsignedValue(from));
+        number =
+            kind->nLeast < 0 ? Number(SignedValue(from)) : Number(UnsignedValue(from, from.vt));
     else if (from.vt == VT_EMPTY)
         number = LONGLONG{0};
     else if (from.vt == VT_BOOL)
@@ -243,6 +243,14 @@ HRESULT WriteNumber(const Number& number, VARTYPE vt, VARIANT& to)
     default:
         return DISP_E_BADVARTYPE;
     }
+}
+
+HRESULT WriteBits(ULONGLONG bits, VARTYPE vt, VARIANT& to)
+{
+    if (!FindIntegerKind(vt))
+        return WriteNumber(bits, vt, to);
+    StoreBits(bits, vt, to);
+    return UnsignedValue(to, vt) == bits ? S_OK : DISP_E_OVERFLOW;
 }
 
 HRESULT ConvertNumber(const VARIANT& from, VARTYPE vt, VARIANT& to)

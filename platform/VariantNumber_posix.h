@@ -20,6 +20,10 @@ bool ReadNumber(const VARIANT& from, Number& number);
 // kind that isn't numeric.
 HRESULT WriteNumber(const Number& number, VARTYPE vt, VARIANT& to);
 
+// Stores the bits as an integer kind, whose sign bit they may set; DISP_E_OVERFLOW for more
+// bits than it has. For another kind they are a number without a sign.
+HRESULT WriteBits(ULONGLONG bits, VARTYPE vt, VARIANT& to);
+
 // From one numeric kind to another. Between integers of one size, and from
 // VT_BOOL, the bits are kept and nothing overflows, as published.
 HRESULT ConvertNumber(const VARIANT& from, VARTYPE vt, VARIANT& to);

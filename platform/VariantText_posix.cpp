@@ -37,8 +37,8 @@ struct Decimal
     int nExponent = 0;
 };
 
-// Reads a Decimal. A sign may lead or follow, parentheses mean a negative number,
-// commas group the digits in front of the point.
+// Reads a Decimal. A sign may lead or follow, parentheses mean a negative number, a dollar
+// may stand on either side, commas group the digits in front of the point.
 class DecimalReader
 {
 public:
@@ -46,20 +46,20 @@ public:
 
     bool Read(Decimal& result)
     {
-        SkipBlanks();
+        SkipMarks();
         const bool bParenthesis = Take(u'(');
         const bool bSigned = !bParenthesis && ReadSign(result);
-        SkipBlanks();
+        SkipMarks();
         if (!ReadDigits(result) || !ReadExponent(result))
             return false;
-        SkipBlanks();
+        SkipMarks();
         if (bParenthesis)
             result.bNegative = true;
         if (bParenthesis && !Take(u')'))
             return false;
         if (!bParenthesis && !bSigned)
             ReadSign(result);
-        SkipBlanks();
+        SkipMarks();
         return m_text.empty();
     }
 
@@ -72,10 +72,15 @@ private:
         return true;
     }
 
-    void SkipBlanks()
+    // Blanks, and the dollar once.
+    void SkipMarks()
     {
-        while (!m_text.empty() && IsBlank(m_text.front()))
-            m_text.remove_prefix(1);
+        for (; !m_text.empty(); m_text.remove_prefix(1)) {
+            const bool bDollar = m_text.front() == u'$' && !m_bDollar;
+            if (!bDollar && !IsBlank(m_text.front()))
+                return;
+            m_bDollar = m_bDollar || bDollar;
+        }
     }
 
     bool ReadSign(Decimal& result)
@@ -120,6 +125,7 @@ private:
     }
 
     string_view_t m_text;
+    bool m_bDollar = false; // one was read
 };
 
 HRESULT ToReal(const Decimal& number, double& r)
@@ -206,8 +212,61 @@ HRESULT ParseCurrency(const Decimal& number, VARIANT& to)
     return hr;
 }
 
+string_view_t WithoutBlanks(string_view_t text)
+{
+    while (!text.empty() && IsBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && IsBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+unsigned DigitOf(OLECHAR c)
+{
+    if (IsDigit(c))
+        return static_cast<unsigned>(c - u'0');
+    const OLECHAR lower = c | 0x20;
+    return lower >= u'a' && lower <= u'f' ? static_cast<unsigned>(lower - u'a' + 10) : 16;
+}
+
+// 0 for a letter that stands for none.
+unsigned BaseOf(OLECHAR letter)
+{
+    switch (letter) {
+    case u'H':
+    case u'h':
+        return 16;
+    case u'O':
+    case u'o':
+        return 8;
+    default:
+        return 0;
+    }
+}
+
+// The bits of a whole number, as "&HFF" or "&O377" write them.
+HRESULT ParseBits(string_view_t text, VARTYPE vt, VARIANT& to)
+{
+    const unsigned nBase = text.size() > 2 ? BaseOf(text[1]) : 0;
+    if (nBase == 0)
+        return DISP_E_TYPEMISMATCH;
+    ULONGLONG bits = 0;
+    for (const OLECHAR c : text.substr(2)) {
+        const unsigned nDigit = DigitOf(c);
+        if (nDigit >= nBase)
+            return DISP_E_TYPEMISMATCH;
+        if (__builtin_mul_overflow(bits, nBase, &bits))
+            return DISP_E_OVERFLOW;
+        bits += nDigit;
+    }
+    return WriteBits(bits, vt, to);
+}
+
 HRESULT ParseNumber(string_view_t text, VARTYPE vt, VARIANT& to)
 {
+    text = WithoutBlanks(text);
+    if (text.starts_with(u'&'))
+        return ParseBits(text, vt, to);
     Decimal decimal;
     if (!DecimalReader(text).Read(decimal))
         return DISP_E_TYPEMISMATCH;

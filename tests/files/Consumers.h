@@ -110,7 +110,7 @@ com_ptr<Class> Make()
     return object;
 }
 
-inline IUnknown* Unknown(const com_ptr<Consumer>& consumer)
+inline IUnknown* AsUnknown(const com_ptr<Consumer>& consumer)
 {
     return consumer->Identity();
 }

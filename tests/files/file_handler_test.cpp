@@ -67,7 +67,7 @@ TEST_F(FileHandler, TellsTheCountOnceIn4096RecordsAndOnceAtTheEnd)
         const TestFile file(NumberedLines(row.nLines));
         const auto pHandler = Attach(file);
         const auto consumer = Make<Consumer>();
-        EXPECT_EQ(pHandler->QueueCountEvents(Unknown(consumer), kKey), S_OK);
+        EXPECT_EQ(pHandler->QueueCountEvents(AsUnknown(consumer), kKey), S_OK);
         EXPECT_TRUE(Eventually([&] { return consumer->Counts().size() == row.counts.size(); }));
         EXPECT_EQ(consumer->Counts(), row.counts);
         EXPECT_TRUE(Eventually([&] { return pHandler->CancelRequests(kKey) == S_FALSE; }));
@@ -82,7 +82,7 @@ TEST_F(FileHandler, TellsTheCountAtEachTurnOnceTheScanIsDone)
     const auto pHandler = Attach(file);
     ASSERT_TRUE(Eventually([&] { return Count(pHandler) == 32768; }));
     const auto counting = Make<Consumer>();
-    pHandler->QueueCountEvents(Unknown(counting), kKey);
+    pHandler->QueueCountEvents(AsUnknown(counting), kKey);
     ASSERT_TRUE(Eventually([&] { return !counting->Counts().empty(); }));
     EXPECT_EQ(counting->Counts().back(), (CountHeard{32768, 0}));
 
@@ -95,7 +95,7 @@ TEST_F(FileHandler, TellsTheCountAtEachTurnOnceTheScanIsDone)
         done.Raise();
         return S_FALSE;
     };
-    pHandler->QueueConversion(Unknown(converting), kKey + 1);
+    pHandler->QueueConversion(AsUnknown(converting), kKey + 1);
     ASSERT_TRUE(done.Await());
     ASSERT_TRUE(Eventually([&] { return counting->Counts().size() >= nBefore + 101; }));
     // A turn that starts the conversion, and one for each record.
@@ -103,7 +103,7 @@ TEST_F(FileHandler, TellsTheCountAtEachTurnOnceTheScanIsDone)
 
     EXPECT_EQ(pHandler->SeekRecord(33000), E_FAIL); // completes the index
     const auto waking = Make<Consumer>();
-    pHandler->QueueCountEvents(Unknown(waking), kKey + 2);
+    pHandler->QueueCountEvents(AsUnknown(waking), kKey + 2);
     EXPECT_TRUE(Eventually([&] { return counting->Counts().back() == CountHeard{33000, 1}; }));
     EXPECT_TRUE(Eventually([&] { return waking->Counts() == Counts{{33000, 1}}; }));
 }
@@ -115,8 +115,8 @@ TEST_F(FileHandler, CancellingTouchesTheRequestsOfOneKey)
     ASSERT_TRUE(Eventually([&] { return Count(pHandler) == 32768; }));
     const auto first = Make<Consumer>();
     const auto second = Make<Consumer>();
-    pHandler->QueueCountEvents(Unknown(first), 1);
-    pHandler->QueueCountEvents(Unknown(second), 2);
+    pHandler->QueueCountEvents(AsUnknown(first), 1);
+    pHandler->QueueCountEvents(AsUnknown(second), 2);
     ASSERT_TRUE(Eventually([&] { return !second->Counts().empty(); }));
     EXPECT_EQ(pHandler->CancelRequests(1), S_OK);
     EXPECT_EQ(pHandler->CancelRequests(1), S_FALSE);
@@ -145,7 +145,7 @@ TEST_F(FileHandler, DrivesAConversionToTheEndOfTheFile)
             nWrong += Narrow(bsRecord.view()) != "line " + std::to_string(nIndex);
             return S_OK;
         };
-        pHandler->QueueConversion(Unknown(consumer), kKey);
+        pHandler->QueueConversion(AsUnknown(consumer), kKey);
         ASSERT_TRUE(done.Await());
         EXPECT_EQ(consumer->Records().size(), nLines + 1);
         EXPECT_EQ(consumer->Records().back(), nLines);
@@ -179,11 +179,11 @@ TEST_F(FileHandler, ConversionsOfOneFileTakeTurns)
     b->m_onRecord = answer('b', bDone);
     // Both are queued by one call on the worker, so that they begin together.
     host->m_onRecord = [&](ULONGLONG) {
-        pHandler->QueueConversion(Unknown(a), 1);
-        pHandler->QueueConversion(Unknown(b), 2);
+        pHandler->QueueConversion(AsUnknown(a), 1);
+        pHandler->QueueConversion(AsUnknown(b), 2);
         return S_FALSE;
     };
-    pHandler->QueueConversion(Unknown(host), 3);
+    pHandler->QueueConversion(AsUnknown(host), 3);
     ASSERT_TRUE(aDone.Await());
     ASSERT_TRUE(bDone.Await());
     std::string expected;
@@ -229,7 +229,7 @@ TEST_F(FileHandler, ACancelDoesNotReachAConversionThatIsCollected)
         done.Raise();
         return S_FALSE;
     };
-    pHandler->QueueConversion(Unknown(consumer), kKey);
+    pHandler->QueueConversion(AsUnknown(consumer), kKey);
     ASSERT_TRUE(begun.Await());
     EXPECT_EQ(pHandler->CancelRequests(kKey), S_FALSE);
     cancelled.Raise();
@@ -243,7 +243,7 @@ TEST_F(FileHandler, RequestsOfObjectsWithoutTheInterfaceAreDropped)
     Signal reported;
     Reports reports([&](const std::string&) { reported.Raise(); });
     const auto consumer = Make<Consumer>();
-    pHandler->QueueFirstRecord(Unknown(consumer), kKey);
+    pHandler->QueueFirstRecord(AsUnknown(consumer), kKey);
     pHandler->QueueCountEvents(nullptr, kKey);
     pHandler->QueueConversion(nullptr, kKey);
     ASSERT_TRUE(reported.Await());
@@ -263,7 +263,7 @@ TEST_F(FileHandler, ReleasingDuringAConversionEndsIt)
         }
         return S_OK; // it would go on for ever
     };
-    pHandler->QueueConversion(Unknown(consumer), kKey);
+    pHandler->QueueConversion(AsUnknown(consumer), kKey);
     ASSERT_TRUE(begun.Await());
     pHandler.reset();
     released.Raise();
@@ -286,7 +286,7 @@ TEST_F(FileHandler, TheWorkerItselfMayReleaseTheLastReference)
             pHandler.reset();
         return S_OK;
     };
-    pHandler->QueueConversion(Unknown(consumer), kKey);
+    pHandler->QueueConversion(AsUnknown(consumer), kKey);
     queued.Raise();
     EXPECT_TRUE(Eventually([&] {
         consumer->AddRef();
@@ -414,7 +414,7 @@ TEST_F(FileHandler, AConversionOfAFileThatShrinksEnds)
             throw;
         }
     };
-    pHandler->QueueConversion(Unknown(consumer), kKey);
+    pHandler->QueueConversion(AsUnknown(consumer), kKey);
     EXPECT_TRUE(failed.Await());
     EXPECT_TRUE(Eventually([&] {
         consumer->AddRef();
@@ -486,10 +486,10 @@ TEST_F(FileHandler, ConversionsRunWhileConsumersQueueAndCancel)
         done.Raise();
         return S_FALSE;
     };
-    pHandler->QueueConversion(Unknown(converting), kKey);
+    pHandler->QueueConversion(AsUnknown(converting), kKey);
     std::thread canceller([&] {
         for (ULONGLONG n = 0; n < 500; ++n) {
-            pHandler->QueueCountEvents(Unknown(counting), n % 3);
+            pHandler->QueueCountEvents(AsUnknown(counting), n % 3);
             pHandler->CancelRequests(n % 2);
         }
     });

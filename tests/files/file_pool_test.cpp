@@ -203,7 +203,7 @@ TEST(PoolShutdown, APoolThreadMayReleaseTheLastParser)
     };
     {
         const auto pHeld = pHandler;
-        pHeld->QueueConversion(Unknown(consumer), 1);
+        pHeld->QueueConversion(AsUnknown(consumer), 1);
     }
     ASSERT_TRUE(done.Await());
     FilePool::AddParser();
@@ -277,8 +277,8 @@ TEST_F(Pool, ConversionsEndWhenTheirFilesAreReleasedInAStorm)
             for (int n = 0; n < 25; ++n) {
                 const auto pHandler = FilePool::AttachFile(file.Name());
                 const auto consumer = Make<Consumer>();
-                pHandler->QueueConversion(Unknown(consumer), 1);
-                pHandler->QueueCountEvents(Unknown(consumer), 2);
+                pHandler->QueueConversion(AsUnknown(consumer), 1);
+                pHandler->QueueCountEvents(AsUnknown(consumer), 2);
             }
         });
     for (std::thread& thread : threads)

@@ -37,7 +37,7 @@ TEST(FileRequests, CollectKeepsCountEventsWhileCountingGoesOn)
         CFileRequests requests;
         for (const Kind kind :
              {Kind::CountEvents, Kind::FirstRecord, Kind::CountEvents, Kind::Conversion})
-            requests.Add(1, kind, Unknown(consumer));
+            requests.Add(1, kind, AsUnknown(consumer));
         CFileRequests::List list;
         requests.Collect(row.bKeepCounting, list);
         EXPECT_EQ(Kinds(list), (std::vector{Kind::CountEvents, Kind::FirstRecord, Kind::CountEvents,
@@ -55,9 +55,9 @@ TEST(FileRequests, TakeTouchesOneOwnerOnly)
     const auto consumer = Make<Consumer>();
     CFileRequests requests;
     EXPECT_TRUE(requests.IsEmpty());
-    requests.Add(1, Kind::CountEvents, Unknown(consumer));
-    requests.Add(2, Kind::Conversion, Unknown(consumer));
-    requests.Add(1, Kind::FirstRecord, Unknown(consumer));
+    requests.Add(1, Kind::CountEvents, AsUnknown(consumer));
+    requests.Add(2, Kind::Conversion, AsUnknown(consumer));
+    requests.Add(1, Kind::FirstRecord, AsUnknown(consumer));
     EXPECT_TRUE(requests.Take(3).empty());
     EXPECT_EQ(Kinds(requests.Take(1)), (std::vector{Kind::CountEvents, Kind::FirstRecord}));
     EXPECT_TRUE(requests.Take(1).empty());

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "System.h"
 #include "Values.h"
 #include "platform/values.h"
 
@@ -166,6 +167,9 @@ TEST(NumberConversion, BetweenFloatsChecksTheRangeOnly)
         Gives(R8(0.1), R4(0.1F)),
         Fails(R8(1e39), VT_R4, DISP_E_OVERFLOW),
         Fails(R8(-1e39), VT_R4, DISP_E_OVERFLOW),
+        // What rounds to the largest value fits.
+        Gives(R8(3.40282356e38), R4(std::numeric_limits<FLOAT>::max())),
+        Fails(R8(3.4028236e38), VT_R4, DISP_E_OVERFLOW),
         Gives(I8(1LL << 53), R8(9007199254740992.0)),
         Gives(UI4(4294967295), R8(4294967295.0)),
         Gives(Empty(), R8(0)),
@@ -203,11 +207,83 @@ TEST(NumberConversion, KeepsFourDigitsOfACurrency)
         Fails(R8(4611686018427387648.0), VT_CY, DISP_E_OVERFLOW),
         Gives(I4(2147483647), Cy(21474836470000)),
         Fails(I8(922337203685478), VT_CY, DISP_E_OVERFLOW),
-        Gives(I8(922337203685477), Cy(9223372036854770000)),
+        Gives(I8(922337203685476), Cy(9223372036854760000)),
         Gives(Cy(-15000), R8(-1.5)),
         Gives(Cy(6000), R4(0.6F)),
     };
     Check(rows);
+}
+
+TEST(NumberConversion, RoundsTheExactValueOfAFloatToACurrency)
+{
+    const Case rows[] = {
+        Gives(R8(0.00005), Cy(1)), // a little more than a half
+        Gives(R8(-0.00005), Cy(-1)),
+        Gives(R8(0.00015), Cy(1)), // a little less
+        Gives(R8(0.00025), Cy(3)),
+        Gives(R8(0.00003125), Cy(0)),
+        Gives(R8(0.00046875), Cy(5)),
+        Gives(R8(99999999999999.984), Cy(999999999999999844)),
+        Gives(R8(922337203685477.5), Cy(9223372036854775000)),
+        Fails(R8(922337203685477.625), VT_CY, DISP_E_OVERFLOW),
+        Fails(R8(-922337203685477.625), VT_CY, DISP_E_OVERFLOW),
+        Gives(R4(0.5F), Cy(5000)),
+        Gives(Date(0.00025), Cy(3)),
+    };
+    Check(rows);
+}
+
+TEST(NumberConversion, ReachesToTheEndOfCurrency)
+{
+    if (CurrencyEndsEarly())
+        GTEST_SKIP() << "not so on this system";
+    const Case rows[] = {
+        Gives(I8(922337203685477), Cy(9223372036854770000)),
+        Gives(I8(-922337203685477), Cy(-9223372036854770000)),
+        Gives(UI8(922337203685477), Cy(9223372036854770000)),
+        Gives(Text(OLESTR("922337203685477.5807")), Cy(std::numeric_limits<LONGLONG>::max())),
+        Gives(Text(OLESTR("-922337203685477.5808")), Cy(std::numeric_limits<LONGLONG>::min())),
+    };
+    Check(rows);
+}
+
+TEST(NumberConversion, OfACurrencyBelowZeroRoundsIn64BitsToo)
+{
+    if (NegativeCurrencyIsOneLess())
+        GTEST_SKIP() << "not so on this system";
+    const Case rows[] = {
+        Gives(Cy(-10000), I8(-1)),
+        Gives(Cy(-15000), I8(-2)),
+        Gives(Cy(-25000), I8(-2)),
+        Gives(Cy(-1), I8(0)),
+    };
+    Check(rows);
+}
+
+TEST(NumberConversion, From64BitsTo16Overflows)
+{
+    if (CutsTo16Bits())
+        GTEST_SKIP() << "not so on this system";
+    const Case rows[] = {
+        Gives(I8(65535), UI2(65535)),
+        Fails(I8(65536), VT_UI2, DISP_E_OVERFLOW),
+        Fails(UI8(65536), VT_UI2, DISP_E_OVERFLOW),
+        Fails(I8(4294967295), VT_UI2, DISP_E_OVERFLOW),
+    };
+    Check(rows);
+}
+
+TEST(NumberConversion, OfWhatIsNotANumberOverflows)
+{
+    if (NotANumberIsANumber())
+        GTEST_SKIP() << "not so on this system";
+    const double rNone = std::nan("");
+    for (const VARTYPE vt :
+         {VT_I1, VT_I2, VT_I4, VT_I8, VT_UI1, VT_UI2, VT_UI4, VT_UI8, VT_CY, VT_DATE}) {
+        const Case rows[] = {Fails(R8(rNone), vt, DISP_E_OVERFLOW),
+                             Fails(R4(static_cast<FLOAT>(rNone)), vt, DISP_E_OVERFLOW)};
+        Check(rows);
+    }
 }
 
 // The slow twin: a rounding that is told by comparison, not by the processor's.

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "System.h"
 #include "Values.h"
 #include "platform/values.h"
 
@@ -147,11 +148,55 @@ TEST(NumberOfText, IsReadWithBlanksSignsAndPoint)
         {OLESTR("0.4"), R4(0.4F)},
         {OLESTR("1.5"), Cy(15000)},
         {OLESTR("-0.0009"), Cy(-9)},
-        {OLESTR("922337203685477.5807"), Cy(std::numeric_limits<LONGLONG>::max())},
+        {OLESTR("1,23,4"), I4(1234)},
+        {OLESTR("3.4028235e38"), R4(std::numeric_limits<FLOAT>::max())},
         {string_view_t(OLESTR("5\0x"), 3), I4(5)},
     };
     for (const ValueOfText& row : rows) {
         SCOPED_TRACE(Narrow(row.text));
+        HRESULT hr = S_OK;
+        const Variant value = FromText(row.text, row.value.vt, hr);
+        EXPECT_EQ(Result{hr}, Result{S_OK});
+        EXPECT_TRUE(Same(value, row.value)) << Show(value) << " for " << Show(row.value);
+    }
+}
+
+TEST(NumberOfText, MayHaveADollar)
+{
+    const ValueOfText rows[] = {
+        {OLESTR("$1.50"), Cy(15000)},      {OLESTR("-$1.50"), Cy(-15000)},
+        {OLESTR("$-1.50"), Cy(-15000)},    {OLESTR("($1.50)"), Cy(-15000)},
+        {OLESTR("1.50$"), Cy(15000)},      {OLESTR(" $ 1.50 "), Cy(15000)},
+        {OLESTR("$1,234.50"), R8(1234.5)}, {OLESTR("$7"), I4(7)},
+    };
+    for (const ValueOfText& row : rows) {
+        SCOPED_TRACE(Narrow(row.text));
+        HRESULT hr = S_OK;
+        const Variant value = FromText(row.text, row.value.vt, hr);
+        EXPECT_EQ(Result{hr}, Result{S_OK});
+        EXPECT_TRUE(Same(value, row.value)) << Show(value) << " for " << Show(row.value);
+    }
+}
+
+TEST(NumberOfText, MayBeHexadecimalOrOctal)
+{
+    const ValueOfText rows[] = {
+        {OLESTR("&H10"), I4(16)},
+        {OLESTR("&hff"), UI1(255)},
+        {OLESTR(" &HFF "), I2(255)},
+        {OLESTR("&O17"), I4(15)},
+        {OLESTR("&o17"), UI8(15)},
+        {OLESTR("&HFFFF"), I4(65535)},
+        {OLESTR("&H10"), R8(16)},
+        {OLESTR("&H7FFFFFFF"), I4(2147483647)},
+        // The bits of a number with a sign.
+        {OLESTR("&HFF"), I1(-1)},
+        {OLESTR("&HFFFF"), I2(-1)},
+        {OLESTR("&HFFFFFFFF"), I4(-1)},
+        {OLESTR("&HFFFFFFFF"), I8(4294967295)},
+    };
+    for (const ValueOfText& row : rows) {
+        SCOPED_TRACE(Narrow(row.text) + " to vt " + std::to_string(row.value.vt));
         HRESULT hr = S_OK;
         const Variant value = FromText(row.text, row.value.vt, hr);
         EXPECT_EQ(Result{hr}, Result{S_OK});
@@ -188,6 +233,18 @@ TEST(NumberOfText, FailsForOtherTextAndBeyondTheRange)
         {OLESTR("99999999999999999999999"), VT_UI8, DISP_E_OVERFLOW},
         {OLESTR("1e400"), VT_R8, DISP_E_OVERFLOW},
         {OLESTR("1e40"), VT_R4, DISP_E_OVERFLOW},
+        {OLESTR("$"), VT_R8, DISP_E_TYPEMISMATCH},
+        {OLESTR("$$1"), VT_R8, DISP_E_TYPEMISMATCH},
+        {OLESTR("1 $ 2"), VT_R8, DISP_E_TYPEMISMATCH},
+        {OLESTR("&H"), VT_I4, DISP_E_TYPEMISMATCH},
+        {OLESTR("&HG"), VT_I4, DISP_E_TYPEMISMATCH},
+        {OLESTR("&H1\u0131"), VT_I4, DISP_E_TYPEMISMATCH},
+        {OLESTR("&O8"), VT_I4, DISP_E_TYPEMISMATCH},
+        {OLESTR("&10"), VT_I4, DISP_E_TYPEMISMATCH},
+        {OLESTR("0x10"), VT_I4, DISP_E_TYPEMISMATCH},
+        {OLESTR("&HFFFF"), VT_UI1, DISP_E_OVERFLOW},
+        {OLESTR("&H10000"), VT_I2, DISP_E_OVERFLOW},
+        {OLESTR("1.5$x"), VT_R8, DISP_E_TYPEMISMATCH},
     };
     for (const Unreadable& row : rows) {
         SCOPED_TRACE(Narrow(row.text) + " to vt " + std::to_string(row.vt));
@@ -258,18 +315,14 @@ TEST(DateOfText, IsReadInTheUsualForms)
         {OLESTR("1/2/1970 6:00 PM"), 25570.75},
         {OLESTR("1970-01-02 18:00:00"), 25570.75},
         {OLESTR("6:00 1/2/1970"), 25570.25},
-        // Two-digit years and the order of three numbers.
+        // The order of three numbers.
         {OLESTR("1 2 3"), 37623},
         {OLESTR("14 2 3"), 41673},
         {OLESTR("2 14 3"), 37666},
-        {OLESTR("2 3 32"), 11722},
-        {OLESTR("32 2 3"), 11722},
+        {OLESTR("2003/13/1"), 37634},
+        {OLESTR("2003 1 13"), 37634},
+        {OLESTR("13/1/2003"), 37634},
         {OLESTR("1 2 29"), 47120},
-        {OLESTR("1 2 30"), 10960},
-        {OLESTR("30 2"), 10990},
-        {OLESTR("2 30"), 10990},
-        {OLESTR("Jan 35"), 12785},
-        {OLESTR("35-Jan"), 12785},
         // Times alone.
         {OLESTR("1 am"), 1.0 / 24},
         {OLESTR("0:1"), 1.0 / 1440},
@@ -290,6 +343,35 @@ TEST(DateOfText, IsReadInTheUsualForms)
         EXPECT_EQ(Result{hr}, Result{S_OK});
         EXPECT_EQ(value.vt, VT_DATE);
         EXPECT_NEAR(value.date, row.date, 1e-9);
+    }
+}
+
+struct ShortYear
+{
+    string_view_t text;
+    int nYear; // of two digits
+    int nMonth;
+    int nDay;
+};
+
+TEST(DateOfText, HasShortYearsInTheUsersCentury)
+{
+    const ShortYear rows[] = {
+        {OLESTR("1/2/00"), 0, 1, 2},  {OLESTR("1/2/29"), 29, 1, 2}, {OLESTR("1/2/30"), 30, 1, 2},
+        {OLESTR("1/2/49"), 49, 1, 2}, {OLESTR("1/2/50"), 50, 1, 2}, {OLESTR("1/2/99"), 99, 1, 2},
+        {OLESTR("2 3 32"), 32, 2, 3}, {OLESTR("32 2 3"), 32, 2, 3}, {OLESTR("30 2"), 30, 2, 1},
+        {OLESTR("2 30"), 30, 2, 1},   {OLESTR("Jan 35"), 35, 1, 1}, {OLESTR("35-Jan"), 35, 1, 1},
+    };
+    for (const ShortYear& row : rows) {
+        SCOPED_TRACE(Narrow(row.text));
+        HRESULT hr = S_OK;
+        const Variant value = FromText(row.text, VT_DATE, hr);
+        ASSERT_EQ(Result{hr}, Result{S_OK});
+        SYSTEMTIME time = {};
+        ASSERT_EQ(VariantTimeToSystemTime(value.date, &time), 1);
+        EXPECT_EQ(time.wYear, FullYearOf(row.nYear));
+        EXPECT_EQ(time.wMonth, row.nMonth);
+        EXPECT_EQ(time.wDay, row.nDay);
     }
 }
 

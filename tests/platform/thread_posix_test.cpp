@@ -1,5 +1,3 @@
-#include <cerrno>
-#include <set>
 #include <thread>
 
 #include <sys/resource.h>
@@ -15,15 +13,6 @@ int NiceOf(std::uint32_t nThread)
     return getpriority(PRIO_PROCESS, nThread);
 }
 
-TEST(Thread, HasANumberOfItsOwn)
-{
-    EXPECT_EQ(CurrentThreadId(), CurrentThreadId());
-    std::uint32_t nOther = 0;
-    std::thread([&] { nOther = CurrentThreadId(); }).join();
-    EXPECT_NE(nOther, 0u);
-    EXPECT_NE(nOther, CurrentThreadId());
-}
-
 TEST(Thread, LowersItsOwnPriorityOnly)
 {
     const int nBefore = NiceOf(CurrentThreadId());
@@ -34,13 +23,6 @@ TEST(Thread, LowersItsOwnPriorityOnly)
     }).join();
     EXPECT_TRUE(nLowered > nBefore || nBefore == 19) << nLowered << " from " << nBefore;
     EXPECT_EQ(NiceOf(CurrentThreadId()), nBefore);
-}
-
-TEST(Thread, KeepsItsLastSystemError)
-{
-    SetLastSystemError(ENOENT);
-    std::thread([] { SetLastSystemError(EACCES); }).join();
-    EXPECT_EQ(LastSystemError(), ENOENT);
 }
 
 } // namespace
