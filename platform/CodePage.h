@@ -29,11 +29,13 @@ UINT CodePageByName(std::string_view name);
 // Bytes to UTF-16, appended to `out`. Bytes that the code page leaves undefined
 // keep their value; a malformed sequence of a multi-byte code page gives U+FFFD.
 // Zero bytes are characters like others. A code page that the system has no
-// converter for is read as Windows-1252, here and in EncodeText().
+// converter for is read as Windows-1252, here and in EncodeText(). On Windows the
+// system decides what undefined and malformed bytes become, but in UTF-8.
 void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out);
 
 // UTF-16 to bytes. A character that the code page lacks becomes '?', except that
-// what an undefined byte was decoded to goes back to that byte.
+// what an undefined byte was decoded to goes back to that byte. On Windows each
+// surrogate has a mark of its own, and UTF-8 has U+FFFD for a lone one.
 std::string EncodeText(UINT nCodePage, string_view_t text);
 
 struct DetectedCodePage
@@ -42,6 +44,7 @@ struct DetectedCodePage
     int nConfidence; // 0 to 100
 };
 
-// Candidates for the encoding of the bytes, best first, at most nMost. Names
-// that have no published number are left out.
+// Candidates for the encoding of the bytes, best first, at most nMost; none where the
+// system can't tell. Names that have no published number are left out. On Windows the
+// thread must be in an apartment.
 std::vector<DetectedCodePage> DetectCodePages(std::string_view bytes, std::size_t nMost);

@@ -9,6 +9,8 @@
 #include <atomic>
 #include <mutex>
 
+#include "platform/ThreadToken.h"
+
 class CriticalSection
 {
 public:
@@ -48,13 +50,6 @@ public:
     }
 
 private:
-    // An address that no two live threads share.
-    static const void* ThreadToken()
-    {
-        static thread_local const char token = 0;
-        return &token;
-    }
-
     std::mutex m_mutex;
     std::atomic<const void*> m_owner = nullptr;
     unsigned m_nDepth = 0; // guarded by m_mutex

@@ -72,24 +72,42 @@ TEST_F(WindowTransport, HasAMessageForEachPostOfItsOwnThread)
     EXPECT_EQ("a b c", m_log.Words());
 }
 
+// A window beside the transport's on the same thread.
+class Bystander final : public MessageWindow
+{
+public:
+    explicit Bystander(Log& log) : m_log(log) { Create(); }
+
+private:
+    LONG_PTR OnMessage(UINT, ULONG_PTR, LONG_PTR) override
+    {
+        m_log.Say("other");
+        return 0;
+    }
+
+    Log& m_log;
+};
+
 TEST_F(WindowTransport, LeavesRoomBetweenTasksThatPostThemselvesAgain)
 {
     constexpr int kTimes = 3;
+    Bystander bystander(m_log);
+    const auto postOther = [&] {
+        EXPECT_TRUE(PostWindowMessage(bystander.Handle(), kUserMessage, 0, 0));
+    };
     std::function<void(int)> post = [&](int n) {
         EXPECT_TRUE(m_pump->PostTask(MakeAsyncTask([&, n] {
             m_log.Say(std::to_string(n));
-            if (n < kTimes)
+            if (n < kTimes) {
+                postOther();
                 post(n + 1);
+            }
         })));
     };
     post(1);
-    EXPECT_EQ(1U, PumpMessages(kNoWait));
-    EXPECT_EQ("1", m_log.Words());
-    EXPECT_EQ(1U, PumpMessages(kNoWait));
-    EXPECT_EQ("1 2", m_log.Words());
-    EXPECT_EQ(1U, PumpMessages(kNoWait));
-    EXPECT_EQ("1 2 3", m_log.Words());
-    EXPECT_EQ(0U, PumpMessages(kNoWait));
+    postOther();
+    PumpAll();
+    EXPECT_EQ("1 other other 2 other 3", m_log.Words());
 }
 
 TEST_F(WindowTransport, HearsPostsOfAWorkerDuringATask)

@@ -19,7 +19,7 @@ std::string ShownDay(DATE date)
 
 std::string ShownTime(DATE date)
 {
-    const long n = std::lround(date * 86400000);
+    const LONGLONG n = std::llround(date * 86400000);
     return fmt::format("{:02}:{:02}:{:02}.{:03}", n / 3600000, n / 60000 % 60, n / 1000 % 60,
                        n % 1000);
 }

@@ -27,7 +27,7 @@ void Append(std::string& sList, const std::string& sItem)
     sList += (sList.empty() ? "" : ", ") + sItem;
 }
 
-std::string ShownDay(long nDay)
+std::string ShownDay(LONGLONG nDay)
 {
     using namespace std::chrono;
     const year_month_day day(sys_days(1899y / December / 30) + days(nDay));
@@ -35,9 +35,9 @@ std::string ShownDay(long nDay)
                        static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()));
 }
 
-std::string ShownTime(long nMilliseconds)
+std::string ShownTime(LONGLONG nMilliseconds)
 {
-    const long nSeconds = nMilliseconds / 1000;
+    const LONGLONG nSeconds = nMilliseconds / 1000;
     std::string sTime =
         fmt::format("{:02}:{:02}:{:02}", nSeconds / 3600, nSeconds / 60 % 60, nSeconds % 60);
     if (nMilliseconds % 1000)
@@ -47,8 +47,8 @@ std::string ShownTime(long nMilliseconds)
 
 std::string ShownDate(DATE date)
 {
-    const long n = std::lround(date * kMillisecondsPerDay);
-    const long nTime = n % kMillisecondsPerDay;
+    const LONGLONG n = std::llround(date * kMillisecondsPerDay);
+    const LONGLONG nTime = n % kMillisecondsPerDay;
     if (n / kMillisecondsPerDay == 0)
         return ShownTime(nTime);
     const std::string sDay = ShownDay(n / kMillisecondsPerDay);

@@ -14,7 +14,7 @@ inline int FullYearOf(int nYear)
     return nYear + (2000 + nYear <= LastYearOfTwoDigits() ? 2000 : 1900);
 }
 
-// Where Wine departs from what is published.
+// Where Wine departs from what is published. The tests fail where it no longer does.
 
 // The day of the week stays that of the day before where a time rounds up to midnight.
 inline bool WeekdayStaysBehind()

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -39,6 +40,24 @@ void Check(const Case (&rows)[n])
         EXPECT_EQ(Result{VariantChangeType(&target, &source, 0, row.vt)}, Result{row.hr});
         EXPECT_TRUE(Same(target, row.result)) << Show(target) << " for " << Show(row.result);
     }
+}
+
+bool Holds(const Case& row)
+{
+    Variant target;
+    Variant source = row.source;
+    return VariantChangeType(&target, &source, 0, row.vt) == row.hr && Same(target, row.result);
+}
+
+// A system that departs from the published results does so in some row, or is no exception
+// any more.
+template <std::size_t n>
+void CheckUnless(bool bException, const Case (&rows)[n])
+{
+    if (bException)
+        EXPECT_FALSE(std::ranges::all_of(rows, Holds));
+    else
+        Check(rows);
 }
 
 TEST(NumberConversion, OverflowsBeyondTheTargetsRange)
@@ -235,8 +254,6 @@ TEST(NumberConversion, RoundsTheExactValueOfAFloatToACurrency)
 
 TEST(NumberConversion, ReachesToTheEndOfCurrency)
 {
-    if (CurrencyEndsEarly())
-        GTEST_SKIP() << "not so on this system";
     const Case rows[] = {
         Gives(I8(922337203685477), Cy(9223372036854770000)),
         Gives(I8(-922337203685477), Cy(-9223372036854770000)),
@@ -244,46 +261,40 @@ TEST(NumberConversion, ReachesToTheEndOfCurrency)
         Gives(Text(OLESTR("922337203685477.5807")), Cy(std::numeric_limits<LONGLONG>::max())),
         Gives(Text(OLESTR("-922337203685477.5808")), Cy(std::numeric_limits<LONGLONG>::min())),
     };
-    Check(rows);
+    CheckUnless(CurrencyEndsEarly(), rows);
 }
 
 TEST(NumberConversion, OfACurrencyBelowZeroRoundsIn64BitsToo)
 {
-    if (NegativeCurrencyIsOneLess())
-        GTEST_SKIP() << "not so on this system";
     const Case rows[] = {
         Gives(Cy(-10000), I8(-1)),
         Gives(Cy(-15000), I8(-2)),
         Gives(Cy(-25000), I8(-2)),
         Gives(Cy(-1), I8(0)),
     };
-    Check(rows);
+    CheckUnless(NegativeCurrencyIsOneLess(), rows);
 }
 
 TEST(NumberConversion, From64BitsTo16Overflows)
 {
-    if (CutsTo16Bits())
-        GTEST_SKIP() << "not so on this system";
     const Case rows[] = {
         Gives(I8(65535), UI2(65535)),
         Fails(I8(65536), VT_UI2, DISP_E_OVERFLOW),
         Fails(UI8(65536), VT_UI2, DISP_E_OVERFLOW),
         Fails(I8(4294967295), VT_UI2, DISP_E_OVERFLOW),
     };
-    Check(rows);
+    CheckUnless(CutsTo16Bits(), rows);
 }
 
 TEST(NumberConversion, OfWhatIsNotANumberOverflows)
 {
-    if (NotANumberIsANumber())
-        GTEST_SKIP() << "not so on this system";
-    const double rNone = std::nan("");
-    for (const VARTYPE vt :
-         {VT_I1, VT_I2, VT_I4, VT_I8, VT_UI1, VT_UI2, VT_UI4, VT_UI8, VT_CY, VT_DATE}) {
-        const Case rows[] = {Fails(R8(rNone), vt, DISP_E_OVERFLOW),
-                             Fails(R4(static_cast<FLOAT>(rNone)), vt, DISP_E_OVERFLOW)};
-        Check(rows);
+    const Variant none = R8(std::nan(""));
+    for (const VARTYPE vt : {VT_I1, VT_I2, VT_I4, VT_I8, VT_UI1, VT_UI2, VT_UI4, VT_UI8, VT_DATE}) {
+        const Case rows[] = {Fails(none, vt, DISP_E_OVERFLOW)};
+        CheckUnless(NotANumberIsANumber(), rows);
     }
+    const Case rows[] = {Fails(none, VT_CY, DISP_E_OVERFLOW)};
+    Check(rows);
 }
 
 // The slow twin: a rounding that is told by comparison, not by the processor's.

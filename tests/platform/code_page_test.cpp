@@ -39,11 +39,9 @@ TEST(CodePage, DecodesAndEncodes)
 
 TEST(CodePage, HoldsAllCharactersInGb18030)
 {
-    if (LacksGb18030())
-        GTEST_SKIP() << "not so on this system";
     const Coded row = {54936, "\x81\x30\x84\x36\x90\x30\x81\x30"sv, OLESTR("\u00A5\U00010000")};
-    EXPECT_EQ(Decode(row.nCodePage, row.bytes), row.text);
-    EXPECT_EQ(EncodeText(row.nCodePage, row.text), row.bytes);
+    EXPECT_EQ(Decode(row.nCodePage, row.bytes) == row.text, !LacksGb18030());
+    EXPECT_EQ(EncodeText(row.nCodePage, row.text) == row.bytes, !LacksGb18030());
 }
 
 TEST(CodePage, ReplacesMalformedUtf8)

@@ -1,3 +1,4 @@
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -90,10 +91,10 @@ TEST(CodePageDetection, IsNotAskedForNothing)
     EXPECT_TRUE(DetectCodePages("abc", 0, never).empty());
 }
 
-// The thread has not entered an apartment, so that the service can't be had.
+// A thread that is in no apartment can't have it.
 TEST(CodePageDetection, HasNoEntriesWithoutTheService)
 {
-    EXPECT_TRUE(DetectCodePages("2004-01-02,1\r\n", 10).empty());
+    std::thread([] { EXPECT_TRUE(DetectCodePages("2004-01-02,1\r\n", 10).empty()); }).join();
 }
 
 } // namespace

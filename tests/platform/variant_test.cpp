@@ -165,6 +165,19 @@ TEST(VariantCopy, OfAnArrayIsDeep)
     EXPECT_TRUE(Same(found, element)) << Show(found);
 }
 
+TEST(VariantCopy, OfNoArrayIsNone)
+{
+    VARIANT source;
+    VariantInit(&source);
+    source.vt = VT_ARRAY | VT_I4;
+    source.parray = nullptr;
+    Variant copy = I4(7);
+    EXPECT_EQ(Result{VariantCopy(&copy, &source)}, Result{S_OK});
+    EXPECT_EQ(copy.vt, VT_ARRAY | VT_I4);
+    EXPECT_EQ(copy.parray, nullptr);
+    EXPECT_EQ(Result{VariantClear(&copy)}, Result{S_OK});
+}
+
 TEST(VariantCopy, AddsAReferenceToAnInterface)
 {
     FakeObject object;

@@ -144,9 +144,7 @@ TEST(VariantTimeToSystemTime, RoundsUpToTheNextDay)
         SYSTEMTIME time = {};
         EXPECT_EQ(VariantTimeToSystemTime(row.date, &time), 1);
         EXPECT_EQ(Show(time), Show(row.time));
-        if (!WeekdayStaysBehind()) {
-            EXPECT_EQ(time.wDayOfWeek, row.nDayOfWeek);
-        }
+        EXPECT_EQ(time.wDayOfWeek == row.nDayOfWeek, !WeekdayStaysBehind()) << time.wDayOfWeek;
     }
 }
 
@@ -160,10 +158,8 @@ TEST(VariantTimeToSystemTime, RefusesWhatIsOutOfRange)
 
 TEST(VariantTimeToSystemTime, RefusesWhatIsNotANumber)
 {
-    if (NotANumberIsANumber())
-        GTEST_SKIP() << "not so on this system";
     SYSTEMTIME time = {};
-    EXPECT_EQ(VariantTimeToSystemTime(std::nan(""), &time), 0);
+    EXPECT_EQ(VariantTimeToSystemTime(std::nan(""), &time), NotANumberIsANumber() ? 1 : 0);
 }
 
 TEST(VariantTime, ComesBackUnchanged)
