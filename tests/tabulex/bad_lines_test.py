@@ -141,10 +141,17 @@ class Questions(ToolTest):
     def test_show_the_line(self):
         self.assertIn("\n  2003/01/30,x,1,1,1,1\n", self.ask("s\na\n").err)
 
+    def test_are_not_asked_elsewhere(self):
+        result = self.succeed("convert", self.sample("junk.csv"))
+        self.assertNotIn("cancel", result.err)
+        self.assertEqual(result.rows(), expected_rows(SAMPLES["junk.csv"]))
+
+
+class QuestionsOnATerminal(ToolTest):
     def test_are_the_default_on_a_terminal(self):
         path = self.sample("junk.csv")
         main, terminal = pty.openpty()
-        tool = subprocess.Popen([TOOL, "convert", path, "-o", self.path("out.csv")],
+        tool = subprocess.Popen([*TOOL, "convert", path, "-o", self.path("out.csv")],
                                 stdin=terminal, stderr=terminal, env=environment())
         os.close(terminal)
         said = self.talk(main, b"a\n")
@@ -168,11 +175,6 @@ class Questions(ToolTest):
                 answered = True
         os.close(main)
         return said.decode()
-
-    def test_are_not_asked_elsewhere(self):
-        result = self.succeed("convert", self.sample("junk.csv"))
-        self.assertNotIn("cancel", result.err)
-        self.assertEqual(result.rows(), expected_rows(SAMPLES["junk.csv"]))
 
 
 if __name__ == "__main__":

@@ -108,9 +108,15 @@ class Progress(ToolTest):
         result = self.succeed("convert", "--progress", "always", self.sample("long.csv"))
         self.assertTrue(result.summary().startswith("batches=3 "), result.err)
 
-    def test_is_wiped_from_a_terminal(self):
+    def test_is_not_drawn_into_a_file(self):
+        result = self.succeed("convert", self.sample("long.csv"))
+        self.assertEqual(len(result.err.splitlines()), 1)
+
+
+class ProgressOnATerminal(ToolTest):
+    def test_is_wiped(self):
         main, terminal = pty.openpty()
-        tool = subprocess.Popen([TOOL, "convert", "--progress=always", "--on-error=skip", "-n",
+        tool = subprocess.Popen([*TOOL, "convert", "--progress=always", "--on-error=skip", "-n",
                                  self.file("big.csv", minutes_text(20_000))],
                                 stderr=terminal, env=environment())
         os.close(terminal)
@@ -124,10 +130,6 @@ class Progress(ToolTest):
         self.assertEqual(tool.wait(60), 0)
         self.assertRegex(said, rb"\[#*\.*\] +\d+%  [\d,]+ records  [\d,]+/s  0 min \d+ sec")
         self.assertIn(b"\r\x1b[Kbatches=20 delivered=20000 skipped=0 result=commit", said)
-
-    def test_is_not_drawn_into_a_file(self):
-        result = self.succeed("convert", self.sample("long.csv"))
-        self.assertEqual(len(result.err.splitlines()), 1)
 
 
 class Languages(ToolTest):

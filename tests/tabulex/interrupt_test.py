@@ -25,7 +25,7 @@ class Interrupts(ToolTest):
         self.file("big.csv", minutes_text(400_000))
         for number in (signal.SIGINT, signal.SIGTERM):
             with self.subTest(number):
-                tool = subprocess.Popen([TOOL, "convert", self.path("big.csv"), "-q",
+                tool = subprocess.Popen([*TOOL, "convert", self.path("big.csv"), "-q",
                                          "-o", self.path("out.csv"), "--rejects",
                                          self.path("rejects.csv")],
                                         stderr=subprocess.DEVNULL, env=environment())
@@ -36,7 +36,7 @@ class Interrupts(ToolTest):
 
     def test_end_the_program_at_once_the_second_time(self):
         # Nobody reads, so the tool hangs in a write and can't roll anything back.
-        tool = subprocess.Popen([TOOL, "convert", self.file("big.csv", minutes_text(100_000))],
+        tool = subprocess.Popen([*TOOL, "convert", self.file("big.csv", minutes_text(100_000))],
                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                                 env=environment())
         self.addCleanup(tool.stdout.close)
@@ -60,7 +60,7 @@ class Interrupts(ToolTest):
 
     def test_are_heard_while_a_question_stands(self):
         main, terminal = pty.openpty()
-        tool = subprocess.Popen([TOOL, "convert", self.sample("junk.csv"), "--on-error", "ask",
+        tool = subprocess.Popen([*TOOL, "convert", self.sample("junk.csv"), "--on-error", "ask",
                                  "-o", self.path("out.csv")],
                                 stdin=terminal, stderr=subprocess.PIPE, env=environment())
         os.close(terminal)

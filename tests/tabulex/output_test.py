@@ -21,11 +21,6 @@ class Files(ToolTest):
         self.assert_entries("junk.csv", "out.csv")
         self.assertEqual(self.read("out.csv"), "old")
 
-    def test_keep_the_permissions_of_what_they_replace(self):
-        os.chmod(self.file("out.csv", "old"), 0o600)
-        self.succeed("convert", self.sample("week.csv"), "-o", self.path("out.csv"))
-        self.assertEqual(os.stat(self.path("out.csv")).st_mode & 0o777, 0o600)
-
     def test_are_not_made_by_a_dry_run_nor_by_a_refusal(self):
         result = self.succeed("convert", self.sample("week.csv"), "--dry-run", "-o",
                               self.path("out.csv"))
@@ -57,6 +52,13 @@ class Files(ToolTest):
         self.assertEqual(self.succeed("convert", "-n", self.sample("week.csv")).out, "")
 
 
+class Permissions(ToolTest):
+    def test_are_those_of_what_is_replaced(self):
+        os.chmod(self.file("out.csv", "old"), 0o600)
+        self.succeed("convert", self.sample("week.csv"), "-o", self.path("out.csv"))
+        self.assertEqual(os.stat(self.path("out.csv")).st_mode & 0o777, 0o600)
+
+
 class Faults(ToolTest):
     def test_a_place_that_cannot_be_written_is_told_before_the_run(self):
         cases = [("missing/out.csv", "No such file or directory"), ("missing/out.db", "No such"),
@@ -84,7 +86,7 @@ class Faults(ToolTest):
                         ["raw", path], ["preview", path], ["raw", "--last", path],
                         ["template", "Date", "*y/*m/*d", "2003/1/1"]):
             with self.subTest(command), open("/dev/full", "wb") as full:
-                done = subprocess.run([TOOL, *command], stdout=full, stderr=subprocess.PIPE,
+                done = subprocess.run([*TOOL, *command], stdout=full, stderr=subprocess.PIPE,
                                       env=environment(), timeout=60)
                 self.assertEqual(done.returncode, 3, done.stderr)
                 self.assertIn(b"No space left on device", done.stderr)
@@ -104,7 +106,7 @@ class Pipes(ToolTest):
         for command in (["convert", "-q", path], ["raw", path],
                         ["preview", "--count", "20000", path]):
             with self.subTest(command[0]):
-                tool = subprocess.Popen([TOOL, *command], stdout=subprocess.PIPE,
+                tool = subprocess.Popen([*TOOL, *command], stdout=subprocess.PIPE,
                                         stderr=subprocess.PIPE, env=environment())
                 tool.stdout.read(10)
                 tool.stdout.close()

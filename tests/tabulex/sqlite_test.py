@@ -201,7 +201,7 @@ class Interrupts(SqliteTest):
         path = self.file("big.csv", minutes_text(400_000))
         self.succeed("convert", path, "-o", self.path("out.db"), "--portion", "0:1000")
         before = self.content()
-        tool = subprocess.Popen([TOOL, "convert", path, "-q", "-o", self.path("out.db"), "--append"],
+        tool = subprocess.Popen([*TOOL, "convert", path, "-q", "-o", self.path("out.db"), "--append"],
                                 stderr=subprocess.DEVNULL, env=environment())
         wait_until(lambda: os.path.exists(self.path("out.db-journal")))
         tool.send_signal(signal.SIGINT)

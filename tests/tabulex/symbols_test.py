@@ -33,13 +33,15 @@ class Symbols(ToolTest):
 
     def test_end_quietly_when_nobody_reads_on(self):
         path = self.file("a.csv", HEADER + "".join(bars(f"S{n}", 3) for n in range(3000)))
-        done = subprocess.run(f"{TOOL} symbols {path} | head -2", shell=True, text=True,
+        done = subprocess.run(f"{' '.join(TOOL)} symbols {path} | head -2", shell=True, text=True,
                               capture_output=True, env=environment(), timeout=60)
         self.assertEqual((done.stdout, done.stderr), ("S0\nS1\n", ""))
 
-    def test_can_be_interrupted(self):
+
+class Interrupts(ToolTest):
+    def test_end_the_list(self):
         path = self.file("a.csv", HEADER + "".join(bars(f"S{n}", 100) for n in range(3000)))
-        tool = subprocess.Popen([TOOL, "symbols", path], stdout=subprocess.PIPE,
+        tool = subprocess.Popen([*TOOL, "symbols", path], stdout=subprocess.PIPE,
                                 stderr=subprocess.PIPE, env=environment())
         self.assertEqual(tool.stdout.readline(), b"S0\n")
         tool.send_signal(signal.SIGINT)

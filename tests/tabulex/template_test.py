@@ -72,7 +72,9 @@ class Trials(ToolTest):
             with self.subTest(args):
                 self.assertIn(message, self.fail_with(2, "template", *args).err)
 
-    def test_nothing_is_left_behind(self):
+
+class Traces(ToolTest):
+    def test_are_not_left_behind(self):
         with tempfile.TemporaryDirectory() as folder:
             self.succeed("template", "Date", "*y/*m/*d", "03/1/1", env=environment(TMPDIR=folder))
             self.assertEqual(os.listdir(folder), [])

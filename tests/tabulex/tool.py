@@ -12,7 +12,12 @@ import unittest
 
 import make_samples
 
-TOOL = os.environ["TABULEX"]
+# The words of a call: what runs the program, where the system can't by itself, and the
+# program.
+RUNNER = os.environ.get("TABULEX_RUNNER", "").split()
+TOOL = [*RUNNER, os.environ["TABULEX"]]
+# A runner of Windows programs can't hand on a name that the locale has no letters for.
+LOCALE = "C.UTF-8" if RUNNER else "C"
 SAMPLES = {sample.name: sample for sample in make_samples.all_samples()}
 
 
@@ -33,7 +38,7 @@ class Result:
 
 
 def environment(**changes):
-    env = dict(os.environ, LC_ALL="C", TERM="xterm")
+    env = dict(os.environ, LC_ALL=LOCALE, TERM="xterm")
     env.pop("NO_COLOR", None)
     env.update(changes)
     return env
@@ -102,7 +107,7 @@ class ToolTest(unittest.TestCase):
         if most_bytes:
             options["preexec_fn"] = lambda: resource.setrlimit(resource.RLIMIT_FSIZE,
                                                                (most_bytes, most_bytes))
-        done = subprocess.run([TOOL, *args], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+        done = subprocess.run([*TOOL, *args], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                               timeout=120, **options)
         return Result(done.returncode, done.stdout.decode(), done.stderr.decode())
 
@@ -125,7 +130,7 @@ class ToolTest(unittest.TestCase):
         with tempfile.TemporaryDirectory(prefix="tabulex-disk-", dir=self.folder) as place:
             try:
                 done = subprocess.run(["unshare", "--mount", "--map-root-user", "sh", "-c", script,
-                                       place, name, TOOL, *args], cwd=self.folder, timeout=120,
+                                       place, name, *TOOL, *args], cwd=self.folder, timeout=120,
                                       env=environment(), stdin=subprocess.DEVNULL,
                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE)
             except FileNotFoundError:

@@ -111,6 +111,7 @@ void DefineCommandLine(CLI::App& app, Options& options)
 {
     app.name("tabulex");
     app.description("Works out the layout of market-data files and converts them.");
+    app.allow_windows_style_options(false); // a slash begins a path
     app.set_help_flag("-h,--help", "Print this help");
     SetHelp(app, "  tabulex inspect quotes.csv\n  tabulex convert quotes.txt -o quotes.csv");
     app.set_version_flag("--version", "tabulex " TABULEX_VERSION, "Print the version")

@@ -1,7 +1,6 @@
 #include "tools/tabulex/CommandLine.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
@@ -9,6 +8,7 @@
 #include "tools/tabulex/CommandDefinitions.h"
 #include "tools/tabulex/OutputTargets.h"
 #include "tools/tabulex/Suggestion.h"
+#include "tools/tabulex/Terminal.h"
 
 namespace tabulex {
 
@@ -76,25 +76,30 @@ ExitStatus TellUsageError(const CLI::App& app, const std::string& message)
 {
     const auto commands = app.get_subcommands();
     const std::string name = commands.empty() ? "" : " " + commands.front()->get_name();
-    fmt::print(stderr, "tabulex: {}\nTry 'tabulex{} --help'.\n", message, name);
+    WriteToErrorStream(fmt::format("tabulex: {}\nTry 'tabulex{} --help'.\n", message, name));
     return ExitStatus::Usage;
 }
 
 } // namespace
 
-std::optional<Options> ReadCommandLine(int argc, const char* const* argv, ExitStatus& status)
+std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments,
+                                       ExitStatus& status)
 {
+    std::vector<const char*> words;
+    for (const std::string& argument : arguments)
+        words.push_back(argument.c_str());
     Options options;
     CLI::App app;
     DefineCommandLine(app, options);
     try {
-        app.parse(argc, argv);
+        app.parse(static_cast<int>(words.size()), words.data());
     } catch (const CLI::Success& done) {
         app.exit(done);
         status = ExitStatus::Done;
         return std::nullopt;
     } catch (const CLI::ParseError& fault) {
-        status = TellUsageError(app, argc < 2 ? "a command is needed" : UsageMessage(app, fault));
+        status = TellUsageError(app, words.size() < 2 ? "a command is needed"
+                                                      : UsageMessage(app, fault));
         return std::nullopt;
     }
     options.sCommand = app.get_subcommands().front()->get_name();

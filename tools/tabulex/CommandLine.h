@@ -7,8 +7,9 @@
 
 namespace tabulex {
 
-// Empty where nothing is left to do: help or the version was printed (status Done),
-// or a usage error was told (status Usage).
-std::optional<Options> ReadCommandLine(int argc, const char* const* argv, ExitStatus& status);
+// Takes UTF-8, the program's name first. Empty where nothing is left to do: help or the
+// version was printed (status Done), or a usage error was told (status Usage).
+std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments,
+                                       ExitStatus& status);
 
 } // namespace tabulex

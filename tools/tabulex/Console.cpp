@@ -1,6 +1,5 @@
 #include "tools/tabulex/Console.h"
 
-#include <cstdio>
 #include <cstdlib>
 
 #include <fmt/format.h>
@@ -23,8 +22,7 @@ bool WantsColour(When choice, Stream stream)
     const char* pszNoColour = std::getenv("NO_COLOR");
     if (pszNoColour && *pszNoColour)
         return false;
-    const char* pszTerm = std::getenv("TERM");
-    return IsTerminal(stream) && pszTerm && std::string_view(pszTerm) != "dumb";
+    return TakesSequences(stream);
 }
 
 std::string Bold(std::string_view text, bool bColour)
@@ -64,7 +62,7 @@ void Console::Print(std::string_view text)
 {
     std::lock_guard lock(m_lock);
     ClearProgress();
-    Write(text);
+    WriteToErrorStream(text);
 }
 
 void Console::ShowProgress(std::string_view text)
@@ -73,7 +71,7 @@ void Console::ShowProgress(std::string_view text)
     ClearProgress();
     if (text.empty())
         return;
-    Write(text);
+    WriteToErrorStream(text);
     m_bProgressShown = true;
 }
 
@@ -83,14 +81,8 @@ void Console::ClearProgress()
     if (!m_bProgressShown)
         return;
     static const bool bTerminal = IsTerminal(Stream::Error);
-    Write(bTerminal ? "\r\033[K" : "\n");
+    WriteToErrorStream(bTerminal ? "\r\033[K" : "\n");
     m_bProgressShown = false;
-}
-
-// Standard error isn't buffered: a call is one write.
-void Console::Write(std::string_view text)
-{
-    std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
 } // namespace tabulex

@@ -46,7 +46,6 @@ public:
 
 private:
     void Say(const char* pszColour, std::string_view kind, std::string_view message);
-    void Write(std::string_view text);
     void ClearProgress();
 
     std::mutex m_lock;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <filesystem>
 #include <optional>
 
 #include <fmt/format.h>
@@ -10,6 +9,7 @@
 #include "tools/tabulex/Fault.h"
 #include "tools/tabulex/Interrupt.h"
 #include "tools/tabulex/OutputTargets.h"
+#include "tools/tabulex/Paths.h"
 #include "tools/tabulex/Properties.h"
 #include "tools/tabulex/SettingsCheck.h"
 
@@ -27,7 +27,7 @@ class OutputFolder
 {
 public:
     // Where it can't be made, the outputs tell why.
-    explicit OutputFolder(const std::string& path) : m_path(path)
+    explicit OutputFolder(const std::string& path) : m_path(PathOf(path))
     {
         std::error_code ignored;
         m_bMade = fs::create_directory(m_path, ignored);
@@ -174,7 +174,8 @@ void ConversionSeries::RequireDistinctFiles(const ConversionOptions& options) co
     const auto isRead = [&](const std::string& path) {
         return std::ranges::any_of(m_files, [&](const std::string& file) {
             std::error_code error;
-            return path != "-" && !path.empty() && fs::equivalent(path, file, error);
+            return path != "-" && !path.empty() &&
+                   fs::equivalent(PathOf(path), PathOf(file), error);
         });
     };
     if (isRead(options.output.sPath) || isRead(m_convert.sRejects))

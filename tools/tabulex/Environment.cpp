@@ -2,12 +2,13 @@
 
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <sstream>
+#include <memory>
+#include <optional>
 
 #include <fmt/format.h>
 
 #include "tools/tabulex/Fault.h"
+#include "tools/tabulex/Files.h"
 #include "tools/tabulex/OutputFile.h"
 #include "tools/tabulex/Properties.h"
 
@@ -17,21 +18,33 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
+struct Closer
+{
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+// Where something fails, errno tells why.
+std::optional<std::string> ReadBytes(const std::string& path)
+{
+    const std::unique_ptr<std::FILE, Closer> file(OpenFile(path, FileMode::Read));
+    if (!file)
+        return std::nullopt;
+    std::string bytes;
+    char piece[4096];
+    while (const std::size_t nRead = std::fread(piece, 1, sizeof piece, file.get()))
+        bytes.append(piece, nRead);
+    return std::ferror(file.get()) ? std::nullopt : std::optional(std::move(bytes));
+}
+
 std::string ReadText(const std::string& path)
 {
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    // An empty file sets a failure on the text that isn't one.
-    if (file && file.peek() != std::ifstream::traits_type::eof())
-        text << file.rdbuf();
-    if (!file.is_open() || file.bad() || errno == EISDIR)
+    auto bytes = ReadBytes(path);
+    if (!bytes)
         throw Fault{ExitStatus::FileFault,
                     fmt::format("'{}' can't be read: {}", path, std::strerror(errno))};
-    std::string bytes = text.str();
-    if (bytes.starts_with(kByteOrderMark))
-        bytes.erase(0, kByteOrderMark.size());
-    return bytes;
+    if (bytes->starts_with(kByteOrderMark))
+        bytes->erase(0, kByteOrderMark.size());
+    return *bytes;
 }
 
 } // namespace

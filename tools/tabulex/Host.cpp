@@ -4,13 +4,14 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 
 #include <fmt/format.h>
 
 #include "interfaces/ClassIds.h"
 #include "interfaces/Module.h"
 #include "tools/tabulex/Fault.h"
+#include "tools/tabulex/Files.h"
+#include "tools/tabulex/Paths.h"
 #include "tools/tabulex/Properties.h"
 #include "tools/tabulex/Suggestion.h"
 
@@ -34,10 +35,10 @@ void Require(HRESULT hr, const char* pszWhat)
 std::string WhyNotOpened(const std::string& path)
 {
     std::error_code error;
-    if (std::filesystem::is_directory(path, error))
+    if (std::filesystem::is_directory(PathOf(path), error))
         return "is a folder";
     errno = 0;
-    if (std::FILE* file = std::fopen(path.c_str(), "rb")) {
+    if (std::FILE* file = OpenFile(path, FileMode::Read)) {
         std::fclose(file); // it can be by now, or is of a kind that the component refuses
         return "can't be opened";
     }

@@ -1,10 +1,6 @@
 #include "tools/tabulex/Interrupt.h"
 
 #include <atomic>
-#include <csignal>
-#include <cstdlib>
-
-#include "tools/tabulex/ExitStatus.h"
 
 namespace tabulex {
 
@@ -16,24 +12,16 @@ std::atomic<bool> g_bInterrupted = false;
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free,
               "used in a signal handler");
 
-// Only what a signal handler may do: lock-free flags and _Exit.
-extern "C" void OnInterrupt(int)
-{
-    if (g_nDeferrals == 0 || g_bInterrupted.exchange(true))
-        std::_Exit(static_cast<int>(ExitStatus::Interrupted));
-}
-
 } // namespace
-
-void CatchInterrupts()
-{
-    std::signal(SIGINT, OnInterrupt);
-    std::signal(SIGTERM, OnInterrupt);
-}
 
 bool Interrupted()
 {
     return g_bInterrupted;
+}
+
+bool NoteInterrupt()
+{
+    return g_nDeferrals > 0 && !g_bInterrupted.exchange(true);
 }
 
 Deferral::Deferral()

@@ -13,6 +13,10 @@ void CatchInterrupts();
 // True once a request has come while a Deferral stood. From any thread.
 bool Interrupted();
 
+// Takes a request from the system. False where the process is to end at once. Does no
+// more than a signal handler may.
+bool NoteInterrupt();
+
 // Puts interrupts off for as long as it lives, or any other one does.
 class Deferral
 {

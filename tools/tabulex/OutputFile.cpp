@@ -2,11 +2,10 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
+
+#include "tools/tabulex/Files.h"
 
 namespace tabulex {
-
-namespace fs = std::filesystem;
 
 OutputFile::~OutputFile()
 {
@@ -21,13 +20,9 @@ bool OutputFile::Open(const std::string& path)
         return true;
     }
     const std::string target = TargetOf(path);
-    std::error_code error;
-    const fs::file_status status = fs::status(target, error);
     errno = 0;
-    if (!fs::exists(status) || fs::is_regular_file(status))
-        m_file = m_staged.Create(target);
-    else
-        m_file = std::fopen(target.c_str(), "wb");
+    m_file =
+        IsWrittenDirectly(target) ? OpenFile(target, FileMode::Write) : m_staged.Create(target);
     return m_file || Fail(errno);
 }
 
@@ -36,7 +31,8 @@ bool OutputFile::Write(std::string_view text)
     if (m_nError || !m_file)
         return false;
     errno = 0;
-    return std::fwrite(text.data(), 1, text.size(), m_file) == text.size() || Fail(errno);
+    return std::fwrite(text.data(), 1, text.size(), m_file) == text.size() ||
+           Fail(WriteError(m_file));
 }
 
 bool OutputFile::Flush()
@@ -44,7 +40,7 @@ bool OutputFile::Flush()
     if (m_nError || !m_file)
         return false;
     errno = 0;
-    return std::fflush(m_file) == 0 || Fail(errno);
+    return std::fflush(m_file) == 0 || Fail(WriteError(m_file));
 }
 
 bool OutputFile::Commit()
@@ -96,7 +92,9 @@ bool OutputFile::Close()
     if (!file)
         return m_nError == 0;
     errno = 0;
-    if ((m_bStandard ? std::fflush(file) : std::fclose(file)) != 0)
+    if (std::fflush(file) != 0)
+        Fail(WriteError(file));
+    if (!m_bStandard && std::fclose(file) != 0)
         Fail(errno);
     return m_nError == 0;
 }

@@ -1,10 +1,11 @@
 #include "tools/tabulex/OutputTargets.h"
 
 #include <algorithm>
-#include <filesystem>
 
 #include <fmt/format.h>
 
+#include "tools/tabulex/Files.h"
+#include "tools/tabulex/Paths.h"
 #include "tools/tabulex/Text.h"
 
 namespace tabulex {
@@ -30,16 +31,16 @@ OutputFormat FormatOf(const ConvertOptions& convert)
 {
     if (convert.format)
         return *convert.format;
-    const auto ending = LowerCase(fs::path(convert.sOutput).extension().string());
+    const auto ending = LowerCase(Utf8Of(PathOf(convert.sOutput).extension()));
     const auto* row = std::ranges::find(kEndings, ending, &Ending::sText);
     return row == std::end(kEndings) ? OutputFormat::Csv : row->format;
 }
 
 std::string PathInFolder(const std::string& folder, const std::string& file, OutputFormat format)
 {
-    fs::path name = fs::path(file).stem();
+    fs::path name = PathOf(file).stem();
     name += std::ranges::find(kEndings, format, &Ending::format)->sText;
-    return (fs::path(folder) / name).string();
+    return Utf8Of(PathOf(folder) / name);
 }
 
 OldTable OldTableOf(const ConvertOptions& convert)
@@ -54,9 +55,9 @@ bool AreSame(const std::string& a, const std::string& b)
 {
     std::error_code error;
     const auto place = [&](const std::string& path) {
-        return fs::weakly_canonical(fs::absolute(path, error), error);
+        return Utf8Of(fs::weakly_canonical(fs::absolute(PathOf(path), error), error));
     };
-    return place(a) == place(b);
+    return AreSameName(place(a), place(b));
 }
 
 std::string ContradictionInTable(const ConvertOptions& convert)
@@ -88,7 +89,7 @@ std::string ContradictionInSeveral(const ConvertOptions& convert,
     const auto outputs = OutputsOf(convert, files);
     for (std::size_t i = 0; i < files.size(); ++i)
         for (std::size_t n = 0; n < i; ++n)
-            if (outputs[n].sPath == outputs[i].sPath)
+            if (AreSameName(outputs[n].sPath, outputs[i].sPath))
                 return fmt::format("the rows of '{}' and '{}' would both go to '{}'", files[n],
                                    files[i], outputs[i].sPath);
     return {};
@@ -137,7 +138,7 @@ bool IsFolder(const std::string& output)
 {
     std::error_code error;
     return !output.empty() &&
-           (fs::path(output).filename().empty() || fs::is_directory(output, error));
+           (PathOf(output).filename().empty() || fs::is_directory(PathOf(output), error));
 }
 
 } // namespace tabulex

@@ -1,7 +1,6 @@
 #include "tools/tabulex/ProgressBar.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 #include <fmt/format.h>
 
@@ -18,10 +17,7 @@ constexpr auto kInterval = 200ms;
 
 bool IsEnabled(When when)
 {
-    if (when != When::Auto)
-        return when == When::Always;
-    const char* pszTerm = std::getenv("TERM");
-    return IsTerminal(Stream::Error) && pszTerm && std::string_view(pszTerm) != "dumb";
+    return when == When::Auto ? TakesSequences(Stream::Error) : when == When::Always;
 }
 
 } // namespace
@@ -62,7 +58,7 @@ void ProgressBar::Draw(const Progress& progress)
 std::string ProgressBar::TextOf(const Progress& progress, double seconds)
 {
     constexpr ULONG kCells = 8; // so that all fits into 80 columns
-    const ULONG nFull = std::min(progress.nPercent, 100u) * kCells / 100;
+    const ULONG nFull = std::min<ULONG>(progress.nPercent, 100) * kCells / 100;
     const double rate = seconds > 0 ? static_cast<double>(progress.nRecords) / seconds : 0;
     std::string text =
         fmt::format("[{:#<{}}{:.<{}}] {:3}%  {} records  {}/s", "", nFull, "", kCells - nFull,

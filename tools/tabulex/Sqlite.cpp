@@ -1,7 +1,7 @@
 #include "tools/tabulex/Sqlite.h"
 
-#include <cstring>
-#include <filesystem>
+#include "tools/tabulex/Files.h"
+#include "tools/tabulex/Paths.h"
 
 namespace tabulex {
 
@@ -29,7 +29,7 @@ ExitStatus StatusOf(int nResult)
 bool SqliteDatabase::Open(const std::string& path)
 {
     std::error_code error;
-    const std::string absolute = std::filesystem::absolute(path, error).string();
+    const std::string absolute = Utf8Of(std::filesystem::absolute(PathOf(path), error));
     sqlite3* database = nullptr;
     const int nResult = sqlite3_open_v2(absolute.c_str(), &database,
                                         SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
@@ -90,7 +90,7 @@ bool SqliteDatabase::Fail()
     m_faultStatus = StatusOf(nResult);
     const int nSystem = sqlite3_system_errno(m_database.get());
     if (nSystem != 0 && (nResult == SQLITE_IOERR || nResult == SQLITE_CANTOPEN))
-        m_sFault.append(": ").append(std::strerror(nSystem));
+        m_sFault.append(": ").append(SystemErrorText(nSystem));
     return false;
 }
 

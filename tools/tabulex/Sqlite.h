@@ -1,6 +1,7 @@
 // SQLite's C API as objects: a database, and a statement on it.
 //
-// Nothing throws: calls give false, and the database keeps why. One thread at a time.
+// Only where HasSqlite says so. Nothing throws: calls give false, and the database keeps
+// why. One thread at a time.
 #pragma once
 
 #include <memory>

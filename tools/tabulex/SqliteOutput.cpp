@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include "tools/tabulex/CellText.h"
 #include "tools/tabulex/Fault.h"
+#include "tools/tabulex/Paths.h"
+#include "tools/tabulex/SqliteLibrary.h"
 #include "tools/tabulex/Text.h"
 
 namespace tabulex {
@@ -109,14 +110,21 @@ std::string InsertionOf(const std::string& table, const std::vector<Column>& col
                        fmt::join(std::vector<std::string>(columns.size(), "?"), ", "));
 }
 
+void RequireSqlite(const std::string& path)
+{
+    if (!HasSqlite())
+        ThrowUnwritable(path, "the library of SQLite, winsqlite3.dll, is missing; Windows has it "
+                              "since its version 10");
+}
+
 // Devices and pipes have no pages, and a single byte is no empty file, as which SQLite
 // takes it.
 void RequireDatabaseFile(const std::string& path, const std::string& target)
 {
     std::error_code error;
-    if (!fs::is_regular_file(target, error))
+    if (!fs::is_regular_file(PathOf(target), error))
         ThrowUnwritable(path, "it isn't a regular file");
-    if (fs::file_size(target, error) == 1)
+    if (fs::file_size(PathOf(target), error) == 1)
         ThrowUnwritable(path, "file is not a database");
 }
 
@@ -126,6 +134,7 @@ SqliteOutput::SqliteOutput(const OutputOptions& options, std::vector<Column> col
     : m_sTarget(TargetOf(options.sPath)), m_columns(WithDistinctNames(std::move(columns))),
       m_texts(m_columns.size())
 {
+    RequireSqlite(options.sPath);
     OpenDatabase(options);
     MakeTable(options);
     m_insert = m_database.Prepare(InsertionOf(options.sTable, m_columns));
@@ -135,7 +144,7 @@ SqliteOutput::SqliteOutput(const OutputOptions& options, std::vector<Column> col
 void SqliteOutput::OpenDatabase(const OutputOptions& options)
 {
     std::error_code error;
-    if (fs::exists(m_sTarget, error)) {
+    if (fs::exists(PathOf(m_sTarget), error)) {
         RequireDatabaseFile(options.sPath, m_sTarget);
         m_database.Open(m_sTarget);
     } else {
@@ -216,7 +225,7 @@ bool SqliteOutput::Publish()
     if (m_staged.Name().empty())
         return true;
     std::error_code error;
-    if (fs::exists(m_sTarget, error))
+    if (fs::exists(PathOf(m_sTarget), error))
         error = std::make_error_code(std::errc::file_exists);
     else
         error = m_staged.Publish();
@@ -246,9 +255,10 @@ std::string SqliteOutput::FaultText() const
 
 void CheckSqliteOutput(const OutputOptions& options, const std::vector<Column>& columns)
 {
+    RequireSqlite(options.sPath);
     const std::string target = TargetOf(options.sPath);
     std::error_code error;
-    if (!fs::exists(target, error))
+    if (!fs::exists(PathOf(target), error))
         return;
     RequireDatabaseFile(options.sPath, target);
     SqliteDatabase database;

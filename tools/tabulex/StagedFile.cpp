@@ -1,9 +1,11 @@
 #include "tools/tabulex/StagedFile.h"
 
 #include <cerrno>
-#include <filesystem>
 
 #include <fmt/format.h>
+
+#include "tools/tabulex/Files.h"
+#include "tools/tabulex/Paths.h"
 
 namespace tabulex {
 
@@ -15,36 +17,29 @@ namespace {
 constexpr int kNames = 1000;
 constexpr int kLinks = 40; // more of them in a row are a circle to the system, too
 
-// A file that others may not read must not become readable by being replaced.
-void KeepPermissions(const std::string& target, const std::string& name)
-{
-    std::error_code ignored;
-    if (const fs::file_status old = fs::status(target, ignored); fs::exists(old))
-        fs::permissions(name, old.permissions(), ignored);
-}
-
 } // namespace
 
 std::string TargetOf(const std::string& path)
 {
     std::error_code error;
-    fs::path target = path;
+    fs::path target = PathOf(path);
     for (int i = 0; i < kLinks && fs::is_symlink(target, error); ++i)
         target = target.parent_path() / fs::read_symlink(target, error);
-    return target.string();
+    return Utf8Of(target);
 }
 
-// The first of a row of names that nobody has.
+// The first of a row of names that nobody has. A file that others may not read must not
+// become readable by being replaced.
 std::FILE* StagedFile::Create(const std::string& target)
 {
     for (int i = 0; i < kNames; ++i) {
         std::string name = fmt::format("{}.{}.part", target, i);
         errno = 0;
-        std::FILE* file = std::fopen(name.c_str(), "wbx");
+        std::FILE* file = OpenFile(name, FileMode::WriteNew);
         if (!file && errno == EEXIST)
             continue;
         if (file) {
-            KeepPermissions(target, name);
+            CopyPermissions(target, name);
             m_sTarget = target;
             m_sName = std::move(name);
         }
@@ -56,7 +51,7 @@ std::FILE* StagedFile::Create(const std::string& target)
 std::error_code StagedFile::Publish()
 {
     std::error_code error;
-    fs::rename(m_sName, m_sTarget, error);
+    fs::rename(PathOf(m_sName), PathOf(m_sTarget), error);
     if (!error)
         m_sName.clear();
     return error;
@@ -66,7 +61,7 @@ void StagedFile::Remove()
 {
     std::error_code ignored;
     if (!m_sName.empty())
-        fs::remove(m_sName, ignored);
+        fs::remove(PathOf(m_sName), ignored);
     m_sName.clear();
 }
 

@@ -97,9 +97,9 @@ ordered_json JsonOf(const Trial& trial, LONG nType)
 ExitStatus TryTemplate(const Context& context)
 {
     const TemplateOptions& options = context.options.trial;
+    const TemporaryFile file(kOneColumn); // outlives who holds it open
     Host host(context.offers);
     const LONG nType = host.RequireType(options.sType, "TYPE");
-    const TemporaryFile file(kOneColumn);
     host.Open(file.Path());
     RequireAccepted(host.Records().put_FieldDividers(kNoDividers), "an undivided line");
     RequireAccepted(host.Records().SetFieldType(0, nType), "the type");

@@ -1,6 +1,8 @@
 #include "tools/tabulex/Terminal.h"
 
 #include <csignal>
+#include <cstdio>
+#include <cstdlib>
 
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -42,6 +44,12 @@ bool IsTerminal(Stream stream)
     return ::isatty(DescriptorOf(stream)) != 0;
 }
 
+bool TakesSequences(Stream stream)
+{
+    const char* pszTerm = std::getenv("TERM");
+    return IsTerminal(stream) && pszTerm && std::string_view(pszTerm) != "dumb";
+}
+
 unsigned TerminalWidth()
 {
     winsize size{};
@@ -49,10 +57,18 @@ unsigned TerminalWidth()
     return bKnown ? size.ws_col : 80;
 }
 
-void LetWritesFail()
+void SetUpStreams()
 {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void RestoreTerminal() {}
+
+// The stream isn't buffered: a call is one write.
+void WriteToErrorStream(std::string_view text)
+{
+    std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
 // Byte by byte: what stands behind the line is left to whoever reads next.

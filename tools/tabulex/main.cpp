@@ -11,8 +11,10 @@
 #include "tools/tabulex/CommandLine.h"
 #include "tools/tabulex/Commands.h"
 #include "tools/tabulex/Fault.h"
+#include "tools/tabulex/Files.h"
 #include "tools/tabulex/Interrupt.h"
 #include "tools/tabulex/Suggestion.h"
+#include "tools/tabulex/Surroundings.h"
 #include "tools/tabulex/Terminal.h"
 
 using namespace tabulex;
@@ -49,13 +51,13 @@ constexpr Command kCommands[] = {
     {"environment", PrintEnvironment}, {"template", TryTemplate},
 };
 
-// The first of the locale's variables that says anything counts.
+// The first of the locale's variables that says anything counts, then the system.
 bool IsChineseLocale()
 {
     for (const char* pszName : {"LC_ALL", "LC_MESSAGES", "LANG"})
         if (const char* pszValue = std::getenv(pszName); pszValue && *pszValue)
             return std::string_view(pszValue).starts_with("zh");
-    return false;
+    return IsSystemChinese();
 }
 
 TabulexLanguage LanguageOf(const GeneralOptions& general)
@@ -87,7 +89,7 @@ void SetReportLog(const std::string& path)
 {
     if (!path.empty() && path != "-") {
         errno = 0;
-        std::FILE* file = std::fopen(path.c_str(), "ab");
+        std::FILE* file = OpenFile(path, FileMode::Append);
         if (!file)
             throw Fault{
                 ExitStatus::FileFault,
@@ -115,10 +117,10 @@ ResolutionOffers MakeOffers(const GeneralOptions& general)
     return offers;
 }
 
-ExitStatus Run(int argc, char** argv)
+ExitStatus Run(const std::vector<std::string>& arguments)
 {
     ExitStatus status = ExitStatus::Done;
-    const auto options = ReadCommandLine(argc, argv, status);
+    const auto options = ReadCommandLine(arguments, status);
     if (!options)
         return status;
     const GeneralOptions& general = options->general;
@@ -142,7 +144,7 @@ ExitStatus Run(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
-    LetWritesFail();
+    SetUpStreams();
     CatchInterrupts();
-    return static_cast<int>(Run(argc, argv));
+    return static_cast<int>(Run(CommandLineArguments(argc, argv)));
 }

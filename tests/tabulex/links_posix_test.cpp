@@ -1,0 +1,105 @@
+// Outputs on a system of links and devices.
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/tabulex/Cells.h"
+#include "tests/tabulex/TestFolder.h"
+#include "tools/tabulex/Fault.h"
+#include "tools/tabulex/OutputFile.h"
+#include "tools/tabulex/SqliteOutput.h"
+
+using namespace tabulex;
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string ContentOf(const std::string& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+OutputOptions DatabaseAt(const std::string& path)
+{
+    OutputOptions options;
+    options.sPath = path;
+    options.format = OutputFormat::Sqlite;
+    options.oldTable = OldTable::Append;
+    return options;
+}
+
+} // namespace
+
+TEST(OutputFiles, ReplaceOrMakeWhatALinkLeadsTo)
+{
+    const TestFolder folder;
+    std::ofstream(folder / "real.csv") << "old";
+    fs::create_symlink("real.csv", folder / "second.csv");
+    fs::create_symlink(folder / "second.csv", folder / "link.csv");
+    fs::create_symlink("new.csv", folder / "early.csv");
+    for (const auto& [name, target] :
+         {std::pair("link.csv", "real.csv"), {"early.csv", "new.csv"}}) {
+        SCOPED_TRACE(name);
+        OutputFile file;
+        ASSERT_TRUE(file.Open(folder / name));
+        file.Write("new");
+        EXPECT_TRUE(file.Commit());
+        EXPECT_TRUE(fs::is_symlink(folder / name));
+        EXPECT_EQ(ContentOf(folder / target), "new");
+    }
+}
+
+TEST(OutputFiles, KeepThePermissionsOfWhatTheyReplace)
+{
+    const TestFolder folder;
+    std::ofstream(folder / "out.csv") << "old";
+    fs::permissions(folder / "out.csv", fs::perms::owner_read);
+    OutputFile file;
+    ASSERT_TRUE(file.Open(folder / "out.csv"));
+    EXPECT_TRUE(file.Commit());
+    EXPECT_EQ(fs::status(folder / "out.csv").permissions(), fs::perms::owner_read);
+}
+
+TEST(OutputFiles, NoticeAFullDevice)
+{
+    if (!fs::exists("/dev/full"))
+        GTEST_SKIP() << "no device that is always full";
+    OutputFile file;
+    ASSERT_TRUE(file.Open("/dev/full"));
+    EXPECT_FALSE(file.HidesUntilCommit());
+    file.Write("text");
+    EXPECT_FALSE(file.Commit());
+    EXPECT_EQ(file.FaultText(), "No space left on device");
+}
+
+TEST(SqliteLinks, AreFollowed)
+{
+    const TestFolder folder;
+    fs::create_symlink("out.db", folder / "link.db");
+    for (string_view_t symbol : {OLESTR("A"), OLESTR("B")}) {
+        SqliteOutput output(DatabaseAt(folder / "link.db"), kColumns);
+        output.Write(RowFor(symbol).data(), 1);
+        ASSERT_TRUE(output.Commit()) << output.FaultText();
+    }
+    EXPECT_TRUE(fs::is_symlink(folder / "link.db"));
+    SqliteDatabase database;
+    ASSERT_TRUE(database.Open(folder / "out.db"));
+    EXPECT_THAT(database.Texts("SELECT Symbol FROM quotes -- ?1", {}),
+                testing::ElementsAre("A", "B"));
+}
+
+TEST(SqliteDevices, AreRefused)
+{
+    try {
+        SqliteOutput(DatabaseAt("/dev/null"), kColumns);
+        ADD_FAILURE() << "no fault";
+    } catch (const Fault& fault) {
+        EXPECT_EQ(fault.status, ExitStatus::FileFault);
+        EXPECT_THAT(fault.sMessage, testing::HasSubstr("isn't a regular file"));
+    }
+}

@@ -1,0 +1,10 @@
+// What is the same name.
+#include <gtest/gtest.h>
+
+#include "tools/tabulex/Files.h"
+
+TEST(Names, DifferByTheCaseOfLetters)
+{
+    EXPECT_TRUE(tabulex::AreSameName("out.csv", "out.csv"));
+    EXPECT_FALSE(tabulex::AreSameName("out.csv", "OUT.csv"));
+}

@@ -1,0 +1,41 @@
+// Files that go with an object.
+#include <filesystem>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "tools/tabulex/Files.h"
+#include "tools/tabulex/Paths.h"
+#include "tools/tabulex/TemporaryFile.h"
+
+using namespace tabulex;
+namespace fs = std::filesystem;
+
+TEST(TemporaryFiles, HoldTheirContentAndGo)
+{
+    std::string path;
+    {
+        const TemporaryFile file("text\n");
+        path = file.Path();
+        EXPECT_EQ(fs::file_size(PathOf(path)), 5u);
+    }
+    EXPECT_FALSE(fs::exists(PathOf(path)));
+}
+
+TEST(TemporaryFiles, GoAlsoWhereTheirReaderClosesThemLate)
+{
+    std::string path;
+    std::thread reader;
+    {
+        const TemporaryFile file("text");
+        path = file.Path();
+        std::FILE* opened = OpenFile(path, FileMode::Read);
+        ASSERT_NE(opened, nullptr);
+        reader = std::thread([opened] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            std::fclose(opened);
+        });
+    }
+    reader.join();
+    EXPECT_FALSE(fs::exists(PathOf(path)));
+}
