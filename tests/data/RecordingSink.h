@@ -126,7 +126,8 @@ public:
     static std::string CellText(const VARIANT& cell)
     {
         Variant text;
-        if (FAILED(VariantChangeType(&text, &cell, 0, VT_BSTR)) || cell.vt == VT_DATE) {
+        if (FAILED(VariantChangeType(&text, const_cast<VARIANT*>(&cell), 0, VT_BSTR)) ||
+            cell.vt == VT_DATE) {
             char buffer[40];
             std::snprintf(buffer, sizeof buffer, "%.10g", cell.date);
             return cell.vt == VT_DATE ? std::string(buffer) : "kind " + std::to_string(cell.vt);

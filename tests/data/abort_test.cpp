@@ -8,6 +8,7 @@
 #include "tests/data/DataParserFixture.h"
 
 #include "src/AsyncTransactionPool.h"
+#include "src/Proxies.h"
 
 using namespace Hesperon::specifics;
 
@@ -91,6 +92,30 @@ TEST_F(AbortTest, AbortThatWaitsWhileTheSinkStopsTheRunIsHeard)
     };
     Convert();
     aborter.join();
+    EXPECT_EQ(sink->ends, std::vector<bool>{false});
+}
+
+// Who cancels relies on the end's being heard when the call returns.
+TEST_F(AbortTest, CancelThatFindsARunIsHeardThoughTheRunEndsByItself)
+{
+    Open(Days(1, 5));
+    ASSERT_EQ(Start(), S_OK);
+    Event delivered(Event::Kind::ManualReset);
+    sink->onPutRecords = [&](std::size_t) {
+        delivered.Set();
+        return S_OK;
+    };
+    std::thread worker;
+    {
+        LockGuard lock(ProxyLock()); // as a cancel has it
+        worker = std::thread([&] { file->RunConversion(); });
+        delivered.Wait();
+        std::this_thread::sleep_for(std::chrono::milliseconds(200)); // the run comes to its end
+        EXPECT_TRUE(AsyncTransactionPool::CancelTransaction(kTransaction));
+        EXPECT_EQ(sink->EndCount(), 1u);
+        EXPECT_FALSE(AsyncTransactionPool::CancelTransaction(kTransaction));
+    }
+    worker.join();
     EXPECT_EQ(sink->ends, std::vector<bool>{false});
 }
 

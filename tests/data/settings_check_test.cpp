@@ -234,11 +234,4 @@ TEST_F(SettingsCheckTest, MessageBoxAppearsWhereTheSinkRefuses)
     }
 }
 
-TEST(WarningTest, GoesToStandardErrorAsOneLine)
-{
-    testing::internal::CaptureStderr();
-    ShowWarning(0, OLESTR("未选择周期。"));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "未选择周期。\n");
-}
-
 } // namespace

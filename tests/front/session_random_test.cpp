@@ -102,6 +102,7 @@ protected:
                 return entry == "commit" || entry == "rollback";
             });
             EXPECT_LE(nEnds, 1);
+            EXPECT_EQ(std::ranges::count(receiver.transcript, "on another thread"), 0);
             const bool bLast = nEnds == 0 || receiver.transcript.back() == "commit" ||
                                receiver.transcript.back() == "rollback";
             EXPECT_TRUE(bLast);

@@ -460,8 +460,8 @@ TEST_F(Session, BatchesOfAnotherShapeAreRefused)
 TEST_F(Session, EventsOfAnEnumerationHaveNoOtherAnswers)
 {
     com_ptr<IDataParserEvents> events;
-    ASSERT_EQ(CoCreateInstance(CLSID_CqrlDataParserEventsProxy, nullptr, CLSCTX_INPROC_SERVER,
-                               iid_of<IDataParserEvents>, events.put_void()),
+    ASSERT_EQ(CreateOwnInstance(CLSID_CqrlDataParserEventsProxy, iid_of<IDataParserEvents>,
+                                events.put_void()),
               S_OK);
     EXPECT_EQ(events->OnError(Variant()), E_NOTIMPL);
     EXPECT_EQ(events->OnError2(1, 1, nullptr), E_NOTIMPL);

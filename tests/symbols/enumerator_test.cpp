@@ -242,9 +242,9 @@ TEST_F(EnumeratorTest, SymbolFieldIsNoneAtFirst)
 TEST_F(EnumeratorTest, HostsCanCreateIt)
 {
     com_ptr<ISymbolEnumerator> pCreated;
-    ASSERT_EQ(CoCreateInstance(CLSID_CSymbolEnumerator, nullptr, CLSCTX_INPROC_SERVER,
-                               iid_of<ISymbolEnumerator>, pCreated.put_void()),
-              S_OK);
+    ASSERT_EQ(
+        CreateOwnInstance(CLSID_CSymbolEnumerator, iid_of<ISymbolEnumerator>, pCreated.put_void()),
+        S_OK);
     EXPECT_TRUE(pCreated.as<IFileHandlerEvents>());
     EXPECT_TRUE(pCreated.as<IAsyncTransaction>());
 }

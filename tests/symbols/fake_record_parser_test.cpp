@@ -16,8 +16,7 @@ namespace {
 com_ptr<IRecordParser> NewFake()
 {
     com_ptr<IRecordParser> result;
-    EXPECT_EQ(CoCreateInstance(CLSID_CFakeRecordParser, nullptr, CLSCTX_INPROC_SERVER,
-                               iid_of<IRecordParser>, result.put_void()),
+    EXPECT_EQ(CreateOwnInstance(CLSID_CFakeRecordParser, iid_of<IRecordParser>, result.put_void()),
               S_OK);
     return result;
 }
@@ -121,9 +120,7 @@ TEST(FakeRecordParserTest, DataParserReadsLinesThroughIt)
     ASSERT_TRUE(SetAnsiCodePage(kLatinCodePage));
     const TempFile file("2003-01-02,5\n2003-01-01,4\nno record at all\n");
     com_ptr<IDataParser> parser;
-    ASSERT_EQ(CoCreateInstance(CLSID_CDataParser, nullptr, CLSCTX_INPROC_SERVER,
-                               iid_of<IDataParser>, parser.put_void()),
-              S_OK);
+    ASSERT_EQ(CreateOwnInstance(CLSID_CDataParser, iid_of<IDataParser>, parser.put_void()), S_OK);
     ASSERT_EQ(parser->put_RecordParser(NewFake().get()), S_OK);
     ASSERT_EQ(parser->put_FileName(Bstr(file.Name()).get()), S_OK);
     for (const auto& [nPosition, sLine] : {std::pair<ULONGLONG, const char*>{2, "no record at all"},

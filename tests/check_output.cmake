@@ -1,5 +1,5 @@
-# Runs PROGRAM with ARGUMENTS (a list) under RUNNER and compares what it prints with the
-# file EXPECTED, line by line.
+# Runs PROGRAM with ARGUMENTS (a list), under RUNNER if there is one, and compares what it
+# prints with the file EXPECTED, line by line.
 execute_process(COMMAND ${RUNNER} ${PROGRAM} ${ARGUMENTS}
                 OUTPUT_VARIABLE found ERROR_VARIABLE said RESULT_VARIABLE status)
 file(READ "${EXPECTED}" expected)
