@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Sets up a Debian 12 machine and runs every test: the optimised build, the build with
-# the address and undefined-behaviour sanitizers, and the tests that start threads
-# under the thread sanitizer. Ends with the number of tests passed and failed in all.
+# the address and undefined-behaviour sanitizers, the tests that start threads under the
+# thread sanitizer, and the Windows build under Wine. Ends with the number of tests passed
+# and failed in all.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -12,12 +13,14 @@ failed=0
 # A count from the head of a test report; 0 where the report lacks it.
 count() { awk -F '"' -v key="$1=" '$1 ~ key"$" { n = $2; exit } END { print n + 0 }' "$2"; }
 
+# run_tests PRESET [COMMAND...]: the command runs ctest, given as its arguments.
 run_tests() {
     local preset=$1 report status=0
+    shift
     report=$PWD/build/$preset/test-report.xml
     echo "== test: $preset"
     rm -f "$report"
-    ctest --preset "$preset" --parallel "$(nproc)" --no-tests=error --progress \
+    "$@" ctest --preset "$preset" --parallel "$(nproc)" --no-tests=error --progress \
         --output-junit "$report" || status=$?
     if [ ! -s "$report" ]; then
         echo "test: no report of the run with preset $preset" >&2
@@ -42,6 +45,10 @@ for preset in release asan tsan; do
     scripts/build_preset.sh "$preset"
     run_tests "$preset"
 done
+
+scripts/setup_machine.sh windows
+scripts/build_preset.sh mingw
+WINEPREFIX=$PWD/build/wine run_tests mingw scripts/wine/with-wine.sh
 
 echo
 echo "$passed passed, $failed failed"

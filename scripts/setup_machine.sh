@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# Installs what is missing of packages.txt, as root or through sudo. Says nothing
-# and touches nothing when all of it is there.
+# setup_machine.sh [windows]: installs what is missing of packages.txt, and with "windows"
+# of packages-windows.txt too, as root or through sudo. Says nothing and touches nothing
+# when all of it is there.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
-wanted() { sed -e 's/#.*//' packages.txt | awk 'NF { print $1 }'; }
+lists=(packages.txt ${1:+"packages-$1.txt"})
+
+wanted() { sed -e 's/#.*//' "${lists[@]}" | awk 'NF { print $1 }'; }
 
 missing() {
     local installed
@@ -26,7 +29,7 @@ as_root() {
 }
 
 if ! command -v dpkg-query >/dev/null; then
-    echo "setup: no dpkg on this machine; install by hand what scripts/packages.txt lists" >&2
+    echo "setup: no dpkg on this machine; install by hand what scripts/${lists[*]} lists" >&2
     exit 0
 fi
 
