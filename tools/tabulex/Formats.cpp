@@ -61,10 +61,13 @@ LONGLONG MillisecondsOf(DATE date)
 bool AppendShortDecimal(std::string& out, double value)
 {
     constexpr double kScale = 1e5; // five decimals
-    const double scaled = std::nearbyint(value * kScale);
-    if (!(std::abs(scaled) < 1e15) || scaled / kScale != value || scaled == 0)
+    const double scaled = std::abs(value) * kScale;
+    if (!(scaled < 1e15))
         return false;
-    auto n = static_cast<ULONGLONG>(std::abs(scaled));
+    // Cutting a sum rounds, and is an instruction where std::nearbyint may be a long call.
+    auto n = static_cast<LONGLONG>(scaled + 0.5);
+    if (n == 0 || static_cast<double>(n) / kScale != std::abs(value))
+        return false;
     char text[24];
     char* const end = text + sizeof text; // filled from its end
     char* at = end;
