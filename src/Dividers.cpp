@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <optional>
 
+#include "src/NumberText.h"
+
 namespace Hesperon::specifics {
 namespace {
 
 constexpr std::size_t kBlankRank = 1;
-
-bool IsDigit(OLECHAR c)
-{
-    return c >= '0' && c <= '9';
-}
 
 struct Ranking
 {

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "diagnostics/FaultmereClient.h"
+#include "src/TextSets.h"
 
 namespace Hesperon::specifics {
 namespace {
@@ -87,11 +88,6 @@ TemplateGuess NumberGuess(unsigned uiType, bool bTakes, const std::set<int>& exc
     if (!bTakes || excluded.contains(0))
         return {};
     return {uiType, string_t(NumberTemplate(uiType)), 0};
-}
-
-bool ConsistsOf(string_view_t sText, string_view_t sSet)
-{
-    return sText.find_first_not_of(sSet) == sText.npos;
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include "platform/CodePage.h"
 #include "src/IQDParseImpl.h"
+#include "src/TextSets.h"
 
 namespace Hesperon::specifics {
 namespace {
@@ -59,11 +60,6 @@ string_view_t Trimmed(string_view_t s)
     while (!s.empty() && IsBlank(s.back()))
         s.remove_suffix(1);
     return s;
-}
-
-bool ConsistsOf(string_view_t s, string_view_t sSet)
-{
-    return s.find_first_not_of(sSet) == s.npos;
 }
 
 bool LooksLikeData(string_view_t sField)

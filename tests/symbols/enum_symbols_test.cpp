@@ -1,7 +1,10 @@
 // Enumerations of files on disk, on the thread that serves them.
 
+#include <chrono>
+#include <filesystem>
 #include <random>
 #include <set>
+#include <thread>
 
 #include "src/AsyncTransactionPool.h"
 #include "src/SymbolEnumeratorHost.h"
@@ -195,12 +198,18 @@ TEST_F(EnumSymbolsTest, AFileThatIsGoneHasNoSymbols)
     ASSERT_EQ(Enumerate(*receiver.get(), 1), S_OK);
     ASSERT_TRUE(held.inside.Wait(kPatience));
     const auto second = NewReceiver();
+    std::filesystem::path path;
     {
         const TempFile file(Bars({"GE", "IBM"}));
+        path = file.Name();
         ASSERT_EQ(Open(*parser.get(), file), S_OK);
         ASSERT_EQ(Enumerate(*second.get(), 2), S_OK);
         parser.reset();
     }
+    // A file that is removed may stay until its worker has closed it.
+    for (int i = 0; i < 2000 && std::filesystem::exists(path); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    ASSERT_FALSE(std::filesystem::exists(path));
     held.go.Set();
     ASSERT_TRUE(second->ended.Wait(kPatience));
     EXPECT_THAT(second->symbols, IsEmpty());
