@@ -45,8 +45,8 @@ template <class Derived, class... Bases>
 class ComObject : public Bases...
 {
 public:
-    ComObject() { LockModule(); }
-    virtual ~ComObject() { UnlockModule(); }
+    ComObject() = default;
+    virtual ~ComObject() = default;
     ComObject(const ComObject&) = delete;
     ComObject& operator=(const ComObject&) = delete;
 
@@ -107,6 +107,7 @@ private:
         return true;
     }
 
+    const ModuleLock m_moduleLock;
     std::atomic<ULONG> m_nRefs = 0;
 };
 

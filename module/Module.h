@@ -5,10 +5,20 @@
 
 #include "platform/component.h"
 
-// Every living object, and every lock of a class factory, counts once.
+// Every living object and window, and every lock of a class factory, counts once.
 void LockModule();
 void UnlockModule();
 LONG ModuleLockCount();
+
+// Counts as long as it lives.
+class ModuleLock
+{
+public:
+    ModuleLock() { LockModule(); }
+    ~ModuleLock() { UnlockModule(); }
+    ModuleLock(const ModuleLock&) = delete;
+    ModuleLock& operator=(const ModuleLock&) = delete;
+};
 
 struct ObjectMapEntry
 {

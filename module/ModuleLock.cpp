@@ -1,4 +1,4 @@
-// The count that keeps the library loaded: objects, and locks of class factories.
+// The count that keeps the library loaded.
 
 #include <atomic>
 

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "interfaces/IqrlTabulexDataSink.h"
+#include "module/Module.h"
 #include "platform/MessageWindow.h"
 #include "platform/com_ptr.h"
 
@@ -32,6 +33,7 @@ private:
     void OnFinalMessage() override { delete this; }
     void End(bool bCommit);
 
+    const ModuleLock m_moduleLock; // it may outlive all objects until its thread dispatches
     Sink m_pSink;
 };
 

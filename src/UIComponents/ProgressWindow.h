@@ -8,6 +8,7 @@
 
 #include <memory>
 
+#include "module/Module.h"
 #include "src/UIComponents/ProgressState.h"
 #include "src/UIComponents/ProgressView.h"
 
@@ -55,6 +56,7 @@ private:
     void Cancel();
     void SetText(ProgressControl control, const string_t& sText);
 
+    const ModuleLock m_moduleLock; // it may outlive its box until its thread dispatches
     const std::shared_ptr<CProgressState> m_pState;
     WindowHandle m_hWnd = 0; // stays when the window has gone
     ProgressViewPtr m_pView;

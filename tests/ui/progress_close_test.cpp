@@ -45,6 +45,17 @@ TEST_F(ProgressClose, AButtonMayBePressedWhileTheBoxOpens)
     EXPECT_EQ(parser->m_nAborts, 1);
 }
 
+TEST_F(ProgressClose, TheWindowKeepsTheLibraryUntilItsThreadDispatches)
+{
+    const LONG nLocks = ModuleLockCount();
+    std::thread([this] { EXPECT_EQ(box->Close(), S_OK); }).join();
+    EXPECT_EQ(ModuleLockCount(), nLocks);
+    box.reset();
+    EXPECT_EQ(ModuleLockCount(), nLocks - 1);
+    Drain();
+    EXPECT_EQ(ModuleLockCount(), nLocks - 2);
+}
+
 // The window stands till its thread dispatches, but is the box's no more.
 TEST_F(ProgressClose, ButtonsOfABoxThatWasClosedDoNothing)
 {

@@ -145,6 +145,15 @@ protected:
         return GetClassInfoExW(hModule, L"TabulexMessageWindow", &info) != 0;
     }
 
+    static bool OwnsAWindow()
+    {
+        HWND hWnd = nullptr;
+        do
+            hWnd = FindWindowExW(HWND_MESSAGE, hWnd, L"TabulexMessageWindow", nullptr);
+        while (hWnd && GetWindowThreadProcessId(hWnd, nullptr) != GetCurrentThreadId());
+        return hWnd != nullptr;
+    }
+
     const Quotes quotes;
 };
 
@@ -165,6 +174,24 @@ TEST_F(Dll, StaysWhileSomethingOfItLives)
         EXPECT_EQ(CanUnload(library), S_FALSE);
     }
     AwaitNothingLives(library);
+}
+
+// The session may be through long before the host dispatches what lets go of its window.
+TEST_F(Dll, StaysWhileAWindowOfItStands)
+{
+    const ComponentLibrary library;
+    ASSERT_TRUE(library);
+    for (int i = 0; i < 20; ++i) {
+        {
+            Host host(library, quotes);
+            host.EnumSymbols(true);
+        }
+        while (OwnsAWindow()) {
+            ASSERT_EQ(CanUnload(library), S_FALSE);
+            Dispatch();
+        }
+        AwaitNothingLives(library);
+    }
 }
 
 // Handles aren't compared: the compiler's library, which each load has for itself, keeps
