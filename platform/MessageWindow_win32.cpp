@@ -3,7 +3,9 @@
 #include "platform/MessageWindow.h"
 
 #include <algorithm>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 #include "platform/Module_win32.h"
 
@@ -26,44 +28,65 @@ MessageWindow* TargetOf(HWND hWnd)
     return reinterpret_cast<MessageWindow*>(GetWindowLongPtrW(hWnd, GWLP_USERDATA));
 }
 
-// Windows that the thread leaves behind would never hear of their end.
-void NTAPI OnThreadEnd(void*)
-{
-    HWND hWnd = nullptr;
-    while ((hWnd = FindWindowExW(HWND_MESSAGE, hWnd, kClassName, nullptr)) != nullptr) {
-        if (GetWindowThreadProcessId(hWnd, nullptr) != GetCurrentThreadId())
-            continue;
-        if (MessageWindow* pTarget = TargetOf(hWnd))
-            pTarget->Destroy();
-        hWnd = nullptr; // from the first one again
-    }
-}
-
-// The count of a thread's windows, in a slot that calls back when a thread ends with one
-// left; thread_local variables have gone by then. Given back with the module.
-class WindowCount
+// All windows with their threads. They aren't looked for among the system's: those of other
+// threads and programs come and go during a search, and end it early. A thread with windows
+// has a mark in a slot that calls back when the thread ends; thread_local variables have
+// gone by then.
+class WindowTable
 {
 public:
-    ~WindowCount() { FlsFree(m_nSlot); }
+    ~WindowTable() { FlsFree(m_nSlot); }
 
-    std::uintptr_t Get() const { return reinterpret_cast<std::uintptr_t>(FlsGetValue(m_nSlot)); }
-    void Add() { Set(Get() + 1); }
-    void Remove()
+    void Add(MessageWindow& window)
     {
-        if (const std::uintptr_t nWindows = Get())
-            Set(nWindows - 1);
+        const std::lock_guard lock(m_lock);
+        m_windows.push_back({&window, GetCurrentThreadId()});
+        FlsSetValue(m_nSlot, this);
+    }
+    void Remove(MessageWindow& window)
+    {
+        const std::lock_guard lock(m_lock);
+        std::erase_if(m_windows, [&](const Entry& entry) { return entry.pWindow == &window; });
+        if (OwnWindow() == m_windows.end())
+            FlsSetValue(m_nSlot, nullptr);
+    }
+
+    // Of the calling thread.
+    bool HasOwn() const { return FlsGetValue(m_nSlot) != nullptr; }
+    MessageWindow* AnyOwn()
+    {
+        const std::lock_guard lock(m_lock);
+        const auto at = OwnWindow();
+        return at == m_windows.end() ? nullptr : at->pWindow;
     }
 
 private:
-    void Set(std::uintptr_t n) { FlsSetValue(m_nSlot, reinterpret_cast<void*>(n)); }
+    struct Entry
+    {
+        MessageWindow* pWindow;
+        DWORD nThread;
+    };
 
-    DWORD m_nSlot = FlsAlloc(&OnThreadEnd);
+    std::vector<Entry>::iterator OwnWindow()
+    {
+        return std::ranges::find(m_windows, GetCurrentThreadId(), &Entry::nThread);
+    }
+
+    static void NTAPI OnThreadEnd(void* pTable)
+    {
+        while (MessageWindow* pWindow = static_cast<WindowTable*>(pTable)->AnyOwn())
+            pWindow->Destroy();
+    }
+
+    std::mutex m_lock;
+    std::vector<Entry> m_windows;
+    const DWORD m_nSlot = FlsAlloc(&OnThreadEnd);
 };
 
-WindowCount& Windows()
+WindowTable& Windows()
 {
-    static WindowCount count;
-    return count;
+    static WindowTable table;
+    return table;
 }
 
 } // namespace
@@ -127,7 +150,7 @@ WindowHandle MessageWindow::Create()
                                       ThisModule(), nullptr);
     if (!hWnd)
         return 0;
-    Windows().Add();
+    Windows().Add(*this);
     SetWindowLongPtrW(hWnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     m_handle = reinterpret_cast<WindowHandle>(hWnd);
     return m_handle;
@@ -139,7 +162,7 @@ void MessageWindow::Destroy()
         return;
     const HWND hWnd = AsWindow(std::exchange(m_handle, 0));
     SetWindowLongPtrW(hWnd, GWLP_USERDATA, 0);
-    Windows().Remove();
+    Windows().Remove(*this);
     DestroyWindow(hWnd);
     OnFinalMessage();
 }
@@ -267,5 +290,5 @@ void WaitPumping(Event& event)
 
 bool OwnsWindows()
 {
-    return Windows().Get() > 0;
+    return Windows().HasOwn();
 }

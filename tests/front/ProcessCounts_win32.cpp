@@ -9,6 +9,8 @@
 #include <tlhelp32.h>
 #include <winternl.h>
 
+#include "tests/windows/OwnWindows.h"
+
 namespace {
 
 std::size_t CountThreads()
@@ -22,19 +24,6 @@ std::size_t CountThreads()
     for (BOOL bMore = Thread32First(all.get(), &entry); bMore;
          bMore = Thread32Next(all.get(), &entry))
         n += entry.th32OwnerProcessID == GetCurrentProcessId();
-    return n;
-}
-
-std::size_t CountWindows()
-{
-    std::size_t n = 0;
-    HWND hWnd = nullptr;
-    while ((hWnd = FindWindowExW(HWND_MESSAGE, hWnd, L"TabulexMessageWindow", nullptr)) !=
-           nullptr) {
-        DWORD nProcess = 0;
-        GetWindowThreadProcessId(hWnd, &nProcess);
-        n += nProcess == GetCurrentProcessId();
-    }
     return n;
 }
 
@@ -79,5 +68,5 @@ std::size_t CountHandles()
 
 ProcessCounts CountProcess()
 {
-    return {CountThreads(), CountWindows(), CountHandles()};
+    return {CountThreads(), OwnMessageWindows().size(), CountHandles()};
 }

@@ -158,6 +158,29 @@ TEST(MessageWindow, GoesWithItsThread)
     EXPECT_FALSE(IsLiveWindow(hWnd));
 }
 
+TEST(MessageWindow, GoesWithItsThreadWhileOthersComeAndGo)
+{
+    std::atomic<bool> done = false;
+    std::vector<std::thread> others;
+    for (int i = 0; i < 4; ++i)
+        others.emplace_back([&] {
+            while (!done)
+                Recorder().Create();
+        });
+    for (int i = 0; i < 200; ++i) {
+        bool bGone = false;
+        Recorder window(&bGone);
+        std::thread([&] {
+            window.Create();
+            std::this_thread::sleep_for(1ms);
+        }).join();
+        EXPECT_TRUE(bGone) << i;
+    }
+    done = true;
+    for (std::thread& other : others)
+        other.join();
+}
+
 // A sends to B, whose handler sends back to A: A handles that while it waits.
 TEST(MessageWindow, OfAThreadThatWaitsInASendIsServed)
 {

@@ -14,6 +14,7 @@
 #include "tests/front/Minutes.h"
 #include "tests/front/ProcessCounts.h"
 #include "tests/windows/ComponentLibrary.h"
+#include "tests/windows/OwnWindows.h"
 
 using namespace IQRL_TabulexConverter;
 
@@ -145,15 +146,6 @@ protected:
         return GetClassInfoExW(hModule, L"TabulexMessageWindow", &info) != 0;
     }
 
-    static bool OwnsAWindow()
-    {
-        HWND hWnd = nullptr;
-        do
-            hWnd = FindWindowExW(HWND_MESSAGE, hWnd, L"TabulexMessageWindow", nullptr);
-        while (hWnd && GetWindowThreadProcessId(hWnd, nullptr) != GetCurrentThreadId());
-        return hWnd != nullptr;
-    }
-
     const Quotes quotes;
 };
 
@@ -186,7 +178,7 @@ TEST_F(Dll, StaysWhileAWindowOfItStands)
             Host host(library, quotes);
             host.EnumSymbols(true);
         }
-        while (OwnsAWindow()) {
+        while (!OwnMessageWindows().empty()) {
             ASSERT_EQ(CanUnload(library), S_FALSE);
             Dispatch();
         }
