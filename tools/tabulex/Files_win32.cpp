@@ -56,11 +56,13 @@ bool IsWrittenDirectly(const std::string& path)
 }
 
 // Of the ways in which a pipe tells that its reader has gone, the runtime knows one; for the
-// others it has the errno that no sound write gives.
+// others it has an errno that no write to a pipe that stands gives.
 int WriteError(std::FILE* file)
 {
+    const int nError = errno;
     const auto hFile = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
-    return errno == EINVAL && GetFileType(hFile) == FILE_TYPE_PIPE ? EPIPE : errno;
+    const bool bPipe = GetFileType(hFile) == FILE_TYPE_PIPE;
+    return bPipe && (nError == EINVAL || nError == EBADF) ? EPIPE : nError;
 }
 
 // A file has them of its folder.
