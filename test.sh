@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Sets up a Debian 12 machine and runs every test: the optimised build, the build with
-# the address and undefined-behaviour sanitizers, and the tests that start threads
-# under the thread sanitizer. Ends with the number of tests passed and failed in all. The
-# Windows build has a command of its own: docs/windows.md.
+# the address and undefined-behaviour sanitizers, the tests that start threads under the
+# thread sanitizer, and the Windows build under Wine. Ends with the number of tests passed
+# and failed in all.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")"
@@ -45,6 +45,10 @@ for preset in release asan tsan; do
     scripts/build_preset.sh "$preset"
     run_tests "$preset"
 done
+
+scripts/setup_machine.sh windows
+scripts/build_preset.sh mingw
+WINEPREFIX=$PWD/build/wine run_tests mingw scripts/wine/with-wine.sh
 
 echo
 echo "$passed passed, $failed failed"
