@@ -53,6 +53,15 @@ private:
     BSTR m_p = nullptr;
 };
 
+// VariantClear for a value that is its owner's alone; most are plain numbers, which need no
+// call.
+inline void ClearValue(VARIANT& value)
+{
+    if (value.vt > VT_DATE && (value.vt < VT_I1 || value.vt > VT_UINT))
+        VariantClear(&value);
+    value.vt = VT_EMPTY;
+}
+
 class Variant : public VARIANT
 {
 public:
@@ -116,13 +125,7 @@ public:
     }
 
 private:
-    // Most values are plain numbers, which need no call.
-    void Free()
-    {
-        if (vt > VT_DATE && vt != VT_I8)
-            VariantClear(this);
-        vt = VT_EMPTY;
-    }
+    void Free() { ClearValue(*this); }
 };
 
 class SafeArray

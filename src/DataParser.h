@@ -28,6 +28,7 @@
 #include "platform/CriticalSection.h"
 #include "platform/Event.h"
 #include "platform/values.h"
+#include "src/BatchArray.h"
 #include "src/DateWithStatus.h"
 #include "src/Guarded.h"
 #include "src/IDataParserLock.h"
@@ -273,6 +274,7 @@ private:
     ULONGLONG m_nTotalRecords = 0; // lines of the file, read when the direction is inverted
     com_ptr<IDataParserEvents> m_pDataParserEvents; // null unless a run is on
     std::vector<Bstr> m_sTempRecords;               // lines of the batch; the worker's
+    CBatchArray m_batchArray;                       // the worker's
     Variant m_vTypeNames;                           // VT_ARRAY|VT_BSTR, never changes
     std::vector<ULONG> m_arFieldIndices;            // field of each delivered column
     SDateWithStatus m_dtStart, m_dtEnd;             // range of a conversion, inclusive

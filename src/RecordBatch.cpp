@@ -12,7 +12,8 @@ CRecordBatch::CRecordBatch(CDataParser& parser, ULONGLONG nLast,
                            IQRL_TabulexConverter::IRecordParser* pRecordParser,
                            IQRL_TabulexConverter::IDataParserEvents* pHost)
     : m_parser(parser), m_pRecordParser(pRecordParser), m_pHost(pHost),
-      m_nCount(parser.m_sTempRecords.size()), m_nFirst(nLast - m_nCount + 1),
+      m_array(parser.m_batchArray), m_nCount(parser.m_sTempRecords.size()),
+      m_nFirst(nLast - m_nCount + 1),
       // Without columns a batch ends the run, unless a check of a line says otherwise.
       m_hr(parser.m_arFieldIndices.empty() ? S_FALSE : S_OK)
 {
@@ -26,21 +27,13 @@ HRESULT CRecordBatch::Parse()
     ULONG nFields = 0;
     HRESULT hr = m_pRecordParser->get_FieldCount(&nFields);
     if (SUCCEEDED(hr))
-        hr = CreateArray();
+        hr = m_array.Prepare(static_cast<ULONG>(ColumnCount()), static_cast<ULONG>(m_nCount));
     if (FAILED(hr))
         return hr;
     m_cells.emplace(m_array.get());
     hr = ParseLines();
     m_cells.reset();
     return hr;
-}
-
-HRESULT CRecordBatch::CreateArray()
-{
-    SAFEARRAYBOUND bounds[] = {{static_cast<ULONG>(ColumnCount()), 0},
-                               {static_cast<ULONG>(m_nCount), 0}};
-    m_array = SafeArray(SafeArrayCreate(VT_VARIANT, 2, bounds));
-    return m_array ? S_OK : HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 HRESULT CRecordBatch::ParseLines()

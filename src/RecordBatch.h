@@ -13,7 +13,6 @@
 #include <optional>
 
 #include "src/DataParser.h"
-#include "src/LockedArray.h"
 
 namespace Hesperon::specifics {
 
@@ -41,7 +40,6 @@ private:
         Failed    // m_hr tells why
     };
 
-    HRESULT CreateArray();
     HRESULT ParseLines();
     Line ParseLine();
     Line ReadDateTime(SDateWithStatus& date);
@@ -76,12 +74,12 @@ private:
     CDataParser& m_parser;
     IQRL_TabulexConverter::IRecordParser* const m_pRecordParser;
     IQRL_TabulexConverter::IDataParserEvents* const m_pHost;
+    CBatchArray& m_array;
     const std::size_t m_nCount; // lines
     const ULONGLONG m_nFirst;   // position of the first line; wraps below 0
     std::size_t m_nRow = 0;     // row to fill: records that passed
     std::size_t m_nSkipped = 0; // lines rejected so far
     HRESULT m_hr;
-    SafeArray m_array; // column by record, columns running fastest
     std::optional<LockedArray<VARIANT>> m_cells;
     Variant m_vDateTime;
 };

@@ -305,6 +305,7 @@ HRESULT CDataParser::EndRun(Outcome outcome)
         pEvents->EndTransaction(SUCCEEDED(outcome.hr) ? VARIANT_TRUE : VARIANT_FALSE);
     m_run = {};
     m_bRunStale = true;
+    m_batchArray.Release();
     return outcome.hr == S_OK ? S_FALSE : outcome.hr;
 }
 

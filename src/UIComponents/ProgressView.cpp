@@ -41,12 +41,14 @@ void SetProgressViews(ProgressViewFactory pfnMake, void* pContext)
     g_factory = {pfnMake, pContext};
 }
 
-ProgressViewPtr MakeProgressView()
+ProgressViewPtr MakeHostProgressView()
 {
-    ProgressViewPtr pView(g_factory.pfnMake ? g_factory.pfnMake(g_factory.pContext) : nullptr);
-    if (!pView)
-        pView.reset(new CSilentView);
-    return pView;
+    return ProgressViewPtr(g_factory.pfnMake ? g_factory.pfnMake(g_factory.pContext) : nullptr);
+}
+
+ProgressViewPtr MakeSilentProgressView()
+{
+    return ProgressViewPtr(new CSilentView);
 }
 
 } // namespace Hesperon::specifics::UILayer

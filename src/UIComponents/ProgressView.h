@@ -22,7 +22,9 @@ using ProgressViewPtr = std::unique_ptr<IProgressView, ReleaseView>;
 // Null takes the host's factory away. Before boxes are shown.
 void SetProgressViews(ProgressViewFactory pfnMake, void* pContext);
 
-// A view for the calling thread, never null: the host's, else the system's own.
-ProgressViewPtr MakeProgressView();
+// The host's view for the calling thread; null where it has none.
+ProgressViewPtr MakeHostProgressView();
+// One that shows nothing and skips bad lines.
+ProgressViewPtr MakeSilentProgressView();
 
 } // namespace Hesperon::specifics::UILayer

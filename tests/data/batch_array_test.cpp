@@ -1,0 +1,71 @@
+// The array of a batch, which serves the next one too.
+
+#include <gtest/gtest.h>
+
+#include "src/BatchArray.h"
+
+using namespace Hesperon::specifics;
+
+namespace {
+
+std::span<VARIANT> Cells(const CBatchArray& array)
+{
+    return LockedArray<VARIANT>(array.get()).Elements();
+}
+
+TEST(BatchArray, ServesTheNextBatchOfItsShapeWithEmptyCells)
+{
+    CBatchArray array;
+    ASSERT_EQ(array.Prepare(2, 3), S_OK);
+    const SAFEARRAY* const pFirst = array.get();
+    VARIANT* const cells = Cells(array).data();
+    ASSERT_EQ(Cells(array).size(), 6u);
+    cells[0] = Variant::FromText(OLESTR("ABC")).detach();
+    cells[1] = Variant::FromDate(40000).detach();
+    cells[2].vt = VT_UI2;
+    cells[3] = Variant::FromArray(SafeArrayCreateVector(VT_I4, 0, 2), VT_I4).detach();
+    ASSERT_EQ(array.Prepare(2, 3), S_OK);
+    EXPECT_EQ(array.get(), pFirst);
+    for (const VARIANT& cell : Cells(array))
+        EXPECT_EQ(cell.vt, VT_EMPTY);
+}
+
+TEST(BatchArray, OfAnotherShapeIsMadeAnew)
+{
+    CBatchArray array;
+    for (const auto& [nColumns, nRecords] : {std::pair<ULONG, ULONG>{2, 3}, {3, 2}, {3, 1}}) {
+        ASSERT_EQ(array.Prepare(nColumns, nRecords), S_OK);
+        LONG nColumn = 0, nRecord = 0;
+        EXPECT_EQ(SafeArrayGetUBound(array.get(), 1, &nColumn), S_OK);
+        EXPECT_EQ(SafeArrayGetUBound(array.get(), 2, &nRecord), S_OK);
+        EXPECT_EQ(nColumn + 1, static_cast<LONG>(nColumns));
+        EXPECT_EQ(nRecord + 1, static_cast<LONG>(nRecords));
+    }
+}
+
+TEST(BatchArray, ThatWasCutIsMadeAnew)
+{
+    CBatchArray array;
+    ASSERT_EQ(array.Prepare(2, 3), S_OK);
+    SAFEARRAYBOUND records{2, 0};
+    ASSERT_EQ(SafeArrayRedim(array.get(), &records), S_OK);
+    ASSERT_EQ(array.Prepare(2, 3), S_OK);
+    EXPECT_EQ(Cells(array).size(), 6u);
+}
+
+// The system doesn't destroy such an array: it is the one's who holds it now.
+TEST(BatchArray, ThatSomebodyHoldsIsLeftToHim)
+{
+    CBatchArray array;
+    ASSERT_EQ(array.Prepare(1, 1), S_OK);
+    SAFEARRAY* const pHeld = array.get();
+    ASSERT_EQ(SafeArrayLock(pHeld), S_OK);
+    static_cast<VARIANT*>(pHeld->pvData)->vt = VT_I4;
+    ASSERT_EQ(array.Prepare(1, 1), S_OK);
+    EXPECT_NE(array.get(), pHeld);
+    EXPECT_EQ(static_cast<VARIANT*>(pHeld->pvData)->vt, VT_I4);
+    EXPECT_EQ(SafeArrayUnlock(pHeld), S_OK);
+    EXPECT_EQ(SafeArrayDestroy(pHeld), S_OK);
+}
+
+} // namespace
