@@ -56,7 +56,7 @@ HRESULT CProgressDlgNoHTML::Close()
 HRESULT CProgressDlgNoHTML::DoProgress(ULONGLONG nPos, ULONGLONG nMax)
 {
     const WindowHandle hWnd = m_pState->CurrentWindow().hWnd;
-    // To cross over costs as much as a batch of records.
+    // Nothing would show, and on some systems the crossing costs an eighth of a batch.
     if (hWnd && m_pState->m_bSilent)
         return S_OK;
     const bool bShown = SendWindowMessage(hWnd, kAdvanceMessage, reinterpret_cast<ULONG_PTR>(&nPos),
