@@ -1,7 +1,7 @@
 // CBatchArray: the array of the records of a batch, column by record, columns running fastest.
 //
-// It serves one batch after the other: 200 KB given back to the system and taken again for
-// each batch cost some 6 % of a conversion where pages are dear. Used by one thread.
+// It serves one batch after the other, so that 200 KB aren't given back to the system and
+// taken again for each. Used by one thread.
 #pragma once
 
 #include "platform/values.h"

@@ -56,9 +56,6 @@ HRESULT CProgressDlgNoHTML::Close()
 HRESULT CProgressDlgNoHTML::DoProgress(ULONGLONG nPos, ULONGLONG nMax)
 {
     const WindowHandle hWnd = m_pState->CurrentWindow().hWnd;
-    // Nothing would show, and on some systems the crossing costs an eighth of a batch.
-    if (hWnd && m_pState->m_bSilent)
-        return S_OK;
     const bool bShown = SendWindowMessage(hWnd, kAdvanceMessage, reinterpret_cast<ULONG_PTR>(&nPos),
                                           reinterpret_cast<LONG_PTR>(&nMax)) != 0;
     return bShown ? S_OK : S_FALSE;

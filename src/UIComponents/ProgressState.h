@@ -69,7 +69,6 @@ public:
     std::uint32_t ElapsedTime();
 
     std::function<std::uint32_t()> m_pfnTickCount = &TickCount; // put before the box is used
-    std::atomic<bool> m_bSilent = false;                        // the window has nothing to show
     std::atomic<bool> m_bSkipAll = false;
     std::atomic<HRESULT> m_nErrorResult = S_OK; // what an answered question gives
     CriticalSection m_questions;                // held while one is asked; taken first

@@ -41,14 +41,12 @@ void SetProgressViews(ProgressViewFactory pfnMake, void* pContext)
     g_factory = {pfnMake, pContext};
 }
 
-ProgressViewPtr MakeHostProgressView()
+ProgressViewPtr MakeProgressView()
 {
-    return ProgressViewPtr(g_factory.pfnMake ? g_factory.pfnMake(g_factory.pContext) : nullptr);
-}
-
-ProgressViewPtr MakeSilentProgressView()
-{
-    return ProgressViewPtr(new CSilentView);
+    ProgressViewPtr pView(g_factory.pfnMake ? g_factory.pfnMake(g_factory.pContext) : nullptr);
+    if (!pView)
+        pView.reset(new CSilentView);
+    return pView;
 }
 
 } // namespace Hesperon::specifics::UILayer

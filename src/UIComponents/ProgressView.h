@@ -22,9 +22,7 @@ using ProgressViewPtr = std::unique_ptr<IProgressView, ReleaseView>;
 // Null takes the host's factory away. Before boxes are shown.
 void SetProgressViews(ProgressViewFactory pfnMake, void* pContext);
 
-// The host's view for the calling thread; null where it has none.
-ProgressViewPtr MakeHostProgressView();
-// One that shows nothing and skips bad lines.
-ProgressViewPtr MakeSilentProgressView();
+// A view for the calling thread, never null: the host's, else the system's own.
+ProgressViewPtr MakeProgressView();
 
 } // namespace Hesperon::specifics::UILayer

@@ -29,10 +29,7 @@ HRESULT CProgressWindow::Open(const std::shared_ptr<CProgressState>& pState, LON
         return E_FAIL;
     if (!pState->TakeWindow(pWindow->m_hWnd))
         return S_FALSE;
-    pWindow->m_pView = MakeHostProgressView();
-    pState->m_bSilent = !pWindow->m_pView;
-    if (pState->m_bSilent)
-        pWindow->m_pView = MakeSilentProgressView();
+    pWindow->m_pView = MakeProgressView();
     pWindow->LayOutErrorSection();
     pWindow->SetText(ProgressFileName, pState->FileName());
     if (const string_t sTitle = pState->Title(); !sTitle.empty())

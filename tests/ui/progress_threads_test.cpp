@@ -156,17 +156,4 @@ TEST_F(ProgressThreads, ABoxThatGoesLeavesEveryQuestion)
     });
 }
 
-TEST_F(ProgressThreads, ABoxWithoutAViewKeepsNobodyWaiting)
-{
-    Open();
-    Close();
-    SetProgressViews(nullptr, nullptr);
-    EXPECT_EQ(box->DoProgress(1, 10), S_FALSE) << "no window";
-    ASSERT_EQ(box->ShowProgress(0), S_OK);
-    // This thread doesn't dispatch meanwhile.
-    std::thread([this] { EXPECT_EQ(box->DoProgress(1, 10), S_OK); }).join();
-    EXPECT_EQ(box->Close(), S_OK);
-    EXPECT_EQ(box->DoProgress(2, 10), S_FALSE);
-}
-
 } // namespace
