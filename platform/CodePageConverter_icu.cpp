@@ -7,12 +7,13 @@
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_cb.h>
 
+#include "platform/AsciiText.h"
 #include "platform/CodePageNames_icu.h"
 
 namespace {
 
 constexpr OLECHAR kReplacement = 0xFFFD;
-constexpr std::size_t kBlock = 16; // units widened at once, a multiple of any vector
+constexpr std::size_t kRoom = 16; // units above a byte each, for marks and pairs
 
 extern "C" {
 
@@ -75,38 +76,6 @@ OLECHAR UnitOfByte(UConverter* converter, int nByte)
     ucnv_resetToUnicode(converter);
     const int32_t n = ucnv_toUChars(converter, units, 8, &byte, 1, &status);
     return U_SUCCESS(status) && n == 1 ? units[0] : kReplacement;
-}
-
-// Bytes in front that are below 0x80.
-std::size_t AsciiPrefix(std::string_view bytes)
-{
-    constexpr std::uint64_t kHighBits = 0x8080808080808080;
-    std::size_t n = 0;
-    for (; n + sizeof(std::uint64_t) <= bytes.size(); n += sizeof(std::uint64_t)) {
-        std::uint64_t word;
-        std::memcpy(&word, bytes.data() + n, sizeof word);
-        if (word & kHighBits)
-            break;
-    }
-    while (n < bytes.size() && static_cast<unsigned char>(bytes[n]) < 0x80)
-        ++n;
-    return n;
-}
-
-// Blocks of a fixed size that share no memory with the target, since the compiler
-// vectorises those at any level.
-void AppendAscii(std::string_view bytes, string_t& out)
-{
-    const std::size_t nStart = out.size();
-    out.resize(nStart + bytes.size());
-    OLECHAR* to = out.data() + nStart;
-    for (; bytes.size() >= kBlock; bytes.remove_prefix(kBlock), to += kBlock) {
-        unsigned char block[kBlock];
-        std::memcpy(block, bytes.data(), kBlock);
-        for (std::size_t n = 0; n < kBlock; ++n)
-            to[n] = block[n];
-    }
-    std::copy(bytes.begin(), bytes.end(), to);
 }
 
 struct Node
@@ -202,7 +171,7 @@ void CodePageConverter::DecodeByConverter(std::string_view bytes, string_t& out)
     while (status == U_BUFFER_OVERFLOW_ERROR) {
         status = U_ZERO_ERROR;
         const char* end = bytes.data() + bytes.size();
-        out.resize(nUsed + static_cast<std::size_t>(end - from) + kBlock);
+        out.resize(nUsed + static_cast<std::size_t>(end - from) + kRoom);
         UChar* to = out.data() + nUsed;
         ucnv_toUnicode(converter, &to, out.data() + out.size(), &from, end, nullptr, true, &status);
         nUsed = static_cast<std::size_t>(to - out.data());
@@ -243,7 +212,7 @@ std::string CodePageConverter::EncodeByConverter(string_view_t text) const
     while (status == U_BUFFER_OVERFLOW_ERROR) {
         status = U_ZERO_ERROR;
         const UChar* end = text.data() + text.size();
-        bytes.resize(nUsed + static_cast<std::size_t>(end - from) * 3 + kBlock);
+        bytes.resize(nUsed + static_cast<std::size_t>(end - from) * 3 + kRoom);
         char* to = bytes.data() + nUsed;
         ucnv_fromUnicode(converter, &to, bytes.data() + bytes.size(), &from, end, nullptr, true,
                          &status);

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
+#include <string_view>
 
+#include "platform/AsciiText.h"
 #include "platform/CodePageDetection_win32.h"
 #include "platform/CodePageNames.h"
 #include "platform/com_ptr.h"
@@ -24,6 +27,42 @@ UINT PageOf(UINT nCodePage)
     if (nCodePage == kAnsiCodePage)
         return AnsiCodePage();
     return IsValidCodePage(nCodePage) ? nCodePage : kLatinCodePage;
+}
+
+void AppendDecoded(UINT nPage, std::string_view bytes, string_t& out)
+{
+    if (bytes.empty())
+        return;
+    const std::size_t nBefore = out.size();
+    const auto nBytes = static_cast<int>(bytes.size());
+    out.resize(nBefore + bytes.size()); // a byte gives a unit at most
+    const int nUnits =
+        MultiByteToWideChar(nPage, 0, bytes.data(), nBytes, out.data() + nBefore, nBytes);
+    out.resize(nBefore + static_cast<std::size_t>(std::max(nUnits, 0)));
+}
+
+// Not so for EBCDIC, and for pages whose ASCII bytes also spell other characters.
+bool HasAsciiBytes(UINT nPage)
+{
+    std::string bytes;
+    for (int n = 0; n < 0x80; ++n)
+        bytes.push_back(static_cast<char>(n));
+    string_t decoded;
+    AppendDecoded(nPage, bytes, decoded);
+    return std::ranges::equal(decoded, bytes);
+}
+
+// Bytes below 0x80 in front of others are ASCII. The answer for the last page is kept, with
+// the page's number above it: a process reads nearly all in one.
+bool StartsInAscii(UINT nPage)
+{
+    static std::atomic<std::uint64_t> last = 0;
+    std::uint64_t answer = last;
+    if (answer >> 1 != nPage) {
+        answer = std::uint64_t{nPage} << 1 | (HasAsciiBytes(nPage) ? 1 : 0);
+        last = answer;
+    }
+    return (answer & 1) != 0;
 }
 
 // Names in use beside the registered ones.
@@ -63,14 +102,10 @@ UINT CodePageByName(std::string_view name)
 
 void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out)
 {
-    if (bytes.empty())
-        return;
-    const std::size_t nBefore = out.size();
-    const auto nBytes = static_cast<int>(bytes.size());
-    out.resize(nBefore + bytes.size()); // a byte gives a unit at most
-    const int nUnits = MultiByteToWideChar(PageOf(nCodePage), 0, bytes.data(), nBytes,
-                                           out.data() + nBefore, nBytes);
-    out.resize(nBefore + static_cast<std::size_t>(std::max(nUnits, 0)));
+    const UINT nPage = PageOf(nCodePage);
+    const std::size_t nAscii = StartsInAscii(nPage) ? AsciiPrefix(bytes) : 0;
+    AppendAscii(bytes.substr(0, nAscii), out);
+    AppendDecoded(nPage, bytes.substr(nAscii), out);
 }
 
 // A character doesn't become another one that looks like it; pages that hold all characters

@@ -40,7 +40,7 @@ void* DynamicLibrary::Find(const char* szEntry) const
 
 std::string LibraryFileName(std::string_view sStem)
 {
-    return std::string(sStem) + ".dll";
+    return std::string(sStem).append(".dll");
 }
 
 std::string RegisteredServerPath(std::string_view sClassId)

@@ -240,24 +240,33 @@ Event::Timeout Left(Event::Timeout timeout, Clock::time_point tStart)
     return std::max(*timeout - passed, milliseconds(0));
 }
 
+// Also over what has been looked at and left in the queue.
+void WaitForInput(Event::Timeout timeout)
+{
+    if (timeout && timeout->count() == 0)
+        return;
+    const DWORD nWait =
+        timeout ? static_cast<DWORD>(std::min<LONGLONG>(timeout->count(), INFINITE - 1)) : INFINITE;
+    MsgWaitForMultipleObjectsEx(0, nullptr, nWait, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+}
+
 } // namespace
 
+// Waits ahead of looking: a look at an empty queue costs nearly as much as a message.
 unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout)
 {
     const auto tStart = Clock::now();
     for (;;) {
+        const Event::Timeout left = Left(timeout, tStart);
+        WaitForInput(left);
         const unsigned nBefore = t_nHandled;
         QuitRequest quit;
         const bool bAny = DispatchAll(quit);
         quit.GiveBack();
         if (bAny)
             return std::max(t_nHandled - nBefore, 1u);
-        const Event::Timeout left = Left(timeout, tStart);
         if (left && left->count() == 0)
             return 0;
-        const DWORD nWait =
-            left ? static_cast<DWORD>(std::min<LONGLONG>(left->count(), INFINITE - 1)) : INFINITE;
-        MsgWaitForMultipleObjects(0, nullptr, FALSE, nWait, QS_ALLINPUT);
     }
 }
 

@@ -33,6 +33,7 @@
 #include "src/Guarded.h"
 #include "src/IDataParserLock.h"
 #include "src/IFileHandler.h"
+#include "src/ILineReader.h"
 #include "src/Proxies.h"
 #include "src/RecordParserProxy.h"
 
@@ -151,10 +152,10 @@ private:
     struct Run
     {
         com_ptr<IDataParserEvents> pEvents;
-        com_ptr<IFileHandler> pFileHandler;
+        com_ptr<ILineReader> pLines;
         com_ptr<IRecordParser> pRecordParser;
 
-        bool IsComplete() const { return pEvents && pFileHandler && pRecordParser; }
+        bool IsComplete() const { return pEvents && pLines && pRecordParser; }
     };
 
     // Runs a call under the lock and without exceptions.
@@ -273,7 +274,7 @@ private:
     bool m_bInvertedDirection = false;
     ULONGLONG m_nTotalRecords = 0; // lines of the file, read when the direction is inverted
     com_ptr<IDataParserEvents> m_pDataParserEvents; // null unless a run is on
-    std::vector<Bstr> m_sTempRecords;               // lines of the batch; the worker's
+    CLineBuffer m_sTempRecords;                     // lines of the batch; the worker's
     CBatchArray m_batchArray;                       // the worker's
     Variant m_vTypeNames;                           // VT_ARRAY|VT_BSTR, never changes
     std::vector<ULONG> m_arFieldIndices;            // field of each delivered column

@@ -129,7 +129,7 @@ try {
     if (FAILED(query(pObject, pParser)))
         return;
     Bstr bsRecord;
-    ReadRecord(0, bsRecord.put());
+    ReadRecord(0, [&](string_view_t text) { bsRecord = Bstr(text); });
     pParser->Parse(bsRecord.get());
 } catch (const std::invalid_argument&) {
     // The parser hears of the file's failure when it reads itself.
@@ -170,15 +170,6 @@ void CFileHandler::Queue(SPendingRequest::Kind kind, IUnknown* pObject, ULONGLON
         m_requests.Add(nKey, kind, pObject);
     }
     m_hRequest.Set();
-}
-
-bool CFileHandler::ReadRecord(ULONGLONG nIndex, BSTR* bsRecord)
-{
-    LockGuard lock(m_lock);
-    if (!m_index.GetRecord(m_sText, nIndex))
-        return false;
-    *bsRecord = NewBstr(m_sText);
-    return true;
 }
 
 } // namespace Hesperon::specifics

@@ -21,6 +21,7 @@
 #include "src/FileConversions.h"
 #include "src/FileRequests.h"
 #include "src/IFileHandler.h"
+#include "src/ILineReader.h"
 #include "src/LineIndex.h"
 
 namespace Hesperon::specifics {
@@ -81,7 +82,16 @@ private:
 
     ULONGLONG CountLocked();
     void Queue(SPendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey);
-    bool ReadRecord(ULONGLONG nIndex, BSTR* bsRecord);
+    // Hands over the text of the line, under the lock; false: there is no such line.
+    template <class Take>
+    bool ReadRecord(ULONGLONG nIndex, Take take)
+    {
+        LockGuard lock(m_lock);
+        if (!m_index.GetRecord(m_sText, nIndex))
+            return false;
+        take(string_view_t(m_sText));
+        return true;
+    }
 
     string_t m_sFileName;                // set before the proxy is there
     FileHandlerCall m_RemoveFileHandler; // likewise
@@ -106,7 +116,7 @@ private:
 //
 // It begins unreferenced. Its last Release stops the worker, takes the name out of
 // the pool and deletes the proxy; from then on AddRef refuses with 0.
-class CFileHandler::CProxy final : public IFileHandler
+class CFileHandler::CProxy final : public IFileHandler, public ILineReader
 {
 public:
     explicit CProxy(std::shared_ptr<CFileHandler> pHandler) : m_pHandler(std::move(pHandler)) {}
@@ -128,6 +138,9 @@ public:
     HRESULT STDMETHODCALLTYPE RefreshFileSize() override;
     HRESULT STDMETHODCALLTYPE Invalidate(VARIANT_BOOL bErase) override;
     HRESULT STDMETHODCALLTYPE GetApproxCount(ULONGLONG* nCount) override;
+
+    HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG nLocale,
+                                           CLineBuffer& lines) override;
 
 private:
     static constexpr ULONG kGone = 0x80000000;

@@ -26,9 +26,12 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueryInterface(REFIID riid, void
     if (!ppvObject)
         return E_POINTER;
     *ppvObject = nullptr;
-    if (!(riid == iid_of<IFileHandler>))
+    if (riid == iid_of<IFileHandler>)
+        *ppvObject = static_cast<IFileHandler*>(this);
+    else if (riid == iid_of<ILineReader>)
+        *ppvObject = static_cast<ILineReader*>(this);
+    else
         return E_NOINTERFACE;
-    *ppvObject = static_cast<IFileHandler*>(this);
     AddRef();
     return S_OK;
 }
@@ -93,7 +96,15 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetRecord(ULONGLONG nIndex, ULON
     if (!bsRecord)
         return E_POINTER;
     *bsRecord = nullptr;
-    return m_pHandler->ReadRecord(nIndex, bsRecord) ? S_OK : E_FAIL;
+    const auto give = [&](string_view_t text) { *bsRecord = NewBstr(text); };
+    return m_pHandler->ReadRecord(nIndex, give) ? S_OK : E_FAIL;
+}
+
+HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::AppendRecord(ULONGLONG nIndex, ULONG,
+                                                             CLineBuffer& lines)
+{
+    const auto append = [&](string_view_t text) { lines.Add(text); };
+    return m_pHandler->ReadRecord(nIndex, append) ? S_OK : E_FAIL;
 }
 
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::SeekRecord(ULONGLONG nIndex)

@@ -226,14 +226,27 @@ HRESULT CDataField::ComputeValue()
     return S_OK;
 }
 
-// A day 0 (a template without days) and a 29 February that the year doesn't have
-// roll into the neighbouring month.
+// The bars of a day follow each other, so most dates are that of the line before.
 DATE CDataField::ComputeDate()
 {
+    const SDay day{static_cast<WORD>(m_vars.IntegerOr0(OLESTR('y'))),
+                   static_cast<WORD>(m_vars.IntegerOr0(OLESTR('m'))),
+                   static_cast<WORD>(m_vars.IntegerOr0(OLESTR('d')))};
+    if (day != m_lastDay) {
+        m_lastDate = DateOf(day);
+        m_lastDay = day;
+    }
+    return m_lastDate;
+}
+
+// A day 0 (a template without days) and a 29 February that the year doesn't have
+// roll into the neighbouring month.
+DATE CDataField::DateOf(SDay day)
+{
     SYSTEMTIME time{};
-    time.wDay = static_cast<WORD>(m_vars.IntegerOr0(OLESTR('d')));
-    time.wMonth = static_cast<WORD>(m_vars.IntegerOr0(OLESTR('m')));
-    time.wYear = static_cast<WORD>(m_vars.IntegerOr0(OLESTR('y')));
+    time.wDay = day.nDay;
+    time.wMonth = day.nMonth;
+    time.wYear = day.nYear;
     DATE date = 0;
     SystemTimeToVariantTime(&time, &date);
     return std::trunc(date);

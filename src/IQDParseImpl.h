@@ -75,6 +75,12 @@ public:
     void Swap(CDataField& other);
 
 private:
+    struct SDay
+    {
+        WORD nYear = 0, nMonth = 0, nDay = 0;
+        bool operator==(const SDay&) const = default;
+    };
+
     HRESULT ComputeAndGetValue(VARIANT* pVar);
     void StoreTemplate(string_view_t sTemplate);
     void Rebuild();
@@ -87,6 +93,7 @@ private:
     bool IsTimeInRange();
     HRESULT ComputeValue();
     DATE ComputeDate();
+    static DATE DateOf(SDay day);
     DATE ComputeTime();
 
     string_t m_szTemplate; // as set, whatever the type makes of it
@@ -95,6 +102,8 @@ private:
     unsigned m_uiType = 1;
     bool m_bValid = false;
     VARIANT m_value{}; // VT_EMPTY until asked for; never a kind that owns memory
+    SDay m_lastDay;    // of the last date worked out
+    DATE m_lastDate = 0;
 };
 
 // ---- tests of a text ---------------------------------------------------------

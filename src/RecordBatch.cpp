@@ -74,9 +74,9 @@ HRESULT CRecordBatch::Deliver()
 
 CRecordBatch::Line CRecordBatch::ParseLine()
 {
-    Assert(!CurrentLine().view().empty(), "!m_sTempRecords[n + nSkipRecordCount].IsEmpty()");
+    Assert(SysStringLen(CurrentLine()) != 0, "!m_sTempRecords[n + nSkipRecordCount].IsEmpty()");
     // A line that doesn't parse shows in its date and its fields.
-    m_pRecordParser->Parse(CurrentLine().get());
+    m_pRecordParser->Parse(CurrentLine());
 
     SDateWithStatus date;
     Line line = ReadDateTime(date);
@@ -114,8 +114,7 @@ CRecordBatch::Line CRecordBatch::CheckOrder()
 CRecordBatch::Line CRecordBatch::CheckSymbol(bool& bNewSymbol)
 {
     Bstr sSymbol;
-    m_hr =
-        m_pRecordParser->GetFieldText(CurrentLine().get(), m_parser.m_nSymbolField, sSymbol.put());
+    m_hr = m_pRecordParser->GetFieldText(CurrentLine(), m_parser.m_nSymbolField, sSymbol.put());
     if (FAILED(m_hr))
         return Line::Failed;
     const Bstr& sFilter = m_parser.m_sSymbolName;

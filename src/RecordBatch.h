@@ -49,7 +49,8 @@ private:
     Line CheckRange(const SDateWithStatus& date);
     Line FillRow();
 
-    const Bstr& CurrentLine() const { return m_parser.m_sTempRecords[m_nRow + m_nSkipped]; }
+    // Of the buffer; to be read only.
+    BSTR CurrentLine() const { return m_parser.m_sTempRecords[m_nRow + m_nSkipped]; }
     std::size_t ColumnCount() const { return m_parser.m_arFieldIndices.size(); }
     bool IsFirstOfRun() const { return LowDayBits(m_parser.m_dtLast.date) == 0xFFFF; }
 

@@ -137,7 +137,6 @@ HRESULT CDataParser::ResetRun()
         return hr;
     if (!m_pFileHandler)
         return E_INVALIDARG;
-    m_sTempRecords.reserve(kBatchSize);
     m_dtLast = {};
     m_nLastSymbolHash = ~0ull;
     m_nSymbolField = kNoField;
@@ -228,7 +227,7 @@ bool CDataParser::RefreshRun()
     if (m_bRunStale) {
         Run old = std::move(m_run);
         LockGuard lock(m_lock);
-        m_run = {m_pDataParserEvents, m_pFileHandler, m_pRecordParser};
+        m_run = {m_pDataParserEvents, m_pFileHandler.as<ILineReader>(), m_pRecordParser};
         m_bRunStale = false;
     }
     return m_run.IsComplete();
@@ -236,20 +235,16 @@ bool CDataParser::RefreshRun()
 
 // A failure is how the end of the file shows.
 HRESULT CDataParser::ReadLine(ULONGLONG nIndex)
-{
-    Bstr sRecord;
-    try {
-        const HRESULT hr = m_run.pFileHandler->GetRecord(LineOf(nIndex), m_nLocale, sRecord.put());
-        if (FAILED(hr))
-            return hr;
-        Assert(!sRecord.view().empty(), "*bsRecord");
-        m_sTempRecords.push_back(std::move(sRecord));
-        Assert(!m_sTempRecords.back().view().empty(),
-               "!m_sTempRecords[ m_sTempRecords.GetCount() - 1 ].IsEmpty()");
+try {
+    const HRESULT hr = m_run.pLines->AppendRecord(LineOf(nIndex), m_nLocale, m_sTempRecords);
+    if (FAILED(hr))
         return hr;
-    } catch (...) {
-        return E_FAIL;
-    }
+    const bool bHasText = SysStringLen(m_sTempRecords.back()) != 0;
+    Assert(bHasText, "*bsRecord");
+    Assert(bHasText, "!m_sTempRecords[ m_sTempRecords.GetCount() - 1 ].IsEmpty()");
+    return hr;
+} catch (...) {
+    return E_FAIL;
 }
 
 bool CDataParser::IsLastPosition(ULONGLONG nIndex) const
@@ -293,7 +288,7 @@ CDataParser::Outcome CDataParser::InternalProcessRecords(ULONGLONG nLast,
 // The worker stops for any result but S_OK, so an end that went well is S_FALSE.
 HRESULT CDataParser::EndRun(Outcome outcome)
 {
-    m_sTempRecords.clear();
+    m_sTempRecords.Release();
     // A sink that knows is let go of, unless an abort, which has set its event and
     // waits for the lock, is going to tell it.
     const bool bLeave = outcome.bSinkKnows && m_hAbortEvent.Wait(std::chrono::milliseconds(0));

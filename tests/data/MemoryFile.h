@@ -11,9 +11,10 @@
 #include "module/ComObject.h"
 #include "platform/values.h"
 #include "src/IFileHandler.h"
+#include "src/ILineReader.h"
 #include "tests/data/Text.h"
 
-class MemoryFile : public ComObject<MemoryFile, IFileHandler>
+class MemoryFile : public ComObject<MemoryFile, IFileHandler, ILineReader>
 {
 public:
     std::vector<std::string> lines;
@@ -78,6 +79,15 @@ public:
             return E_FAIL;
         *bsRecord = NewBstr(Wide(lines[nIndex]));
         return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG nLocale,
+                                           Hesperon::specifics::CLineBuffer& buffer) override
+    {
+        Bstr sRecord;
+        const HRESULT hr = GetRecord(nIndex, nLocale, sRecord.put());
+        if (SUCCEEDED(hr))
+            buffer.Add(sRecord.view());
+        return hr;
     }
     HRESULT STDMETHODCALLTYPE SeekRecord(ULONGLONG nIndex) override
     {

@@ -196,7 +196,7 @@ TEST_F(ObjectsTest, CloneHasTheSettingsAndTheFileAndARecordParserOfItsOwn)
     parser->put_DisableErrorNotify(VARIANT_TRUE);
     parser->put_AutoDetectCodePage(VARIANT_TRUE);
     Access::PutDates(*parser.get(), 3, 5);
-    const ULONG nFileRefs = RefsOf(file.get());
+    const ULONG nFileRefs = RefsOf(static_cast<IFileHandler*>(file.get()));
     const auto clone = CloneOf(*parser.get());
 
     Bstr sSymbol;
@@ -224,7 +224,7 @@ TEST_F(ObjectsTest, CloneHasTheSettingsAndTheFileAndARecordParserOfItsOwn)
     EXPECT_EQ(end.date, 5);
     EXPECT_EQ(bDisabled, VARIANT_FALSE);
     EXPECT_EQ(bDetect, VARIANT_FALSE);
-    EXPECT_EQ(RefsOf(file.get()), nFileRefs + 1);
+    EXPECT_EQ(RefsOf(static_cast<IFileHandler*>(file.get())), nFileRefs + 1);
     const auto pParser = RecordParserOf(*clone.get());
     EXPECT_NE(pParser.get(), static_cast<IRecordParser*>(records.get()));
     Bstr sRecord;

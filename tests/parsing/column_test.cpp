@@ -45,6 +45,19 @@ TEST(NumberColumn, KeepsTheLastNumberWhenATextIsRefused)
     }
 }
 
+TEST(DateColumn, ReadsEachDayWhateverCameBefore)
+{
+    constexpr string_view_t kTemplate = OLESTR("*y/*m/*d");
+    CDataField field = Column(TypeDate, kTemplate);
+    for (const string_view_t sText :
+         {OLESTR("2004/2/29"), OLESTR("2004/2/29"), OLESTR("2004/3/29"), OLESTR("2003/3/29"),
+          OLESTR("2003/3/28"), OLESTR("x"), OLESTR("2003/3/28"), OLESTR("2004/2/29")}) {
+        SCOPED_TRACE(Shown(sText));
+        field.ParseField(sText);
+        EXPECT_EQ(ShownValue(field), Read(TypeDate, kTemplate, sText));
+    }
+}
+
 TEST(Column, StartsAsADateWithoutTemplate)
 {
     CDataField field;

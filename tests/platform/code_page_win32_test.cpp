@@ -22,6 +22,15 @@ TEST(CodePage, HasOneCharacterForALeadByteAlone)
         EXPECT_EQ(Decode(nCodePage, "\x81").size(), 1u) << nCodePage;
 }
 
+// Pages in which bytes below 0x80 don't stand for themselves.
+TEST(CodePage, KeepsToThePageWhereBytesLookLikeAscii)
+{
+    EXPECT_EQ(Decode(65000, "a+AOk-b"), L"a\u00E9b");
+    EXPECT_EQ(Decode(37, "\x40\xC1\x4B"), L" A.");
+    EXPECT_EQ(Decode(1252, "+AOk-"), L"+AOk-");
+    EXPECT_EQ(Decode(65000, "+AOk-"), L"\u00E9");
+}
+
 TEST(CodePage, HasAMarkForEachSurrogate)
 {
     EXPECT_EQ(EncodeText(1252, L"\U0001F600x"), "??x");
