@@ -1,4 +1,5 @@
 #include "interfaces/IRecordParser.h"
+#include "src/ILineReader.h"
 #include "tests/files/Consumers.h"
 
 using namespace Hesperon::specifics;
@@ -309,6 +310,21 @@ TEST_F(FileHandler, AnswersForItsInterfaceOnly)
     EXPECT_EQ(pSame, pHandler);
     EXPECT_EQ(pHandler->AddRef(), 3u);
     EXPECT_EQ(pHandler->Release(), 2u);
+}
+
+TEST_F(FileHandler, AppendsRecordsToTheLinesOfABatch)
+{
+    const TestFile file("ab\n\ncde\n");
+    const auto pHandler = Attach(file);
+    const auto pLines = pHandler.as<ILineReader>();
+    ASSERT_TRUE(pLines);
+    CLineBuffer lines;
+    EXPECT_EQ(pLines->AppendRecord(1, 0, lines), S_OK);
+    EXPECT_EQ(pLines->AppendRecord(2, 0, lines), E_FAIL);
+    EXPECT_EQ(pLines->AppendRecord(0, 0, lines), S_OK);
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(string_t(lines[0]), OLESTR("cde"));
+    EXPECT_EQ(string_t(lines[1]), OLESTR("ab"));
 }
 
 TEST_F(FileHandler, RefusesNullPointers)
