@@ -17,18 +17,19 @@ namespace Hesperon::specifics {
 class CLineBuffer
 {
 public:
-    // Throws std::bad_alloc.
+    // Throws std::bad_alloc; the buffer has the lines from before then.
     void Add(string_view_t line)
     {
         const auto nBytes = static_cast<std::uint32_t>(line.size() * sizeof(OLECHAR));
         OLECHAR length[kLengthUnits];
         std::memcpy(length, &nBytes, sizeof nBytes);
         m_memory.insert(m_memory.end(), std::begin(length), std::end(length));
-        m_texts.push_back(m_memory.size());
+        const std::size_t nText = m_memory.size();
         m_memory.insert(m_memory.end(), line.begin(), line.end());
         do
             m_memory.push_back(0);
         while (m_memory.size() % kLengthUnits != 0); // so that the next length is aligned
+        m_texts.push_back(nText);
     }
 
     std::size_t size() const { return m_texts.size(); }
