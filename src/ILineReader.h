@@ -1,6 +1,6 @@
 // ILineReader: a file handler's GetRecord for a run of many records, whose texts go to one
-// buffer: a BSTR for each would cost as much as splitting its line. Internal to the library;
-// results, exceptions and threads are those of IFileHandler.
+// buffer: making a BSTR of each shows in a run's time (bench/README.md). Internal to the
+// library; results, exceptions and threads are those of IFileHandler.
 #pragma once
 
 #include "src/LineBuffer.h"
