@@ -288,7 +288,11 @@ CDataParser::Outcome CDataParser::InternalProcessRecords(ULONGLONG nLast,
 // The worker stops for any result but S_OK, so an end that went well is S_FALSE.
 HRESULT CDataParser::EndRun(Outcome outcome)
 {
+    // Before the sink hears of the end: it may start the next run, on another file's worker.
     m_sTempRecords.Release();
+    m_batchArray.Release();
+    m_run = {};
+    m_bRunStale = true;
     // A sink that knows is let go of, unless an abort, which has set its event and
     // waits for the lock, is going to tell it.
     const bool bLeave = outcome.bSinkKnows && m_hAbortEvent.Wait(std::chrono::milliseconds(0));
@@ -298,9 +302,6 @@ HRESULT CDataParser::EndRun(Outcome outcome)
     const com_ptr<IDataParserEvents> pEvents = bLeave ? nullptr : TakeSink();
     if (pEvents && !outcome.bSinkKnows)
         pEvents->EndTransaction(SUCCEEDED(outcome.hr) ? VARIANT_TRUE : VARIANT_FALSE);
-    m_run = {};
-    m_bRunStale = true;
-    m_batchArray.Release();
     return outcome.hr == S_OK ? S_FALSE : outcome.hr;
 }
 
