@@ -8,7 +8,7 @@
 #include "bench/MinuteBars.h"
 #include "bench/Parser.h"
 #include "platform/File.h"
-#include "src/FilePool.h"
+#include "src/files/FilePool.h"
 
 namespace bench {
 namespace {

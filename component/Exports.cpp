@@ -1,7 +1,7 @@
 #include "component/ObjectMap.h"
 #include "interfaces/Module.h"
-#include "src/FilePool.h"
-#include "src/SymbolEnumeratorHost.h"
+#include "src/data/SymbolEnumeratorHost.h"
+#include "src/files/FilePool.h"
 
 HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID rclsid, REFIID riid, void** ppv)
 {

@@ -2,14 +2,14 @@
 
 #include "interfaces/ClassIds.h"
 #include "module/ComObject.h"
-#include "src/DataParser.h"
-#include "src/FakeRecordParser.h"
-#include "src/RecordParser.h"
-#include "src/SymbolEnumerator.h"
 #include "src/UIComponents/ProgressDlgNoHTML.h"
-#include "src/qrlDataParserEventsProxy.h"
-#include "src/qrlTabulexConvertor.h"
-#include "src/qrlValueMultiplier.h"
+#include "src/data/DataParser.h"
+#include "src/data/FakeRecordParser.h"
+#include "src/data/SymbolEnumerator.h"
+#include "src/front/qrlDataParserEventsProxy.h"
+#include "src/front/qrlTabulexConvertor.h"
+#include "src/parsing/RecordParser.h"
+#include "src/values/qrlValueMultiplier.h"
 
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;

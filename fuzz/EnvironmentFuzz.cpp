@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "src/EnvironmentDocument.h"
-#include "tests/environment/Heard.h"
+#include "src/values/EnvironmentDocument.h"
+#include "tests/values/Heard.h"
 
 using namespace Hesperon::specifics;
 

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "platform/values.h"
-#include "src/DataTypes.h"
-#include "src/IQDParseImpl.h"
+#include "src/parsing/DataTypes.h"
+#include "src/parsing/templates/IQDParseImpl.h"
 #include "tests/parsing/PlainTemplate.h"
 
 using namespace Hesperon::specifics;

@@ -2,9 +2,9 @@
 
 #include <mutex>
 
+#include "module/Guarded.h"
 #include "platform/Thread.h"
 #include "platform/values.h"
-#include "src/Guarded.h"
 #include "src/UIComponents/ProgressWindow.h"
 
 namespace Hesperon::specifics::UILayer {

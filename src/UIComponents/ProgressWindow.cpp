@@ -1,7 +1,7 @@
 #include "src/UIComponents/ProgressWindow.h"
 
 #include "Simples/interface/ResourceStrings.h"
-#include "src/Guarded.h"
+#include "module/Guarded.h"
 #include "src/UIComponents/ProgressFigures.h"
 
 namespace Hesperon::specifics::UILayer {

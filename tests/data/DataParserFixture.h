@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "Simples/interface/ResourceStrings.h"
-#include "src/DataParser.h"
+#include "src/data/DataParser.h"
 #include "tests/data/FakeRecordParser.h"
 #include "tests/data/MemoryFile.h"
 #include "tests/data/RecordingSink.h"

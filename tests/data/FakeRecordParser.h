@@ -9,8 +9,8 @@
 
 #include "interfaces/IRecordParser.h"
 #include "platform/values.h"
-#include "src/DataTypes.h"
-#include "src/UnofferedRecordParser.h"
+#include "src/data/UnofferedRecordParser.h"
+#include "src/parsing/DataTypes.h"
 #include "tests/data/Text.h"
 
 class FakeRecordParser : public Hesperon::specifics::UnofferedRecordParser<FakeRecordParser>

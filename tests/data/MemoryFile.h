@@ -10,8 +10,8 @@
 #include "interfaces/IFileHandlerEvents.h"
 #include "module/ComObject.h"
 #include "platform/values.h"
-#include "src/IFileHandler.h"
-#include "src/ILineReader.h"
+#include "src/files/IFileHandler.h"
+#include "src/files/ILineReader.h"
 #include "tests/data/Text.h"
 
 class MemoryFile : public ComObject<MemoryFile, IFileHandler, ILineReader>

@@ -8,7 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "src/DataParser.h"
+#include "src/data/DataParser.h"
 #include "tests/data/RecordingSink.h"
 #include "tests/data/ReportLog.h"
 #include "tests/data/TempFile.h"

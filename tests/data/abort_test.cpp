@@ -7,8 +7,8 @@
 
 #include "tests/data/DataParserFixture.h"
 
-#include "src/AsyncTransactionPool.h"
-#include "src/Proxies.h"
+#include "src/files/AsyncTransactionPool.h"
+#include "src/files/Proxies.h"
 
 using namespace Hesperon::specifics;
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/values.h"
-#include "src/LineBuffer.h"
+#include "src/files/LineBuffer.h"
 
 namespace {
 

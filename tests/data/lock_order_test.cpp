@@ -6,7 +6,7 @@
 #include <functional>
 #include <thread>
 
-#include "src/DataTypes.h"
+#include "src/parsing/DataTypes.h"
 #include "tests/data/RealFileFixture.h"
 
 using namespace Hesperon::specifics;

@@ -4,7 +4,7 @@
 #include <random>
 #include <thread>
 
-#include "src/AsyncTransactionPool.h"
+#include "src/files/AsyncTransactionPool.h"
 #include "tests/data/RealFileFixture.h"
 
 using namespace Hesperon::specifics;

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "src/RecordParserProxy.h"
+#include "src/data/RecordParserProxy.h"
 #include "tests/data/FakeRecordParser.h"
 
 using namespace Hesperon::specifics;

@@ -2,7 +2,7 @@
 
 #include "tests/data/DataParserFixture.h"
 
-#include "src/AsyncTransactionPool.h"
+#include "src/files/AsyncTransactionPool.h"
 
 using namespace Hesperon::specifics;
 

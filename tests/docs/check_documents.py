@@ -91,7 +91,7 @@ def check_examples(tool, text):
 def check_defaults(text):
     listed = {row[0]: re.findall(r"`([^`]+)`", row[1])
               for row in rows_below(text, "| type | templates |")}
-    source = read("src/DataTypes.cpp")
+    source = read("src/parsing/DataTypes.cpp")
     for kind, templates in listed.items():
         places = [source.find(f'"{template}"') for template in templates]
         if -1 in places or places != sorted(places):

@@ -75,7 +75,7 @@ def code_list(source, name):
 
 def check_ids(_):
     parts = sections(read("docs/hosting.md"), 3)
-    source = read("src/qrlHelperStructs.cpp")
+    source = read("src/front/qrlHelperStructs.cpp")
     types = [row[1].strip("`") for row in rows(sections(read("docs/templates.md"), 2)["Types"])
              if row[0].isdigit()]
     fields = dict(zip(["(none)"] + types, code_list(source, "kHostFieldIds"), strict=True))

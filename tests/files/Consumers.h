@@ -6,8 +6,8 @@
 
 #include "interfaces/IFileHandlerEvents.h"
 #include "module/ComObject.h"
-#include "src/FilePool.h"
-#include "src/FilePoolImpl.h"
+#include "src/files/FilePool.h"
+#include "src/files/FilePoolImpl.h"
 #include "tests/files/Vocabulary.h"
 
 namespace files_test {

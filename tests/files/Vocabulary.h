@@ -16,7 +16,7 @@
 #include "diagnostics/FaultmereClient.h"
 #include "platform/Thread.h"
 #include "platform/values.h"
-#include "src/SharedFile.h"
+#include "src/files/SharedFile.h"
 
 namespace files_test {
 

@@ -1,4 +1,4 @@
-#include "src/DataArrayImpl.h"
+#include "src/files/DataArrayImpl.h"
 
 #include "tests/files/Vocabulary.h"
 

@@ -1,4 +1,4 @@
-#include "src/FileConversions.h"
+#include "src/files/FileConversions.h"
 
 #include "tests/files/Consumers.h"
 

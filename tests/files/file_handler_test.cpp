@@ -1,5 +1,5 @@
 #include "interfaces/IRecordParser.h"
-#include "src/ILineReader.h"
+#include "src/files/ILineReader.h"
 #include "tests/files/Consumers.h"
 
 using namespace Hesperon::specifics;

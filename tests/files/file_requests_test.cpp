@@ -1,4 +1,4 @@
-#include "src/FileRequests.h"
+#include "src/files/FileRequests.h"
 
 #include "tests/files/Consumers.h"
 

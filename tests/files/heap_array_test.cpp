@@ -1,4 +1,4 @@
-#include "src/HeapArray.h"
+#include "src/files/HeapArray.h"
 
 #include "tests/files/Vocabulary.h"
 

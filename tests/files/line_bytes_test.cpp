@@ -1,4 +1,4 @@
-#include "src/LineBytes.h"
+#include "src/files/LineBytes.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <random>
 
-#include "src/LineIndexImpl.h"
+#include "src/files/LineIndexImpl.h"
 #include "tests/files/PlainLineIndex.h"
 #include "tests/files/Vocabulary.h"
 

@@ -1,4 +1,4 @@
-#include "src/LineIndexImpl.h"
+#include "src/files/LineIndexImpl.h"
 
 #include "tests/files/Vocabulary.h"
 

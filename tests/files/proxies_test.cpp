@@ -1,4 +1,4 @@
-#include "src/Proxies.h"
+#include "src/files/Proxies.h"
 
 #include "tests/files/Consumers.h"
 

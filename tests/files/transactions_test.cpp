@@ -1,4 +1,4 @@
-#include "src/AsyncTransactionPool.h"
+#include "src/files/AsyncTransactionPool.h"
 
 #include "module/ComObject.h"
 #include "tests/files/Vocabulary.h"

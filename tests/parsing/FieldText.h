@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "src/IQDParseImpl.h"
+#include "src/parsing/templates/IQDParseImpl.h"
 
 // Lossy: units beyond ASCII become "{xxxx}".
 std::string Shown(string_view_t sText);

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "platform/values.h"
-#include "src/ParserState.h"
-#include "src/RecordParser.h"
+#include "src/parsing/ParserState.h"
+#include "src/parsing/RecordParser.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/MemoryFile.h"
 

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "src/DataTypes.h"
+#include "src/parsing/DataTypes.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/Reports.h"
 

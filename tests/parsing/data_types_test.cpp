@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Simples/interface/ResourceStrings.h"
-#include "src/DataTypes.h"
+#include "src/parsing/DataTypes.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/Reports.h"
 

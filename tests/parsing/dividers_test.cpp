@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "src/Dividers.h"
-#include "src/ParserState.h"
+#include "src/parsing/ParserState.h"
+#include "src/parsing/detection/Dividers.h"
 #include "tests/parsing/FieldText.h"
 
 using namespace Hesperon::specifics;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "src/FieldConstructor.h"
-#include "src/RecordText.h"
+#include "src/parsing/RecordText.h"
+#include "src/parsing/detection/FieldConstructor.h"
 #include "tests/parsing/Layout.h"
 
 using namespace Hesperon::specifics;

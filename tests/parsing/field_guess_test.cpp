@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "src/FieldGuess.h"
+#include "src/parsing/detection/FieldGuess.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/Reports.h"
 

@@ -2,10 +2,10 @@
 
 #include <type_traits>
 
-#include "src/RecordParserExtractor.h"
-#include "src/UnofferedRecordParser.h"
+#include "src/data/UnofferedRecordParser.h"
+#include "src/parsing/RecordParserExtractor.h"
 #include "tests/parsing/UnusedDataParser.h"
-#include "tests/parsing/multipliers.h"
+#include "tests/values/multipliers.h"
 
 namespace {
 

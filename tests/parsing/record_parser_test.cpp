@@ -5,7 +5,7 @@
 #include "tests/parsing/Layout.h"
 #include "tests/parsing/QuoteLines.h"
 #include "tests/parsing/Reports.h"
-#include "tests/parsing/multipliers.h"
+#include "tests/values/multipliers.h"
 
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;

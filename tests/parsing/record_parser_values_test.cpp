@@ -5,7 +5,7 @@
 #include "Simples/interface/ResourceStrings.h"
 #include "tests/parsing/Layout.h"
 #include "tests/parsing/QuoteLines.h"
-#include "tests/parsing/multipliers.h"
+#include "tests/values/multipliers.h"
 
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;

@@ -5,8 +5,8 @@
 #include <random>
 
 #include "platform/CodePage.h"
-#include "src/IQDParseImpl.h"
-#include "src/RecordText.h"
+#include "src/parsing/RecordText.h"
+#include "src/parsing/templates/IQDParseImpl.h"
 #include "tests/parsing/FieldText.h"
 
 using namespace Hesperon::specifics;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "src/FieldTypeRefinement.h"
+#include "src/parsing/detection/FieldTypeRefinement.h"
 #include "tests/parsing/Layout.h"
 
 using namespace Hesperon::specifics;

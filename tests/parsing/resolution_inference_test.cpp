@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "src/ColumnParsing.h"
-#include "src/RecordText.h"
-#include "src/ResolutionInference.h"
+#include "src/parsing/ColumnParsing.h"
+#include "src/parsing/RecordText.h"
+#include "src/parsing/detection/ResolutionInference.h"
 #include "tests/parsing/Layout.h"
 #include "tests/parsing/QuoteLines.h"
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "src/DataTypes.h"
+#include "src/parsing/DataTypes.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/PlainTemplate.h"
 

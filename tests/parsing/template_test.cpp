@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "src/DataTypes.h"
+#include "src/parsing/DataTypes.h"
 #include "tests/parsing/FieldText.h"
 
 using namespace Hesperon::specifics;

@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "platform/values.h"
-#include "src/CaseFold.h"
-#include "src/IQDParseImpl.h"
-#include "src/NumberText.h"
+#include "src/parsing/templates/IQDParseImpl.h"
+#include "src/parsing/templates/NumberText.h"
+#include "src/values/CaseFold.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/Reports.h"
 

@@ -6,8 +6,8 @@
 #include <set>
 #include <thread>
 
-#include "src/AsyncTransactionPool.h"
-#include "src/SymbolEnumeratorHost.h"
+#include "src/data/SymbolEnumeratorHost.h"
+#include "src/files/AsyncTransactionPool.h"
 #include "tests/data/RealFileFixture.h"
 #include "tests/symbols/SymbolSink.h"
 

@@ -6,8 +6,8 @@
 #include <map>
 
 #include "interfaces/ClassIds.h"
-#include "src/SymbolEnumerator.h"
-#include "src/UnofferedRecordParser.h"
+#include "src/data/SymbolEnumerator.h"
+#include "src/data/UnofferedRecordParser.h"
 #include "tests/parsing/UnusedDataParser.h"
 #include "tests/symbols/SymbolSink.h"
 

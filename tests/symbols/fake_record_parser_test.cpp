@@ -4,7 +4,7 @@
 
 #include "interfaces/ClassIds.h"
 #include "interfaces/IDataParser.h"
-#include "src/FakeRecordParser.h"
+#include "src/data/FakeRecordParser.h"
 #include "tests/data/TempFile.h"
 #include "tests/data/Text.h"
 

@@ -12,7 +12,7 @@
 #include "module/ComObject.h"
 #include "platform/Event.h"
 #include "platform/MessageWindow.h"
-#include "src/SymbolEnumeratorHost.h"
+#include "src/data/SymbolEnumeratorHost.h"
 #include "tests/data/ReportLog.h"
 
 using namespace Hesperon::specifics;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/values.h"
-#include "tools/tabulex/Columns.h"
+#include "tools/tabulex/host/Columns.h"
 
 inline Variant Number(double value)
 {

@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-#include "tools/tabulex/Paths.h"
+#include "tools/tabulex/system/Paths.h"
 
 class TestFolder
 {

@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "tests/tabulex/TestFolder.h"
-#include "tools/tabulex/Files.h"
-#include "tools/tabulex/OutputFile.h"
-#include "tools/tabulex/Paths.h"
+#include "tools/tabulex/output/OutputFile.h"
+#include "tools/tabulex/system/Files.h"
+#include "tools/tabulex/system/Paths.h"
 
 using namespace tabulex;
 

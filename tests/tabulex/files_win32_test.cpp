@@ -8,11 +8,11 @@
 #include "platform/component.h"
 #include "tests/tabulex/Cells.h"
 #include "tests/tabulex/TestFolder.h"
-#include "tools/tabulex/Fault.h"
-#include "tools/tabulex/Files.h"
-#include "tools/tabulex/OutputFile.h"
-#include "tools/tabulex/SqliteLibrary.h"
-#include "tools/tabulex/SqliteOutput.h"
+#include "tools/tabulex/output/OutputFile.h"
+#include "tools/tabulex/output/SqliteOutput.h"
+#include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/Files.h"
+#include "tools/tabulex/system/SqliteLibrary.h"
 
 using namespace tabulex;
 

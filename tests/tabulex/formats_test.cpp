@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/tabulex/Formats.h"
+#include "tools/tabulex/output/Formats.h"
 
 using namespace tabulex;
 

@@ -7,7 +7,7 @@
 
 #include "platform/component.h"
 #include "tests/tabulex/TestFolder.h"
-#include "tools/tabulex/ExitStatus.h"
+#include "tools/tabulex/system/ExitStatus.h"
 
 using namespace tabulex;
 

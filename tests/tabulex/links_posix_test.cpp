@@ -8,9 +8,9 @@
 
 #include "tests/tabulex/Cells.h"
 #include "tests/tabulex/TestFolder.h"
-#include "tools/tabulex/Fault.h"
-#include "tools/tabulex/OutputFile.h"
-#include "tools/tabulex/SqliteOutput.h"
+#include "tools/tabulex/output/OutputFile.h"
+#include "tools/tabulex/output/SqliteOutput.h"
+#include "tools/tabulex/system/Fault.h"
 
 using namespace tabulex;
 namespace fs = std::filesystem;

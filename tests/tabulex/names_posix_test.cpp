@@ -1,7 +1,7 @@
 // What is the same name.
 #include <gtest/gtest.h>
 
-#include "tools/tabulex/Files.h"
+#include "tools/tabulex/system/Files.h"
 
 TEST(Names, DifferByTheCaseOfLetters)
 {

@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tools/tabulex/OptionValues.h"
-#include "tools/tabulex/ProgressBar.h"
+#include "tools/tabulex/options/OptionValues.h"
+#include "tools/tabulex/run/ProgressBar.h"
 
 using namespace tabulex;
 

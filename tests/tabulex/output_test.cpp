@@ -7,9 +7,9 @@
 
 #include "tests/tabulex/Cells.h"
 #include "tests/tabulex/TestFolder.h"
-#include "tools/tabulex/CsvWriter.h"
-#include "tools/tabulex/JsonLinesWriter.h"
-#include "tools/tabulex/OutputFile.h"
+#include "tools/tabulex/output/CsvWriter.h"
+#include "tools/tabulex/output/JsonLinesWriter.h"
+#include "tools/tabulex/output/OutputFile.h"
 
 using namespace tabulex;
 namespace fs = std::filesystem;

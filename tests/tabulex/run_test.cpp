@@ -5,7 +5,7 @@
 
 #include "platform/com_ptr.h"
 #include "platform/values.h"
-#include "tools/tabulex/ConversionSink.h"
+#include "tools/tabulex/run/ConversionSink.h"
 
 using namespace tabulex;
 

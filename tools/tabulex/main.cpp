@@ -8,14 +8,14 @@
 #include <fmt/format.h>
 
 #include "interfaces/NativeHost.h"
-#include "tools/tabulex/CommandLine.h"
-#include "tools/tabulex/Commands.h"
-#include "tools/tabulex/Fault.h"
-#include "tools/tabulex/Files.h"
-#include "tools/tabulex/Interrupt.h"
-#include "tools/tabulex/Suggestion.h"
-#include "tools/tabulex/Surroundings.h"
-#include "tools/tabulex/Terminal.h"
+#include "tools/tabulex/commands/Commands.h"
+#include "tools/tabulex/options/CommandLine.h"
+#include "tools/tabulex/options/Suggestion.h"
+#include "tools/tabulex/run/Interrupt.h"
+#include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/Files.h"
+#include "tools/tabulex/system/Surroundings.h"
+#include "tools/tabulex/system/Terminal.h"
 
 using namespace tabulex;
 

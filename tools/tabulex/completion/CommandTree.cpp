@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <sstream>
 
-#include "tools/tabulex/CommandDefinitions.h"
-#include "tools/tabulex/HelpText.h"
+#include "tools/tabulex/options/CommandDefinitions.h"
+#include "tools/tabulex/options/HelpText.h"
 
 namespace tabulex {
 

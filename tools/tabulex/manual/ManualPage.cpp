@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "tools/tabulex/HelpText.h"
+#include "tools/tabulex/options/HelpText.h"
 
 namespace tabulex {
 

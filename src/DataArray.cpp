@@ -1,7 +1,0 @@
-#include "src/DataArrayImpl.h"
-
-namespace Hesperon::specifics {
-
-template class CDataArray<char, 16, 262144>;
-
-} // namespace Hesperon::specifics

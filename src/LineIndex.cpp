@@ -1,7 +1,0 @@
-#include "src/LineIndexImpl.h"
-
-namespace Hesperon::specifics {
-
-template class CLineIndexOf<FileBytes>;
-
-} // namespace Hesperon::specifics

@@ -1,0 +1,49 @@
+// CBatchArray: the array of the records of a batch, column by record, columns running fastest.
+//
+// It serves one batch after the other, so that 200 KB aren't given back to the system and
+// taken again for each. Used by one thread.
+#pragma once
+
+#include "platform/values.h"
+#include "src/values/LockedArray.h"
+
+namespace Hesperon::specifics {
+
+class CBatchArray
+{
+public:
+    // All cells empty. What was handed out before goes, except an array that somebody has
+    // locked or that has another shape: that one is given up.
+    HRESULT Prepare(ULONG nColumns, ULONG nRecords)
+    {
+        if (!Fits(nColumns, nRecords))
+            return Create(nColumns, nRecords);
+        const LockedArray<VARIANT> cells(m_array.get());
+        for (VARIANT& cell : cells.Elements())
+            ClearValue(cell);
+        return S_OK;
+    }
+
+    SAFEARRAY* get() const { return m_array.get(); }
+    void Release() { m_array = {}; }
+
+private:
+    // The bounds lie in the order opposite to that of their making.
+    bool Fits(ULONG nColumns, ULONG nRecords) const
+    {
+        const SAFEARRAY* p = m_array.get();
+        return p && p->cLocks == 0 && p->rgsabound[1].cElements == nColumns &&
+               p->rgsabound[0].cElements == nRecords;
+    }
+
+    HRESULT Create(ULONG nColumns, ULONG nRecords)
+    {
+        SAFEARRAYBOUND bounds[] = {{nColumns, 0}, {nRecords, 0}};
+        m_array = SafeArray(SafeArrayCreate(VT_VARIANT, 2, bounds));
+        return m_array ? S_OK : HRESULT_FROM_WIN32(ERROR_NOT_ENOUGH_MEMORY);
+    }
+
+    SafeArray m_array;
+};
+
+} // namespace Hesperon::specifics

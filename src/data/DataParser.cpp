@@ -1,0 +1,311 @@
+#include "src/data/DataParser.h"
+
+#include "diagnostics/FaultmereClient.h"
+#include "interfaces/ClassIds.h"
+#include "src/files/FilePool.h"
+
+using namespace IQRL_TabulexConverter;
+using FaultmereUtil::Assert;
+using FaultmereUtil::AssertOk;
+
+namespace Hesperon::specifics {
+
+namespace {
+
+VARIANT_BOOL ToVariantBool(bool bValue)
+{
+    return bValue ? VARIANT_TRUE : VARIANT_FALSE;
+}
+
+template <class T, class Value>
+HRESULT GiveOut(T* pVal, Value value)
+{
+    if (!pVal)
+        return E_POINTER;
+    *pVal = value;
+    return S_OK;
+}
+
+bool IsSameObject(IUnknown* first, IUnknown* second)
+{
+    com_ptr<IUnknown> a, b;
+    return SUCCEEDED(query(first, a)) && SUCCEEDED(query(second, b)) && a == b;
+}
+
+} // namespace
+
+// ---- life
+
+HRESULT CDataParser::FinalConstruct()
+{
+    const HRESULT hr = Guarded([&] { return CreateRecordParser(); });
+    if (SUCCEEDED(hr)) {
+        FilePool::AddParser();
+        m_bCountedInPool = true;
+    }
+    return AssertOk(hr);
+}
+
+HRESULT CDataParser::CreateRecordParser()
+{
+    HRESULT hr =
+        CreateOwnInstance(CLSID_CRecordParser, iid_of<IRecordParser>, m_pRecordParser.put_void());
+    if (SUCCEEDED(hr))
+        hr = m_pRecordParser->put_DataParser(static_cast<IDataParser*>(this));
+    if (SUCCEEDED(hr))
+        hr = m_pRecordParser->GetTypeNames(m_vTypeNames.put());
+    return hr;
+}
+
+void CDataParser::FinalRelease()
+{
+    m_proxies.Detach();
+    if (m_pFileHandler)
+        m_pFileHandler->CancelRequests(Key());
+    UnregisterTransaction();
+    m_mapFileEventHandlers.clear();
+    m_run = {};
+    m_pFileHandler.reset();
+    UnlinkRecordParser();
+    m_pRecordParser.reset();
+    m_pLinkOwner.reset();
+    m_vTypeNames.put();
+    if (m_bCountedInPool)
+        FilePool::ReleaseParser();
+}
+
+HRESULT CDataParser::InterfaceSupportsErrorInfo(REFIID riid)
+{
+    return riid == iid_of<IDataParser> ? S_OK : S_FALSE;
+}
+
+// ---- record parser
+
+// The link isn't counted, so a record parser that lives on must not keep it.
+void CDataParser::UnlinkRecordParser()
+{
+    if (!m_pRecordParser)
+        return;
+    IDataParser* pOwner = m_pLinkOwner ? m_pLinkOwner.get() : this;
+    com_ptr<IDispatch> pLinked;
+    m_pRecordParser->get_DataParser(pLinked.put());
+    if (pLinked && IsSameObject(pLinked.get(), pOwner))
+        m_pRecordParser->put_DataParser(nullptr);
+}
+
+HRESULT CDataParser::get_RecordParser(IDispatch** pVal)
+{
+    if (!pVal)
+        return E_POINTER;
+    *pVal = nullptr;
+    return Locked([&] {
+        if (!m_pRecordParser)
+            return E_NOTIMPL;
+        return m_pRecordParser->QueryInterface(iid_of<IDispatch>, reinterpret_cast<void**>(pVal));
+    });
+}
+
+HRESULT CDataParser::put_RecordParser(IDispatch* newVal)
+{
+    if (!Assert(newVal != nullptr, "pParser"))
+        return E_POINTER;
+    com_ptr<IRecordParser> pOld;
+    com_ptr<CDataParser> pOldOwner;
+    com_ptr<CRecordParserProxy> pOldProxy;
+    const HRESULT hr = Locked([&] {
+        UnlinkRecordParser();
+        pOldOwner = std::move(m_pLinkOwner);
+        pOldProxy = std::move(m_proxies.pRecordParser);
+        pOld = std::move(m_pRecordParser);
+        m_bRunStale = true;
+        return BindRecordParser(newVal);
+    });
+    // The proxy's lock isn't taken under this object's.
+    if (pOldProxy)
+        pOldProxy->Detach();
+    return AssertOk(hr);
+}
+
+HRESULT CDataParser::BindRecordParser(IDispatch* pParser)
+{
+    HRESULT hr = query(pParser, m_pRecordParser);
+    if (SUCCEEDED(hr))
+        hr = m_pRecordParser->put_DataParser(static_cast<IDataParser*>(this));
+    if (SUCCEEDED(hr))
+        RefreshDateInfo(VARIANT_FALSE);
+    return hr;
+}
+
+HRESULT CDataParser::get_FieldCount(ULONG* pVal)
+{
+    return Locked([&] { return m_pRecordParser ? m_pRecordParser->get_FieldCount(pVal) : E_FAIL; });
+}
+
+// ---- clones
+
+HRESULT CDataParser::Clone(IDispatch** newObj)
+{
+    if (!newObj)
+        return E_POINTER;
+    *newObj = nullptr;
+    com_ptr<CDataParser> pClone;
+    HRESULT hr = CreateObject(pClone);
+    if (SUCCEEDED(hr))
+        hr = Locked([&] { return CopyTo(*pClone.get()); });
+    if (SUCCEEDED(hr))
+        *newObj = static_cast<IDataParser*>(pClone.detach());
+    return hr;
+}
+
+HRESULT CDataParser::CopyTo(CDataParser& clone)
+{
+    if (!m_pRecordParser)
+        return E_FAIL;
+    com_ptr<IDispatch> pParser;
+    HRESULT hr = m_pRecordParser->Clone(pParser.put());
+    if (SUCCEEDED(hr))
+        hr = query(pParser.get(), clone.m_pRecordParser);
+    if (FAILED(hr))
+        return hr;
+    clone.m_pLinkOwner = m_pLinkOwner ? m_pLinkOwner : com_ptr<CDataParser>(this);
+    clone.m_pFileHandler = m_pFileHandler;
+    clone.m_sSymbolName = m_sSymbolName;
+    clone.m_nLocale = m_nLocale;
+    clone.m_nPosition = m_nPosition;
+    clone.m_bHasHeader = m_bHasHeader;
+    clone.m_nHeaderOffset = m_nHeaderOffset;
+    clone.m_bInvertedDirection = m_bInvertedDirection;
+    clone.m_nTotalRecords = m_nTotalRecords;
+    clone.m_dtStart = m_dtStart;
+    clone.m_dtEnd = m_dtEnd;
+    clone.m_bPortion = m_bPortion;
+    clone.m_nPortionStart = m_nPortionStart;
+    clone.m_nPortionCount = m_nPortionCount;
+    return S_OK;
+}
+
+// ---- handlers of file events
+
+HRESULT CDataParser::AddFileEventHandler(IDispatch* pEventHandler)
+{
+    if (!pEventHandler)
+        return E_POINTER;
+    return Locked([&] {
+        com_ptr<IFileHandlerEvents>& pHandler = m_mapFileEventHandlers[pEventHandler];
+        if (!pHandler)
+            return query(pEventHandler, pHandler);
+        // A handler that is added again stays alive for good: nothing gives this
+        // reference back.
+        com_ptr<IFileHandlerEvents>(pHandler).detach();
+        return S_OK;
+    });
+}
+
+HRESULT CDataParser::RemoveFileEventHandler(IDispatch* pEventHandler)
+{
+    if (!pEventHandler)
+        return E_POINTER;
+    return Locked([&] {
+        const auto entry = m_mapFileEventHandlers.find(pEventHandler);
+        if (entry != m_mapFileEventHandlers.end())
+            entry->second.reset();
+        return S_OK;
+    });
+}
+
+HRESULT CDataParser::RecordCountChange(ULONGLONG nNewCount, VARIANT_BOOL bComplete)
+{
+    std::vector<com_ptr<IFileHandlerEvents>> handlers;
+    Locked([&] {
+        for (const auto& [key, pHandler] : m_mapFileEventHandlers)
+            if (pHandler)
+                handlers.push_back(pHandler);
+        return S_OK;
+    });
+    for (const auto& pHandler : handlers)
+        pHandler->RecordCountChange(nNewCount, bComplete);
+    return S_OK;
+}
+
+HRESULT CDataParser::PutData(VARIANT, ULONGLONG, ULONGLONG)
+{
+    return S_OK;
+}
+
+// ---- plain properties
+
+HRESULT CDataParser::get_HasHeader(VARIANT_BOOL* pVal)
+{
+    return Locked([&] { return GiveOut(pVal, ToVariantBool(m_bHasHeader != 0)); });
+}
+
+HRESULT CDataParser::put_HasHeader(VARIANT_BOOL newVal)
+{
+    return Locked([&] {
+        m_bHasHeader = newVal != VARIANT_FALSE;
+        return S_OK;
+    });
+}
+
+HRESULT CDataParser::get_HeaderOffset(ULONG* pVal)
+{
+    return Locked([&] { return GiveOut(pVal, m_nHeaderOffset); });
+}
+
+HRESULT CDataParser::put_HeaderOffset(ULONG newVal)
+{
+    return Locked([&] {
+        m_nHeaderOffset = newVal;
+        return S_OK;
+    });
+}
+
+HRESULT CDataParser::get_AutoDetectCodePage(VARIANT_BOOL* pVal)
+{
+    return GiveOut(pVal, ToVariantBool(m_bAutoDetectCodePage));
+}
+
+HRESULT CDataParser::put_AutoDetectCodePage(VARIANT_BOOL newVal)
+{
+    m_bAutoDetectCodePage = newVal != VARIANT_FALSE;
+    return S_OK;
+}
+
+HRESULT CDataParser::get_DisableErrorNotify(VARIANT_BOOL* pVal)
+{
+    return GiveOut(pVal, ToVariantBool(m_bDisableErrorNotify));
+}
+
+HRESULT CDataParser::put_DisableErrorNotify(VARIANT_BOOL newVal)
+{
+    m_bDisableErrorNotify = newVal != VARIANT_FALSE;
+    return S_OK;
+}
+
+HRESULT CDataParser::get_SymbolName(BSTR* pVal)
+{
+    if (!pVal)
+        return E_POINTER;
+    *pVal = nullptr;
+    return Locked([&] {
+        *pVal = NewBstr(m_sSymbolName.view());
+        return S_OK;
+    });
+}
+
+HRESULT CDataParser::put_SymbolName(BSTR newVal)
+{
+    if (!newVal)
+        return S_OK;
+    return Locked([&] {
+        m_sSymbolName = Bstr(TextOf(newVal));
+        return S_OK;
+    });
+}
+
+HRESULT CDataParser::get_Locale(ULONG* pVal)
+{
+    return Locked([&] { return GiveOut(pVal, m_nLocale); });
+}
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,198 @@
+// First and last dates of a file, the range of a conversion, and what starts the
+// detection of a layout over.
+
+#include "diagnostics/FaultmereClient.h"
+#include "src/data/DataParser.h"
+#include "src/parsing/DataTypes.h"
+
+using FaultmereUtil::Assert;
+
+namespace Hesperon::specifics {
+
+// ---- dates of records
+
+HRESULT CDataParser::GetMinDateTime(VARIANT* vDate)
+{
+    return Locked([&] { return MinDateTime(vDate); });
+}
+
+HRESULT CDataParser::GetMaxDateTime(VARIANT* vDate)
+{
+    return Locked([&] { return MaxDateTime(vDate); });
+}
+
+HRESULT CDataParser::MinDateTime(VARIANT* pDate)
+{
+    if (!m_pFileHandler)
+        return E_NOINTERFACE;
+    HRESULT hr = SetPosition(0);
+    Bstr sRecord;
+    if (SUCCEEDED(hr))
+        hr = ReadCurrent(sRecord.put());
+    return SUCCEEDED(hr) ? ParsedDateTime(sRecord.get(), pDate) : hr;
+}
+
+HRESULT CDataParser::MaxDateTime(VARIANT* pDate)
+{
+    if (!m_pFileHandler)
+        return E_NOINTERFACE;
+    Bstr sRecord;
+    const HRESULT hr = ReadLast(sRecord.put());
+    return SUCCEEDED(hr) ? ParsedDateTime(sRecord.get(), pDate) : hr;
+}
+
+HRESULT CDataParser::ParsedDateTime(BSTR bsRecord, VARIANT* pDate)
+{
+    if (!pDate)
+        return E_POINTER;
+    VariantInit(pDate);
+    if (!m_pRecordParser)
+        return E_FAIL;
+    const HRESULT hr = m_pRecordParser->Parse(bsRecord);
+    return SUCCEEDED(hr) ? m_pRecordParser->get_CurrentDateTime(pDate) : hr;
+}
+
+// ---- range of the file
+
+HRESULT CDataParser::RefreshDateInfo(VARIANT_BOOL FindResolution)
+{
+    return Locked([&] {
+        if (!m_pFileHandler)
+            return E_UNEXPECTED;
+        if (FindResolution != VARIANT_FALSE)
+            InferResolution();
+        RefreshDateRange();
+        return S_OK;
+    });
+}
+
+// The record that is studied is the header itself where the file has one: the
+// record parser looks for its columns in it.
+void CDataParser::InferResolution()
+{
+    Bstr sRecord;
+    HRESULT hr;
+    if (m_bHasHeader)
+        hr = m_pFileHandler->GetRecord(m_nHeaderOffset, m_nLocale, sRecord.put());
+    else if (SUCCEEDED(hr = SetPosition(0)))
+        hr = ReadCurrent(sRecord.put());
+    if (SUCCEEDED(hr) && m_pRecordParser)
+        m_pRecordParser->FindResolution(sRecord.get());
+}
+
+// The flag of direction is cleared first, since setting it twice switches it back.
+void CDataParser::RefreshDateRange()
+{
+    m_nSymbolField = 0;
+    m_dtStart = m_dtEnd = {};
+    m_bInvertedDirection = false;
+    if (FAILED(SetPosition(0)) || !m_pRecordParser)
+        return;
+    Bstr sRecord;
+    if (FAILED(ReadCurrent(sRecord.put())) || FAILED(m_pRecordParser->Parse(sRecord.get())))
+        return;
+    m_pRecordParser->GetFieldIndex(TypeSymbol, &m_nSymbolField);
+    Variant vMin, vMax;
+    const HRESULT hrMin = MinDateTime(vMin.put());
+    const HRESULT hrMax = MaxDateTime(vMax.put());
+    if (SUCCEEDED(hrMin) && SUCCEEDED(hrMax))
+        TakeDateRange(DateOf(vMin), DateOf(vMax));
+}
+
+void CDataParser::TakeDateRange(const SDateWithStatus& first, const SDateWithStatus& last)
+{
+    const bool bAscending = first < last || first == last;
+    m_dtStart = bAscending ? first : last;
+    m_dtEnd = bAscending ? last : first;
+    if (!bAscending)
+        SetInverted(true);
+}
+
+// ---- range of a conversion
+
+HRESULT CDataParser::get_StartDateTime(VARIANT* pVal)
+{
+    if (!pVal)
+        return E_POINTER;
+    LockGuard lock(m_lock);
+    *pVal = Variant::FromDate(m_dtStart.date).detach();
+    return S_OK;
+}
+
+HRESULT CDataParser::put_StartDateTime(VARIANT newVal)
+{
+    return Locked([&] { return StoreDate(newVal, m_dtStart); });
+}
+
+HRESULT CDataParser::get_EndDateTime(VARIANT* pVal)
+{
+    if (!pVal)
+        return E_POINTER;
+    LockGuard lock(m_lock);
+    *pVal = Variant::FromDate(m_dtEnd.date).detach();
+    return S_OK;
+}
+
+HRESULT CDataParser::put_EndDateTime(VARIANT newVal)
+{
+    return Locked([&] { return StoreDate(newVal, m_dtEnd); });
+}
+
+HRESULT CDataParser::StoreDate(const VARIANT& value, SDateWithStatus& date)
+{
+    Assert(VT_DATE == value.vt, "VT_DATE == newVal.vt");
+    const SDateWithStatus given{value.date, SDateWithStatus::kValid};
+    date = given;
+    Variant vMin, vMax;
+    const bool bMin = SUCCEEDED(MinDateTime(vMin.put()));
+    const bool bMax = SUCCEEDED(MaxDateTime(vMax.put()));
+    if (bMin && date < DateOf(vMin))
+        date = DateOf(vMin);
+    if (bMax && DateOf(vMax) < date)
+        date = DateOf(vMax);
+    return date == given ? S_OK : S_FALSE;
+}
+
+// ---- code page
+
+HRESULT CDataParser::put_Locale(ULONG newVal)
+{
+    Locked([&] {
+        m_nLocale = newVal;
+        if (m_pFileHandler)
+            RestartLayout();
+        return S_OK;
+    });
+    return S_OK;
+}
+
+// A file that can't be read leaves no dates, and its counting events all the same.
+void CDataParser::RestartLayout()
+{
+    ForgetLayout();
+    Bstr sRecord;
+    const HRESULT hr =
+        Guarded([&] { return m_pFileHandler->GetRecord(0, m_nLocale, sRecord.put()); });
+    if (SUCCEEDED(hr) && m_pRecordParser)
+        m_pRecordParser->Parse(sRecord.get());
+    TakeWholeDateRange();
+    QueueCountEvents();
+}
+
+void CDataParser::TakeWholeDateRange()
+{
+    Variant vMin, vMax;
+    m_dtStart = m_dtEnd = {};
+    GetMinDateTime(vMin.put());
+    GetMaxDateTime(vMax.put());
+    if (vMin.vt == VT_DATE)
+        m_dtStart.date = vMin.date;
+    if (vMax.vt == VT_DATE)
+        m_dtEnd.date = vMax.date;
+    if (m_dtEnd < m_dtStart) {
+        put_InvertedDirection(VARIANT_TRUE);
+        std::swap(m_dtStart, m_dtEnd);
+    }
+}
+
+} // namespace Hesperon::specifics

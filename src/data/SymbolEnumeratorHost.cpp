@@ -1,0 +1,270 @@
+#include "src/data/SymbolEnumeratorHost.h"
+
+#include <deque>
+#include <list>
+#include <thread>
+
+#include "diagnostics/FaultmereClient.h"
+#include "platform/Apartment.h"
+#include "platform/CriticalSection.h"
+#include "platform/Process.h"
+#include "platform/WorkerWait.h"
+#include "platform/com_ptr.h"
+
+using FaultmereUtil::Assert;
+using IQRL_TabulexConverter::IFileHandlerEvents;
+
+namespace Hesperon::specifics {
+
+namespace {
+
+//   Invariants
+//   1. m_thread holds the thread that serves the list, or nothing. The list has entries
+//      only while there is one.
+//   2. A thread whose stop event is set takes no further step. It stays in m_thread until
+//      it has been joined, and nothing is added meanwhile; but a thread that was stopped
+//      by its own step is in m_retired from then on, and has no list any more.
+//   3. A thread sets its end event as the last thing that it does.
+class CSymbolEnumeratorHost
+{
+public:
+    // Made at first use and never destroyed, since its thread may outlive static objects;
+    // at the end of the process the thread is ended.
+    static CSymbolEnumeratorHost& Instance();
+
+    void AddConvertor();
+    void ReleaseConvertor();
+    void EndThread();
+    HRESULT Add(IFileHandlerEvents* pEvents);
+
+private:
+    struct CConverterPersist
+    {
+        com_ptr<IFileHandlerEvents> pEvents;
+        ULONGLONG nNext; // record position
+    };
+    using WorkList = std::deque<CConverterPersist>;
+
+    struct SThread
+    {
+        Event wake{Event::Kind::AutoReset}; // a new entry is there
+        Event stop{Event::Kind::ManualReset};
+        Event ended{Event::Kind::ManualReset};
+        WorkerWait wait;
+        std::thread thread;
+
+        bool IsStopping() { return stop.Wait(std::chrono::milliseconds(0)); }
+        bool HasEnded() { return ended.Wait(std::chrono::milliseconds(0)); }
+        bool IsSelf() const { return thread.get_id() == std::this_thread::get_id(); }
+    };
+    using ThreadList = std::list<SThread>;
+
+    CSymbolEnumeratorHost() = default;
+
+    void StartThread();
+    void ThreadMain(SThread& self);
+    bool WaitForWork(SThread& self);
+    void Step(SThread& self);
+    SThread* BeginStop(WorkList& dropped);
+    void EndStop(SThread& stopped, WorkList& dropped);
+    void JoinEnded();
+
+    CriticalSection m_lock; // guards all below
+    ThreadList m_thread;    // one at most
+    ThreadList m_retired;
+    LONG m_nRefCount = 0; // front objects alive
+    WorkList m_arSymbolEnumerators;
+};
+
+CSymbolEnumeratorHost& CSymbolEnumeratorHost::Instance()
+{
+    static CSymbolEnumeratorHost& host = *new CSymbolEnumeratorHost;
+    static const struct SEnd
+    {
+        ~SEnd()
+        {
+            if (!OtherThreadsAreGone())
+                host.EndThread();
+        }
+    } end;
+    return host;
+}
+
+// ---- front objects
+
+void CSymbolEnumeratorHost::AddConvertor()
+{
+    LockGuard lock(m_lock);
+    ++m_nRefCount;
+}
+
+void CSymbolEnumeratorHost::ReleaseConvertor()
+{
+    WorkList dropped; // let go of without the lock
+    SThread* pStopped = nullptr;
+    LONG nLeft = 0;
+    {
+        LockGuard lock(m_lock);
+        nLeft = --m_nRefCount;
+        if (nLeft == 0)
+            pStopped = BeginStop(dropped);
+    }
+    Assert(0 <= nLeft, "0 <= (LONG)_host.m_nRefCount");
+    if (pStopped)
+        EndStop(*pStopped, dropped);
+}
+
+// Under the lock. Gives the thread to wait for; null where there is none to wait for.
+CSymbolEnumeratorHost::SThread* CSymbolEnumeratorHost::BeginStop(WorkList& dropped)
+{
+    JoinEnded();
+    if (m_thread.empty() || m_thread.front().IsStopping())
+        return nullptr;
+    SThread& thread = m_thread.front();
+    thread.stop.Set();
+    if (!thread.IsSelf())
+        return &thread;
+    m_retired.splice(m_retired.end(), m_thread);
+    dropped.swap(m_arSymbolEnumerators);
+    return nullptr;
+}
+
+void CSymbolEnumeratorHost::EndStop(SThread& stopped, WorkList& dropped)
+{
+    WaitPumping(stopped.ended);
+    stopped.thread.join();
+    LockGuard lock(m_lock);
+    m_thread.clear();
+    dropped.swap(m_arSymbolEnumerators);
+}
+
+// Under the lock, which threads that have ended don't want any more.
+void CSymbolEnumeratorHost::JoinEnded()
+{
+    m_retired.remove_if([](SThread& thread) {
+        const bool bEnded = thread.HasEnded();
+        if (bEnded)
+            thread.thread.join();
+        return bEnded;
+    });
+}
+
+// What still waits is left alone: those who gave it may be gone.
+void CSymbolEnumeratorHost::EndThread()
+{
+    ThreadList threads;
+    {
+        LockGuard lock(m_lock);
+        threads.swap(m_retired);
+        if (!m_thread.empty() && !m_thread.front().IsStopping())
+            threads.splice(threads.end(), m_thread);
+    }
+    for (SThread& thread : threads) {
+        thread.stop.Set();
+        if (thread.IsSelf())
+            thread.thread.detach();
+        else
+            thread.thread.join();
+    }
+}
+
+// ---- enumerations
+
+HRESULT CSymbolEnumeratorHost::Add(IFileHandlerEvents* pEvents)
+{
+    LockGuard lock(m_lock);
+    JoinEnded();
+    if (m_thread.empty())
+        StartThread();
+    SThread& thread = m_thread.front();
+    if (thread.IsStopping())
+        return S_FALSE;
+    m_arSymbolEnumerators.push_back({pEvents, 0});
+    // Under the lock, so that the thread, which takes the signal before the entry's first
+    // step, never finds it with the list empty.
+    thread.wake.Set();
+    return S_OK;
+}
+
+void CSymbolEnumeratorHost::StartThread()
+{
+    SThread& self = m_thread.emplace_back();
+    try {
+        self.thread = std::thread([this, &self] { ThreadMain(self); });
+    } catch (...) {
+        m_thread.clear();
+        throw;
+    }
+}
+
+void CSymbolEnumeratorHost::ThreadMain(SThread& self)
+{
+    {
+        const ThreadApartment apartment;
+        while (WaitForWork(self))
+            Step(self);
+    }
+    self.ended.Set();
+}
+
+// False when the thread is to end.
+bool CSymbolEnumeratorHost::WaitForWork(SThread& self)
+{
+    constexpr int kStop = 0;
+    Event::Timeout timeout; // without end
+    {
+        LockGuard lock(m_lock);
+        if (!m_arSymbolEnumerators.empty())
+            timeout = std::chrono::milliseconds(0);
+    }
+    return self.wait.WaitAny(self.stop, self.wake, timeout) != kStop;
+}
+
+void CSymbolEnumeratorHost::Step(SThread& self)
+{
+    com_ptr<IFileHandlerEvents> pEvents; // may be the last reference when the entry has gone
+    ULONGLONG nPosition = 0;
+    {
+        LockGuard lock(m_lock);
+        if (!m_arSymbolEnumerators.empty()) {
+            CConverterPersist& first = m_arSymbolEnumerators.front();
+            pEvents = first.pEvents;
+            nPosition = first.nNext++;
+        }
+    }
+    if (!Assert(static_cast<bool>(pEvents), "!m_arSymbolEnumerators.IsEmpty()"))
+        return;
+    if (pEvents->ProcessRecord(nPosition, nullptr, VARIANT_TRUE) == S_OK)
+        return;
+    LockGuard lock(m_lock);
+    // A step that stopped its own thread has dropped the list, and this may be another's.
+    const bool bOwnList = !m_thread.empty() && &m_thread.front() == &self;
+    if (bOwnList)
+        m_arSymbolEnumerators.pop_front();
+}
+
+} // namespace
+
+// ---- what the library uses --------------------------------------------------
+
+void SymbolEnumeratorHost::AddConvertor()
+{
+    CSymbolEnumeratorHost::Instance().AddConvertor();
+}
+
+void SymbolEnumeratorHost::ReleaseConvertor()
+{
+    CSymbolEnumeratorHost::Instance().ReleaseConvertor();
+}
+
+void SymbolEnumeratorHost::EndThread()
+{
+    CSymbolEnumeratorHost::Instance().EndThread();
+}
+
+HRESULT SymbolEnumeratorHost::Add(IFileHandlerEvents* pEvents)
+{
+    return CSymbolEnumeratorHost::Instance().Add(pEvents);
+}
+
+} // namespace Hesperon::specifics

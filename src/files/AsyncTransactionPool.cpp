@@ -1,0 +1,66 @@
+#include "src/files/AsyncTransactionPool.h"
+
+#include <algorithm>
+#include <map>
+
+#include "diagnostics/FaultmereClient.h"
+#include "src/files/Proxies.h"
+
+namespace Hesperon::specifics::AsyncTransactionPool {
+
+using IQRL_TabulexConverter::IAsyncTransaction;
+
+namespace {
+
+using TransactionMap = std::map<ULONG_PTR, IAsyncTransaction*>;
+
+// Guarded by ProxyLock. Never destroyed: objects that outlive the static ones still
+// unregister.
+TransactionMap& Transactions()
+{
+    static TransactionMap& transactions = *new TransactionMap;
+    return transactions;
+}
+
+} // namespace
+
+ULONG_PTR RegisterTransaction(ULONG_PTR nNumber, IUnknown* pObject)
+{
+    com_ptr<IAsyncTransaction> pAsyncTrans; // let go of outside of the lock
+    LockGuard lock(ProxyLock());
+    if (Transactions().contains(nNumber))
+        return 0;
+    query(pObject, pAsyncTrans);
+    if (!FaultmereUtil::Assert(static_cast<bool>(pAsyncTrans), "pAsyncTrans"))
+        return 0;
+    Transactions().emplace(nNumber, pAsyncTrans.get());
+    return nNumber;
+}
+
+// A pointer that isn't there takes the last entry with it.
+void UnregisterTransaction(IAsyncTransaction* pTransaction)
+{
+    const com_ptr<IAsyncTransaction> pAsyncTrans(pTransaction);
+    LockGuard lock(ProxyLock());
+    if (!FaultmereUtil::Assert(static_cast<bool>(pAsyncTrans), "pAsyncTrans"))
+        return;
+    TransactionMap& transactions = Transactions();
+    if (transactions.empty())
+        return;
+    auto it = std::ranges::find(transactions, pTransaction, &TransactionMap::value_type::second);
+    if (it == transactions.end())
+        --it;
+    transactions.erase(it);
+}
+
+bool CancelTransaction(ULONG_PTR nNumber)
+{
+    LockGuard lock(ProxyLock());
+    const auto it = Transactions().find(nNumber);
+    if (it == Transactions().end())
+        return false;
+    it->second->Cancel();
+    return true;
+}
+
+} // namespace Hesperon::specifics::AsyncTransactionPool

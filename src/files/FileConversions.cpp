@@ -1,0 +1,56 @@
+#include "src/files/FileConversions.h"
+
+#include <algorithm>
+#include <exception>
+
+#include "diagnostics/FaultmereClient.h"
+
+namespace Hesperon::specifics {
+
+using namespace IQRL_TabulexConverter;
+
+CConverterPersist::CConverterPersist(com_ptr<IFileHandlerEvents> pEvents)
+    : m_pEvents(std::move(pEvents))
+{
+    const auto pStart = m_pEvents.as<IFileHandlerEvents2>();
+    if (pStart && FAILED(pStart->get_StartPosition(&m_nPosition)))
+        m_nPosition = 0;
+}
+
+HRESULT CConverterPersist::Step(bool bComplete)
+try {
+    return m_pEvents->ProcessRecord(m_nPosition++, nullptr, bComplete);
+} catch (const std::exception&) {
+    return E_FAIL;
+}
+
+void CFileConversions::Start(com_ptr<IFileHandlerEvents> pEvents)
+{
+    const bool bRuns = std::ranges::any_of(
+        m_converters, [&](const auto& converter) { return converter.Events() == pEvents.get(); });
+    if (FaultmereUtil::Assert(!bRuns, "!pConverter"))
+        m_converters.emplace_back(std::move(pEvents));
+}
+
+void CFileConversions::StepNext(bool bComplete)
+{
+    if (m_nNext >= m_converters.size())
+        m_nNext = 0;
+    if (m_converters.empty())
+        return;
+    if (m_converters[m_nNext].Step(bComplete) == S_OK) {
+        ++m_nNext;
+        return;
+    }
+    // Out of the list before the consumer goes: that may run any code.
+    const auto it = m_converters.begin() + static_cast<std::ptrdiff_t>(m_nNext);
+    const CConverterPersist ended = std::move(*it);
+    m_converters.erase(it);
+}
+
+void CFileConversions::Clear()
+{
+    const auto ended = std::exchange(m_converters, {});
+}
+
+} // namespace Hesperon::specifics

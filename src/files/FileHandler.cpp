@@ -1,0 +1,175 @@
+#include "src/files/FileHandler.h"
+
+#include "diagnostics/FaultmereClient.h"
+#include "interfaces/IRecordParser.h"
+#include "platform/Apartment.h"
+#include "platform/values.h"
+
+namespace Hesperon::specifics {
+
+using namespace IQRL_TabulexConverter;
+
+void CFileHandler::Execute(std::unique_ptr<SOpenRequest> request)
+{
+    if (!FaultmereUtil::Assert(request != nullptr, "((HANDLE)(LONG_PTR)-1) != request"))
+        return;
+    const ThreadApartment apartment;
+    Open(*request);
+    const FileHandlerCall addFileHandler = std::move(request->AddFileHandler);
+    m_RemoveFileHandler = std::move(request->RemoveFileHandler);
+    request.reset();
+    ScanFirstRecords();
+    Register(addFileHandler);
+    Run();
+    CloseAll();
+}
+
+// A file that can't be read is opened all the same: its consumers get the failure.
+void CFileHandler::Open(SOpenRequest& request)
+try {
+    m_sFileName = std::move(request.sFileName);
+    m_pFile = std::move(request.pFile);
+    m_index.Attach(m_pFile);
+    m_index.DetectUnicode();
+} catch (const std::invalid_argument&) {
+    m_bScanDone = true;
+}
+
+void CFileHandler::Register(const FileHandlerCall& addFileHandler)
+{
+    addFileHandler(m_sFileName, new CProxy(shared_from_this()));
+    m_bRegistered = true;
+}
+
+void CFileHandler::Run()
+{
+    while (WaitForWork()) {
+        ScanStride();
+        m_conversions.StepNext(m_index.IsComplete());
+        ServeRequests();
+    }
+}
+
+void CFileHandler::CloseAll()
+{
+    m_conversions.Clear();
+    CFileRequests::List ended;
+    {
+        LockGuard lock(m_lock);
+        ended = m_requests.TakeAll();
+        m_pFile->Close();
+    }
+}
+
+// ---- the loop's steps -------------------------------------------------------
+
+// False when the file has had its time. While a conversion runs this doesn't wait.
+bool CFileHandler::WaitForWork()
+{
+    constexpr int kStop = 0;
+    Event::Timeout timeout; // without end
+    if (m_conversions.IsActive())
+        timeout = std::chrono::milliseconds(0);
+    else if (!m_bScanDone)
+        timeout = kStridePause;
+    return m_wait.WaitAny(m_hStop, m_hRequest, timeout) != kStop;
+}
+
+// One stride, which ends on a multiple of kStride. A file that can't be read isn't
+// tried again from here.
+void CFileHandler::ScanStride()
+try {
+    if (m_bScanDone || m_conversions.IsActive())
+        return;
+    LockGuard lock(m_lock);
+    m_index.SeekRecord(m_index.RecordCount() / kStride * kStride + kStride);
+    m_bScanDone = m_index.IsComplete() || m_index.RecordCount() >= kScanLimit;
+} catch (const std::exception&) {
+    m_bScanDone = true;
+}
+
+void CFileHandler::ScanFirstRecords()
+{
+    while (!m_bScanDone && m_index.RecordCount() < kFirstRecords)
+        ScanStride();
+}
+
+void CFileHandler::ServeRequests()
+try {
+    if (m_requests.IsEmpty())
+        return;
+    bool bComplete = false;
+    {
+        LockGuard lock(m_lock);
+        bComplete = m_index.IsComplete();
+        m_requests.Collect(!bComplete, m_collected);
+    }
+    for (const SPendingRequest& request : m_collected)
+        Dispatch(request, bComplete);
+    m_collected.clear();
+} catch (const std::exception&) {
+    m_collected.clear();
+}
+
+void CFileHandler::Dispatch(const SPendingRequest& request, bool bComplete)
+{
+    switch (request.kind) {
+    case SPendingRequest::Kind::FirstRecord:
+        return GiveFirstRecord(request.pObject.get());
+    case SPendingRequest::Kind::CountEvents:
+        return TellCount(request.pObject.get(), bComplete);
+    case SPendingRequest::Kind::Conversion:
+        return StartConversion(request.pObject.get());
+    }
+}
+
+void CFileHandler::GiveFirstRecord(IUnknown* pObject)
+try {
+    com_ptr<IRecordParser> pParser;
+    if (FAILED(query(pObject, pParser)))
+        return;
+    Bstr bsRecord;
+    ReadRecord(0, [&](string_view_t text) { bsRecord = Bstr(text); });
+    pParser->Parse(bsRecord.get());
+} catch (const std::invalid_argument&) {
+    // The parser hears of the file's failure when it reads itself.
+}
+
+// While the scan is on, once in 4096 records: the scan stops at multiples of kStride.
+// Afterwards at each turn of the loop.
+void CFileHandler::TellCount(IUnknown* pObject, bool bComplete)
+{
+    const ULONGLONG nCount = CountLocked();
+    if (!bComplete && !m_bScanDone && (nCount & kProgressMask) != 0)
+        return;
+    com_ptr<IFileHandlerEvents> pEvents;
+    if (SUCCEEDED(query(pObject, pEvents)))
+        pEvents->RecordCountChange(nCount, bComplete);
+}
+
+void CFileHandler::StartConversion(IUnknown* pObject)
+{
+    com_ptr<IFileHandlerEvents> pEvents;
+    query(pObject, pEvents);
+    if (FaultmereUtil::Assert(static_cast<bool>(pEvents), "pEvents"))
+        m_conversions.Start(std::move(pEvents));
+}
+
+// ---- for the proxy and the loop ---------------------------------------------
+
+ULONGLONG CFileHandler::CountLocked()
+{
+    LockGuard lock(m_lock);
+    return m_index.RecordCount();
+}
+
+void CFileHandler::Queue(SPendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey)
+{
+    {
+        LockGuard lock(m_lock);
+        m_requests.Add(nKey, kind, pObject);
+    }
+    m_hRequest.Set();
+}
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,155 @@
+// CFileHandler: the life of one open file, shared by all consumers of its name.
+//
+// A worker thread runs Execute: it indexes the file in the background for as long
+// as that is cheap, tells consumers how the count grows, and drives each running
+// conversion a record at a time. Consumers hold a CProxy and call on their own
+// threads; they and the worker meet at m_lock only. The worker holds m_lock for
+// one stride of the scan or one look at the requests, never while it calls a
+// consumer. Under m_lock only the file's own lock is taken.
+//
+//   state       left by
+//   scanning    the end of the file, or kScanLimit records known
+//   converting  the end of the last conversion; the scan is suspended
+//   idle        a request, or the last reference gone
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/CriticalSection.h"
+#include "platform/WorkerWait.h"
+#include "src/files/FileConversions.h"
+#include "src/files/FileRequests.h"
+#include "src/files/IFileHandler.h"
+#include "src/files/ILineReader.h"
+#include "src/files/LineIndex.h"
+
+namespace Hesperon::specifics {
+
+// How a worker makes its file known and, with the last reference gone, unknown.
+using FileHandlerCall = std::function<void(const string_t& sName, IFileHandler* pHandler)>;
+
+// What a worker starts with.
+struct SOpenRequest
+{
+    string_t sFileName;
+    std::shared_ptr<CSharedFile> pFile;
+    FileHandlerCall AddFileHandler;
+    FileHandlerCall RemoveFileHandler;
+};
+
+class CFileHandler : public std::enable_shared_from_this<CFileHandler>
+{
+public:
+    class CProxy;
+
+    // Runs on the calling thread until the last reference to the proxy is gone or
+    // Stop() is called; then closes the file. The handler must be held by a shared_ptr.
+    void Execute(std::unique_ptr<SOpenRequest> request);
+
+    // Has Execute return at its next wait, whoever holds the proxy; calls to the proxy
+    // stay safe. From any thread.
+    void Stop() { m_hStop.Set(); }
+
+    // Execute has called AddFileHandler. For the thread that runs it.
+    bool IsRegistered() const { return m_bRegistered; }
+    // Once Execute has begun.
+    const string_t& FileName() const { return m_sFileName; }
+
+private:
+    static constexpr ULONGLONG kStride = 64;       // records scanned while the lock is held
+    static constexpr ULONGLONG kScanLimit = 32767; // records that the scan is content with
+    // Records known before consumers come, so that what a layout is worked out from
+    // doesn't depend on how far the scan happens to be.
+    static constexpr ULONGLONG kFirstRecords = 1024;
+    // Bits that are all clear once in 4096 records.
+    static constexpr ULONGLONG kProgressMask = 0xFC0;
+    static constexpr Event::Timeout kStridePause = std::chrono::milliseconds(1);
+
+    void Open(SOpenRequest& request);
+    void Register(const FileHandlerCall& addFileHandler);
+    void Run();
+    void CloseAll();
+
+    bool WaitForWork();
+    void ScanStride();
+    void ScanFirstRecords();
+    void ServeRequests();
+    void Dispatch(const SPendingRequest& request, bool bComplete);
+    void GiveFirstRecord(IUnknown* pObject);
+    void TellCount(IUnknown* pObject, bool bComplete);
+    void StartConversion(IUnknown* pObject);
+
+    ULONGLONG CountLocked();
+    void Queue(SPendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey);
+    // Hands over the text of the line, under the lock; false: there is no such line.
+    template <class Take>
+    bool ReadRecord(ULONGLONG nIndex, Take take)
+    {
+        LockGuard lock(m_lock);
+        if (!m_index.GetRecord(m_sText, nIndex))
+            return false;
+        take(string_view_t(m_sText));
+        return true;
+    }
+
+    string_t m_sFileName;                // set before the proxy is there
+    FileHandlerCall m_RemoveFileHandler; // likewise
+    std::shared_ptr<CSharedFile> m_pFile;
+    Event m_hStop{Event::Kind::AutoReset};
+    Event m_hRequest{Event::Kind::AutoReset};
+
+    CriticalSection m_lock;   // guards what follows
+    CLineIndex m_index;       // but for what it offers to any thread
+    CFileRequests m_requests; // but for IsEmpty
+    string_t m_sText;         // of the record being read; kept for its memory
+
+    // For the worker alone.
+    WorkerWait m_wait;
+    CFileConversions m_conversions;
+    CFileRequests::List m_collected;
+    bool m_bScanDone = false;
+    bool m_bRegistered = false;
+};
+
+// What consumers hold. It answers for IFileHandler and nothing else.
+//
+// It begins unreferenced. Its last Release stops the worker, takes the name out of
+// the pool and deletes the proxy; from then on AddRef refuses with 0.
+class CFileHandler::CProxy final : public IFileHandler, public ILineReader
+{
+public:
+    explicit CProxy(std::shared_ptr<CFileHandler> pHandler) : m_pHandler(std::move(pHandler)) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** ppvObject) override;
+    ULONG STDMETHODCALLTYPE AddRef() override;
+    ULONG STDMETHODCALLTYPE Release() override;
+
+    HRESULT STDMETHODCALLTYPE GetFileName(BSTR* bsName) override;
+    HRESULT STDMETHODCALLTYPE GetCount(ULONGLONG* nCount, VARIANT_BOOL* bComplete) override;
+    HRESULT STDMETHODCALLTYPE GetRecord(ULONGLONG nIndex, ULONG nLocale, BSTR* bsRecord) override;
+    HRESULT STDMETHODCALLTYPE SeekRecord(ULONGLONG nIndex) override;
+    HRESULT STDMETHODCALLTYPE QueueFirstRecord(IUnknown* pObject, ULONGLONG nKey) override;
+    HRESULT STDMETHODCALLTYPE CancelRequests(ULONGLONG nKey) override;
+    HRESULT STDMETHODCALLTYPE QueueCountEvents(IUnknown* pObject, ULONGLONG nKey) override;
+    HRESULT STDMETHODCALLTYPE QueueConversion(IUnknown* pObject, ULONGLONG nKey) override;
+    HRESULT STDMETHODCALLTYPE GetRelativePos(ULONGLONG nIndex, FLOAT* fRelative) override;
+    HRESULT STDMETHODCALLTYPE GetLastRecord(ULONG nLocale, BSTR* bsRecord) override;
+    HRESULT STDMETHODCALLTYPE RefreshFileSize() override;
+    HRESULT STDMETHODCALLTYPE Invalidate(VARIANT_BOOL bErase) override;
+    HRESULT STDMETHODCALLTYPE GetApproxCount(ULONGLONG* nCount) override;
+
+    HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG nLocale,
+                                           CLineBuffer& lines) override;
+
+private:
+    static constexpr ULONG kGone = 0x80000000;
+
+    ~CProxy() = default;
+    void EndOfUse();
+
+    std::shared_ptr<CFileHandler> m_pHandler;
+    std::atomic<ULONG> m_nRefs = 0; // kGone once the last reference has gone
+};
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,210 @@
+#include "src/files/FilePool.h"
+
+#include "diagnostics/FaultmereClient.h"
+#include "platform/Process.h"
+#include "src/files/FilePoolImpl.h"
+
+namespace Hesperon::specifics {
+
+namespace {
+
+// Tries again where a file is held by a program that is done in a moment: the pause
+// grows by kPauseStep up to kLastPause, exclusively.
+File OpenPatiently(string_view_t sName)
+{
+    constexpr std::chrono::milliseconds kPauseStep(10);
+    constexpr std::chrono::milliseconds kLastPause(50);
+    for (std::chrono::milliseconds pause(0); pause != kLastPause; pause += kPauseStep) {
+        int nError = 0;
+        File file = File::Open(sName, nError);
+        if (file.IsOpen())
+            return file;
+        std::this_thread::sleep_for(pause);
+        FaultmereUtil::Trace("InternalAttachFile: CreateFile failed " + PathToBytes(sName) +
+                             " (ErrorCode=" + std::to_string(nError) + ")");
+    }
+    return {};
+}
+
+} // namespace
+
+CFilePool& CFilePool::Instance()
+{
+    static CFilePool& pool = *new CFilePool;
+    static const struct SEnd
+    {
+        ~SEnd()
+        {
+            if (!OtherThreadsAreGone())
+                pool.EndOfProcess();
+        }
+    } end;
+    return pool;
+}
+
+com_ptr<IFileHandler> CFilePool::InternalAttachFile(string_view_t sName) noexcept
+try {
+    return AttachOrOpen(string_t(sName));
+} catch (const std::exception&) {
+    return {};
+}
+
+// Callers of one name wait for each other, so that they share one handler.
+com_ptr<IFileHandler> CFilePool::AttachOrOpen(const string_t& sName)
+{
+    FilesLock lock(m_filesLock);
+    if (auto pHandler = FindHandler(lock, sName))
+        return pHandler;
+    return OpenHandler(lock, sName);
+}
+
+// Null where the name is free to be opened.
+com_ptr<IFileHandler> CFilePool::FindHandler(FilesLock& lock, const string_t& sName)
+{
+    for (;;) {
+        const auto it = m_handlers.find(sName);
+        if (it != m_handlers.end() && it->second->AddRef() != 0)
+            return {attach_ref, it->second};
+        if (it == m_handlers.end() && !m_openings.contains(sName))
+            return {};
+        m_filesChanged.wait(lock);
+    }
+}
+
+com_ptr<IFileHandler> CFilePool::OpenHandler(FilesLock& lock, const string_t& sName)
+{
+    SOpening opening;
+    m_openings.emplace(sName, &opening);
+    lock.unlock();
+    auto pFile = StartHandler(sName);
+    lock.lock();
+    if (pFile) {
+        NoteFile(sName, std::move(pFile));
+        m_filesChanged.wait(lock, [&] { return opening.bDone; });
+    } else {
+        m_openings.erase(sName);
+        m_filesChanged.notify_all();
+    }
+    return std::move(opening.pHandler);
+}
+
+void CFilePool::NoteFile(const string_t& sName, std::shared_ptr<CSharedFile> pFile) noexcept
+try {
+    m_fileHandles.insert_or_assign(sName, std::move(pFile));
+} catch (const std::bad_alloc&) {
+    // The file can't be closed by its name, and is closed by its worker.
+}
+
+// Null where the file can't be opened or gets no worker.
+std::shared_ptr<CSharedFile> CFilePool::StartHandler(const string_t& sName)
+try {
+    File file = OpenPatiently(sName);
+    if (!file.IsOpen())
+        return nullptr;
+    auto pFile = std::make_shared<CSharedFile>(std::move(file));
+    const auto add = [this](const string_t& sFile, IFileHandler* pHandler) {
+        AddFileHandler(sFile, pHandler);
+    };
+    const auto remove = [this](const string_t& sFile, IFileHandler*) { RemoveFileHandler(sFile); };
+    auto request = std::make_unique<SOpenRequest>(SOpenRequest{sName, pFile, add, remove});
+    if (FaultmereUtil::Assert(QueueRequest(std::move(request)), "0 && \"Can not queue request\""))
+        return pFile;
+    pFile->Close();
+    return nullptr;
+} catch (const std::exception&) {
+    FaultmereUtil::ReportAssertion("0 && \"Can not queue request\"");
+    return nullptr;
+}
+
+void CFilePool::AddFileHandler(const string_t& sName, IFileHandler* pHandler) noexcept
+{
+    std::lock_guard lock(m_filesLock);
+    FinishOpening(sName, pHandler);
+    try {
+        m_handlers.insert_or_assign(sName, pHandler);
+    } catch (const std::bad_alloc&) {
+        // The caller that opened it has it; others open the file for themselves.
+    }
+}
+
+void CFilePool::FinishOpening(const string_t& sName, IFileHandler* pHandler)
+{
+    const auto it = m_openings.find(sName);
+    if (it == m_openings.end())
+        return;
+    it->second->pHandler = pHandler;
+    it->second->bDone = true;
+    m_openings.erase(it);
+    m_filesChanged.notify_all();
+}
+
+// A worker that couldn't register: its caller gets null.
+void CFilePool::AbandonOpening(const string_t& sName)
+{
+    std::lock_guard lock(m_filesLock);
+    FinishOpening(sName, nullptr);
+}
+
+void CFilePool::RemoveFileHandler(string_view_t sName)
+{
+    std::lock_guard lock(m_filesLock);
+    if (const auto it = m_handlers.find(sName); it != m_handlers.end())
+        m_handlers.erase(it);
+    if (const auto it = m_fileHandles.find(sName); it != m_fileHandles.end())
+        m_fileHandles.erase(it);
+    m_filesChanged.notify_all();
+}
+
+void CFilePool::CloseFileHandle(string_view_t sName)
+{
+    std::lock_guard lock(m_filesLock);
+    if (const auto it = m_fileHandles.find(sName); it != m_fileHandles.end())
+        it->second->Close();
+}
+
+void CFilePool::EndOfProcess()
+{
+    std::vector<com_ptr<IFileHandler>> handlers;
+    {
+        std::lock_guard lock(m_filesLock);
+        for (const auto& [sName, pHandler] : m_handlers)
+            if (pHandler->AddRef() != 0)
+                handlers.emplace_back(attach_ref, pHandler);
+    }
+    for (const auto& pHandler : handlers)
+        pHandler->CancelRequests(IFileHandler::kAllKeys);
+    handlers.clear();
+    Shutdown(true);
+}
+
+// ---- what data parsers use --------------------------------------------------
+
+void FilePool::AddParser()
+{
+    CFilePool::Instance().AddParser();
+}
+
+void FilePool::ReleaseParser()
+{
+    CFilePool::Instance().ReleaseParser();
+}
+
+void FilePool::AwaitThreads()
+{
+    CFilePool::Instance().ShutdownThreads();
+}
+
+com_ptr<IFileHandler> FilePool::AttachFile(string_view_t sName)
+{
+    return CFilePool::Instance().InternalAttachFile(sName);
+}
+
+void FilePool::ReleaseFile(string_view_t sName, bool bClose)
+{
+    CFilePool& pool = CFilePool::Instance();
+    if (bClose)
+        pool.CloseFileHandle(sName);
+    pool.RemoveFileHandler(sName);
+}
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,180 @@
+// The threads' side of CFilePool: a thread for each open file.
+
+#include <algorithm>
+
+#include "diagnostics/FaultmereClient.h"
+#include "platform/Thread.h"
+#include "src/files/FilePoolImpl.h"
+
+namespace Hesperon::specifics {
+
+bool CFilePool::QueueRequest(std::unique_ptr<SOpenRequest> request)
+try {
+    auto pHandler = std::make_shared<CFileHandler>();
+    ThreadsLock lock(m_threadsLock);
+    // A shutdown waits for the pool's threads, so one of them can't wait for it.
+    if (m_bShutdown && IsPoolThread())
+        return false;
+    m_threadsChanged.wait(lock, [&] { return !m_bShutdown; });
+    JoinEnded(m_threads);
+    JoinEnded(m_retired);
+    const ULONGLONG nTicket = ++m_nLastTicket;
+    m_queue.push_back({nTicket, std::move(request), std::move(pHandler)});
+    m_threadsChanged.notify_all();
+    try {
+        WaitUntilTaken(lock, nTicket);
+    } catch (const std::exception&) {
+        return std::erase_if(m_queue, [=](auto& queued) { return queued.nTicket == nTicket; }) == 0;
+    }
+    return true;
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+// Throws where a thread is needed and can't be started.
+void CFilePool::WaitUntilTaken(ThreadsLock& lock, ULONGLONG nTicket)
+{
+    while (!m_queue.empty() && m_queue.front().nTicket <= nTicket) {
+        if (!m_bShutdown && m_nFree < m_queue.size())
+            StartThread();
+        else
+            m_threadsChanged.wait(lock);
+    }
+}
+
+void CFilePool::StartThread()
+{
+    SThread& self = m_threads.emplace_back();
+    try {
+        self.thread = std::thread([this, &self] { ThreadMain(self); });
+        self.id = self.thread.get_id();
+    } catch (const std::exception&) {
+        m_threads.pop_back();
+        throw;
+    }
+    ++m_nThreads;
+    ++m_nFree;
+}
+
+// A thread serves one file and ends; the only one ever started waits for the next.
+void CFilePool::ThreadMain(SThread& self)
+{
+    LowerThreadPriority();
+    ThreadsLock lock(m_threadsLock);
+    for (bool bLast = false; !bLast;) {
+        m_threadsChanged.wait(lock, [&] { return m_bShutdown || !m_queue.empty(); });
+        --m_nFree;
+        if (m_bShutdown)
+            break;
+        RunRequest(lock, self);
+        bLast = self.bRetired || m_bShutdown || m_nThreads > 1;
+        if (!bLast)
+            ++m_nFree;
+    }
+    self.bEnded = true;
+}
+
+void CFilePool::RunRequest(ThreadsLock& lock, SThread& self)
+{
+    SQueued queued = std::move(m_queue.front());
+    m_queue.pop_front();
+    m_threadsChanged.notify_all();
+    self.pHandler = queued.pHandler;
+    lock.unlock();
+    try {
+        queued.pHandler->Execute(std::move(queued.request));
+    } catch (const std::exception&) {
+        // Out of memory before the file was known; its caller is told below.
+    }
+    if (!queued.pHandler->IsRegistered())
+        AbandonOpening(queued.pHandler->FileName());
+    queued.pHandler.reset();
+    lock.lock();
+    self.pHandler.reset();
+}
+
+bool CFilePool::IsPoolThread() const
+{
+    const auto isSelf = [](const SThread& t) { return t.id == std::this_thread::get_id(); };
+    return std::ranges::any_of(m_threads, isSelf) || std::ranges::any_of(m_stopping, isSelf) ||
+           std::ranges::any_of(m_retired, isSelf);
+}
+
+// Threads that have ended give the lock up for the last time before, so joining them
+// under it doesn't wait.
+void CFilePool::JoinEnded(ThreadList& threads)
+{
+    std::erase_if(threads, [](SThread& t) {
+        if (t.bEnded)
+            t.thread.join();
+        return t.bEnded;
+    });
+}
+
+void CFilePool::ReleaseParser()
+{
+    if (--m_nRefs == 0)
+        ShutdownThreads();
+}
+
+void CFilePool::ShutdownThreads()
+{
+    Shutdown(false);
+}
+
+void CFilePool::Shutdown(bool bWhateverLives)
+{
+    ThreadsLock lock(m_threadsLock);
+    if (!BeginShutdown(lock, bWhateverLives))
+        return;
+    JoinStopping(lock);
+    m_bShutdown = false;
+    m_threadsChanged.notify_all();
+    if (bWhateverLives)
+        FaultmereUtil::Assert(m_nThreads == 0, "m_pool.IsEmpty()");
+}
+
+// False where there is nothing to do: another thread does it, or a parser has come
+// meanwhile. From here on new requests wait until the end of the shutdown.
+bool CFilePool::BeginShutdown(ThreadsLock& lock, bool bWhateverLives)
+{
+    if (m_bShutdown && IsPoolThread())
+        return false;
+    m_threadsChanged.wait(lock, [&] { return !m_bShutdown; });
+    if (m_nRefs != 0 && !bWhateverLives)
+        return false;
+    m_bShutdown = true;
+    m_nThreads = 0;
+    m_stopping.splice(m_stopping.end(), m_threads);
+    m_stopping.splice(m_stopping.end(), m_retired);
+    if (bWhateverLives) {
+        for (SThread& t : m_stopping)
+            if (t.pHandler)
+                t.pHandler->Stop();
+    }
+    m_threadsChanged.notify_all();
+    return true;
+}
+
+void CFilePool::JoinStopping(ThreadsLock& lock)
+{
+    const auto self = std::ranges::find(m_stopping, std::this_thread::get_id(), &SThread::id);
+    if (self != m_stopping.end()) {
+        self->bRetired = true;
+        m_retired.splice(m_retired.end(), m_stopping, self);
+    }
+    for (SThread& t : m_stopping) {
+        lock.unlock();
+        t.thread.join();
+        lock.lock();
+    }
+    m_stopping.clear();
+}
+
+std::size_t CFilePool::ThreadCount()
+{
+    std::lock_guard lock(m_threadsLock);
+    return m_threads.size() + m_stopping.size() + m_retired.size();
+}
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,58 @@
+#include "src/files/Proxies.h"
+
+namespace Hesperon::specifics {
+
+using IQRL_TabulexConverter::IFileHandlerEvents;
+
+// Never destroyed: worker threads may still call while the process ends.
+CriticalSection& ProxyLock()
+{
+    static CriticalSection& lock = *new CriticalSection;
+    return lock;
+}
+
+void CFileHandlerEventsProxy::Attach(IFileHandlerEvents* pTarget)
+{
+    LockGuard lock(ProxyLock());
+    m_pTarget = pTarget;
+}
+
+void CFileHandlerEventsProxy::Detach()
+{
+    Attach(nullptr);
+}
+
+// A target whose last reference is gone may still be on its way to Detach. It is
+// there for as long as the lock is held, but can't be brought back to life.
+com_ptr<IFileHandlerEvents> CFileHandlerEventsProxy::Target()
+{
+    LockGuard lock(ProxyLock());
+    if (!m_pTarget)
+        return {};
+    const bool bDying = m_pTarget->AddRef() > kDyingRefs;
+    com_ptr<IFileHandlerEvents> pTarget(attach_ref, m_pTarget);
+    return bDying ? nullptr : pTarget;
+}
+
+HRESULT STDMETHODCALLTYPE CFileHandlerEventsProxy::RecordCountChange(ULONGLONG nNewCount,
+                                                                     VARIANT_BOOL bComplete)
+{
+    const auto pTarget = Target();
+    return pTarget ? pTarget->RecordCountChange(nNewCount, bComplete) : S_OK;
+}
+
+HRESULT STDMETHODCALLTYPE CFileHandlerEventsProxy::PutData(VARIANT vFields, ULONGLONG nFrom,
+                                                           ULONGLONG nCount)
+{
+    const auto pTarget = Target();
+    return pTarget ? pTarget->PutData(vFields, nFrom, nCount) : S_OK;
+}
+
+HRESULT STDMETHODCALLTYPE CFileHandlerEventsProxy::ProcessRecord(ULONGLONG nIndex, BSTR bsRecord,
+                                                                 VARIANT_BOOL bComplete)
+{
+    const auto pTarget = Target();
+    return pTarget ? pTarget->ProcessRecord(nIndex, bsRecord, bComplete) : S_OK;
+}
+
+} // namespace Hesperon::specifics

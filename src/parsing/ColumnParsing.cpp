@@ -1,0 +1,142 @@
+#include "src/parsing/ColumnParsing.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "datetime/qrlDateTime.h"
+#include "platform/values.h"
+#include "src/parsing/RecordText.h"
+
+namespace Hesperon::specifics {
+namespace {
+
+constexpr LONGLONG kHoursPerDay = 24;
+constexpr LONGLONG kNoon = 12;
+constexpr double kMinutesPerDay = 1440.0;
+
+void SetVariable(CDataField& field, OLECHAR letter, LONGLONG nValue)
+{
+    if (tagMATHVALUE* p = field.FindVariable(letter))
+        *p = tagMATHVALUE::Integer(nValue);
+}
+
+void StoreHour(CDataField& time, LONGLONG nHour)
+{
+    if (time.FindVariable('t')) {
+        SetVariable(time, 't', nHour >= kNoon);
+        if (nHour > kNoon)
+            nHour -= kNoon;
+    }
+    SetVariable(time, 'h', nHour);
+}
+
+// Day number of the date column's variables; empty outside the calendar's range.
+std::optional<std::int32_t> DayNumber(CDataField& date)
+{
+    const LONGLONG nYear = date.VariableOr0('y');
+    const LONGLONG nMonth = date.VariableOr0('m');
+    const LONGLONG nDay = date.VariableOr0('d');
+    if (nYear < qrlDateTime::kFirstYear || nYear > qrlDateTime::kLastYear || nMonth < 1 ||
+        nMonth > 12 || nDay < 1 || nDay > 31)
+        return {};
+    std::int32_t nNumber = 0;
+    const qrlDateTime::TDate calendar{static_cast<SHORT>(nMonth), static_cast<SHORT>(nDay),
+                                      static_cast<SHORT>(nYear)};
+    if (!qrlDateTime::details::TryDateToJulian(calendar, nNumber))
+        return {};
+    return nNumber;
+}
+
+void StoreDay(CDataField& date, std::int32_t nDay)
+{
+    qrlDateTime::TDate calendar{};
+    if (!qrlDateTime::details::TryJulianToDate(nDay, calendar))
+        return;
+    SetVariable(date, 'm', calendar.Month);
+    SetVariable(date, 'd', calendar.Day);
+    SetVariable(date, 'y', calendar.Year);
+}
+
+void NormaliseDateAndTime(CDataField& date, CDataField& time)
+{
+    const std::optional<std::int32_t> nDay = DayNumber(date);
+    if (!nDay)
+        date.SetValid(false);
+    const LONGLONG nHour = time.HourOfDay();
+    StoreHour(time, nHour % kHoursPerDay);
+    if (nDay && nHour >= kHoursPerDay)
+        StoreDay(date, *nDay + static_cast<std::int32_t>(nHour / kHoursPerDay));
+}
+
+// Adds the bar size to the stamp. Where a part has no date value all stays as it was.
+void MoveToBarEnd(ParserState& state)
+{
+    CDataField* parts[] = {state.Column(TypeDate), state.Column(TypeTime)};
+    double sum = 0;
+    bool bAny = false;
+    for (CDataField* part : parts) {
+        if (!part)
+            continue;
+        Variant value;
+        if (FAILED(ColumnValue(state, *part, &value)) || value.vt != VT_DATE)
+            return;
+        sum += value.date;
+        bAny = true;
+    }
+    if (!bAny)
+        return;
+    sum += state.m_nResolutionSize / kMinutesPerDay;
+    if (parts[0])
+        parts[0]->SetCachedDate(std::trunc(sum));
+    if (parts[1])
+        parts[1]->SetCachedDate(sum - std::trunc(sum));
+}
+
+} // namespace
+
+void ParseColumns(ParserState& state, string_view_t sRecord)
+{
+    FieldWalk walk(sRecord, state.m_dividers);
+    bool bMore = true;
+    for (CDataField& field : state.m_fields) {
+        bMore = bMore && walk.NextFilled();
+        if (bMore)
+            field.ParseField(walk.Text());
+        else
+            field.SetValid(false);
+    }
+    if (state.m_bUseBarsEndTime && state.m_nResolution == ResolutionMinutes &&
+        state.m_nResolutionSize != 0)
+        MoveToBarEnd(state);
+}
+
+HRESULT ColumnValue(ParserState& state, CDataField& field, VARIANT* pValue)
+{
+    const bool bDateOrTime = field.GetType() == TypeDate || field.GetType() == TypeTime;
+    if (bDateOrTime && !field.HasCachedValue()) {
+        CDataField* date = state.Column(TypeDate);
+        CDataField* time = state.Column(TypeTime);
+        if (date && time)
+            NormaliseDateAndTime(*date, *time);
+    }
+    return field.GetValue(pValue);
+}
+
+HRESULT RecordDateTime(ParserState& state, DATE& date)
+{
+    CDataField* dateColumn = state.Column(TypeDate);
+    if (!dateColumn)
+        return E_INVALIDARG;
+    Variant value;
+    if (FAILED(ColumnValue(state, *dateColumn, &value)))
+        return E_FAIL;
+    date = value.date;
+    if (CDataField* timeColumn = state.Column(TypeTime)) {
+        if (FAILED(ColumnValue(state, *timeColumn, &value)))
+            return E_FAIL;
+        date += value.date;
+    }
+    return S_OK;
+}
+
+} // namespace Hesperon::specifics

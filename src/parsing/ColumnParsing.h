@@ -1,0 +1,22 @@
+// Parsing a normalised record into the columns, and date and time read together.
+#pragma once
+
+#include <optional>
+
+#include "src/parsing/ParserState.h"
+
+namespace Hesperon::specifics {
+
+// Gives each column its text. Columns beyond the end of the record are left
+// invalid. Bars of minutes are moved to their end where that is asked for.
+void ParseColumns(ParserState& state, string_view_t sRecord);
+
+// The value of a Date or Time column: the two are normalised first, so that an hour
+// of 24 rolls the date. Other columns give their own value.
+HRESULT ColumnValue(ParserState& state, CDataField& field, VARIANT* pValue);
+
+// Date plus time of the record last parsed; E_INVALIDARG without a Date column,
+// E_FAIL where one of the columns doesn't parse.
+HRESULT RecordDateTime(ParserState& state, DATE& date);
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,113 @@
+// The vocabulary of record parsing: the 18 field types, the 8 resolutions, which
+// types a resolution admits and requires, and the template lists.
+#pragma once
+
+#include <map>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/component.h"
+#include "src/parsing/templates/IQDParseImpl.h"
+
+namespace Hesperon::specifics {
+
+enum FieldType : unsigned
+{
+    TypeSymbol = 0,
+    TypeDate = 1,
+    TypeTime = 2,
+    TypeOpen = 3,
+    TypeHigh = 4,
+    TypeLow = 5,
+    TypeClose = 6,
+    TypePrice = 7,
+    TypeVolume = 8,
+    TypeUpVolume = 9,
+    TypeDownVolume = 10,
+    TypeUnchangedVolume = 11,
+    TypeTotalVolume = 12,
+    TypeUpTicks = 13,
+    TypeDownTicks = 14,
+    TypeUnchangedTicks = 15,
+    TypeTotalTicks = 16,
+    TypeOpenInterest = 17,
+    TYPES_COUNT = 18,
+};
+
+enum Resolution : LONG
+{
+    ResolutionNone = 0,
+    ResolutionTick = 1,
+    ResolutionTickBars = 2,
+    ResolutionCountBars = 3,
+    ResolutionSeconds = 4,
+    ResolutionMinutes = 5,
+    ResolutionDays = 6,
+    ResolutionWeeks = 7,
+    RESOLUTIONS_COUNT = 8,
+};
+
+constexpr bool IsPriceType(unsigned uiType)
+{
+    return uiType >= TypeOpen && uiType <= TypePrice;
+}
+constexpr bool IsWholeType(unsigned uiType)
+{
+    return uiType >= TypeVolume && uiType < TYPES_COUNT;
+}
+
+// Internal name, such as "Up Volume"; the text for an undefined column for an id
+// out of range.
+string_view_t TypeName(unsigned uiType);
+// The same in the user's language.
+string_view_t LocalizedTypeName(unsigned uiType);
+// Id of an internal name (exact compare); kNoType for none.
+unsigned FindType(string_view_t sName);
+
+// Whether a resolution admits a type. Both must be in range; a report is made and
+// false given where they aren't.
+bool IsValidType(unsigned uiType, LONG nResolution);
+// The types that a resolution can't do without, in the order in which lacks are
+// told; empty for resolutions 0 and 4 and those out of range.
+std::span<const unsigned> RequiredTypes(LONG nResolution);
+
+struct tagTEMPLATE
+{
+    string_t szTemplate;
+    unsigned nCount; // how often it was added
+    bool bDefault;   // a default template can't be removed
+};
+
+// One field type with its templates, in the order in which detection tries them.
+class CDataType
+{
+public:
+    CDataType() = default;
+    explicit CDataType(unsigned uiId);
+
+    unsigned Id() const { return m_uiId; }
+    const std::vector<tagTEMPLATE>& Templates() const { return m_templates; }
+
+    // Empties the list and adds the type's default templates.
+    void FillDefaultTemplates();
+    // Lower-cased; an empty one is ignored, one that is there is counted.
+    void AddTemplate(string_view_t sTemplate, bool bDefault);
+    // Index of the exact text, -1 for none.
+    int FindTemplate(string_view_t sTemplate) const;
+    // Erases the exact text unless it is a default one.
+    void RemoveTemplate(string_view_t sTemplate);
+
+private:
+    unsigned m_uiId = kNoType;
+    std::vector<tagTEMPLATE> m_templates;
+};
+
+using TypeTable = std::map<unsigned, CDataType>;
+
+// All 18 types with their default templates.
+TypeTable DefaultTypes();
+// Those of `types` that the resolution admits.
+TypeTable AdmittedTypes(const TypeTable& types, LONG nResolution);
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,84 @@
+// What a record parser knows: the layout of the file's records and the record
+// last parsed. The record parser owns one and guards it with its lock; detection,
+// refinement and inference work on it by reference.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "interfaces/IDataParser.h"
+#include "src/parsing/DataTypes.h"
+#include "src/parsing/detection/Dividers.h"
+#include "src/parsing/templates/IQDParseImpl.h"
+
+namespace Hesperon::specifics {
+
+inline constexpr std::size_t kNoColumn = ~std::size_t(0);
+
+struct ResolutionTemplate
+{
+    string_t sName; // the host's, optionally with "|size" behind it
+    LONG nId;
+};
+
+enum class ParsePhase
+{
+    Created, // Parse does nothing
+    Reset,   // the next Parse finds the layout
+    Ready,   // Parse parses
+};
+
+struct ParserState
+{
+    std::vector<CDataField> m_fields; // a column each, in file order
+    // Columns that the user or an earlier pass fixed; detection copies them.
+    std::map<std::size_t, CDataField> m_predefinedFields;
+    TypeTable m_types = DefaultTypes();
+    DividerSet m_dividers;
+    bool m_bDividerFound = false; // m_dividers are settled
+    LONG m_nResolution = ResolutionNone;
+    LONG m_nResolutionSize = 0; // bar size in the resolution's unit
+    bool m_bUseBarsEndTime = false;
+    bool m_bHasHeader = false;
+    ParsePhase m_phase = ParsePhase::Created;
+    string_t m_sCurrentRecord; // normalised
+    string_t m_strHeader;      // the line that names the columns; empty without one
+    IQRL_TabulexConverter::IDataParser* m_pDataParser = nullptr; // not counted
+    std::vector<ResolutionTemplate> m_resolutionTemplates;
+    bool m_bAutoHeader = true; // detection may look for header lines
+    bool m_bSmartResolution = false;
+
+    // First column of a type, kNoColumn for none.
+    std::size_t Index(unsigned uiType) const
+    {
+        for (std::size_t i = 0; i < m_fields.size(); ++i)
+            if (m_fields[i].GetType() == uiType)
+                return i;
+        return kNoColumn;
+    }
+    CDataField* Column(unsigned uiType)
+    {
+        const std::size_t i = Index(uiType);
+        return i == kNoColumn ? nullptr : &m_fields[i];
+    }
+
+    // Enters the Date and Time columns as predefined; entries that exist stay.
+    void PredefineDateAndTime()
+    {
+        for (unsigned uiType : {TypeDate, TypeTime})
+            if (const std::size_t i = Index(uiType); i != kNoColumn)
+                m_predefinedFields.emplace(i, m_fields[i]);
+    }
+
+    // Settles the dividers by this record unless they are.
+    void FindDivider(string_view_t sRecord)
+    {
+        if (m_bDividerFound)
+            return;
+        m_bDividerFound = true;
+        m_dividers = FindDividers(sRecord);
+    }
+};
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,252 @@
+#include "src/parsing/RecordParser.h"
+
+#include "platform/values.h"
+#include "src/parsing/ColumnParsing.h"
+#include "src/parsing/RecordText.h"
+#include "src/parsing/detection/RecordSource.h"
+
+namespace Hesperon::specifics {
+
+using IQRL_TabulexConverter::IDataParser;
+using IQRL_TabulexConverter::IFileHandlerEvents;
+
+// ---- locks ----------------------------------------------------------------------
+
+// Null for a data parser without such a lock. The link isn't counted: what it points at
+// is there for as long as the lock is held, but one whose last reference has gone can't
+// be brought back to life, and counts as gone.
+com_ptr<IDataParserLock> CRecordParser::LinkedLock()
+{
+    LockGuard lock(m_cs);
+    com_ptr<IDataParserLock> pLinked;
+    if (FAILED(query(m_state.m_pDataParser, pLinked)))
+        return {};
+    const bool bDying = pLinked->AddRef() > kDyingRefs;
+    pLinked->Release();
+    if (!bDying)
+        return pLinked;
+    m_state.m_pDataParser = nullptr;
+    pLinked.reset();
+    return {};
+}
+
+// The link may change until this object's lock is held.
+CRecordParser::LinkLock::LinkLock(CRecordParser& parser)
+    : m_parser(parser), m_pLinked(parser.LinkedLock())
+{
+    for (;;) {
+        EnterLinked();
+        m_parser.m_cs.lock();
+        com_ptr<IDataParserLock> pNow = m_parser.LinkedLock();
+        if (pNow == m_pLinked)
+            return;
+        m_parser.m_cs.unlock();
+        LeaveLinked();
+        m_pLinked = std::move(pNow);
+    }
+}
+
+CRecordParser::LinkLock::~LinkLock()
+{
+    m_parser.m_cs.unlock();
+    LeaveLinked();
+}
+
+void CRecordParser::LinkLock::EnterLinked()
+{
+    if (m_pLinked)
+        m_pLinked->EnterParser();
+}
+
+void CRecordParser::LinkLock::LeaveLinked()
+{
+    if (m_pLinked)
+        m_pLinked->LeaveParser();
+}
+
+bool CRecordParser::EnterBatch()
+{
+    m_cs.lock();
+    const bool bGranted = m_state.m_phase != ParsePhase::Reset;
+    if (!bGranted)
+        m_cs.unlock();
+    return bGranted;
+}
+
+// ---- parsing --------------------------------------------------------------------
+
+// Only the first record of a layout has to do with the data parser.
+HRESULT CRecordParser::Parse(BSTR bsRecord)
+{
+    {
+        LockGuard lock(m_cs);
+        if (m_state.m_phase != ParsePhase::Reset)
+            return Guarded([&] { return ParseText(TextOf(bsRecord)); });
+    }
+    return LockedWithLink([&] { return ParseText(TextOf(bsRecord)); });
+}
+
+HRESULT CRecordParser::ParseText(string_view_t sRecord)
+{
+    sRecord = sRecord.substr(0, kMaxText);
+    switch (m_state.m_phase) {
+    case ParsePhase::Created:
+        return S_OK;
+    case ParsePhase::Reset:
+        m_state.m_phase = ParsePhase::Ready;
+        return specifics::FindResolution(m_state, *this, sRecord, 0);
+    case ParsePhase::Ready:
+        break;
+    }
+    m_state.m_sCurrentRecord = sRecord;
+    NormaliseRecord(m_state.m_sCurrentRecord);
+    ParseColumns(m_state, m_state.m_sCurrentRecord);
+    return S_OK;
+}
+
+HRESULT CRecordParser::Clone(IDispatch** newObj)
+{
+    if (!newObj)
+        return E_POINTER;
+    *newObj = nullptr;
+    return Locked([&] {
+        com_ptr<CRecordParser> clone;
+        if (const HRESULT hr = CreateObject(clone); FAILED(hr))
+            return hr;
+        clone->m_state = m_state;
+        clone->m_state.m_bSmartResolution = false; // an editor's wish, not part of the layout
+        clone->m_pPriceMultiplier = m_pPriceMultiplier;
+        clone->m_pVolumeMultiplier = m_pVolumeMultiplier;
+        *newObj = clone.detach();
+        return S_OK;
+    });
+}
+
+HRESULT CRecordParser::Reset()
+{
+    return Locked([&] {
+        m_state.m_bAutoHeader = true;
+        m_state.m_bDividerFound = false;
+        ForgetColumns();
+        return S_OK;
+    });
+}
+
+void CRecordParser::ForgetColumns()
+{
+    m_state.m_phase = ParsePhase::Reset;
+    m_state.m_fields.clear();
+    m_state.m_predefinedFields.clear();
+    m_state.m_bHasHeader = false;
+}
+
+HRESULT CRecordParser::RecreateFealds()
+{
+    return LockedWithLink([&]() -> HRESULT {
+        ForgetColumns();
+        IDataParser* p = m_state.m_pDataParser;
+        if (!p)
+            return E_UNEXPECTED;
+        p->put_InvertedDirection(VARIANT_FALSE);
+        p->put_HasHeader(VARIANT_FALSE);
+        p->put_HeaderOffset(0);
+        p->put_Position(0);
+        Bstr record;
+        if (SUCCEEDED(p->get_CurrentRecord(record.put())) && record) {
+            ParseText(record.view());
+            RefreshDates();
+        }
+        return S_OK;
+    });
+}
+
+HRESULT CRecordParser::IsHeader(BSTR bsRecord)
+{
+    return Locked([&] {
+        const string_t sRecord = NormalisedRecord(TextOf(bsRecord));
+        return IsHeaderRecord(sRecord, m_state.m_dividers) ? S_OK : S_FALSE;
+    });
+}
+
+void CRecordParser::RefreshDates(VARIANT_BOOL bFindResolution)
+{
+    if (m_state.m_pDataParser)
+        m_state.m_pDataParser->RefreshDateInfo(bFindResolution);
+}
+
+// ---- links ----------------------------------------------------------------------
+
+namespace {
+
+template <class I>
+HRESULT HandOut(I* object, IDispatch** pVal)
+{
+    if (!pVal)
+        return E_POINTER;
+    *pVal = com_ptr<IDispatch>(object).detach();
+    return object ? S_OK : E_FAIL;
+}
+
+// The plain pointer of an object that stays its owner's.
+template <class I>
+HRESULT TakeUncounted(IDispatch* object, I*& result)
+{
+    if (!object) {
+        result = nullptr;
+        return S_OK;
+    }
+    com_ptr<I> p;
+    const HRESULT hr = query(object, p);
+    if (SUCCEEDED(hr))
+        result = p.get();
+    return hr;
+}
+
+} // namespace
+
+HRESULT CRecordParser::get_DataParser(IDispatch** pVal)
+{
+    return Locked([&] { return HandOut(m_state.m_pDataParser, pVal); });
+}
+
+HRESULT CRecordParser::put_DataParser(IDispatch* newVal)
+{
+    return Locked([&] { return TakeUncounted(newVal, m_state.m_pDataParser); });
+}
+
+HRESULT CRecordParser::get_EventHandler(IDispatch** pVal)
+{
+    return Locked([&] { return HandOut(m_pEventHandler, pVal); });
+}
+
+HRESULT CRecordParser::put_EventHandler(IDispatch* newVal)
+{
+    return Locked([&] { return TakeUncounted(newVal, m_pEventHandler); });
+}
+
+HRESULT CRecordParser::get_LinesToSkip(ULONG* pVal)
+{
+    return LockedWithLink([&] {
+        return m_state.m_pDataParser ? m_state.m_pDataParser->get_HeaderOffset(pVal) : E_UNEXPECTED;
+    });
+}
+
+HRESULT CRecordParser::put_LinesToSkip(ULONG newVal)
+{
+    return LockedWithLink([&]() -> HRESULT {
+        IDataParser* p = m_state.m_pDataParser;
+        if (!p)
+            return E_UNEXPECTED;
+        m_state.m_bAutoHeader = false;
+        p->put_HeaderOffset(newVal);
+        p->put_Position(0);
+        Bstr record;
+        if (const HRESULT hr = p->get_CurrentRecord(record.put()); FAILED(hr))
+            return hr;
+        m_state.PredefineDateAndTime();
+        specifics::FindResolution(m_state, *this, record.view(), 0);
+        return m_state.m_fields.empty() ? S_FALSE : S_OK;
+    });
+}
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,49 @@
+#include "src/parsing/RecordParserExtractor.h"
+
+namespace Hesperon::specifics {
+
+using IQRL_TabulexConverter::IDataParser;
+using IQRL_TabulexConverter::IRecordParser;
+
+namespace {
+
+HRESULT ReadRecordParser(IDataParser* pDataParser, com_ptr<IRecordParser>& result)
+{
+    if (!pDataParser)
+        return OLE_E_BLANK;
+    com_ptr<IDispatch> object;
+    const HRESULT hr = pDataParser->get_RecordParser(object.put());
+    if (FAILED(hr))
+        return hr;
+    if (object && FAILED(query(object.get(), result)))
+        return E_NOTIMPL;
+    return result ? S_OK : E_UNEXPECTED;
+}
+
+} // namespace
+
+CRecordParserExtactor::CRecordParserExtactor(IDataParser* pDataParser)
+    : m_hrStatus(ReadRecordParser(pDataParser, m_pRecordParser))
+{}
+
+CMultiplierExtractor::CMultiplierExtractor(IDataParser* pDataParser, Getter getter)
+    : CRecordParserExtactor(pDataParser)
+{
+    if (FAILED(m_hrStatus))
+        return;
+    com_ptr<IDispatch> object;
+    m_hrStatus = (m_pRecordParser.get()->*getter)(object.put());
+    if (FAILED(m_hrStatus))
+        return;
+    m_hrStatus = object ? query(object.get(), m_pMultiplier) : E_UNEXPECTED;
+}
+
+CPriceMultiplierExtractor::CPriceMultiplierExtractor(IDataParser* pDataParser)
+    : CMultiplierExtractor(pDataParser, &IRecordParser::get_PriceMultiplier)
+{}
+
+CVolumeMultiplierExtractor::CVolumeMultiplierExtractor(IDataParser* pDataParser)
+    : CMultiplierExtractor(pDataParser, &IRecordParser::get_VolumeMultiplier)
+{}
+
+} // namespace Hesperon::specifics

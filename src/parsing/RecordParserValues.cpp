@@ -1,0 +1,152 @@
+// Values, texts and errors of the record last parsed.
+
+#include "Simples/interface/ResourceStrings.h"
+#include "platform/values.h"
+#include "src/parsing/ColumnParsing.h"
+#include "src/parsing/RecordParser.h"
+#include "src/parsing/RecordText.h"
+
+namespace Hesperon::specifics {
+
+using IQRL_TabulexConverter::IValueMultiplier;
+
+namespace {
+
+constexpr unsigned kNoFault = 109;
+constexpr unsigned kTemplateRefused = 110;
+constexpr unsigned kMustBe = 113;
+
+void Apply(const com_ptr<IValueMultiplier>& multiplier, VARIANT* value)
+{
+    if (multiplier)
+        multiplier->ApplyTransform(value);
+}
+
+// The volumes proper, which the volume multiplier scales; ticks and open interest are
+// whole numbers too.
+bool IsVolumeType(unsigned uiType)
+{
+    return uiType >= TypeVolume && uiType <= TypeTotalVolume;
+}
+
+string_t FaultText(const CDataField& field, string_view_t sText)
+{
+    if (IsVolumeType(field.GetType()) && IsFloatText(sText))
+        return FormatResourceString(kMustBe,
+                                    {LocalizedTypeName(field.GetType()), OLESTR("integer"), sText});
+    return FormatResourceString(kTemplateRefused, {sText, field.GetTemplate()});
+}
+
+HRESULT HandOut(const com_ptr<IValueMultiplier>& multiplier, IDispatch** pVal)
+{
+    if (!pVal)
+        return E_POINTER;
+    *pVal = com_ptr<IDispatch>(multiplier.get()).detach();
+    return multiplier ? S_OK : E_NOINTERFACE;
+}
+
+HRESULT Take(IDispatch* object, com_ptr<IValueMultiplier>& multiplier)
+{
+    com_ptr<IValueMultiplier> given;
+    const HRESULT hr = query(object, given);
+    if (SUCCEEDED(hr))
+        multiplier = given;
+    return hr;
+}
+
+} // namespace
+
+HRESULT CRecordParser::GetFieldValue(VARIANT* Value, ULONG nField)
+{
+    if (!Value)
+        return E_POINTER;
+    return WithColumn(nField, E_FAIL, [&](CDataField&) { return ValueOf(nField, Value); });
+}
+
+HRESULT CRecordParser::ValueOf(std::size_t nField, VARIANT* pValue)
+{
+    CDataField& field = m_state.m_fields[nField];
+    const unsigned uiType = field.GetType();
+    if (uiType != TypeSymbol && SUCCEEDED(ColumnValue(m_state, field, pValue))) {
+        if (IsPriceType(uiType))
+            Apply(m_pPriceMultiplier, pValue);
+        else if (IsVolumeType(uiType))
+            Apply(m_pVolumeMultiplier, pValue);
+        return S_OK;
+    }
+    *pValue = Variant::FromText(CurrentText(nField)).detach();
+    return uiType == TypeSymbol ? S_OK : S_FALSE;
+}
+
+HRESULT CRecordParser::SampleValue(std::size_t nColumn, VARIANT* pValue)
+{
+    // A sample can be the first record of all, which then builds the columns anew.
+    return nColumn < m_state.m_fields.size() ? ValueOf(nColumn, pValue) : E_FAIL;
+}
+
+string_view_t CRecordParser::CurrentText(std::size_t nField) const
+{
+    return FilledFieldAt(m_state.m_sCurrentRecord, m_state.m_dividers, nField)
+        .value_or(string_view_t());
+}
+
+HRESULT CRecordParser::GetFieldError(BSTR* bsError, ULONG nField)
+{
+    if (!bsError)
+        return E_POINTER;
+    return WithColumn(nField, E_INVALIDARG, [&](const CDataField& field) {
+        if (field.IsValid()) {
+            *bsError = NewBstr(LoadResourceString(kNoFault));
+            return S_FALSE;
+        }
+        *bsError = NewBstr(FaultText(field, CurrentText(nField)));
+        return S_OK;
+    });
+}
+
+HRESULT CRecordParser::GetFieldText(BSTR bsRecord, ULONG nField, BSTR* bsField)
+{
+    if (!bsField)
+        return E_POINTER;
+    return WithColumn(nField, E_FAIL, [&](CDataField&) {
+        const string_t sRecord = NormalisedRecord(TextOf(bsRecord));
+        *bsField =
+            NewBstr(FilledFieldAt(sRecord, m_state.m_dividers, nField).value_or(string_view_t()));
+        return S_OK;
+    });
+}
+
+HRESULT CRecordParser::get_CurrentDateTime(VARIANT* pVal)
+{
+    if (!pVal)
+        return E_POINTER;
+    return Locked([&] {
+        DATE date = 0;
+        const HRESULT hr = RecordDateTime(m_state, date);
+        if (SUCCEEDED(hr))
+            *pVal = Variant::FromDate(date).detach();
+        return hr;
+    });
+}
+
+HRESULT CRecordParser::get_PriceMultiplier(IDispatch** pVal)
+{
+    return Locked([&] { return HandOut(m_pPriceMultiplier, pVal); });
+}
+
+HRESULT CRecordParser::put_PriceMultiplier(IDispatch* newVal)
+{
+    return Locked([&] { return Take(newVal, m_pPriceMultiplier); });
+}
+
+HRESULT CRecordParser::get_VolumeMultiplier(IDispatch** pVal)
+{
+    return Locked([&] { return HandOut(m_pVolumeMultiplier, pVal); });
+}
+
+HRESULT CRecordParser::put_VolumeMultiplier(IDispatch* newVal)
+{
+    return Locked([&] { return Take(newVal, m_pVolumeMultiplier); });
+}
+
+} // namespace Hesperon::specifics

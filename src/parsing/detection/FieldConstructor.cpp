@@ -1,0 +1,236 @@
+#include "src/parsing/detection/FieldConstructor.h"
+
+#include "src/parsing/RecordText.h"
+#include "src/parsing/detection/FieldTypeRefinement.h"
+
+namespace Hesperon::specifics {
+namespace {
+
+constexpr ULONGLONG kTestedRecords = 10;
+constexpr int kMaxHeaderLines = 20;
+
+} // namespace
+
+HRESULT CFieldConstructor::ProcessRecord(string_view_t sGiven, bool bRebuild, int flag)
+{
+    m_usedTypes.reset();
+    m_state.m_fields.clear();
+    m_admitted = AdmittedTypes(m_state.m_types, m_state.m_nResolution);
+
+    string_t sRecord(sGiven);
+    if (const HRESULT hr = ChooseRecord(sRecord, bRebuild); FAILED(hr))
+        return hr;
+    if (!IsTextRecord(sRecord))
+        return E_INVALIDARG;
+    if (m_state.m_strHeader.empty())
+        m_state.m_bHasHeader = IsHeaderRecord(sRecord, m_state.m_dividers);
+    if (!m_state.m_strHeader.empty() || m_state.m_bHasHeader) {
+        BuildFromHeader(sRecord, bRebuild);
+        RefineFieldTypes(m_state, 0);
+    } else {
+        BuildFromData(sRecord);
+        RefineFieldTypes(m_state, flag);
+    }
+    return S_OK;
+}
+
+HRESULT CFieldConstructor::ChooseRecord(string_t& sRecord, bool bRebuild)
+{
+    if (bRebuild)
+        m_state.m_strHeader.clear();
+    if (m_state.m_bAutoHeader)
+        return m_state.m_pDataParser ? m_state.m_pDataParser->put_HeaderOffset(0) : S_OK;
+    if (!m_state.m_pDataParser)
+        return E_UNEXPECTED;
+    const HRESULT hr = m_state.m_pDataParser->put_Position(0);
+    return FAILED(hr) ? hr : m_source.Read(sRecord);
+}
+
+// ---- columns from a data line ---------------------------------------------------
+
+void CFieldConstructor::BuildFromData(string_view_t sRecord)
+{
+    for (FieldWalk walk(sRecord, m_state.m_dividers); walk.NextFilled();)
+        if (!TakePredefined())
+            AddDataColumn(walk.Text());
+}
+
+bool CFieldConstructor::TakePredefined()
+{
+    const auto predefined = m_state.m_predefinedFields.find(m_state.m_fields.size());
+    if (predefined == m_state.m_predefinedFields.end())
+        return false;
+    MarkUsed(predefined->second.GetType());
+    m_state.m_fields.push_back(predefined->second);
+    return true;
+}
+
+void CFieldConstructor::AddDataColumn(string_view_t sField)
+{
+    m_state.m_fields.emplace_back();
+    Last().SetTypeAndTemplate(kNoType, {});
+    unsigned uiType = kNoType;
+    while (!SearchFrom(uiType, sField))
+        ++uiType;
+    MarkUsed(uiType);
+}
+
+// One search from uiType upward, and through the templates of the type that it finds
+// until the file accepts one. False: go on from the next type. A template that the
+// file refuted as the last of its type stays.
+bool CFieldConstructor::SearchFrom(unsigned& uiType, string_view_t sField)
+{
+    const std::size_t nColumn = m_state.m_fields.size() - 1;
+    std::set<int> excluded;
+    TemplateGuess guess = GuessTypeAndTemplate(uiType, sField, m_admitted, excluded, m_usedTypes);
+    uiType = guess.uiType;
+    while (true) {
+        if (uiType == TypeSymbol && nColumn != 0)
+            guess.sTemplate.clear();
+        Last().SetTypeAndTemplate(uiType, guess.sTemplate);
+        if (guess.IsEmpty() || uiType == TypeSymbol || FileAccepts(nColumn))
+            break;
+        excluded.insert(guess.nIndex);
+        if (excluded.size() >= TemplateCount(uiType))
+            break;
+        guess = GuessTemplate(uiType, sField, m_admitted, excluded);
+    }
+    return uiType == kNoType ||
+           (!guess.IsEmpty() && m_admitted.contains(uiType) && !m_usedTypes[uiType]);
+}
+
+// ---- columns from a header line -------------------------------------------------
+
+void CFieldConstructor::BuildFromHeader(string_view_t sRecord, bool bRebuild)
+{
+    if (bRebuild) {
+        if (m_state.m_pDataParser)
+            m_state.m_pDataParser->put_HasHeader(VARIANT_TRUE);
+        m_state.m_strHeader = sRecord;
+    }
+    const string_t sDataRecord = SkipHeaderLines();
+    m_state.FindDivider(m_state.m_strHeader);
+    const string_t sHeader = m_state.m_strHeader;
+    for (FieldWalk walk(sHeader, m_state.m_dividers); walk.Next();)
+        if (!TakePredefined())
+            AddHeaderColumn(walk.Text(), sDataRecord);
+}
+
+// Moves the header offset to the last of a run of header lines, which names the
+// columns, and gives the first data line.
+string_t CFieldConstructor::SkipHeaderLines()
+{
+    string_t sLine;
+    for (int nLines = 0; nLines < kMaxHeaderLines;) {
+        sLine.clear();
+        if (!m_source.Seek(0) || FAILED(m_source.Read(sLine)))
+            break;
+        if (!m_state.m_bAutoHeader || !IsHeaderRecord(sLine, m_state.m_dividers))
+            break;
+        m_state.m_pDataParser->put_HeaderOffset(static_cast<ULONG>(++nLines));
+        m_state.FindDivider(sLine);
+        m_state.m_strHeader = sLine;
+    }
+    return sLine;
+}
+
+// The word decides the type; the data line decides the template and has a veto,
+// after which the next best type is tried. The last two types get no second try.
+void CFieldConstructor::AddHeaderColumn(string_view_t sCell, string_view_t sDataRecord)
+{
+    const std::size_t nColumn = m_state.m_fields.size();
+    const string_view_t sField =
+        FieldAt(sDataRecord, m_state.m_dividers, nColumn).value_or(string_view_t());
+    TypeSet tried;
+    tried[TypeSymbol] = nColumn != 0;
+    while (!tried.all()) {
+        const unsigned uiType = GuessFromWord(sCell, tried);
+        m_state.m_fields.emplace_back();
+        if (ChooseTemplate(uiType, sField))
+            return MarkUsed(uiType);
+        if (uiType >= TypeTotalTicks)
+            return Last().SetTypeAndTemplate(kNoType, {});
+        m_state.m_fields.pop_back();
+        tried[uiType] = true;
+    }
+}
+
+unsigned CFieldConstructor::GuessFromWord(string_view_t sCell, TypeSet& tried) const
+{
+    unsigned uiType = GetTypeFromField(sCell, tried);
+    while (uiType != kNoType && (!m_admitted.contains(uiType) || m_usedTypes[uiType])) {
+        tried[uiType] = true;
+        uiType = GetTypeFromField(sCell, tried);
+    }
+    return uiType;
+}
+
+bool CFieldConstructor::ChooseTemplate(unsigned uiType, string_view_t sField)
+{
+    std::set<int> excluded;
+    do {
+        const TemplateGuess guess = TemplateForHeader(uiType, sField, excluded);
+        Last().SetTypeAndTemplate(uiType, guess.sTemplate);
+        if (guess.IsEmpty())
+            return false;
+        if (uiType == TypeSymbol || FileAccepts(m_state.m_fields.size() - 1))
+            return true;
+        excluded.insert(guess.nIndex);
+    } while (excluded.size() < TemplateCount(uiType));
+    return false;
+}
+
+TemplateGuess CFieldConstructor::TemplateForHeader(unsigned uiType, string_view_t sField,
+                                                   const std::set<int>& excluded) const
+{
+    if (uiType == TypeDate || uiType == TypeTime)
+        return GuessTemplate(uiType, sField, m_admitted, excluded);
+    const bool bTakes = uiType == TypeSymbol || (IsPriceType(uiType) && IsFloatText(sField)) ||
+                        (IsWholeType(uiType) && IsIntegerText(sField, true));
+    if (!bTakes)
+        return {};
+    const string_view_t sTemplate = uiType == TypeSymbol  ? OLESTR("*")
+                                    : IsPriceType(uiType) ? OLESTR("*i.*f")
+                                                          : OLESTR("*i");
+    return {uiType, string_t(sTemplate), 0};
+}
+
+// ---- tests against the file -----------------------------------------------------
+
+bool CFieldConstructor::FileAccepts(std::size_t nColumn)
+{
+    CDataField probe = m_state.m_fields[nColumn];
+    string_t sRecord;
+    for (ULONGLONG i = 0; i < kTestedRecords; ++i) {
+        if (!m_source.Seek(i) || FAILED(m_source.Read(sRecord)))
+            return true;
+        if (!RecordAccepts(probe, nColumn, sRecord))
+            return false;
+    }
+    return FAILED(m_source.ReadLast(sRecord)) || RecordAccepts(probe, nColumn, sRecord);
+}
+
+// The field is found with empty ones counted; a record with too few fields passes.
+bool CFieldConstructor::RecordAccepts(CDataField& probe, std::size_t nColumn,
+                                      string_view_t sRecord) const
+{
+    const auto sField = FieldAt(sRecord, m_state.m_dividers, nColumn);
+    if (!sField)
+        return true;
+    probe.ParseField(*sField);
+    return probe.IsValid();
+}
+
+void CFieldConstructor::MarkUsed(unsigned uiType)
+{
+    if (uiType < TYPES_COUNT)
+        m_usedTypes[uiType] = true;
+}
+
+std::size_t CFieldConstructor::TemplateCount(unsigned uiType) const
+{
+    const auto type = m_admitted.find(uiType);
+    return type == m_admitted.end() ? 0 : type->second.Templates().size();
+}
+
+} // namespace Hesperon::specifics

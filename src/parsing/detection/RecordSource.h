@@ -1,0 +1,47 @@
+// The records of the file behind a record parser, normalised, as detection reads
+// them. Without a data parser every read fails.
+#pragma once
+
+#include "interfaces/IDataParser.h"
+#include "platform/values.h"
+#include "src/parsing/RecordText.h"
+
+namespace Hesperon::specifics {
+
+class RecordSource
+{
+public:
+    explicit RecordSource(IQRL_TabulexConverter::IDataParser* pDataParser) : m_p(pDataParser) {}
+
+    // True only where the position exists.
+    bool Seek(ULONGLONG nPosition) { return m_p && m_p->put_Position(nPosition) == S_OK; }
+
+    // The record at the position that Seek went to; empty on failure.
+    HRESULT Read(string_t& sRecord)
+    {
+        return Read(sRecord, &IQRL_TabulexConverter::IDataParser::get_CurrentRecord);
+    }
+    HRESULT ReadLast(string_t& sRecord)
+    {
+        return Read(sRecord, &IQRL_TabulexConverter::IDataParser::get_LastRecord);
+    }
+
+private:
+    using Getter = HRESULT (STDMETHODCALLTYPE IQRL_TabulexConverter::IDataParser::*)(BSTR*);
+
+    HRESULT Read(string_t& sRecord, Getter get)
+    {
+        sRecord.clear();
+        if (!m_p)
+            return E_UNEXPECTED;
+        Bstr text;
+        const HRESULT hr = (m_p->*get)(text.put());
+        if (SUCCEEDED(hr))
+            sRecord = NormalisedRecord(text.view());
+        return hr;
+    }
+
+    IQRL_TabulexConverter::IDataParser* m_p;
+};
+
+} // namespace Hesperon::specifics

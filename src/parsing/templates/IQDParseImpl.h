@@ -1,0 +1,137 @@
+// CDataField: one column of a record, with its type, its template, and the value
+// of the text last parsed. The template language is told in docs/templates.md.
+//
+// A template is compiled when type or template change; parsing runs the compiled
+// form and allocates nothing. Not synchronised: the record parser's lock guards
+// its columns.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/component.h"
+#include "src/parsing/templates/MathValue.h"
+#include "src/parsing/templates/TemplateMatcher.h"
+#include "src/parsing/templates/TemplateVariables.h"
+
+namespace Hesperon::specifics {
+
+inline constexpr std::size_t kMaxText = 511; // characters of a template, field or record
+inline constexpr unsigned kNoType = 0xFFFFFFFF;
+
+class CDataField
+{
+public:
+    // A Date without a template.
+    CDataField() = default;
+    // A copy takes type, valid flag, cached value, and the template as GetTemplate
+    // gives it. Its variables are built anew and stand at 0.
+    CDataField(const CDataField& other);
+    CDataField& operator=(const CDataField& other);
+    CDataField(CDataField&&) noexcept = default;
+    CDataField& operator=(CDataField&&) noexcept = default;
+
+    unsigned GetType() const { return m_uiType; }
+    void SetType(unsigned uiType);
+
+    // "symbol" for a Symbol, "float" for prices, "int" for whole numbers; the
+    // template that was set for Date and Time; empty for a column without a type.
+    string_view_t GetTemplate() const;
+    // Lower-cased, cut at kMaxText.
+    void SetTemplate(string_view_t sTemplate);
+    // Type and template in one compilation.
+    void SetTypeAndTemplate(unsigned uiType, string_view_t sTemplate);
+
+    // Evaluates the text and applies the validity rules.
+    void ParseField(string_view_t sText);
+
+    bool IsValid() const { return m_bValid; }
+    void SetValid(bool bValid) { m_bValid = bValid; }
+
+    // The value of the text last parsed, as VT_DATE, VT_R8 or VT_I8. E_FAIL while it
+    // isn't valid. The value is computed once and then kept. A time is a fraction of a
+    // day, a date has none. *pVar is written on success only; what it held isn't freed.
+    HRESULT GetValue(VARIANT* pVar)
+    {
+        if (!pVar || !m_bValid || !HasCachedValue())
+            return ComputeAndGetValue(pVar);
+        *pVar = m_value;
+        return S_OK;
+    }
+    bool HasCachedValue() const { return m_value.vt != VT_EMPTY; }
+    void SetCachedDate(DATE date);
+
+    // The variable of a letter, null if the template doesn't declare it. A change
+    // through it doesn't touch the cached value.
+    tagMATHVALUE* FindVariable(OLECHAR letter);
+    // Its integer value, 0 if it isn't declared.
+    LONGLONG VariableOr0(OLECHAR letter);
+    // The hour as the PM word makes it, if the template has one: 0 to 24 while valid.
+    LONGLONG HourOfDay();
+
+    // Exchanges type, template, valid flag and cached value; the variables of both
+    // stand at 0 afterwards.
+    void Swap(CDataField& other);
+
+private:
+    struct SDay
+    {
+        WORD nYear = 0, nMonth = 0, nDay = 0;
+        bool operator==(const SDay&) const = default;
+    };
+
+    HRESULT ComputeAndGetValue(VARIANT* pVar);
+    void StoreTemplate(string_view_t sTemplate);
+    void Rebuild();
+    HRESULT Evaluate(string_view_t sText);
+    template <class Number>
+    HRESULT EvaluateNumber(OLECHAR letter, string_view_t sText,
+                           bool (*read)(string_view_t, Number&), tagMATHVALUE (*make)(Number));
+    bool FollowsRules();
+    bool IsDateInRange();
+    bool IsTimeInRange();
+    HRESULT ComputeValue();
+    DATE ComputeDate();
+    static DATE DateOf(SDay day);
+    DATE ComputeTime();
+
+    string_t m_szTemplate; // as set, whatever the type makes of it
+    TemplateVariables m_vars;
+    CompiledTemplate m_compiled; // of a Date or Time; else empty
+    unsigned m_uiType = 1;
+    bool m_bValid = false;
+    VARIANT m_value{}; // VT_EMPTY until asked for; never a kind that owns memory
+    SDay m_lastDay;    // of the last date worked out
+    DATE m_lastDate = 0;
+};
+
+// ---- tests of a text ---------------------------------------------------------
+
+// Digits and ".,-+" only; true for the empty text.
+bool IsFloatText(string_view_t sText);
+// Digits and "-+" only; with bAllowFraction also ".,", where nothing but zeros may
+// follow the first '.' (or, without one, the first ',').
+bool IsIntegerText(string_view_t sText, bool bAllowFraction);
+// One of the ten template dividers ":/\.,=|-_ ", by the character's low byte.
+bool IsTemplateDivider(OLECHAR c);
+// Cuts trailing dividers off, and keeps leading ones; a text of dividers stays.
+string_view_t RemoveBoundaryDividers(string_view_t sText);
+// Pairs of equal letters, ignoring case; see the .cpp for the walk. Null-free texts.
+std::size_t FindMatchCount(string_view_t sFirst, string_view_t sSecond);
+// 0 to 11 for a month's short name in English or the user's language, else -1.
+int FindMonthIndex(string_view_t sText);
+
+// Whether the template could take the text, judged by lengths and digits alone;
+// evaluation may still refuse. uiType is 1 (Date) or 2 (Time).
+bool CouldTake(unsigned uiType, string_view_t sTemplate, string_view_t sText);
+
+// ---- numbers, as the platform's runtime reads them ----------------------------
+
+// The longest readable head after leading blanks, else 0; the decimal mark is a point.
+double TextToDouble(string_view_t sText);
+// The same for whole numbers, saturating at the ends of the type.
+LONGLONG TextToInt64(string_view_t sText);
+LONG TextToInt32(string_view_t sText);
+
+} // namespace Hesperon::specifics

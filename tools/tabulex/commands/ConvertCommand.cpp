@@ -1,0 +1,209 @@
+#include <algorithm>
+#include <optional>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "tools/tabulex/commands/Commands.h"
+#include "tools/tabulex/host/Environment.h"
+#include "tools/tabulex/host/Properties.h"
+#include "tools/tabulex/host/SettingsCheck.h"
+#include "tools/tabulex/output/OutputTargets.h"
+#include "tools/tabulex/run/Interrupt.h"
+#include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/Paths.h"
+
+namespace tabulex {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// In the order of RunResult.
+constexpr const char* kResultNames[] = {"commit", "rollback", "refused"};
+
+// A folder for outputs, which goes again if none came into it.
+class OutputFolder
+{
+public:
+    // Where it can't be made, the outputs tell why.
+    explicit OutputFolder(const std::string& path) : m_path(PathOf(path))
+    {
+        std::error_code ignored;
+        m_bMade = fs::create_directory(m_path, ignored);
+    }
+    ~OutputFolder()
+    {
+        std::error_code ignored;
+        if (m_bMade)
+            fs::remove(m_path, ignored);
+    }
+    OutputFolder(const OutputFolder&) = delete;
+    OutputFolder& operator=(const OutputFolder&) = delete;
+
+private:
+    fs::path m_path;
+    bool m_bMade;
+};
+
+// Questions need someone to see them and someone to answer.
+OnBadLine ActionOf(const ConvertOptions& options)
+{
+    const bool bTerminal = IsTerminal(Stream::Input) && IsTerminal(Stream::Error);
+    return options.onError.value_or(bTerminal ? OnBadLine::Ask : OnBadLine::Skip);
+}
+
+void RequireRunnable(const Host& host, bool bCheck)
+{
+    const std::string fault = bCheck ? WhyNotConvertible(host) : WhyNotRunnable(host);
+    if (!fault.empty())
+        throw Fault{ExitStatus::Refused, fault};
+}
+
+std::string DescribeColumns(const Host& host)
+{
+    std::vector<std::string> names;
+    for (const Column& column : DeliveredColumns(host))
+        names.push_back(column.sName);
+    return fmt::format("columns {}", fmt::join(names, ", "));
+}
+
+std::string DescribeResolution(const Host& host)
+{
+    const auto* row = host.Offers().FindId(Get(host.Records(), &IRecordParser::get_Resolution));
+    return fmt::format("resolution {}, size {}", row ? row->sName : "?",
+                       Get(host.Records(), &IRecordParser::get_ResolutionSize));
+}
+
+std::string Summary(const Outcome& outcome)
+{
+    return fmt::format("batches={} delivered={} skipped={} result={}\n", outcome.counts.nBatches,
+                       outcome.counts.nDelivered, outcome.counts.nSkipped,
+                       kResultNames[static_cast<int>(outcome.result)]);
+}
+
+// The conversions of one call: a file after the other, and what they share.
+class ConversionSeries
+{
+public:
+    explicit ConversionSeries(const Context& context)
+        : m_context(context), m_convert(context.options.convert), m_files(context.options.files),
+          m_outputs(OutputsOf(m_convert, m_files)), m_rejects(m_convert.sRejects)
+    {}
+
+    ExitStatus Run();
+
+private:
+    Outcome RunOne(std::size_t nFile);
+    Outcome Convert(const std::string& file, const ConversionOptions& options);
+    ConversionOptions OptionsOf(std::size_t nFile);
+    void RequireDistinctFiles(const ConversionOptions& options) const;
+    void FinishRejects(Outcome& outcome);
+
+    const Context& m_context;
+    const ConvertOptions& m_convert;
+    const std::vector<std::string>& m_files;
+    std::vector<OutputOptions> m_outputs; // one a file
+    RejectsFile m_rejects;
+    bool m_bCommitted = false; // any of the files
+};
+
+// Faults are told here, since a file's summary is its last line in any case.
+ExitStatus ConversionSeries::Run()
+{
+    ExitStatus status = ExitStatus::Done;
+    bool bInterrupted = false;
+    for (std::size_t i = 0; i < m_files.size() && !bInterrupted; ++i) {
+        Outcome outcome = RunOne(i);
+        const bool bLast = i + 1 == m_files.size();
+        bInterrupted = !bLast && Interrupted();
+        if (bLast || bInterrupted)
+            FinishRejects(outcome);
+        if (!m_context.console.IsQuiet())
+            m_context.console.Print(Summary(outcome));
+        m_bCommitted = m_bCommitted || outcome.result == RunResult::Commit;
+        status = Worse(status, outcome.status);
+    }
+    return bInterrupted ? ExitStatus::Interrupted : status;
+}
+
+// One bad file doesn't keep the others from their turn.
+Outcome ConversionSeries::RunOne(std::size_t nFile)
+{
+    try {
+        return Convert(m_files[nFile], OptionsOf(nFile));
+    } catch (const Fault& fault) {
+        m_context.console.Error(fmt::format("{}: {}", m_files[nFile], fault.sMessage));
+        Outcome outcome;
+        outcome.status = fault.status;
+        return outcome;
+    }
+}
+
+Outcome ConversionSeries::Convert(const std::string& file, const ConversionOptions& options)
+{
+    RequireDistinctFiles(options);
+    Host host(m_context.offers);
+    OpenWithSettings(host, file, m_context.options.settings, m_context.console);
+    m_context.console.Note(
+        fmt::format("{}: {}; {}", file, DescribeResolution(host), DescribeColumns(host)));
+    RequireRunnable(host, !m_convert.bNoCheck);
+    const Outcome outcome =
+        RunConversion(host, m_context.console, file, options, m_context.options.settings.portion);
+    if (m_convert.bSaveEnvironment && outcome.result == RunResult::Commit && !m_convert.bDryRun)
+        SaveEnvironment(host, m_context.options.settings.sEnvironment);
+    return outcome;
+}
+
+// A table that this call has made takes the rows of its further files, too.
+ConversionOptions ConversionSeries::OptionsOf(std::size_t nFile)
+{
+    ConversionOptions options;
+    options.output = m_outputs[nFile];
+    if (m_bCommitted && !m_convert.bDryRun && m_outputs[nFile].sPath == m_outputs[nFile - 1].sPath)
+        options.output.oldTable = OldTable::Append;
+    options.rejects = m_convert.sRejects.empty() ? nullptr : &m_rejects;
+    options.bDryRun = m_convert.bDryRun;
+    options.errors = {ActionOf(m_convert), m_convert.nMaxErrors};
+    options.progress = m_convert.progress;
+    return options;
+}
+
+void ConversionSeries::RequireDistinctFiles(const ConversionOptions& options) const
+{
+    const auto isRead = [&](const std::string& path) {
+        return std::ranges::any_of(m_files, [&](const std::string& file) {
+            std::error_code error;
+            return path != "-" && !path.empty() &&
+                   fs::equivalent(PathOf(path), PathOf(file), error);
+        });
+    };
+    if (isRead(options.output.sPath) || isRead(m_convert.sRejects))
+        throw Fault{ExitStatus::Usage, "the output would replace a file that is read"};
+}
+
+void ConversionSeries::FinishRejects(Outcome& outcome)
+{
+    if (m_rejects.Finish())
+        return;
+    m_context.console.Error(m_rejects.FaultText());
+    outcome.status = Worse(outcome.status, ExitStatus::FileFault);
+}
+
+} // namespace
+
+ExitStatus Convert(const Context& context)
+{
+    const Options& options = context.options;
+    const bool bFolder = IsFolder(options.convert.sOutput);
+    // An interrupt must not leave an empty folder, nor rejects between two files.
+    std::optional<Deferral> deferral;
+    if (options.files.size() > 1 || bFolder)
+        deferral.emplace();
+    std::optional<OutputFolder> folder;
+    if (bFolder && !options.convert.bDryRun)
+        folder.emplace(options.convert.sOutput);
+    return ConversionSeries(context).Run();
+}
+
+} // namespace tabulex

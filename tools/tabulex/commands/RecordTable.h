@@ -1,0 +1,43 @@
+// RecordTable: decoded records as rows of a table, for people.
+//
+// Rows inside the import range, and of the import's symbol, are marked with "*". A field
+// that can't be read stands as its text. Reading a record moves the parser's position and
+// current record; used by one thread.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/values.h"
+#include "tools/tabulex/host/Columns.h"
+#include "tools/tabulex/output/Formats.h"
+#include "tools/tabulex/output/TextTable.h"
+
+namespace tabulex {
+
+class RecordTable
+{
+public:
+    // The layout of the host's file is taken as it stands now.
+    RecordTable(const Host& host, bool bColour);
+
+    // Adds the record at a position. False behind the last one.
+    bool Add(ULONGLONG nPosition);
+    // See TextTable::Take.
+    std::string Take(std::string_view indent = "") { return m_table.Take(indent); }
+
+private:
+    bool IsInRange(const std::vector<Variant>& cells) const;
+    bool IsOfSymbol(const std::vector<Variant>& cells) const;
+
+    const Host& m_host;
+    std::vector<Column> m_columns;
+    ULONGLONG m_nKnownEnd; // no record stands there or behind
+    DATE m_dtStart;        // of the import range; both ends belong to it
+    DATE m_dtEnd;
+    std::string m_sSymbol; // of the import; empty for all
+    DateText m_dates;
+    TextTable m_table;
+};
+
+} // namespace tabulex

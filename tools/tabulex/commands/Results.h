@@ -1,0 +1,34 @@
+// Results: standard output of a command that isn't a conversion.
+//
+// Text is gathered and written in large pieces. A reader that goes away ends the
+// command quietly; any other fault of writing is thrown as Fault.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "tools/tabulex/output/OutputFile.h"
+
+namespace tabulex {
+
+class Results
+{
+public:
+    Results() { m_file.Open("-"); }
+
+    // False once nobody reads any more.
+    bool Add(std::string_view text);
+    // Lets the reader see what was added so far.
+    void Show();
+    // Writes what is left.
+    void Finish();
+
+private:
+    bool Flush();
+    bool Succeeded(bool bWritten) const;
+
+    OutputFile m_file;
+    std::string m_buffer;
+};
+
+} // namespace tabulex

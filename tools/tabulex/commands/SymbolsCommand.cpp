@@ -1,0 +1,78 @@
+#include <optional>
+
+#include "interfaces/NativeHost.h"
+#include "platform/values.h"
+#include "tools/tabulex/commands/Commands.h"
+#include "tools/tabulex/commands/Results.h"
+#include "tools/tabulex/host/Settings.h"
+#include "tools/tabulex/run/DataSink.h"
+#include "tools/tabulex/run/Interrupt.h"
+#include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/Text.h"
+
+namespace tabulex {
+
+namespace {
+
+constexpr unsigned kPumpMilliseconds = 50;
+
+// Shows each symbol as it comes: a large file may have few.
+class SymbolSink : public DataSink
+{
+public:
+    explicit SymbolSink(Results& results) : m_results(results) {}
+
+    // The fault of a write, which can't leave through the component.
+    const std::optional<Fault>& WriteFault() const { return m_fault; }
+
+    HRESULT STDMETHODCALLTYPE DataChanged(VARIANT Data) override
+    try {
+        if (Data.vt != VT_BSTR)
+            return E_UNEXPECTED;
+        const bool bRead = m_results.Add(ToUtf8(TextOf(Data.bstrVal)) + '\n');
+        m_results.Show();
+        return bRead ? S_OK : S_FALSE;
+    } catch (const Fault& fault) {
+        m_fault = fault;
+        return E_FAIL;
+    }
+
+private:
+    Results& m_results;
+    std::optional<Fault> m_fault;
+};
+
+void PumpToTheEnd(Host& host, SymbolSink& sink)
+{
+    while (!sink.HasEnded() && !sink.IsLetGoOf()) {
+        if (Interrupted())
+            host.Front().Unadvise(&sink);
+        TabulexPumpMessages(kPumpMilliseconds);
+    }
+}
+
+} // namespace
+
+ExitStatus Symbols(const Context& context, const std::string& file)
+{
+    const Deferral deferral;
+    Host host(context.offers);
+    OpenWithSettings(host, file, context.options.settings, context.console);
+    if (!host.HasColumn(kSymbolType))
+        throw Fault{ExitStatus::Refused, "the file has no Symbol column"};
+    Results results;
+    const com_ptr<SymbolSink> sink(new SymbolSink(results));
+    if (FAILED(host.Front().DoEnumSymbols(sink.get())))
+        throw Fault{ExitStatus::Refused, "the symbols can't be told"};
+    PumpToTheEnd(host, *sink.get());
+    if (Interrupted())
+        return ExitStatus::Interrupted;
+    if (sink->WriteFault())
+        throw *sink->WriteFault();
+    if (!sink->IsCommitted())
+        throw Fault{ExitStatus::Refused, "the symbols can't be told to the end"};
+    results.Finish();
+    return ExitStatus::Done;
+}
+
+} // namespace tabulex

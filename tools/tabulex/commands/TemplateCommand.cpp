@@ -1,0 +1,121 @@
+#include <algorithm>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "tools/tabulex/commands/Commands.h"
+#include "tools/tabulex/commands/Results.h"
+#include "tools/tabulex/host/Properties.h"
+#include "tools/tabulex/output/CellText.h"
+#include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/TemporaryFile.h"
+
+namespace tabulex {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+// A template is tried on a column, and columns come from a file: this one has a
+// single column of whatever stands in it once no character divides.
+constexpr std::string_view kOneColumn = "10\n";
+constexpr LONG kNoDividers = 0;
+
+struct Trial
+{
+    bool bValid = false;
+    Variant value;
+    std::string sReason;
+};
+
+void RequireAccepted(HRESULT hr, std::string_view what)
+{
+    if (FAILED(hr))
+        throw Fault{ExitStatus::Refused, fmt::format("{} is refused: {}", what, HexOf(hr))};
+}
+
+// Only Date and Time have templates of their own; the others take the one they have.
+void SetTemplate(const Host& host, LONG nType, const std::string& sTemplate)
+{
+    if (nType == kDateType || nType == kTimeType) {
+        if (sTemplate.empty())
+            throw Fault{ExitStatus::Usage, "the template is empty"};
+        RequireAccepted(host.Records().SetFieldTemplate(Bstr(FromUtf8(sTemplate)).get(), 0),
+                        "the template");
+        return;
+    }
+    Bstr fixed;
+    host.Records().GetFieldTemplate(fixed.put(), 0);
+    const char* pszPattern = nType == kSymbolType            ? "*"
+                             : ToUtf8(fixed.view()) == "int" ? "*i"
+                                                             : "*i.*f";
+    if (sTemplate != pszPattern && sTemplate != ToUtf8(fixed.view()))
+        throw Fault{ExitStatus::Usage,
+                    fmt::format("the only template of this type is '{}'", pszPattern)};
+}
+
+// The whole text is the column: it is normalised as a field of a file would be.
+Trial Try(const Host& host, const std::string& text)
+{
+    Trial trial;
+    RequireAccepted(host.Records().Parse(Bstr(FromUtf8(text)).get()), "the text");
+    trial.bValid = host.Records().GetFieldValue(trial.value.put(), 0) == S_OK;
+    if (trial.bValid)
+        return trial;
+    Bstr reason;
+    host.Records().GetFieldError(reason.put(), 0);
+    trial.sReason = ToUtf8(reason.view());
+    return trial;
+}
+
+std::string ValueText(const Trial& trial, LONG nType)
+{
+    DateText dates;
+    std::string text;
+    AppendCell(text, nType == kDateType ? ColumnKind::Date : ColumnKind::Time, trial.value, dates);
+    return text;
+}
+
+ordered_json JsonOf(const Trial& trial, LONG nType)
+{
+    ordered_json json = {{"valid", trial.bValid}};
+    if (!trial.bValid) {
+        json["value"] = nullptr;
+        json["reason"] = trial.sReason;
+    } else if (trial.value.vt == VT_R8) {
+        json["value"] = trial.value.dblVal;
+    } else if (trial.value.vt == VT_I8) {
+        json["value"] = trial.value.llVal;
+    } else {
+        json["value"] = ValueText(trial, nType);
+    }
+    return json;
+}
+
+} // namespace
+
+ExitStatus TryTemplate(const Context& context)
+{
+    const TemplateOptions& options = context.options.trial;
+    const TemporaryFile file(kOneColumn); // outlives who holds it open
+    Host host(context.offers);
+    const LONG nType = host.RequireType(options.sType, "TYPE");
+    host.Open(file.Path());
+    RequireAccepted(host.Records().put_FieldDividers(kNoDividers), "an undivided line");
+    RequireAccepted(host.Records().SetFieldType(0, nType), "the type");
+    SetTemplate(host, nType, options.sTemplate);
+    const Trial trial = Try(host, options.sText);
+    Results results;
+    if (context.options.bJson)
+        results.Add(JsonOf(trial, nType).dump() + '\n');
+    else if (trial.bValid)
+        results.Add(ValueText(trial, nType) + '\n');
+    else // the component's text begins with a blank
+        context.console.Error(
+            std::string_view(trial.sReason)
+                .substr(std::min(trial.sReason.find_first_not_of(' '), trial.sReason.size())));
+    results.Finish();
+    return trial.bValid ? ExitStatus::Done : ExitStatus::Refused;
+}
+
+} // namespace tabulex

@@ -1,0 +1,125 @@
+#include "tools/tabulex/host/ColumnSettings.h"
+
+#include <fmt/format.h>
+
+#include "tools/tabulex/host/Properties.h"
+#include "tools/tabulex/system/Fault.h"
+
+namespace tabulex {
+
+namespace {
+
+// What the user writes for a column without a type.
+constexpr std::string_view kNone = "none";
+
+std::string TemplateOf(const Host& host, ULONG nField)
+{
+    Bstr text;
+    host.Records().GetFieldTemplate(text.put(), nField);
+    return ToUtf8(text.view());
+}
+
+void SetTemplate(const Host& host, const ColumnSetting& column, const std::string& sTemplate)
+{
+    const HRESULT hr =
+        host.Records().SetFieldTemplate(Bstr(FromUtf8(sTemplate)).get(), column.nField);
+    if (FAILED(hr))
+        throw Fault{ExitStatus::Refused, fmt::format("--column {}: template '{}' is refused: {}",
+                                                     column.nField + 1, sTemplate, HexOf(hr))};
+}
+
+// Whether the column's template reads one record of the file.
+bool ReadsRecord(const Host& host, ULONG nField, HRESULT (IDataParser::*record)(BSTR*))
+{
+    Bstr text;
+    if (FAILED((host.Data().*record)(text.put())) || FAILED(host.Records().Parse(text.get())))
+        return false;
+    Variant value;
+    return host.Records().GetFieldValue(value.put(), nField) == S_OK;
+}
+
+// The ends of the file tell day and month apart more often than neighbours do.
+bool ReadsFirstAndLast(const Host& host, ULONG nField)
+{
+    return host.Data().put_Position(0) == S_OK &&
+           ReadsRecord(host, nField, &IDataParser::get_CurrentRecord) &&
+           ReadsRecord(host, nField, &IDataParser::get_LastRecord);
+}
+
+// Tries the type's templates in their own order.
+void FindTemplate(const Host& host, const ColumnSetting& column)
+{
+    Variant templates;
+    host.Records().GetTemplates(templates.put(), Bstr(FromUtf8(column.sType)).get());
+    auto candidates = TextsOf(templates);
+    if (!candidates.empty())
+        candidates.pop_back(); // stands for the entry of a template by hand
+    for (const std::string& candidate : candidates) {
+        SetTemplate(host, column, candidate);
+        if (ReadsFirstAndLast(host, column.nField))
+            return;
+    }
+    throw Fault{ExitStatus::Refused,
+                fmt::format("--column {0}: no {1} template reads it; give one as {0}={1}:TEMPLATE",
+                            column.nField + 1, column.sType)};
+}
+
+void RequireColumn(const Host& host, const ColumnSetting& column)
+{
+    const ULONG nCount = Get(host.Records(), &IRecordParser::get_FieldCount);
+    if (column.nField >= nCount)
+        throw Fault{ExitStatus::Refused,
+                    fmt::format("--column {}: the file has {} columns", column.nField + 1, nCount)};
+}
+
+void SetType(const Host& host, const ColumnSetting& column, LONG nType)
+{
+    Bstr name; // null for none
+    if (nType != kNoType)
+        name = Bstr(FromUtf8(host.TypeNames()[static_cast<std::size_t>(nType)]));
+    const HRESULT hr = host.Records().SetFieldName(column.nField, name.get());
+    if (FAILED(hr))
+        throw Fault{ExitStatus::Refused, fmt::format("--column {}: type {} is refused: {}",
+                                                     column.nField + 1, column.sType, HexOf(hr))};
+}
+
+// Setting a type empties the template, so one that stood is set again.
+void ApplyDated(const Host& host, ColumnSetting column, LONG nType)
+{
+    column.sType = host.TypeNames()[static_cast<std::size_t>(nType)];
+    if (column.sTemplate.empty() && host.ColumnType(column.nField) == nType)
+        column.sTemplate = TemplateOf(host, column.nField);
+    SetType(host, column, nType);
+    if (column.sTemplate.empty())
+        FindTemplate(host, column);
+    else
+        SetTemplate(host, column, column.sTemplate);
+}
+
+void ApplyColumn(const Host& host, const ColumnSetting& column)
+{
+    RequireColumn(host, column);
+    const bool bNone = EqualIgnoringCase(column.sType, kNone);
+    const LONG nType =
+        bNone ? kNoType
+              : host.RequireType(column.sType, fmt::format("--column {}", column.nField + 1));
+    if (nType == kDateType || nType == kTimeType) {
+        ApplyDated(host, column, nType);
+        return;
+    }
+    if (!column.sTemplate.empty())
+        throw Fault{ExitStatus::Refused,
+                    fmt::format("--column {}: only Date and Time columns take a template",
+                                column.nField + 1)};
+    SetType(host, column, nType);
+}
+
+} // namespace
+
+void ApplyColumns(Host& host, const std::vector<ColumnSetting>& columns)
+{
+    for (const ColumnSetting& column : columns)
+        ApplyColumn(host, column);
+}
+
+} // namespace tabulex

@@ -1,0 +1,43 @@
+#include "tools/tabulex/host/Columns.h"
+
+#include "tools/tabulex/host/Properties.h"
+
+namespace tabulex {
+
+namespace {
+
+ColumnKind KindOf(LONG nType)
+{
+    switch (nType) {
+    case kNoType:
+        return ColumnKind::None;
+    case kSymbolType:
+        return ColumnKind::Symbol;
+    case kDateType:
+        return ColumnKind::Date;
+    case kTimeType:
+        return ColumnKind::Time;
+    }
+    return nType >= kFirstPriceType && nType <= kLastPriceType ? ColumnKind::Price
+                                                               : ColumnKind::Whole;
+}
+
+} // namespace
+
+std::vector<Column> AllColumns(const Host& host)
+{
+    std::vector<Column> columns;
+    const ULONG nCount = Get(host.Records(), &IRecordParser::get_FieldCount);
+    for (ULONG i = 0; i < nCount; ++i)
+        columns.push_back({host.ColumnName(i), KindOf(host.ColumnType(i))});
+    return columns;
+}
+
+std::vector<Column> DeliveredColumns(const Host& host)
+{
+    auto columns = AllColumns(host);
+    std::erase_if(columns, [](const Column& column) { return column.kind == ColumnKind::None; });
+    return columns;
+}
+
+} // namespace tabulex

@@ -1,0 +1,38 @@
+#include "tools/tabulex/host/SettingsCheck.h"
+
+#include <fmt/format.h>
+
+#include "tools/tabulex/host/Properties.h"
+#include "tools/tabulex/run/DataSink.h"
+#include "tools/tabulex/system/Fault.h"
+
+namespace tabulex {
+
+std::string CheckSettings(const Host& host)
+{
+    const com_ptr<DataSink> sink(new DataSink);
+    const HRESULT hr = host.Front().CheckConverterSettings(0, sink.get());
+    if (FAILED(hr))
+        throw Fault{ExitStatus::Refused, fmt::format("the settings check failed: {}", HexOf(hr))};
+    return sink->FaultText();
+}
+
+// Without a date a run would end in the middle and say nothing.
+std::string WhyNotRunnable(const Host& host)
+{
+    constexpr DATE kLastDay = 0xFFFF; // records are delivered with days of 16 bits
+    if (!host.HasColumn(kDateType))
+        return "no column holds a date, so nothing can be converted";
+    if (GetDate(host.Data(), &IDataParser::get_EndDateTime) >= kLastDay + 1)
+        return "its dates reach behind 2079-06-04, the last day that can be delivered; end the "
+               "range by --to";
+    return {};
+}
+
+std::string WhyNotConvertible(const Host& host)
+{
+    const std::string fault = CheckSettings(host);
+    return fault.empty() ? WhyNotRunnable(host) : fault;
+}
+
+} // namespace tabulex

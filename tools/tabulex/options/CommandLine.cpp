@@ -1,0 +1,116 @@
+#include "tools/tabulex/options/CommandLine.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include "tools/tabulex/options/CommandDefinitions.h"
+#include "tools/tabulex/options/Suggestion.h"
+#include "tools/tabulex/output/OutputTargets.h"
+#include "tools/tabulex/system/Terminal.h"
+
+namespace tabulex {
+
+namespace {
+
+std::vector<std::string> CommandNames(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        names.push_back(command->get_name());
+    return names;
+}
+
+std::vector<std::string> OptionNames(const CLI::App& app)
+{
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app.get_options())
+        for (const std::string& name : option->get_lnames())
+            names.push_back("--" + name);
+    return names;
+}
+
+std::string Unknown(std::string_view kind, const std::string& word,
+                    const std::vector<std::string>& known)
+{
+    const auto near = Suggest(word, known);
+    return fmt::format("there is no {} '{}'{}", kind, word,
+                       near ? fmt::format("; did you mean '{}'?", *near) : "");
+}
+
+// The library tells values that are too few or too many in words of its own, which
+// name the option.
+std::string WrongValues(const CLI::App& command, const std::string& message)
+{
+    const std::size_t nAt = std::min(message.find("--"), message.size());
+    const std::string name = message.substr(nAt, message.find_first_of(": ", nAt) - nAt);
+    const CLI::Option* option = command.get_option_no_throw(name);
+    if (!option)
+        return message;
+    if (option->get_items_expected_max() == 0)
+        return name + " takes no value";
+    return option->count() > 1 ? name + " may be given once only"
+                               : fmt::format("{} needs a value: {}", name, option->get_type_name());
+}
+
+// What isn't understood says more than what is missing because of it.
+std::string UsageMessage(const CLI::App& app, const CLI::ParseError& fault)
+{
+    const auto commands = app.get_subcommands();
+    const CLI::App& command = commands.empty() ? app : *commands.front();
+    for (const std::string& word : app.remaining(true)) {
+        if (word.size() > 1 && word[0] == '-')
+            return Unknown("option", word.substr(0, word.find('=')), OptionNames(command));
+        if (commands.empty())
+            return Unknown("command", word, CommandNames(app));
+    }
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&fault) ||
+        dynamic_cast<const CLI::ConversionError*>(&fault))
+        return WrongValues(command, fault.what());
+    return fault.what();
+}
+
+// Names the help of the command that was meant, where there is one.
+ExitStatus TellUsageError(const CLI::App& app, const std::string& message)
+{
+    const auto commands = app.get_subcommands();
+    const std::string name = commands.empty() ? "" : " " + commands.front()->get_name();
+    WriteToErrorStream(fmt::format("tabulex: {}\nTry 'tabulex{} --help'.\n", message, name));
+    return ExitStatus::Usage;
+}
+
+} // namespace
+
+std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments,
+                                       ExitStatus& status)
+{
+    std::vector<const char*> words;
+    for (const std::string& argument : arguments)
+        words.push_back(argument.c_str());
+    Options options;
+    CLI::App app;
+    DefineCommandLine(app, options);
+    try {
+        app.parse(static_cast<int>(words.size()), words.data());
+    } catch (const CLI::Success& done) {
+        app.exit(done);
+        status = ExitStatus::Done;
+        return std::nullopt;
+    } catch (const CLI::ParseError& fault) {
+        status = TellUsageError(app, words.size() < 2 ? "a command is needed"
+                                                      : UsageMessage(app, fault));
+        return std::nullopt;
+    }
+    options.sCommand = app.get_subcommands().front()->get_name();
+    std::string contradiction = ContradictionIn(options.convert, options.files);
+    if (options.convert.bSaveEnvironment && options.settings.sEnvironment.empty())
+        contradiction = "--save-environment needs a file: give it by --environment";
+    if (!contradiction.empty()) {
+        status = TellUsageError(app, contradiction);
+        return std::nullopt;
+    }
+    return options;
+}
+
+} // namespace tabulex

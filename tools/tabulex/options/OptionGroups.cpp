@@ -1,0 +1,257 @@
+#include "tools/tabulex/options/OptionGroups.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "tools/tabulex/options/OptionValues.h"
+#include "tools/tabulex/options/Suggestion.h"
+#include "tools/tabulex/output/Formats.h"
+
+namespace tabulex {
+
+namespace {
+
+// "--output" of "-o,--output".
+std::string LongName(const std::string& names)
+{
+    return names.substr(names.find("--"));
+}
+
+// An option whose text is read by `read`; what that throws becomes a usage error which
+// names the option.
+template <class Target, class Reader>
+CLI::Option* AddValue(CLI::App& app, const std::string& names, const std::string& type,
+                      Target& target, Reader read, const std::string& description)
+{
+    const auto take = [&target, read, names](const std::string& text) {
+        try {
+            target = read(text);
+        } catch (const std::invalid_argument& fault) {
+            throw CLI::ValidationError(LongName(names), fault.what());
+        }
+    };
+    return app.add_option_function<std::string>(names, take, description)->type_name(type);
+}
+
+template <class Number>
+auto WholeUpTo(ULONGLONG nLeast, ULONGLONG nMost)
+{
+    return [=](const std::string& text) {
+        const auto value = ParseWhole(text);
+        if (!value || *value < nLeast || *value > nMost)
+            throw std::invalid_argument(
+                fmt::format("'{}' is not a whole number from {} to {}", text, nLeast, nMost));
+        return static_cast<Number>(*value);
+    };
+}
+
+template <class Value>
+struct Word
+{
+    const char* pszName;
+    Value value;
+};
+
+// An option that takes one of some words, and names the nearest for any other. The
+// words stand for the value in the help.
+template <class Target, class Value, std::size_t N>
+CLI::Option* AddChoice(CLI::App& app, const std::string& names, const Word<Value> (&words)[N],
+                       Target& target, const std::string& description)
+{
+    std::vector<std::string> allowed;
+    for (const auto& word : words)
+        allowed.push_back(word.pszName);
+    const auto read = [words = std::to_array(words), allowed](const std::string& text) {
+        const auto at = std::ranges::find(allowed, text);
+        if (at != allowed.end())
+            return words[static_cast<std::size_t>(at - allowed.begin())].value;
+        const auto near = Suggest(text, allowed);
+        throw std::invalid_argument(
+            fmt::format("'{}' is not one of {}{}", text, fmt::join(allowed, ", "),
+                        near ? fmt::format("; did you mean '{}'?", *near) : ""));
+    };
+    return AddValue(app, names, fmt::format("{}", fmt::join(allowed, "|")), target, read,
+                    description);
+}
+
+std::string AnyText(const std::string& text)
+{
+    return text;
+}
+
+std::string SomeText(const std::string& text)
+{
+    if (text.empty())
+        throw std::invalid_argument("'' is not a name");
+    return text;
+}
+
+constexpr Word<When> kWhen[] = {
+    {"auto", When::Auto}, {"always", When::Always}, {"never", When::Never}};
+constexpr Word<OutputFormat> kFormats[] = {{"csv", OutputFormat::Csv},
+                                           {"jsonl", OutputFormat::JsonLines},
+                                           {"sqlite", OutputFormat::Sqlite}};
+constexpr Word<OnBadLine> kActions[] = {
+    {"ask", OnBadLine::Ask}, {"skip", OnBadLine::Skip}, {"stop", OnBadLine::Stop}};
+constexpr Word<const char*> kLanguages[] = {{"zh", "zh"}, {"en", "en"}};
+
+// Far from the end of the number range, so that positions can be added.
+const auto kPosition = WholeUpTo<ULONGLONG>(0, ULONGLONG(1) << 62);
+
+} // namespace
+
+void AddGeneral(CLI::App& app, GeneralOptions& general)
+{
+    const std::string group = "General";
+    AddChoice(app, "--lang", kLanguages, general.sLanguage,
+              "Language of the component's texts\n(default: from the locale)")
+        ->group(group);
+    AddValue(app, "--encoding", "NAME", general.sEncoding, AnyText,
+             "Code page of the text in files, such as\nwindows-1252, gbk or utf-8 (default: the "
+             "locale's)")
+        ->group(group);
+    AddValue(app, "--offer", "LIST", general.resolutions, ReadOffers,
+             "Resolutions to offer, as id=name,id=name,...")
+        ->group(group);
+    AddChoice(app, "--color", kWhen, general.colour,
+              "Colours (auto: on a terminal, unless\nNO_COLOR is set)")
+        ->group(group);
+    AddValue(app, "--report-log", "FILE", general.sReportLog, SomeText,
+             "Append the component's own reports to FILE;\n'-' is standard error")
+        ->group(group);
+    app.add_flag("-q,--quiet", general.bQuiet, "No summary and no warnings")->group(group);
+    app.add_flag("-v,--verbose", general.bVerbose, "Tell what is done")->group(group);
+}
+
+void AddFiles(CLI::App& app, Options& options, bool bSeveral)
+{
+    auto* files = app.add_option("FILE", options.files, bSeveral ? "Quote files" : "A quote file")
+                      ->required()
+                      ->type_name(bSeveral ? "..." : "");
+    if (!bSeveral)
+        files->expected(1);
+}
+
+CLI::Option* AddEnvironment(CLI::App& app, Settings& settings)
+{
+    return AddValue(app, "--environment", "FILE", settings.sEnvironment, SomeText,
+                    "Read templates of dates and times from FILE\nbefore the layout is found");
+}
+
+void AddLayoutSettings(CLI::App& app, Settings& settings)
+{
+    const std::string group = "Settings";
+    AddEnvironment(app, settings)->group(group);
+    AddValue(app, "--resolution", "NAME[|SIZE]", settings.sResolution, AnyText,
+             "Ticks, Tick Bars, Count Bars, Seconds, Minutes,\nDays or Weeks, or what --offer "
+             "names")
+        ->group(group);
+    AddValue(app, "--size", "N", settings.nSize, WholeUpTo<LONG>(1, 0x7FFFFFFF),
+             "Size of the resolution, such as 5 for\n5-minute bars")
+        ->group(group);
+    AddValue(app, "--dividers", "CHARS", settings.nDividers, ReadDividers,
+             "Field dividers out of ':', ' ', ',', ';', '|', '\\t'")
+        ->group(group);
+    AddValue(app, "--lines-to-skip", "N", settings.nLinesToSkip, WholeUpTo<ULONG>(0, 0xFFFFFFF0),
+             "Lines before the header or the data")
+        ->group(group);
+    // Read as a list, so that the last one given doesn't replace the others.
+    const auto addColumn = [&settings](const std::vector<std::string>& texts) {
+        for (const std::string& one : texts)
+            try {
+                settings.columns.push_back(ReadColumn(one));
+            } catch (const std::invalid_argument& fault) {
+                throw CLI::ValidationError("--column", fault.what());
+            }
+    };
+    app.add_option_function<std::vector<std::string>>(
+           "--column", addColumn,
+           "Type of column N (from 1), or 'none', such as\n'1=Date:*d/*m/*y'; may be given several "
+           "times")
+        ->allow_extra_args(false)
+        ->type_name("N=TYPE[:TEMPLATE]")
+        ->group(group);
+    AddValue(app, "--code-page", "N", settings.nCodePage, WholeUpTo<ULONG>(0, 0xFFFFFFFF),
+             "Number of the file's code page; only noted, since\ntext is read by --encoding")
+        ->group(group);
+    app.add_flag("--bar-end-time", settings.bBarEndTime,
+                 "Times in the file are those of the bars' start:\nadd the bar size")
+        ->group(group);
+    AddValue(app, "--price-multiplier", "NAME", settings.sPriceMultiplier, AnyText,
+             "Scales prices: 1000000, 100000, ... 1 ...\n1/1000000")
+        ->group(group);
+    AddValue(app, "--volume-multiplier", "NAME", settings.sVolumeMultiplier, AnyText,
+             "Scales volumes, likewise")
+        ->group(group);
+    AddValue(app, "--symbol", "S", settings.sSymbol, AnyText, "Only records of this symbol")
+        ->group(group);
+}
+
+void AddImportRange(CLI::App& app, Settings& settings)
+{
+    const std::string group = "Range";
+    AddValue(app, "--from", "DATE", settings.dtFrom, ReadDateTime,
+             "First moment, YYYY-MM-DD[THH:MM[:SS[.mmm]]]")
+        ->group(group);
+    AddValue(app, "--to", "DATE", settings.dtTo, ReadDateTime,
+             "Last moment; a date alone is its 00:00")
+        ->group(group);
+    AddValue(app, "--portion", "START:COUNT", settings.portion, ReadPortion,
+             "COUNT records from position START (from 0);\nbad lines are skipped without a word")
+        ->group(group);
+}
+
+void AddRecordRange(CLI::App& app, RangeOptions& range, const char* pszCount)
+{
+    AddValue(app, "--from", "N", range.nFrom, kPosition, "First record, counted from 0");
+    AddValue(app, "--count", "K", range.nCount, kPosition, pszCount);
+}
+
+void AddOutput(CLI::App& app, ConvertOptions& convert)
+{
+    const std::string group = "Output";
+    AddValue(app, "-o,--output", "OUT", convert.sOutput, SomeText,
+             "File to write, or a folder (or a name with / at\nits end) for a file each; '-' is "
+             "standard output\n(default). It appears when all went well")
+        ->group(group);
+    AddChoice(app, "--format", kFormats, convert.format,
+              "Format (default: by the ending of OUT, then csv)")
+        ->group(group);
+    AddValue(app, "--table", "NAME", convert.sTable, SomeText,
+             "SQLite: table to write (default: quotes)")
+        ->group(group);
+    app.add_flag("--append", convert.bAppend, "SQLite: add to the table if it is there already")
+        ->group(group);
+    app.add_flag("--replace", convert.bReplace, "SQLite: put the table in the place of an old one")
+        ->group(group);
+    app.add_flag("--save-environment", convert.bSaveEnvironment,
+                 "Write the templates, with those of --column, back\nto the file of --environment "
+                 "when all went well")
+        ->group(group);
+    app.add_flag("-n,--dry-run", convert.bDryRun, "Convert, but write nothing")->group(group);
+    AddChoice(app, "--progress", kWhen, convert.progress,
+              "Progress on standard error (auto: on a\nterminal, after a second)")
+        ->group(group);
+}
+
+void AddErrorHandling(CLI::App& app, ConvertOptions& convert)
+{
+    const std::string group = "Bad lines";
+    AddChoice(app, "--on-error", kActions, convert.onError,
+              "What to do with a bad line (default: ask on a\nterminal, else skip)")
+        ->group(group);
+    AddValue(app, "--rejects", "FILE", convert.sRejects, SomeText,
+             "Also write bad lines to FILE as CSV")
+        ->group(group);
+    AddValue(app, "--max-errors", "N", convert.nMaxErrors, kPosition,
+             "Give up at the first bad line beyond N")
+        ->group(group);
+    app.add_flag("--no-check", convert.bNoCheck, "Convert even if the settings check finds faults")
+        ->group(group);
+}
+
+} // namespace tabulex

@@ -1,0 +1,97 @@
+#include "tools/tabulex/options/OptionValues.h"
+
+#include <charconv>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+#include "tools/tabulex/output/Formats.h"
+
+namespace tabulex {
+
+namespace {
+
+// The bit of a divider is its place here.
+constexpr std::string_view kDividers = ": ,;|\t";
+constexpr ULONGLONG kMostColumns = 100'000; // more than a record's 511 characters can hold
+
+[[noreturn]] void Reject(const std::string& text, std::string_view form)
+{
+    throw std::invalid_argument(fmt::format("'{}' is not {}", text, form));
+}
+
+HostResolution ReadOffer(const std::string& text)
+{
+    const std::size_t nEquals = text.find('=');
+    LONG nId = 0;
+    const char* end = text.data() + std::min(nEquals, text.size());
+    const auto result = std::from_chars(text.data(), end, nId);
+    if (nEquals == text.npos || result.ec != std::errc() || result.ptr != end ||
+        nEquals + 1 == text.size())
+        Reject(text, "of the form id=name");
+    return {nId, text.substr(nEquals + 1)};
+}
+
+} // namespace
+
+DATE ReadDateTime(const std::string& text)
+{
+    const auto date = ParseDateTime(text);
+    if (!date)
+        Reject(text, "a date YYYY-MM-DD or a date-time YYYY-MM-DDTHH:MM[:SS[.mmm]]");
+    return *date;
+}
+
+LONG ReadDividers(const std::string& text)
+{
+    LONG nMask = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool bEscape = text.compare(i, 2, "\\t") == 0;
+        const std::size_t nBit = kDividers.find(bEscape ? '\t' : text[i]);
+        if (nBit == kDividers.npos)
+            Reject(text, "made of the dividers ':', ' ', ',', ';', '|' and '\\t'");
+        nMask |= 1 << nBit;
+        i += bEscape ? 1 : 0;
+    }
+    if (nMask == 0)
+        Reject(text, "a list of dividers");
+    return nMask;
+}
+
+ColumnSetting ReadColumn(const std::string& text)
+{
+    const std::size_t nEquals = text.find('=');
+    const auto nColumn = ParseWhole(std::string_view(text).substr(0, nEquals));
+    if (nEquals == text.npos || !nColumn || *nColumn == 0 || *nColumn > kMostColumns)
+        Reject(text, "of the form N=TYPE[:TEMPLATE] with N from 1");
+    const std::string rest = text.substr(nEquals + 1);
+    const std::size_t nColon = std::min(rest.find(':'), rest.size());
+    if (nColon == 0)
+        Reject(text, "of the form N=TYPE[:TEMPLATE]");
+    return {static_cast<ULONG>(*nColumn - 1), rest.substr(0, nColon),
+            rest.substr(std::min(nColon + 1, rest.size()))};
+}
+
+Portion ReadPortion(const std::string& text)
+{
+    const std::size_t nColon = text.find(':');
+    const auto nStart = ParseWhole(std::string_view(text).substr(0, nColon));
+    const auto nCount =
+        nColon == text.npos ? std::nullopt : ParseWhole(std::string_view(text).substr(nColon + 1));
+    if (!nStart || !nCount)
+        Reject(text, "of the form START:COUNT");
+    return {*nStart, *nCount};
+}
+
+std::vector<HostResolution> ReadOffers(const std::string& text)
+{
+    std::vector<HostResolution> offers;
+    for (std::size_t nAt = 0; nAt < text.size();) {
+        const std::size_t nComma = std::min(text.find(',', nAt), text.size());
+        offers.push_back(ReadOffer(text.substr(nAt, nComma - nAt)));
+        nAt = nComma + 1;
+    }
+    return offers;
+}
+
+} // namespace tabulex

@@ -1,0 +1,86 @@
+// Options: what a command line says, read and checked for its form.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/tabulex/host/ResolutionOffers.h"
+#include "tools/tabulex/host/Settings.h"
+#include "tools/tabulex/run/Conversion.h"
+
+namespace tabulex {
+
+// Common to all commands.
+struct GeneralOptions
+{
+    std::optional<std::string> sLanguage; // "zh" or "en"; empty: by the locale
+    std::optional<std::string> sEncoding; // empty: the locale's
+    std::vector<HostResolution> resolutions = DefaultResolutions();
+    When colour = When::Auto;
+    std::string sReportLog; // file of the component's reports, "-" standard error; empty: none
+    bool bQuiet = false;
+    bool bVerbose = false;
+};
+
+// inspect
+struct InspectOptions
+{
+    bool bNoCount = false;
+};
+
+// convert
+struct ConvertOptions
+{
+    std::string sOutput = "-";          // file, folder, or standard output
+    std::optional<OutputFormat> format; // empty: the ending of the output decides
+    std::optional<std::string> sTable;  // this and the next two for SQLite only
+    bool bAppend = false;
+    bool bReplace = false;
+    bool bDryRun = false;
+    When progress = When::Auto;
+    std::optional<OnBadLine> onError; // empty: the terminal decides
+    std::string sRejects;             // empty for none
+    std::optional<ULONGLONG> nMaxErrors;
+    bool bNoCheck = false;
+    bool bSaveEnvironment = false;
+};
+
+// Records by position, from 0.
+struct RangeOptions
+{
+    ULONGLONG nFrom = 0;
+    std::optional<ULONGLONG> nCount;
+};
+
+// raw; of both, the count wins
+struct RawOptions
+{
+    bool bLast = false;
+    bool bCountOnly = false;
+};
+
+// template: a type's name, a template, and the text to try it on
+struct TemplateOptions
+{
+    std::string sType;
+    std::string sTemplate;
+    std::string sText;
+};
+
+// All that was said. Options that the command doesn't take keep their defaults.
+struct Options
+{
+    std::string sCommand;           // name of the command
+    std::vector<std::string> files; // as given, bytes of the system
+    GeneralOptions general;
+    Settings settings; // of all commands that decode records
+    InspectOptions inspect;
+    ConvertOptions convert;
+    RangeOptions range;
+    RawOptions raw;
+    TemplateOptions trial;
+    bool bJson = false; // inspect, template
+};
+
+} // namespace tabulex

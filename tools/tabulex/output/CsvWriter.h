@@ -1,0 +1,31 @@
+// CsvWriter: a header row of type names, then a row a record; RFC 4180 quoting.
+#pragma once
+
+#include <string_view>
+
+#include "tools/tabulex/output/Formats.h"
+#include "tools/tabulex/output/RowWriter.h"
+
+namespace tabulex {
+
+class CsvWriter : public RowWriter
+{
+public:
+    explicit CsvWriter(std::vector<Column> columns) : m_columns(std::move(columns)) {}
+
+    void Begin(std::string& out) override;
+    void Row(const VARIANT* cells, std::string& out) override;
+
+private:
+    // The kind tells the dates, which look like times, apart.
+    void Cell(ColumnKind kind, const VARIANT& cell, std::string& out);
+
+    std::vector<Column> m_columns;
+    DateText m_dates;
+    std::string m_text; // kept for its storage
+};
+
+// Appends one field, in quotes where its text needs them.
+void AppendCsvField(std::string& out, std::string_view text);
+
+} // namespace tabulex

@@ -1,0 +1,23 @@
+// RowWriter: a text format in which delivered records leave the tool.
+//
+// Text is appended to a buffer that the caller empties. Used by one thread.
+#pragma once
+
+#include <string>
+
+#include "tools/tabulex/host/Columns.h"
+
+namespace tabulex {
+
+class RowWriter
+{
+public:
+    virtual ~RowWriter() = default;
+
+    // What stands before the first row.
+    virtual void Begin(std::string& out) = 0;
+    // One record: a cell for each column.
+    virtual void Row(const VARIANT* cells, std::string& out) = 0;
+};
+
+} // namespace tabulex

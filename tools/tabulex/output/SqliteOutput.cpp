@@ -1,0 +1,283 @@
+#include "tools/tabulex/output/SqliteOutput.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include "tools/tabulex/output/CellText.h"
+#include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/Paths.h"
+#include "tools/tabulex/system/SqliteLibrary.h"
+#include "tools/tabulex/system/Text.h"
+
+namespace tabulex {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A staged database is thrown away where anything fails, so it needs no journal; what
+// it holds is synchronised once, with the commit.
+constexpr const char* kStagedPragmas = "PRAGMA journal_mode = OFF; PRAGMA locking_mode = EXCLUSIVE";
+
+constexpr const char* kFindObject = "SELECT type FROM sqlite_master WHERE name = ?1 COLLATE NOCASE "
+                                    "AND type IN ('table', 'view', 'index')";
+constexpr const char* kFindColumns = "SELECT name FROM pragma_table_info(?1)";
+
+[[noreturn]] void ThrowUnwritable(const std::string& path, std::string_view reason,
+                                  ExitStatus status = ExitStatus::FileFault)
+{
+    throw Fault{status, fmt::format("'{}' can't be written: {}", path, reason)};
+}
+
+void Require(const std::string& path, const SqliteDatabase& database)
+{
+    if (!database.FaultText().empty())
+        ThrowUnwritable(path, database.FaultText(), database.FaultStatus());
+}
+
+const char* SqlTypeOf(ColumnKind kind)
+{
+    if (kind == ColumnKind::Price)
+        return "REAL";
+    return kind == ColumnKind::Whole ? "INTEGER" : "TEXT";
+}
+
+// What `text` makes of each column.
+template <class Text>
+std::vector<std::string> ForEachColumn(const std::vector<Column>& columns, Text text)
+{
+    std::vector<std::string> texts(columns.size());
+    std::ranges::transform(columns, texts.begin(), text);
+    return texts;
+}
+
+// For comparison: case and order don't matter to SQLite.
+std::vector<std::string> Sorted(std::vector<std::string> names)
+{
+    for (std::string& name : names)
+        name = LowerCase(name);
+    std::ranges::sort(names);
+    return names;
+}
+
+// Whether the table is there and may be changed.
+bool FindTable(SqliteDatabase& database, const OutputOptions& options)
+{
+    const auto kinds = database.Texts(kFindObject, options.sTable);
+    Require(options.sPath, database);
+    if (kinds.empty())
+        return false;
+    if (kinds.front() != "table")
+        throw Fault{ExitStatus::Refused, fmt::format("'{}' of '{}' is a {} and no table",
+                                                     options.sTable, options.sPath, kinds.front())};
+    if (options.oldTable == OldTable::Refuse)
+        throw Fault{ExitStatus::Refused,
+                    fmt::format("'{}' has a table '{}' already; give --append or --replace",
+                                options.sPath, options.sTable)};
+    return true;
+}
+
+void RequireColumns(SqliteDatabase& database, const OutputOptions& options,
+                    const std::vector<Column>& columns)
+{
+    const auto have = database.Texts(kFindColumns, options.sTable);
+    Require(options.sPath, database);
+    const auto want = ForEachColumn(columns, [](const Column& column) { return column.sName; });
+    if (Sorted(have) != Sorted(want))
+        throw Fault{ExitStatus::Refused,
+                    fmt::format("the table '{}' of '{}' has other columns: {}; the rows have {}",
+                                options.sTable, options.sPath, fmt::join(have, ", "),
+                                fmt::join(want, ", "))};
+}
+
+std::string CreationOf(const std::string& table, const std::vector<Column>& columns)
+{
+    const auto parts = ForEachColumn(columns, [](const Column& column) {
+        return QuotedName(column.sName) + ' ' + SqlTypeOf(column.kind);
+    });
+    return fmt::format("CREATE TABLE {} ({})", QuotedName(table), fmt::join(parts, ", "));
+}
+
+std::string InsertionOf(const std::string& table, const std::vector<Column>& columns)
+{
+    const auto names =
+        ForEachColumn(columns, [](const Column& column) { return QuotedName(column.sName); });
+    return fmt::format("INSERT INTO {} ({}) VALUES ({})", QuotedName(table), fmt::join(names, ", "),
+                       fmt::join(std::vector<std::string>(columns.size(), "?"), ", "));
+}
+
+void RequireSqlite(const std::string& path)
+{
+    if (!HasSqlite())
+        ThrowUnwritable(path, "the library of SQLite, winsqlite3.dll, is missing; Windows has it "
+                              "since its version 10");
+}
+
+// Devices and pipes have no pages, and a single byte is no empty file, as which SQLite
+// takes it.
+void RequireDatabaseFile(const std::string& path, const std::string& target)
+{
+    std::error_code error;
+    if (!fs::is_regular_file(PathOf(target), error))
+        ThrowUnwritable(path, "it isn't a regular file");
+    if (fs::file_size(PathOf(target), error) == 1)
+        ThrowUnwritable(path, "file is not a database");
+}
+
+} // namespace
+
+SqliteOutput::SqliteOutput(const OutputOptions& options, std::vector<Column> columns)
+    : m_sTarget(TargetOf(options.sPath)), m_columns(WithDistinctNames(std::move(columns))),
+      m_texts(m_columns.size())
+{
+    RequireSqlite(options.sPath);
+    OpenDatabase(options);
+    MakeTable(options);
+    m_insert = m_database.Prepare(InsertionOf(options.sTable, m_columns));
+    Require(options.sPath, m_database);
+}
+
+void SqliteOutput::OpenDatabase(const OutputOptions& options)
+{
+    std::error_code error;
+    if (fs::exists(PathOf(m_sTarget), error)) {
+        RequireDatabaseFile(options.sPath, m_sTarget);
+        m_database.Open(m_sTarget);
+    } else {
+        std::FILE* file = m_staged.Create(m_sTarget);
+        if (!file)
+            ThrowUnwritable(options.sPath, std::strerror(errno));
+        std::fclose(file);
+        if (m_database.Open(m_staged.Name()))
+            m_database.Execute(kStagedPragmas);
+    }
+    Require(options.sPath, m_database);
+    m_database.Execute("BEGIN IMMEDIATE");
+    Require(options.sPath, m_database);
+}
+
+void SqliteOutput::MakeTable(const OutputOptions& options)
+{
+    bool bThere = FindTable(m_database, options);
+    if (bThere && options.oldTable == OldTable::Replace) {
+        m_database.Execute("DROP TABLE " + QuotedName(options.sTable));
+        Require(options.sPath, m_database);
+        bThere = false;
+    }
+    if (bThere)
+        RequireColumns(m_database, options, m_columns);
+    else
+        m_database.Execute(CreationOf(options.sTable, m_columns));
+    Require(options.sPath, m_database);
+}
+
+bool SqliteOutput::Write(const VARIANT* cells, ULONGLONG nRows)
+{
+    if (!m_database.FaultText().empty())
+        return false;
+    for (ULONGLONG i = 0; i < nRows; ++i) {
+        for (std::size_t n = 0; n < m_columns.size(); ++n)
+            BindCell(n, *cells++);
+        if (!m_insert.Run())
+            return m_database.Fail();
+    }
+    return true;
+}
+
+void SqliteOutput::BindCell(std::size_t nColumn, const VARIANT& cell)
+{
+    const int nParameter = static_cast<int>(nColumn) + 1;
+    switch (cell.vt) {
+    case VT_R8:
+        m_insert.Bind(nParameter, cell.dblVal);
+        break;
+    case VT_I8:
+        m_insert.Bind(nParameter, sqlite3_int64(cell.llVal));
+        break;
+    case VT_EMPTY:
+        m_insert.BindNull(nParameter);
+        break;
+    default:
+        m_texts[nColumn].clear();
+        AppendCell(m_texts[nColumn], m_columns[nColumn].kind, cell, m_dates);
+        m_insert.Bind(nParameter, m_texts[nColumn]);
+    }
+}
+
+bool SqliteOutput::Commit()
+{
+    m_insert = {};
+    const bool bSound = m_database.FaultText().empty();
+    if (bSound && m_database.Execute("COMMIT") && m_database.Close() && Publish())
+        return true;
+    Discard();
+    return false;
+}
+
+// Another program may have made the database meanwhile: its tables aren't ours to
+// replace.
+bool SqliteOutput::Publish()
+{
+    if (m_staged.Name().empty())
+        return true;
+    std::error_code error;
+    if (fs::exists(PathOf(m_sTarget), error))
+        error = std::make_error_code(std::errc::file_exists);
+    else
+        error = m_staged.Publish();
+    if (error)
+        m_sPublishFault = error.message();
+    return !error;
+}
+
+// A database that is closed takes back what isn't committed. After a fault of the disk
+// that is left to whoever reads it next, so it is read here.
+void SqliteOutput::Discard()
+{
+    m_insert = {};
+    m_database.Close();
+    if (m_staged.Name().empty() && !m_database.FaultText().empty()) {
+        SqliteDatabase reader;
+        if (reader.Open(m_sTarget))
+            reader.Execute("SELECT 1 FROM sqlite_master");
+    }
+    m_staged.Remove();
+}
+
+std::string SqliteOutput::FaultText() const
+{
+    return m_sPublishFault.empty() ? m_database.FaultText() : m_sPublishFault;
+}
+
+void CheckSqliteOutput(const OutputOptions& options, const std::vector<Column>& columns)
+{
+    RequireSqlite(options.sPath);
+    const std::string target = TargetOf(options.sPath);
+    std::error_code error;
+    if (!fs::exists(PathOf(target), error))
+        return;
+    RequireDatabaseFile(options.sPath, target);
+    SqliteDatabase database;
+    database.Open(target);
+    Require(options.sPath, database);
+    if (FindTable(database, options) && options.oldTable == OldTable::Append)
+        RequireColumns(database, options, WithDistinctNames(columns));
+}
+
+std::vector<Column> WithDistinctNames(std::vector<Column> columns)
+{
+    std::vector<std::string> taken;
+    for (Column& column : columns) {
+        const std::string name = column.sName;
+        for (int i = 2; std::ranges::find(taken, LowerCase(column.sName)) != taken.end(); ++i)
+            column.sName = fmt::format("{} {}", name, i);
+        taken.push_back(LowerCase(column.sName));
+    }
+    return columns;
+}
+
+} // namespace tabulex

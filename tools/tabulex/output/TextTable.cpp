@@ -1,0 +1,58 @@
+#include "tools/tabulex/output/TextTable.h"
+
+#include <algorithm>
+
+#include "tools/tabulex/system/Console.h"
+#include "tools/tabulex/system/Text.h"
+
+namespace tabulex {
+
+namespace {
+
+constexpr std::string_view kGap = "  ";
+
+} // namespace
+
+TextTable::TextTable(std::vector<Heading> headings, bool bColour)
+    : m_headings(std::move(headings)), m_bColour(bColour)
+{
+    for (const Heading& heading : m_headings)
+        m_widths.push_back(DisplayWidth(heading.sText));
+}
+
+void TextTable::Add(std::vector<std::string> cells)
+{
+    for (std::size_t i = 0; i < cells.size(); ++i)
+        m_widths[i] = std::max(m_widths[i], DisplayWidth(cells[i]));
+    m_rows.push_back(std::move(cells));
+}
+
+std::string TextTable::Take(std::string_view indent)
+{
+    std::string result;
+    if (m_bHeadingsDue) {
+        std::vector<std::string> cells;
+        for (const Heading& heading : m_headings)
+            cells.push_back(heading.sText);
+        result.append(indent).append(Bold(Line(cells), m_bColour)) += '\n';
+    }
+    for (const auto& row : m_rows)
+        result.append(indent).append(Line(row)) += '\n';
+    m_rows.clear();
+    m_bHeadingsDue = false;
+    return result;
+}
+
+std::string TextTable::Line(const std::vector<std::string>& cells) const
+{
+    std::string line;
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const std::string pad(m_widths[i] - DisplayWidth(cells[i]), ' ');
+        line.append(i > 0 ? kGap : "");
+        line.append(m_headings[i].bRight ? pad + cells[i] : cells[i] + pad);
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
+}
+
+} // namespace tabulex

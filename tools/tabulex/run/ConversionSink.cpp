@@ -1,0 +1,71 @@
+#include "tools/tabulex/run/ConversionSink.h"
+
+#include <new>
+
+#include "platform/values.h"
+#include "tools/tabulex/run/Interrupt.h"
+
+namespace tabulex {
+
+namespace {
+
+// Cells of a batch where they lie: the columns of a record side by side, a record after
+// the other.
+class Cells
+{
+public:
+    explicit Cells(SAFEARRAY* array) : m_array(array)
+    {
+        if (FAILED(SafeArrayAccessData(array, &m_data)))
+            m_data = nullptr;
+    }
+    ~Cells()
+    {
+        if (m_data)
+            SafeArrayUnaccessData(m_array);
+    }
+    const VARIANT* data() const { return static_cast<const VARIANT*>(m_data); }
+
+private:
+    SAFEARRAY* m_array;
+    void* m_data = nullptr;
+};
+
+ULONGLONG Extent(SAFEARRAY* array, UINT nDimension)
+{
+    LONG nFirst = 0;
+    LONG nLast = -1;
+    SafeArrayGetLBound(array, nDimension, &nFirst);
+    SafeArrayGetUBound(array, nDimension, &nLast);
+    return static_cast<ULONGLONG>(LONGLONG(nLast) - nFirst + 1);
+}
+
+} // namespace
+
+HRESULT ConversionSink::DataChanged(VARIANT Data)
+try {
+    if (Data.vt != (VT_ARRAY | VT_VARIANT) || SafeArrayGetDim(Data.parray) != 2)
+        return E_UNEXPECTED;
+    const HRESULT hr = TakeBatch(Data.parray);
+    return SUCCEEDED(hr) && Interrupted() ? E_ABORT : hr;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+}
+
+// A reader that has seen enough ends the run as a complete one.
+HRESULT ConversionSink::TakeBatch(SAFEARRAY* records)
+{
+    const Cells cells(records);
+    const ULONGLONG nRows = Extent(records, 2);
+    if (Extent(records, 1) != m_nColumns || (nRows > 0 && !cells.data()))
+        return E_UNEXPECTED;
+    const bool bWritten = !m_output || m_output->Write(cells.data(), nRows);
+    ++m_nBatches;
+    m_nRows += nRows;
+    m_errors.EndBatch(kBatchLines);
+    if (bWritten)
+        return S_OK;
+    return m_output->IsReaderGone() ? S_FALSE : E_FAIL;
+}
+
+} // namespace tabulex

@@ -1,0 +1,38 @@
+// ConversionSink: receives a conversion and hands its rows to an output.
+#pragma once
+
+#include "tools/tabulex/output/RowOutput.h"
+#include "tools/tabulex/run/DataSink.h"
+#include "tools/tabulex/run/ErrorReporter.h"
+
+namespace tabulex {
+
+// Lines that the component gathers for a batch; only a run's last one has fewer.
+inline constexpr ULONGLONG kBatchLines = 1000;
+
+class ConversionSink : public DataSink
+{
+public:
+    // `output` is null for a dry run, and takes batches of `nColumns` columns. All must
+    // outlive the run.
+    ConversionSink(std::size_t nColumns, RowOutput* output, ErrorReporter& errors)
+        : m_nColumns(nColumns), m_output(output), m_errors(errors)
+    {}
+
+    // Of all batches that came, whatever the end.
+    ULONGLONG Batches() const { return m_nBatches; }
+    ULONGLONG Rows() const { return m_nRows; }
+
+    HRESULT STDMETHODCALLTYPE DataChanged(VARIANT Data) override;
+
+private:
+    HRESULT TakeBatch(SAFEARRAY* records);
+
+    std::size_t m_nColumns;
+    RowOutput* m_output; // null for a dry run
+    ErrorReporter& m_errors;
+    ULONGLONG m_nBatches = 0;
+    ULONGLONG m_nRows = 0;
+};
+
+} // namespace tabulex

@@ -1,0 +1,97 @@
+#include "tools/tabulex/run/DataSink.h"
+
+#include <new>
+
+#include "platform/values.h"
+#include "tools/tabulex/system/Text.h"
+
+namespace tabulex {
+
+namespace {
+
+// The text stands second in the three elements of an error description.
+std::string TextOfDescription(const VARIANT& description)
+{
+    if (description.vt != (VT_ARRAY | VT_VARIANT) || !description.parray)
+        return {};
+    LONG nText = 1;
+    Variant text;
+    if (FAILED(SafeArrayGetElement(description.parray, &nText, text.put())) || text.vt != VT_BSTR)
+        return {};
+    return ToUtf8(TextOf(text.bstrVal));
+}
+
+} // namespace
+
+// Late-bound callers get the interface, but no calls by number.
+HRESULT DataSink::QueryInterface(REFIID riid, void** ppv)
+{
+    if (!ppv)
+        return E_POINTER;
+    *ppv = nullptr;
+    const bool bOffered = riid == iid_of<IUnknown> || riid == iid_of<IDispatch> ||
+                          riid == iid_of<IqrlTabulexDataSink>;
+    if (!bOffered)
+        return E_NOINTERFACE;
+    *ppv = static_cast<IqrlTabulexDataSink*>(this);
+    AddRef();
+    return S_OK;
+}
+
+ULONG DataSink::AddRef()
+{
+    return ++m_nRefs;
+}
+
+ULONG DataSink::Release()
+{
+    const ULONG nLeft = --m_nRefs;
+    if (nLeft == 0)
+        delete this;
+    return nLeft;
+}
+
+HRESULT DataSink::GetTypeInfoCount(UINT* pctinfo)
+{
+    if (!pctinfo)
+        return E_POINTER;
+    *pctinfo = 0;
+    return S_OK;
+}
+
+HRESULT DataSink::GetTypeInfo(UINT, LCID, ITypeInfo**)
+{
+    return E_NOTIMPL;
+}
+
+HRESULT DataSink::GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*)
+{
+    return E_NOTIMPL;
+}
+
+HRESULT DataSink::Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*)
+{
+    return E_NOTIMPL;
+}
+
+HRESULT DataSink::OnError(VARIANT Description)
+try {
+    m_sFault = TextOfDescription(Description);
+    return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+}
+
+HRESULT DataSink::Commit()
+{
+    m_end = End::Commit;
+    return S_OK;
+}
+
+HRESULT DataSink::Rollback()
+{
+    m_end = End::Rollback;
+    return S_OK;
+}
+
+} // namespace tabulex

@@ -1,0 +1,122 @@
+#include "tools/tabulex/run/ErrorReporter.h"
+
+#include <fmt/format.h>
+
+#include "tools/tabulex/output/CsvWriter.h"
+#include "tools/tabulex/run/Interrupt.h"
+
+namespace tabulex {
+
+namespace {
+
+// A message that quotes a joined line holds its line ends; it stays one line.
+std::string OneLine(const std::string& text)
+{
+    std::string result;
+    for (const char c : text) {
+        if (c == '\n')
+            result += "\\n";
+        else if (c == '\r')
+            result += "\\r";
+        else
+            result += c;
+    }
+    return result;
+}
+
+constexpr std::string_view kQuestion = "Skip it [s], skip all [a] or cancel [c]? ";
+
+} // namespace
+
+ErrorReporter::ErrorReporter(const Host& host, Console& console, std::string file,
+                             const Options& options, RejectsFile* rejects)
+    : m_host(host), m_console(console), m_sFile(std::move(file)), m_options(options),
+      m_rejects(rejects)
+{
+    // Reading a line back moves the file's cursor, which costs the conversion time.
+    if (rejects || options.action == OnBadLine::Ask)
+        m_texts.emplace(host);
+}
+
+bool ErrorReporter::Tell(const BadLine& bad)
+{
+    ++m_nTold;
+    const std::string place =
+        bad.nField == kWholeRecord ? std::string() : fmt::format("field {}: ", bad.nField);
+    fmt::format_to(std::back_inserter(m_sLines), "{}:{}: {}{}\n", m_sFile, bad.nLine, place,
+                   OneLine(bad.sMessage));
+    const std::string text = m_texts ? m_texts->Of(bad.nLine, m_nBatchStart) : std::string();
+    if (m_rejects)
+        AppendReject(bad, text);
+    return !HasTooMany() && Decide(text);
+}
+
+bool ErrorReporter::Decide(const std::string& text)
+{
+    switch (m_options.action) {
+    case OnBadLine::Skip:
+        return true;
+    case OnBadLine::Stop:
+        return false;
+    case OnBadLine::Ask:
+        break;
+    }
+    return Ask(text);
+}
+
+// An answer that isn't understood is asked for again; the end of the input, and an
+// interrupt while waiting, cancel.
+bool ErrorReporter::Ask(const std::string& text)
+{
+    Flush();
+    for (;;) {
+        m_console.Print(fmt::format("  {}\n{}", text, kQuestion));
+        const auto answer = ReadAnswer(Interrupted);
+        if (!answer) {
+            m_console.Print("\n");
+            return false;
+        }
+        // Setting this bit makes ASCII letters small.
+        switch (answer->empty() ? '\0' : (*answer)[0] | 0x20) {
+        case 's':
+            return true;
+        case 'a':
+            m_options.action = OnBadLine::Skip;
+            return true;
+        case 'c':
+            return false;
+        }
+    }
+}
+
+void ErrorReporter::AppendReject(const BadLine& bad, const std::string& text)
+{
+    const bool bField = bad.nField != kWholeRecord;
+    AppendCsvField(m_sRejects, m_sFile);
+    fmt::format_to(std::back_inserter(m_sRejects), ",{},{},", bad.nLine,
+                   bField ? std::to_string(bad.nField) : "");
+    AppendCsvField(m_sRejects, bField ? m_host.ColumnName(static_cast<ULONG>(bad.nField - 1)) : "");
+    m_sRejects += ',';
+    AppendCsvField(m_sRejects, text);
+    m_sRejects += ',';
+    AppendCsvField(m_sRejects, bad.sMessage);
+    m_sRejects += '\n';
+}
+
+void ErrorReporter::EndBatch(ULONGLONG nLines)
+{
+    m_nBatchStart += nLines;
+    Flush();
+}
+
+void ErrorReporter::Flush()
+{
+    if (!m_sLines.empty())
+        m_console.Print(m_sLines);
+    m_sLines.clear();
+    if (m_rejects)
+        m_rejects->Write(m_sRejects);
+    m_sRejects.clear();
+}
+
+} // namespace tabulex

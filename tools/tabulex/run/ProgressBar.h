@@ -1,0 +1,56 @@
+// ProgressBar: decides when a conversion's progress is drawn, and how it looks.
+//
+// Drawn on a terminal that isn't "dumb", about a second after the start, a few
+// times a second; Always and Never override the terminal. Used by one thread.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "platform/component.h"
+#include "tools/tabulex/system/Console.h"
+
+namespace tabulex {
+
+// The figures of a progress box.
+struct Progress
+{
+    ULONG nPercent = 0;
+    ULONGLONG nRecords = 0; // behind us
+    std::string sElapsed;   // as the box writes them, "0 min 12 sec"; may be empty
+    std::string sRemaining;
+};
+
+class ProgressBar
+{
+public:
+    // The clock of the rate starts here. The console must outlive the bar.
+    ProgressBar(Console& console, When when);
+    // Takes the line away.
+    ~ProgressBar();
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
+
+    // Takes figures, and draws them if it is time for another picture.
+    void Show(const Progress& progress);
+    // Draws the last figures where pictures were asked for and none has been drawn: the
+    // run was over at once.
+    void ShowEnd(ULONGLONG nRecords);
+
+    // "[###.....]  42%  1,234,567 records  650,000/s  0 min 2 sec, 0 min 3 sec left"
+    static std::string TextOf(const Progress& progress, double seconds);
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void Draw(const Progress& progress);
+
+    Console& m_console;
+    bool m_bAlways;
+    bool m_bEnabled;
+    bool m_bDrawn = false;
+    Clock::time_point m_tStart = Clock::now();
+    Clock::time_point m_tNext;
+};
+
+} // namespace tabulex

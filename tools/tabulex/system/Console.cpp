@@ -1,0 +1,88 @@
+#include "tools/tabulex/system/Console.h"
+
+#include <cstdlib>
+
+#include <fmt/format.h>
+
+namespace tabulex {
+
+namespace {
+
+constexpr const char* kRed = "\033[1;31m";
+constexpr const char* kYellow = "\033[33m";
+constexpr const char* kPlain = "\033[0m";
+
+} // namespace
+
+bool WantsColour(When choice, Stream stream)
+{
+    if (choice != When::Auto)
+        return choice == When::Always;
+    // Set to anything but nothing, whatever it says.
+    const char* pszNoColour = std::getenv("NO_COLOR");
+    if (pszNoColour && *pszNoColour)
+        return false;
+    return TakesSequences(stream);
+}
+
+std::string Bold(std::string_view text, bool bColour)
+{
+    return bColour ? fmt::format("\033[1m{}{}", text, kPlain) : std::string(text);
+}
+
+Console::Console(bool bColour, bool bQuiet, bool bVerbose)
+    : m_bColour(bColour), m_bQuiet(bQuiet), m_bVerbose(bVerbose)
+{}
+
+void Console::Error(std::string_view message)
+{
+    Say(kRed, "", message);
+}
+
+void Console::Warning(std::string_view message)
+{
+    if (!m_bQuiet)
+        Say(kYellow, "warning: ", message);
+}
+
+void Console::Note(std::string_view message)
+{
+    if (m_bVerbose)
+        Say("", "", message);
+}
+
+void Console::Say(const char* pszColour, std::string_view kind, std::string_view message)
+{
+    const bool bColour = m_bColour && *pszColour;
+    Print(fmt::format("{}tabulex: {}{}{}\n", bColour ? pszColour : "", kind, bColour ? kPlain : "",
+                      message));
+}
+
+void Console::Print(std::string_view text)
+{
+    std::lock_guard lock(m_lock);
+    ClearProgress();
+    WriteToErrorStream(text);
+}
+
+void Console::ShowProgress(std::string_view text)
+{
+    std::lock_guard lock(m_lock);
+    ClearProgress();
+    if (text.empty())
+        return;
+    WriteToErrorStream(text);
+    m_bProgressShown = true;
+}
+
+// A terminal overwrites its line; in a file each state is a line of its own.
+void Console::ClearProgress()
+{
+    if (!m_bProgressShown)
+        return;
+    static const bool bTerminal = IsTerminal(Stream::Error);
+    WriteToErrorStream(bTerminal ? "\r\033[K" : "\n");
+    m_bProgressShown = false;
+}
+
+} // namespace tabulex

@@ -1,0 +1,88 @@
+#include "tools/tabulex/system/Files.h"
+
+#include <cerrno>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+
+#include "tools/tabulex/system/Paths.h"
+#include "tools/tabulex/system/Text.h"
+
+namespace tabulex {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct ModeRow
+{
+    int nFlags;
+    const char* pszStream;
+};
+
+// In the order of FileMode.
+constexpr ModeRow kModes[] = {{_O_RDONLY, "rb"},
+                              {_O_WRONLY | _O_CREAT | _O_TRUNC, "wb"},
+                              {_O_WRONLY | _O_CREAT | _O_EXCL, "wb"},
+                              {_O_WRONLY | _O_CREAT | _O_APPEND, "ab"}};
+
+} // namespace
+
+// A folder is told as what it is, and not as one that isn't permitted.
+std::FILE* OpenFile(const std::string& path, FileMode mode)
+{
+    const ModeRow& row = kModes[static_cast<int>(mode)];
+    const fs::path name = PathOf(path);
+    int nFile = -1;
+    errno = _wsopen_s(&nFile, name.c_str(), row.nFlags | _O_BINARY | _O_NOINHERIT, _SH_DENYNO,
+                      _S_IREAD | _S_IWRITE);
+    if (nFile >= 0)
+        return _fdopen(nFile, row.pszStream);
+    const int nError = errno;
+    std::error_code ignored;
+    errno = nError == EACCES && fs::is_directory(name, ignored) ? EISDIR : nError;
+    return nullptr;
+}
+
+// The names of devices, such as NUL, are found in every folder.
+bool IsWrittenDirectly(const std::string& path)
+{
+    std::error_code ignored;
+    const fs::path place = fs::absolute(PathOf(path), ignored);
+    return place.native().starts_with(L"\\\\.\\") || fs::is_directory(place, ignored);
+}
+
+// Of the ways in which a pipe tells that its reader has gone, the runtime knows one; for the
+// others it has an errno that no write to a pipe that stands gives.
+int WriteError(std::FILE* file)
+{
+    const int nError = errno;
+    const auto hFile = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+    const bool bPipe = GetFileType(hFile) == FILE_TYPE_PIPE;
+    return bPipe && (nError == EINVAL || nError == EBADF) ? EPIPE : nError;
+}
+
+// A file has them of its folder.
+void CopyPermissions(const std::string&, const std::string&) {}
+
+bool AreSameName(const std::string& a, const std::string& b)
+{
+    return CompareStringOrdinal(FromUtf8(a).c_str(), -1, FromUtf8(b).c_str(), -1, TRUE) ==
+           CSTR_EQUAL;
+}
+
+std::string SystemErrorText(int nError)
+{
+    wchar_t text[512];
+    DWORD nUnits =
+        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                       static_cast<DWORD>(nError), 0, text, std::size(text), nullptr);
+    while (nUnits > 0 && text[nUnits - 1] <= L' ') // it ends as a line does
+        --nUnits;
+    return ToUtf8(string_view_t(text, nUnits));
+}
+
+} // namespace tabulex

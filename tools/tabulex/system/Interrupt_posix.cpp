@@ -1,0 +1,26 @@
+#include "tools/tabulex/run/Interrupt.h"
+
+#include <csignal>
+#include <cstdlib>
+
+#include "tools/tabulex/system/ExitStatus.h"
+
+namespace tabulex {
+
+namespace {
+
+extern "C" void OnInterrupt(int)
+{
+    if (!NoteInterrupt())
+        std::_Exit(static_cast<int>(ExitStatus::Interrupted));
+}
+
+} // namespace
+
+void CatchInterrupts()
+{
+    std::signal(SIGINT, OnInterrupt);
+    std::signal(SIGTERM, OnInterrupt);
+}
+
+} // namespace tabulex

@@ -1,0 +1,33 @@
+#include "tools/tabulex/run/Interrupt.h"
+
+#include <cstdlib>
+
+#include "platform/component.h"
+#include "tools/tabulex/system/ExitStatus.h"
+#include "tools/tabulex/system/Terminal.h"
+
+namespace tabulex {
+
+namespace {
+
+// On a thread of its own. Where the console is closed the process ends as soon as this
+// returns, so the roll-back keeps it from returning; the system waits some seconds.
+BOOL WINAPI OnInterrupt(DWORD nEvent)
+{
+    if (!NoteInterrupt()) {
+        RestoreTerminal();
+        std::_Exit(static_cast<int>(ExitStatus::Interrupted));
+    }
+    if (nEvent != CTRL_C_EVENT && nEvent != CTRL_BREAK_EVENT)
+        Sleep(INFINITE);
+    return TRUE;
+}
+
+} // namespace
+
+void CatchInterrupts()
+{
+    SetConsoleCtrlHandler(OnInterrupt, TRUE);
+}
+
+} // namespace tabulex

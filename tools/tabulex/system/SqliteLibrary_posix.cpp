@@ -1,0 +1,10 @@
+#include "tools/tabulex/system/SqliteLibrary.h"
+
+namespace tabulex {
+
+bool HasSqlite()
+{
+    return true;
+}
+
+} // namespace tabulex

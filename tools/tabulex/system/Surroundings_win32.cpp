@@ -1,0 +1,26 @@
+#include "tools/tabulex/system/Surroundings.h"
+
+#include "tools/tabulex/system/Text.h"
+
+#include <shellapi.h>
+
+namespace tabulex {
+
+// Those of main have lost what the code page of the system lacks.
+std::vector<std::string> CommandLineArguments(int, char**)
+{
+    std::vector<std::string> arguments;
+    int nArguments = 0;
+    wchar_t** ppArguments = CommandLineToArgvW(GetCommandLineW(), &nArguments);
+    for (int i = 0; i < nArguments; ++i)
+        arguments.push_back(ToUtf8(ppArguments[i]));
+    LocalFree(ppArguments);
+    return arguments;
+}
+
+bool IsSystemChinese()
+{
+    return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_CHINESE;
+}
+
+} // namespace tabulex
