@@ -6,8 +6,8 @@ option(TABULEX_PCH "Precompile headers" ON)
 set(TABULEX_STANDARD_HEADERS
   <algorithm> <array> <atomic> <chrono> <filesystem> <functional> <map> <memory> <mutex> <optional>
   <span> <string> <string_view> <thread> <vector>)
-set(TABULEX_VALUE_HEADERS
-  "${CMAKE_SOURCE_DIR}/platform/com_ptr.h" "${CMAKE_SOURCE_DIR}/platform/values.h")
+# In angle brackets, so that no path of this checkout gets into what ccache compares.
+set(TABULEX_VALUE_HEADERS <platform/com_ptr.h> <platform/values.h>)
 
 # tabulex_precompile(TARGET HEADER...)
 function(tabulex_precompile target)
