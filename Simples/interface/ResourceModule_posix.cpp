@@ -9,13 +9,13 @@
 namespace {
 
 constexpr TabulexString kChinese[] = {
-#define STRING(id, chinese, english) {id, OLESTR(chinese)},
+#define STRING(name, id, chinese, english) {id, OLESTR(chinese)},
 #include "Simples/interface/StringTable.inc"
 #undef STRING
 };
 
 constexpr TabulexString kEnglish[] = {
-#define STRING(id, chinese, english) {id, OLESTR(english)},
+#define STRING(name, id, chinese, english) {id, OLESTR(english)},
 #include "Simples/interface/StringTable.inc"
 #undef STRING
 };

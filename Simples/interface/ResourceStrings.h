@@ -6,6 +6,14 @@
 
 #include "Simples/interface/ResourceModule.h"
 
+// The ids of the component's own texts. A host's table may hold others.
+enum StringId : unsigned
+{
+#define STRING(name, id, chinese, english) name = id,
+#include "Simples/interface/StringTable.inc"
+#undef STRING
+};
+
 // Where texts come from; the component's own Chinese ones at start.
 LONG_PTR ResourceHandle();
 // 0 stands for the Chinese ones.

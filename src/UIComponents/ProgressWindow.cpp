@@ -1,6 +1,7 @@
 #include "src/UIComponents/ProgressWindow.h"
 
 #include "Simples/interface/ResourceStrings.h"
+#include "interfaces/FieldsAndResolutions.h"
 #include "module/Guarded.h"
 #include "src/UIComponents/ProgressFigures.h"
 
@@ -9,9 +10,6 @@ namespace Hesperon::specifics::UILayer {
 using namespace IQRL_TabulexConverter;
 
 namespace {
-
-constexpr unsigned kNoFieldText = 80;
-constexpr LONG kWholeRecord = 65535; // no field is to blame
 
 constexpr ProgressControl kErrorTexts[] = {ProgressErrorLineLabel,  ProgressErrorLine,
                                            ProgressErrorFieldLabel, ProgressErrorField,
@@ -151,8 +149,9 @@ bool CProgressWindow::ShowError(const OLECHAR* pszText, const ProgressPlace* pPl
 
 void CProgressWindow::SetField(LONG nField)
 {
-    SetText(ProgressErrorField, nField == kWholeRecord ? string_t(LoadResourceString(kNoFieldText))
-                                                       : DecimalText(static_cast<ULONG>(nField)));
+    SetText(ProgressErrorField, nField == IQRL_TabulexConverter::kWholeRecord
+                                    ? string_t(LoadResourceString(IDS_NO_FIELD))
+                                    : DecimalText(static_cast<ULONG>(nField)));
 }
 
 void CProgressWindow::LayOutErrorSection()

@@ -35,6 +35,7 @@
 #include "src/files/IFileHandler.h"
 #include "src/files/ILineReader.h"
 #include "src/files/Proxies.h"
+#include "src/parsing/DataTypes.h"
 #include "src/parsing/IDataParserLock.h"
 
 namespace Hesperon::specifics {
@@ -48,7 +49,6 @@ class CDataParser
 public:
     // Records a batch: a run hands its lines on whenever their count is a multiple.
     static constexpr std::size_t kBatchSize = 1000;
-    static constexpr ULONG kNoField = 0xFFFFFFFF;
 
     HRESULT FinalConstruct();
     void FinalRelease();

@@ -103,7 +103,7 @@ CRecordBatch::Line CRecordBatch::ReadDateTime(SDateWithStatus& date)
 CRecordBatch::Line CRecordBatch::CheckOrder()
 {
     bool bNewSymbol = false;
-    if (m_parser.m_nSymbolField != CDataParser::kNoField) {
+    if (m_parser.m_nSymbolField != kNoField) {
         const Line line = CheckSymbol(bNewSymbol);
         if (line != Line::Passed)
             return line;

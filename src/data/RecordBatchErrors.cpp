@@ -5,12 +5,6 @@
 
 namespace Hesperon::specifics {
 
-namespace {
-
-constexpr LONG kWholeRecord = 65535; // no field is to blame
-
-} // namespace
-
 ULONGLONG CRecordBatch::LineNumber() const
 {
     return m_parser.LineOf(m_nFirst + m_nRow + m_nSkipped);

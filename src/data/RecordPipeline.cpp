@@ -101,9 +101,8 @@ HRESULT CDataParser::StartPortion(LONG_PTR hWnd, IDispatch* pEventSink, ULONGLON
 
 void CDataParser::TellNoFile(IDataParserEvents& events)
 {
-    constexpr unsigned kNoFileText = 139;
     Variant description;
-    if (SUCCEEDED(MakeErrorDescription(E_INVALIDARG, LoadResourceString(kNoFileText), description)))
+    if (SUCCEEDED(MakeErrorDescription(E_INVALIDARG, LoadResourceString(IDS_NO_FILE), description)))
         events.OnError(description);
 }
 

@@ -15,13 +15,6 @@ namespace Hesperon::specifics {
 
 namespace {
 
-// Ids of the messages.
-constexpr unsigned kBadDateRange = 105;
-constexpr unsigned kNoResolution = 106;
-constexpr unsigned kNoSize = 107;
-constexpr unsigned kLackedFields = 108;
-constexpr unsigned kDuplicatedField = 114;
-
 // Tells the fault to the sink or, where that fails, to the person at the window.
 HRESULT ReportFault(LONG_PTR hWnd, IQRL_TabulexConverter::IDataParserEvents& events,
                     const string_t& sMessage)
@@ -34,12 +27,6 @@ HRESULT ReportFault(LONG_PTR hWnd, IQRL_TabulexConverter::IDataParserEvents& eve
     if (FAILED(events.OnError(description)))
         ShowWarning(hWnd, sMessage);
     return S_FALSE;
-}
-
-// A host's name of a resolution may end in a bar and a size.
-string_t WithoutSize(string_view_t sName)
-{
-    return string_t(sName.substr(0, sName.rfind(OLECHAR('|'))));
 }
 
 string_t QuotedList(const LockedArray<BSTR>& names)
@@ -70,33 +57,33 @@ HRESULT CDataParser::CheckSettings(LONG_PTR hWnd, IDispatch* pEventSink)
     };
 
     if (LowDayBits(m_dtStart.date) == 0 || LowDayBits(m_dtEnd.date) == 0)
-        return Fault(kBadDateRange);
+        return Fault(IDS_BAD_DATE_RANGE);
     if (!m_pRecordParser)
         return E_FAIL;
     LONG nResolution = ResolutionNone;
     m_pRecordParser->get_Resolution(&nResolution);
     if (nResolution == ResolutionNone)
-        return Fault(kNoResolution);
+        return Fault(IDS_NO_RESOLUTION);
 
     Bstr sHostName;
     const HRESULT hrName = pEvents->GetResolutionName(nResolution, sHostName.put());
     if (FAILED(hrName))
         return hrName;
-    const string_t sName = WithoutSize(sHostName.view());
+    const string_view_t sName = WithoutSize(sHostName.view());
     LONG nSize = 0;
     if (nResolution == ResolutionMinutes) {
         m_pRecordParser->get_ResolutionSize(&nSize);
         if (nSize == 0)
-            return Fault(kNoSize, {sName});
+            return Fault(IDS_NO_RESOLUTION_SIZE, {sName});
     }
 
     // A check that can't be made doesn't stand against the settings.
     if (m_pRecordParser->IsValidResolution() != S_FALSE)
         return hrName;
     if (const string_t sFields = LackedFieldList(); !sFields.empty())
-        return Fault(kLackedFields, {sName, sFields});
+        return Fault(IDS_LACKED_FIELDS, {sName, sFields});
     if (const string_t sField = DuplicatedField(); !sField.empty())
-        return Fault(kDuplicatedField, {sField});
+        return Fault(IDS_DUPLICATED_FIELD, {sField});
     return hrName;
 }
 

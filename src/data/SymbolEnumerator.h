@@ -20,6 +20,7 @@
 #include "interfaces/ISymbolEnumerator.h"
 #include "module/ComObject.h"
 #include "platform/values.h"
+#include "src/parsing/DataTypes.h"
 
 namespace Hesperon::specifics {
 
@@ -29,8 +30,6 @@ class CSymbolEnumerator final
                        IQRL_TabulexConverter::IAsyncTransaction>
 {
 public:
-    static constexpr ULONG kNoField = 0xFFFFFFFF;
-
     void FinalRelease();
 
     // Lets the walk be cancelled by this number, unless another one has it. Once an object.

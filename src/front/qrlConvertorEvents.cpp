@@ -20,12 +20,6 @@ namespace Hesperon::specifics {
 
 namespace {
 
-// Host ids of the columns that have a form of their own.
-constexpr LONG kDate = 421;
-constexpr LONG kTime = 422;
-
-constexpr unsigned kUnknownText = 141;
-
 // The whole days as the lower 16 bits of the number.
 void DateToDays(VARIANT& cell)
 {
@@ -109,9 +103,9 @@ HRESULT CqrlTabulexConvertor::RewriteBatch(const VARIANT& vRecords) const
         return E_INVALIDARG;
     HRESULT hr = S_OK;
     for (std::size_t i = 0; i < nColumns && SUCCEEDED(hr); ++i) {
-        if (delivered[i] == kDate)
+        if (delivered[i] == HostFieldDate)
             hr = RewriteColumn(cells.Data() + i, nColumns, nRecords, DateToDays);
-        else if (delivered[i] == kTime)
+        else if (delivered[i] == HostFieldTime)
             hr = RewriteColumn(cells.Data() + i, nColumns, nRecords, TimeToMilliseconds);
     }
     return hr;
@@ -206,7 +200,7 @@ HRESULT CqrlTabulexConvertor::GetResolutionName(LONG Resolution, BSTR* Name)
     return Guarded([&] {
         const STemplateEntry* row = m_arResolutionTemplates.FindId(Resolution);
         Assert(row != nullptr, "nIdx != nCount");
-        *Name = NewBstr(row ? string_view_t(row->sName) : LoadResourceString(kUnknownText));
+        *Name = NewBstr(row ? string_view_t(row->sName) : LoadResourceString(IDS_UNKNOWN));
         return S_OK;
     });
 }

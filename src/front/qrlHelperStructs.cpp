@@ -8,17 +8,7 @@
 
 namespace Hesperon::specifics {
 
-namespace {
-
-// In the order of the record parser's type names: undefined, Symbol, Date, Time, Open,
-// High, Low, Close, Price, the five volumes, the four ticks, Open Interest.
-constexpr LONG kHostFieldIds[] = {0,   31,  421, 422, 232, 233, 234, 235, 235, 249,
-                                  238, 239, 248, 249, 321, 322, 323, 324, 253};
-
-// In the order of the resolutions.
-constexpr LONG qrlResolutions[] = {0, 1, 1, 8, 9, 2, 4, 5};
-
-} // namespace
+using namespace IQRL_TabulexConverter;
 
 const STemplateEntry* CTemplateList::FindName(string_view_t sName) const
 {
@@ -37,29 +27,33 @@ STemplateEntry* CTemplateList::FindId(LONG nId)
     return const_cast<STemplateEntry*>(std::as_const(*this).FindId(nId));
 }
 
+// The undefined type comes first in the list of names.
 LONG HostFieldId(std::size_t nPosition)
 {
-    return nPosition < std::size(kHostFieldIds) ? kHostFieldIds[nPosition] : 0;
+    return nPosition - 1 < TYPES_COUNT ? kFieldTypes[nPosition - 1].nHostId : HostFieldUndefined;
 }
 
 LONG FieldPosition(LONG nHostId)
 {
-    const auto at = std::ranges::find(kHostFieldIds, nHostId);
-    return at == std::end(kHostFieldIds) ? -1 : static_cast<LONG>(at - kHostFieldIds);
+    if (nHostId == HostFieldUndefined)
+        return 0;
+    const auto row = std::ranges::find(kFieldTypes, nHostId, &FieldTypeRow::nHostId);
+    return row == std::end(kFieldTypes) ? -1 : static_cast<LONG>(row - kFieldTypes) + 1;
 }
 
 LONG TabulexResolution2qrlResolution(LONG nResolution)
 {
     const auto n = static_cast<std::size_t>(nResolution);
     const bool bKnown = FaultmereUtil::Assert(
-        n < std::size(qrlResolutions), "nResolution < sizeof(*__countof_helper(qrlResolutions))");
-    return bKnown ? qrlResolutions[n] : 0;
+        n < RESOLUTIONS_COUNT, "nResolution < sizeof(*__countof_helper(qrlResolutions))");
+    return bKnown ? kHostResolutions[n] : HostResolutionNone;
 }
 
 LONG ResolutionSlot(LONG nHostValue)
 {
-    const auto at = std::ranges::find(qrlResolutions, nHostValue);
-    return at == std::end(qrlResolutions) ? 0 : static_cast<LONG>(at - qrlResolutions);
+    const auto at = std::ranges::find(kHostResolutions, nHostValue);
+    return at == std::end(kHostResolutions) ? ResolutionNone
+                                            : static_cast<LONG>(at - kHostResolutions);
 }
 
 } // namespace Hesperon::specifics

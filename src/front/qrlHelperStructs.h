@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "interfaces/FieldsAndResolutions.h"
 #include "platform/component.h"
 
 namespace Hesperon::specifics {

@@ -20,8 +20,6 @@ namespace Hesperon::specifics {
 
 namespace {
 
-constexpr unsigned kNoResolutionText = 140;
-
 template <class T, class Value>
 HRESULT GiveOut(T* pVal, Value value)
 {
@@ -60,7 +58,7 @@ HRESULT CqrlTabulexConvertor::Construct()
         return hr;
     SymbolEnumeratorHost::AddConvertor();
     m_bCountedByEnumerations = true;
-    m_arResolutionTemplates.Append(LoadResourceString(kNoResolutionText), 0);
+    m_arResolutionTemplates.Append(LoadResourceString(IDS_NO_RESOLUTION_NAME), 0);
     return PublishResolutions();
 }
 
@@ -173,7 +171,7 @@ HRESULT CqrlTabulexConvertor::DoAnalyse(VARIANT_BOOL* Status, LONG_PTR)
 
 void CqrlTabulexConvertor::AddDefaultTemplates()
 {
-    constexpr unsigned kTexts[] = {116, 117, 118};
+    constexpr unsigned kTexts[] = {IDS_TEMPLATE1, IDS_TEMPLATE2, IDS_TEMPLATE3};
     if (!m_arFieldTemplates.IsEmpty() || !m_arResolutionTemplates.IsEmpty() ||
         !m_arTimeZoneTemplates.IsEmpty())
         return;

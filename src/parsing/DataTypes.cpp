@@ -10,22 +10,11 @@
 
 namespace Hesperon::specifics {
 
+using IQRL_TabulexConverter::FieldType;
+using IQRL_TabulexConverter::FieldTypeRow;
+using IQRL_TabulexConverter::kFieldTypes;
+
 namespace {
-
-constexpr unsigned kFirstTypeString = 120;
-constexpr unsigned kUndefinedColumnString = 138;
-
-constexpr std::array<string_view_t, TYPES_COUNT> kTypeNames = {
-    OLESTR("Symbol"),       OLESTR("Date"),
-    OLESTR("Time"),         OLESTR("Open"),
-    OLESTR("High"),         OLESTR("Low"),
-    OLESTR("Close"),        OLESTR("Price"),
-    OLESTR("Volume"),       OLESTR("Up Volume"),
-    OLESTR("Down Volume"),  OLESTR("Unchanged Volume"),
-    OLESTR("Total Volume"), OLESTR("Up Ticks"),
-    OLESTR("Down Ticks"),   OLESTR("Unchanged Ticks"),
-    OLESTR("Total Ticks"),  OLESTR("Open Interest"),
-};
 
 // ---- default templates ---------------------------------------------------------
 
@@ -116,19 +105,19 @@ bool IsResolution(LONG nResolution)
 
 string_view_t TypeName(unsigned uiType)
 {
-    return uiType < TYPES_COUNT ? kTypeNames[uiType] : LoadResourceString(kUndefinedColumnString);
+    return uiType < TYPES_COUNT ? kFieldTypes[uiType].sName
+                                : LoadResourceString(IDS_UNDEFINED_COLUMN);
 }
 
 string_view_t LocalizedTypeName(unsigned uiType)
 {
-    return LoadResourceString(uiType < TYPES_COUNT ? kFirstTypeString + uiType
-                                                   : kUndefinedColumnString);
+    return LoadResourceString(uiType < TYPES_COUNT ? IDS_SYMBOL + uiType : IDS_UNDEFINED_COLUMN);
 }
 
 unsigned FindType(string_view_t sName)
 {
-    const auto at = std::ranges::find(kTypeNames, sName);
-    return at == kTypeNames.end() ? kNoType : static_cast<unsigned>(at - kTypeNames.begin());
+    const auto row = std::ranges::find(kFieldTypes, sName, &FieldTypeRow::sName);
+    return row == std::end(kFieldTypes) ? kNoType : static_cast<unsigned>(row - kFieldTypes);
 }
 
 bool IsValidType(unsigned uiType, LONG nResolution)

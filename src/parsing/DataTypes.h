@@ -1,5 +1,6 @@
-// The vocabulary of record parsing: the 18 field types, the 8 resolutions, which
-// types a resolution admits and requires, and the template lists.
+// What record parsing knows of field types and resolutions: their names, which types a
+// resolution admits and requires, and the template lists. Their ids and internal names
+// are facts of interfaces/FieldsAndResolutions.h.
 #pragma once
 
 #include <map>
@@ -7,55 +8,19 @@
 #include <string>
 #include <vector>
 
+#include "interfaces/FieldsAndResolutions.h"
 #include "platform/component.h"
 #include "src/parsing/templates/IQDParseImpl.h"
 
 namespace Hesperon::specifics {
 
-enum FieldType : unsigned
-{
-    TypeSymbol = 0,
-    TypeDate = 1,
-    TypeTime = 2,
-    TypeOpen = 3,
-    TypeHigh = 4,
-    TypeLow = 5,
-    TypeClose = 6,
-    TypePrice = 7,
-    TypeVolume = 8,
-    TypeUpVolume = 9,
-    TypeDownVolume = 10,
-    TypeUnchangedVolume = 11,
-    TypeTotalVolume = 12,
-    TypeUpTicks = 13,
-    TypeDownTicks = 14,
-    TypeUnchangedTicks = 15,
-    TypeTotalTicks = 16,
-    TypeOpenInterest = 17,
-    TYPES_COUNT = 18,
-};
-
-enum Resolution : LONG
-{
-    ResolutionNone = 0,
-    ResolutionTick = 1,
-    ResolutionTickBars = 2,
-    ResolutionCountBars = 3,
-    ResolutionSeconds = 4,
-    ResolutionMinutes = 5,
-    ResolutionDays = 6,
-    ResolutionWeeks = 7,
-    RESOLUTIONS_COUNT = 8,
-};
-
-constexpr bool IsPriceType(unsigned uiType)
-{
-    return uiType >= TypeOpen && uiType <= TypePrice;
-}
-constexpr bool IsWholeType(unsigned uiType)
-{
-    return uiType >= TypeVolume && uiType < TYPES_COUNT;
-}
+using enum IQRL_TabulexConverter::FieldType;
+using enum IQRL_TabulexConverter::Resolution;
+using IQRL_TabulexConverter::IsPriceType;
+using IQRL_TabulexConverter::IsVolumeType;
+using IQRL_TabulexConverter::IsWholeType;
+using IQRL_TabulexConverter::kNoField;
+using IQRL_TabulexConverter::kWholeRecord;
 
 // Internal name, such as "Up Volume"; the text for an undefined column for an id
 // out of range.
@@ -71,6 +36,12 @@ bool IsValidType(unsigned uiType, LONG nResolution);
 // The types that a resolution can't do without, in the order in which lacks are
 // told; empty for resolutions 0 and 4 and those out of range.
 std::span<const unsigned> RequiredTypes(LONG nResolution);
+
+// The host's name of a resolution without the size that may stand after its last "|".
+inline string_view_t WithoutSize(string_view_t sName)
+{
+    return sName.substr(0, sName.rfind(OLECHAR('|')));
+}
 
 struct tagTEMPLATE
 {

@@ -18,8 +18,6 @@ using IQRL_TabulexConverter::IDataParserEvents;
 
 namespace {
 
-constexpr unsigned kNegativeIncrement = 111;
-constexpr unsigned kResolutionCondition = 112;
 constexpr double kHalfSecond = 5.787037037037037e-6; // in days
 constexpr double kMinWeek = 7;
 
@@ -30,11 +28,6 @@ constexpr double kUnitsPerDay[RESOLUTIONS_COUNT] = {0, 0, 0, 0, 86400, 1440, 1, 
 double WholeUnits(double fSpan, double fUnitsPerDay)
 {
     return std::trunc((fSpan + std::copysign(kHalfSecond, fSpan)) * fUnitsPerDay);
-}
-
-string_view_t WithoutSize(string_view_t sName)
-{
-    return sName.substr(0, sName.rfind('|'));
 }
 
 bool IsVector(const VARIANT& value, VARTYPE vt)
@@ -80,7 +73,7 @@ HRESULT CRecordParser::CheckResolution(VARIANT LastDateTime, BSTR* ResolutionErr
         if (m_state.m_nResolution >= RESOLUTIONS_COUNT)
             return E_UNEXPECTED;
         if (current < LastDateTime.date) {
-            *ResolutionError = NewBstr(LoadResourceString(kNegativeIncrement));
+            *ResolutionError = NewBstr(LoadResourceString(IDS_NEGATIVE_INCREMENT));
             return S_FALSE;
         }
         if (!BreaksResolution(current - LastDateTime.date))
@@ -108,7 +101,7 @@ HRESULT CRecordParser::ResolutionErrorText(IDispatch* pHost, BSTR* pText) const
     Bstr name;
     if (const HRESULT hr = events->GetResolutionName(m_state.m_nResolution, name.put()); FAILED(hr))
         return hr;
-    *pText = NewBstr(FormatResourceString(kResolutionCondition, {WithoutSize(name.view())}));
+    *pText = NewBstr(FormatResourceString(IDS_RESOLUTION_BROKEN, {WithoutSize(name.view())}));
     return S_OK;
 }
 

@@ -12,29 +12,18 @@ using IQRL_TabulexConverter::IValueMultiplier;
 
 namespace {
 
-constexpr unsigned kNoFault = 109;
-constexpr unsigned kTemplateRefused = 110;
-constexpr unsigned kMustBe = 113;
-
 void Apply(const com_ptr<IValueMultiplier>& multiplier, VARIANT* value)
 {
     if (multiplier)
         multiplier->ApplyTransform(value);
 }
 
-// The volumes proper, which the volume multiplier scales; ticks and open interest are
-// whole numbers too.
-bool IsVolumeType(unsigned uiType)
-{
-    return uiType >= TypeVolume && uiType <= TypeTotalVolume;
-}
-
 string_t FaultText(const CDataField& field, string_view_t sText)
 {
     if (IsVolumeType(field.GetType()) && IsFloatText(sText))
-        return FormatResourceString(kMustBe,
+        return FormatResourceString(IDS_MUST_BE,
                                     {LocalizedTypeName(field.GetType()), OLESTR("integer"), sText});
-    return FormatResourceString(kTemplateRefused, {sText, field.GetTemplate()});
+    return FormatResourceString(IDS_TEMPLATE_REFUSES, {sText, field.GetTemplate()});
 }
 
 HRESULT HandOut(const com_ptr<IValueMultiplier>& multiplier, IDispatch** pVal)
@@ -96,7 +85,7 @@ HRESULT CRecordParser::GetFieldError(BSTR* bsError, ULONG nField)
         return E_POINTER;
     return WithColumn(nField, E_INVALIDARG, [&](const CDataField& field) {
         if (field.IsValid()) {
-            *bsError = NewBstr(LoadResourceString(kNoFault));
+            *bsError = NewBstr(LoadResourceString(IDS_FIELD_IS_GOOD));
             return S_FALSE;
         }
         *bsError = NewBstr(FaultText(field, CurrentText(nField)));

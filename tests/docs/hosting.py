@@ -68,17 +68,25 @@ def check_dispids(_):
 # ---- ids of fields and resolutions
 
 
+def code_enum(source, name):
+    body = re.search(rf"enum {name} : \w+\n\{{(.*?)\}};", source, re.S).group(1)
+    return {key: int(value) for key, value in re.findall(r"^\s*(\w+) = (\d+),", body, re.M)}
+
+
 def code_list(source, name):
-    body = re.search(rf"\b{name}\[\] = \{{(.*?)\}};", source, re.S).group(1)
-    return [int(number) for number in re.findall(r"\d+", body)]
+    return re.search(rf"\b{name}\[\w+\] = \{{(.*?)\n\}};", source, re.S).group(1)
 
 
 def check_ids(_):
     parts = sections(read("docs/hosting.md"), 3)
-    source = read("src/front/qrlHelperStructs.cpp")
+    source = read("interfaces/FieldsAndResolutions.h")
     types = [row[1].strip("`") for row in rows(sections(read("docs/templates.md"), 2)["Types"])
              if row[0].isdigit()]
-    fields = dict(zip(["(none)"] + types, code_list(source, "kHostFieldIds"), strict=True))
+    ids = code_enum(source, "HostField")
+    listed = re.findall(r'\{OLESTR\("([^"]+)"\), (\w+)\}', code_list(source, "kFieldTypes"))
+    fields = {"(none)": ids["HostFieldUndefined"]} | {name: ids[host] for name, host in listed}
+    if [name for name, _ in listed] != types:
+        yield f"types: the documents have {types}"
     told = {name: int(row[0]) for row in rows(parts["Fields"])
             for name in re.findall(r"`([^`]+)`|(\(none\))", row[1])
             for name in name if name}
@@ -86,7 +94,9 @@ def check_ids(_):
         if fields.get(name) != told.get(name):
             yield f"{name}: the code has {fields.get(name)}, the document {told.get(name)}"
     resolutions = [(int(row[0]), int(row[1])) for row in rows(parts["Resolutions"])]
-    if resolutions != list(enumerate(code_list(source, "qrlResolutions"))):
+    ids = code_enum(source, "HostResolution")
+    hosts = re.findall(r"\w+", code_list(source, "kHostResolutions"))
+    if resolutions != list(enumerate(ids[host] for host in hosts)):
         yield f"resolutions: the document has {resolutions}"
 
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "interfaces/FieldsAndResolutions.h"
 #include "platform/component.h"
 #include "src/parsing/templates/MathValue.h"
 #include "src/parsing/templates/TemplateMatcher.h"
@@ -18,7 +19,7 @@
 namespace Hesperon::specifics {
 
 inline constexpr std::size_t kMaxText = 511; // characters of a template, field or record
-inline constexpr unsigned kNoType = 0xFFFFFFFF;
+using IQRL_TabulexConverter::kNoType;
 
 class CDataField
 {
