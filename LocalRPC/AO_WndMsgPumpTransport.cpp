@@ -38,14 +38,14 @@ void CWndImpl::Wake(bool bSynchronous)
     if (m_bWakePending.exchange(true) && !bOwnThread)
         return;
     if (bSynchronous && bOwnThread)
-        SendWindowMessage(m_hWnd, WM_RUN_TASKS, 0, 0);
-    else if (!PostWindowMessage(m_hWnd, WM_RUN_TASKS, 0, 0))
+        WM_RUN_TASKS.Send(m_hWnd);
+    else if (!WM_RUN_TASKS.Post(m_hWnd))
         m_bWakePending = false;
 }
 
 void CWndImpl::PostTimer(std::chrono::milliseconds period) const
 {
-    PostWindowMessage(m_hWnd, WM_SET_TIMER, static_cast<ULONG_PTR>(period.count()), 0);
+    WM_SET_TIMER.Post(m_hWnd, static_cast<ULONG_PTR>(period.count()));
 }
 
 // Tasks that come meanwhile have a message of their own, so that a task which posts
@@ -76,7 +76,7 @@ LONG_PTR CWndImpl::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR)
         ProcessEvents();
         break;
     case WM_SET_TIMER:
-        SetTimer(std::chrono::milliseconds(wParam));
+        SetTimer(std::chrono::milliseconds(WM_SET_TIMER.First(wParam)));
         break;
     case WM_SUICIDE:
         Suicide();
@@ -89,7 +89,7 @@ LONG_PTR CWndImpl::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR)
 void CWndImpl::Release()
 {
     if (!IsOwnThread())
-        PostWindowMessage(m_hWnd, WM_SUICIDE, 0, 0);
+        WM_SUICIDE.Post(m_hWnd);
     else if (Handle())
         Suicide();
     LeaveOwner();

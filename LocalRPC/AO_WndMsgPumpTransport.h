@@ -10,13 +10,13 @@
 #include <boost/shared_ptr.hpp>
 
 #include "LocalRPC/AO_Transport.h"
-#include "platform/MessageWindow.h"
+#include "platform/WindowMessage.h"
 
 namespace LocalRPC::details {
 
-inline constexpr UINT WM_RUN_TASKS = kUserMessage + 1;
-inline constexpr UINT WM_SUICIDE = kUserMessage + 2;
-inline constexpr UINT WM_SET_TIMER = kUserMessage + 3; // wParam: milliseconds; 0 ends it
+inline constexpr WindowMessage<> WM_RUN_TASKS{kUserMessage + 1};
+inline constexpr WindowMessage<> WM_SUICIDE{kUserMessage + 2};
+inline constexpr WindowMessage<ULONG_PTR> WM_SET_TIMER{kUserMessage + 3}; // ms; 0 ends it
 
 // The hidden window. With the last reference to it gone it runs what is queued and
 // destroys itself, on its own thread; it goes with its thread otherwise. The object
