@@ -13,5 +13,5 @@ public:
     ThreadApartment& operator=(const ThreadApartment&) = delete;
 
 private:
-    bool m_bEntered;
+    [[maybe_unused]] bool m_bEntered; // not where the runtime needs nothing
 };
