@@ -1,73 +1,45 @@
 // What a conversion tells its worker, and how that reaches the host.
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 
 #include "Simples/interface/ResourceStrings.h"
-#include "datetime/qrlDateTime.h"
 #include "diagnostics/FaultmereClient.h"
+#include "interfaces/FieldsAndResolutions.h"
 #include "module/Guarded.h"
+#include "src/front/BatchRewriting.h"
 #include "src/front/qrlSinkWindow.h"
 #include "src/front/qrlTabulexConvertor.h"
 #include "src/values/LockedArray.h"
 
 using namespace IQRL_TabulexConverter;
 using FaultmereUtil::Assert;
-using FaultmereUtil::AssertOk;
 
 namespace Hesperon::specifics {
 
 namespace {
 
-// The whole days as the lower 16 bits of the number.
-void DateToDays(VARIANT& cell)
+// Reads the elements as a host's language would, by index from 0: one that the bounds leave
+// out gives the failure of its reading.
+HRESULT ErrorText(const VARIANT& description, Bstr& sText)
 {
-    double days = 0;
-    std::modf(cell.date, &days);
-    cell.vt = VT_I2;
-    cell.iVal = static_cast<SHORT>(static_cast<LONGLONG>(days));
-}
-
-// Milliseconds since midnight. A time alone lies before the days that the calendar
-// knows; whole days added don't change it.
-void TimeToMilliseconds(VARIANT& cell)
-{
-    constexpr double kIntoTheCalendar = 10.0;
-    constexpr LONGLONG kTicksPerMillisecond = 10'000;
-    constexpr LONGLONG kTicksPerDay = 864'000'000'000;
-    const LONGLONG ticks = qrlDateTime::SDateTime::OleDate2Ticks(cell.date + kIntoTheCalendar);
-    cell.vt = VT_I4;
-    cell.lVal = static_cast<LONG>(ticks % kTicksPerDay / kTicksPerMillisecond);
-}
-
-HRESULT RewriteColumn(VARIANT* pFirst, std::size_t nColumns, std::size_t nRecords,
-                      void (*pfnRewrite)(VARIANT&))
-{
-    for (std::size_t i = 0; i < nRecords; ++i) {
-        VARIANT& cell = pFirst[i * nColumns];
-        if (!Assert(cell.vt == VT_DATE, "VT_DATE == v.vt"))
-            return E_INVALIDARG;
-        pfnRewrite(cell);
+    constexpr std::size_t kElements = 3; // a number and two texts
+    const bool bArray =
+        description.vt == (VT_ARRAY | VT_VARIANT) && SafeArrayGetDim(description.parray) == 1;
+    const LockedArray<VARIANT> array(bArray ? description.parray : nullptr);
+    if (array.Elements().size() < kElements)
+        return E_INVALIDARG;
+    Variant elements[kElements], nCode;
+    for (LONG i = 0; i < LONG(kElements); ++i) {
+        const HRESULT hr = SafeArrayGetElement(description.parray, &i, elements[i].put());
+        if (FAILED(hr))
+            return hr;
     }
-    return S_OK;
-}
-
-HRESULT ErrorText(const VARIANT& description, BSTR* pText)
-{
-    LONG nElements = 0;
-    if (description.vt != (VT_ARRAY | VT_VARIANT) || !description.parray)
+    if (FAILED(VariantChangeType(&nCode, &elements[0], 0, VT_I4)))
         return E_INVALIDARG;
-    SafeArrayGetUBound(description.parray, 1, &nElements);
-    if (++nElements < 3)
+    if (elements[1].vt != VT_BSTR || elements[2].vt != VT_BSTR)
         return E_INVALIDARG;
-    const LockedArray<VARIANT> elements(description.parray);
-    Variant nCode;
-    if (FAILED(VariantChangeType(&nCode, &elements.At(0), 0, VT_I4)))
-        return E_INVALIDARG;
-    if (elements.At(1).vt != VT_BSTR || elements.At(2).vt != VT_BSTR)
-        return E_INVALIDARG;
-    *pText = elements.At(2).bstrVal;
+    sText = Bstr(TextOf(elements[2].bstrVal));
     return S_OK;
 }
 
@@ -81,34 +53,17 @@ HRESULT CqrlTabulexConvertor::PutRecords(VARIANT vRecords, ULONGLONG nRecCountWi
     if (!hWndSink)
         return E_NOINTERFACE;
     Assert(IsLiveWindow(hWndSink), "::IsWindow(m_hWndSink)");
-    HRESULT hr = Guarded([&] { return RewriteBatch(vRecords); });
+    HRESULT hr = Guarded([&] {
+        std::vector<LONG> delivered;
+        std::ranges::copy_if(m_arFieldTypes, std::back_inserter(delivered),
+                             [](LONG nType) { return nType != HostFieldUndefined; });
+        return RewriteBatch(vRecords, delivered);
+    });
     if (FAILED(hr))
         return hr;
     hr = static_cast<HRESULT>(
         SendWindowMessage(hWndSink, WM_SINK_DATA, reinterpret_cast<ULONG_PTR>(&vRecords), 0));
     return hr != S_OK ? hr : ShowProgress(nRecCountWithSkeeped);
-}
-
-HRESULT CqrlTabulexConvertor::RewriteBatch(const VARIANT& vRecords) const
-{
-    if (!(vRecords.vt & VT_ARRAY) || SafeArrayGetDim(vRecords.parray) != 2)
-        return E_INVALIDARG;
-    std::vector<LONG> delivered;
-    std::ranges::copy_if(m_arFieldTypes, std::back_inserter(delivered),
-                         [](LONG nType) { return nType != 0; });
-    const LockedArray<VARIANT> cells(vRecords.parray);
-    const std::size_t nColumns = vRecords.parray->rgsabound[1].cElements;
-    const std::size_t nRecords = vRecords.parray->rgsabound[0].cElements;
-    if (delivered.size() != nColumns)
-        return E_INVALIDARG;
-    HRESULT hr = S_OK;
-    for (std::size_t i = 0; i < nColumns && SUCCEEDED(hr); ++i) {
-        if (delivered[i] == HostFieldDate)
-            hr = RewriteColumn(cells.Data() + i, nColumns, nRecords, DateToDays);
-        else if (delivered[i] == HostFieldTime)
-            hr = RewriteColumn(cells.Data() + i, nColumns, nRecords, TimeToMilliseconds);
-    }
-    return hr;
 }
 
 HRESULT CqrlTabulexConvertor::ShowProgress(ULONGLONG nRecords)
@@ -178,9 +133,9 @@ HRESULT CqrlTabulexConvertor::OnError(VARIANT Description)
     if (!pBox)
         return E_UNEXPECTED;
     return Guarded([&] {
-        BSTR sText = nullptr;
-        const HRESULT hr = ErrorText(Description, &sText);
-        return FAILED(hr) ? hr : pBox->OnError(sText);
+        Bstr sText;
+        const HRESULT hr = ErrorText(Description, sText);
+        return FAILED(hr) ? hr : pBox->OnError(sText.get());
     });
 }
 

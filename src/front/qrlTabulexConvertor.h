@@ -146,8 +146,6 @@ private:
 
     // ---- events (qrlConvertorEvents.cpp)
 
-    // Checks a batch and puts its Date and Time columns into the host's form.
-    HRESULT RewriteBatch(const VARIANT& vRecords) const;
     HRESULT ShowProgress(ULONGLONG nRecords);
     com_ptr<IProgressBox> ProgressBox() const;
     void CloseProgressBox();
