@@ -28,12 +28,13 @@ public:
     void Release() { m_array = {}; }
 
 private:
-    // The bounds lie in the order opposite to that of their making.
+    // rgsabound holds the bounds in reverse of the order given to SafeArrayCreate. Whoever
+    // got the array may have redimensioned it, its lower bound too.
     bool Fits(ULONG nColumns, ULONG nRecords) const
     {
         const SAFEARRAY* p = m_array.get();
         return p && p->cLocks == 0 && p->rgsabound[1].cElements == nColumns &&
-               p->rgsabound[0].cElements == nRecords;
+               p->rgsabound[0].cElements == nRecords && p->rgsabound[0].lLbound == 0;
     }
 
     HRESULT Create(ULONG nColumns, ULONG nRecords)
