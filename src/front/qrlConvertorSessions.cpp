@@ -136,8 +136,6 @@ void CqrlTabulexConvertor::AbandonSession()
 
 HRESULT CqrlTabulexConvertor::DoEnumSymbols(IDispatch* pReceiverSink)
 {
-    if (!pReceiverSink)
-        return E_POINTER;
     com_ptr<IqrlTabulexDataSink> pSink = SinkOf(pReceiverSink);
     if (!pSink)
         return E_NOINTERFACE;
