@@ -3,14 +3,18 @@
 #include "tests/front/HostStrings.h"
 #include "tests/front/ScriptedHost.h"
 
+#include "interfaces/FieldsAndResolutions.h"
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
 #include "interfaces/IQRLGUITweak.h"
 #include "interfaces/IRecordParser.h"
+#include "src/data/UnofferedRecordParser.h"
 
 using namespace IQRL_TabulexConverter;
 
 namespace {
+
+using Strings = std::vector<std::string>;
 
 class Convertor : public FrontFixture
 {
@@ -246,6 +250,45 @@ TEST_F(Convertor, SetFieldShowsAfterInitFieldsInfo)
     EXPECT_EQ(front->SetField(0, 421, Bstr(OLESTR("*y-*m-*d")).get()), S_OK);
     EXPECT_EQ(Field(*front.get(), 0, nId), "*y-*m-*d");
     EXPECT_EQ(nId, 421);
+}
+
+// A record parser that notes what it is told of its fields.
+class NotingRecordParser : public Hesperon::specifics::UnofferedRecordParser<NotingRecordParser>
+{
+public:
+    Strings calls;
+
+    HRESULT STDMETHODCALLTYPE put_DataParser(IDispatch*) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE SetFieldName(ULONG nField, BSTR bsName) override
+    {
+        return Note("name", nField, bsName);
+    }
+    HRESULT STDMETHODCALLTYPE SetFieldTemplate(BSTR bsTemplate, ULONG nField) override
+    {
+        return Note("template", nField, bsTemplate);
+    }
+
+private:
+    HRESULT Note(const char* pszWhat, ULONG nField, BSTR bsText)
+    {
+        calls.push_back(pszWhat + (" " + std::to_string(nField)) + " " + Utf8(TextOf(bsText)));
+        return S_OK;
+    }
+};
+
+TEST_F(Convertor, IdForNoTypeLeavesTheTemplate)
+{
+    com_ptr<NotingRecordParser> records;
+    ASSERT_EQ(CreateObject(records), S_OK);
+    com_ptr<IDispatch> pData;
+    ASSERT_EQ(front->get_DataParser(pData.put()), S_OK);
+    ASSERT_EQ(pData.as<IDataParser>()->put_RecordParser(records.get()), S_OK);
+    const Bstr sTemplate(OLESTR("*d.*m.*y"));
+    EXPECT_EQ(front->SetField(3, HostFieldDate, sTemplate.get()), S_OK);
+    EXPECT_EQ(records->calls, (Strings{"name 3 Date", "template 3 *d.*m.*y"}));
+    records->calls.clear();
+    EXPECT_EQ(front->SetField(3, HostFieldUndefined, sTemplate.get()), S_OK);
+    EXPECT_EQ(records->calls, Strings{"name 3 \u672a\u5b9a\u4e49"});
 }
 
 // ---- small properties
