@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "src/values/EnvironmentDocument.h"
+#include "src/parsing/EnvironmentDocument.h"
 #include "tests/values/Heard.h"
 
 using namespace Hesperon::specifics;

@@ -11,7 +11,7 @@
 #include "src/data/SymbolEnumeratorHost.h"
 #include "src/files/FilePool.h"
 #include "src/front/qrlSinkWindow.h"
-#include "src/values/EnvironmentDocument.h"
+#include "src/parsing/EnvironmentDocument.h"
 
 using namespace IQRL_TabulexConverter;
 using FaultmereUtil::AssertOk;

@@ -1,7 +1,7 @@
 // Type names and template lists of a record parser.
 
+#include "src/parsing/EnvironmentDocument.h"
 #include "src/parsing/RecordParser.h"
-#include "src/values/EnvironmentDocument.h"
 #include "src/values/TextArray.h"
 
 namespace Hesperon::specifics {

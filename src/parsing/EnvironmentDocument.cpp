@@ -1,4 +1,4 @@
-#include "src/values/EnvironmentDocument.h"
+#include "src/parsing/EnvironmentDocument.h"
 
 #include "diagnostics/FaultmereClient.h"
 #include "src/values/CaseFold.h"

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "src/values/EnvironmentDocument.h"
+#include "src/parsing/EnvironmentDocument.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/Reports.h"
 
