@@ -1,13 +1,17 @@
 #!/usr/bin/env python3
 """Draws docs/architecture.svg: the layers, the road of a detection, the road of a
-conversion, the threads of a session, and the locks. Run it after a change of the tables
-below:
+conversion, the threads of a session, and the locks. The layers are those of the table in
+docs/architecture.md, the rest is below. Run it after a change of either:
 
     scripts/draw_architecture.py
 """
+import itertools
 import os
+import re
 import textwrap
 from xml.sax.saxutils import escape
+
+DOCS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs")
 
 WIDTH = 1000
 MARGIN = 20
@@ -23,23 +27,9 @@ FILLS = {
     "worker": "#ffe1cc",
 }
 
-# Highest first; a row's boxes stand side by side. (folder, what it holds, fill)
-LAYERS = [
-    [("tools/tabulex, examples/", "hosts: through the public interfaces only", "host")],
-    [("component/", "object map, exported entries: the shared library", "front")],
-    [("src/ front object", "the object that a host drives, and its sessions", "front")],
-    [("src/ data parser", "one file joined to one record parser; runs; symbols", "logic"),
-     ("src/UIComponents/", "the progress box, over a view of the host's", "front")],
-    [("src/ record parsing", "templates, columns, inference of layout and resolution", "logic"),
-     ("src/ file access", "paged file, line index, a worker a file, pool", "logic")],
-    [("datetime/", "the calendar value", "base"),
-     ("Simples/", "texts in two languages", "base"),
-     ("module/", "counting, factories, dispatch", "base"),
-     ("LocalRPC/", "tasks in order on a thread", "base")],
-    [("interfaces/", "what a host calls and what a sink implements", "front"),
-     ("diagnostics/", "assertions and traces that stay live", "base")],
-    [("platform/", "component values; code pages, files, threads, message windows", "base")],
-]
+# What a layer is painted in; all others are "base".
+LAYER_FILLS = {"hosts": "host", "component": "front", "front": "front", "UI": "front",
+               "contract": "front", "data": "logic", "parsing": "logic", "files": "logic"}
 
 DETECTION = [
     ("open", "the pool gives the file a worker, or joins one at work"),
@@ -158,17 +148,26 @@ class Drawing:
         return head + "\n".join(self.parts) + "\n</svg>\n"
 
 
+def layers():
+    """The rows of the document's table, as (level, name, folder, what it holds)."""
+    with open(os.path.join(DOCS, "architecture.md"), encoding="utf-8") as page:
+        rows = re.findall(r"^\| (\d+) \| (.+?) \| (.+?) \| (.+?) \|", page.read(), re.M)
+    return [(level, name, folder.replace("`", ""), holds.replace("`", ""))
+            for level, name, folder, holds in rows]
+
+
 def draw_layers(drawing, y):
     y = drawing.heading(y, "Layers", "a layer includes only what lies below it")
-    for row in LAYERS:
-        gap = 10
+    for _, row in itertools.groupby(layers(), key=lambda layer: layer[0]):
+        row, gap = list(row), 10
         width = (WIDTH - 2 * MARGIN - gap * (len(row) - 1)) / len(row)
-        for i, (name, holds, fill) in enumerate(row):
+        height = 44 + (LINE if len(row) > 1 else 0)
+        for i, (_, name, folder, holds) in enumerate(row):
             x = MARGIN + i * (width + gap)
-            drawing.box(x, y, width, 44, fill)
-            drawing.text(x + 12, y + 18, name, weight="bold")
-            drawing.text(x + 12, y + 36, holds, fill=SOFT)
-        y += 52
+            drawing.box(x, y, width, height, LAYER_FILLS.get(name, "base"))
+            drawing.text(x + 12, y + 18, folder, weight="bold")
+            drawing.wrapped(x + 12, y + 36, holds, width - 24, fill=SOFT)
+        y += height + 8
     return y
 
 
@@ -264,8 +263,7 @@ def draw():
 
 
 def main():
-    docs = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs")
-    with open(os.path.join(docs, "architecture.svg"), "w", encoding="utf-8") as out:
+    with open(os.path.join(DOCS, "architecture.svg"), "w", encoding="utf-8") as out:
         out.write(draw())
 
 
