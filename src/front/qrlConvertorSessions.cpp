@@ -1,10 +1,9 @@
 // Sessions: how they start, and how the host ends them.
 
-#include "diagnostics/FaultmereClient.h"
 #include "module/Guarded.h"
 #include "src/files/AsyncTransactionPool.h"
+#include "src/front/SettingsCheck.h"
 #include "src/front/qrlDataParserEventsProxy.h"
-#include "src/front/qrlSinkWindow.h"
 #include "src/front/qrlTabulexConvertor.h"
 
 using namespace IQRL_TabulexConverter;
@@ -28,14 +27,24 @@ com_ptr<IqrlTabulexDataSink> SinkOf(IDispatch* pReceiverSink)
 
 } // namespace
 
-// A session on its way to its start: its number and its worker.
-struct CqrlTabulexConvertor::Session
-{
-    ULONG_PTR nTransaction = 0;
-    com_ptr<CqrlTabulexConvertor> pWorker;
-};
-
 // ---- conversions
+
+// Starts a session on a worker of its own. A start that fails after the sink was taken is
+// reported to the sink.
+template <class Start>
+HRESULT CqrlTabulexConvertor::RunSession(IDispatch* pReceiverSink, Start start)
+{
+    com_ptr<CqrlTabulexConvertor> pWorker;
+    HRESULT hr = CreateObject(pWorker);
+    if (FAILED(hr))
+        return hr;
+    if (!pWorker->m_session.OpenSink(SinkOf(pReceiverSink)))
+        return E_UNEXPECTED;
+    hr = Guarded([&] { return start(*pWorker.get(), TransactionOf(pReceiverSink)); });
+    if (FAILED(hr))
+        pWorker->m_session.Abandon();
+    return hr;
+}
 
 HRESULT CqrlTabulexConvertor::DoConvert(IDispatch* pReceiverSink, LONG_PTR ParentWindow)
 {
@@ -45,60 +54,26 @@ HRESULT CqrlTabulexConvertor::DoConvert(IDispatch* pReceiverSink, LONG_PTR Paren
     if (!SinkOf(pReceiverSink))
         return E_NOINTERFACE;
     Bstr sFileName;
-    HRESULT hr = get_FileName(sFileName.put());
+    const HRESULT hr = get_FileName(sFileName.put());
     if (FAILED(hr))
         return hr;
     if (!sFileName)
         return E_INVALIDARG;
-    Session session;
-    hr = BeginSession(pReceiverSink, session);
-    if (FAILED(hr))
-        return hr;
-    hr = Guarded([&] { return StartConversion(session, sFileName.get(), ParentWindow); });
-    if (FAILED(hr))
-        session.pWorker->AbandonSession();
-    return hr;
+    return RunSession(pReceiverSink, [&](CqrlTabulexConvertor& worker, ULONG_PTR nTransaction) {
+        return StartConversion(worker, nTransaction, sFileName.get(), ParentWindow);
+    });
 }
 
-HRESULT CqrlTabulexConvertor::DoConvertPortion(LONG_PTR hWnd, IDispatch* pReceiverSink,
-                                               ULONGLONG StartPos, ULONGLONG Count)
+HRESULT CqrlTabulexConvertor::StartConversion(CqrlTabulexConvertor& worker, ULONG_PTR nTransaction,
+                                              BSTR sFileName, LONG_PTR hwndParent) const
 {
-    if (!pReceiverSink)
-        return E_POINTER;
-    if (!SinkOf(pReceiverSink))
-        return E_NOINTERFACE;
-    if (!m_pDataParser)
-        return E_NOINTERFACE;
-    Session session;
-    HRESULT hr = BeginSession(pReceiverSink, session);
-    if (FAILED(hr))
-        return hr;
-    hr = Guarded([&] { return StartPortion(session, hWnd, StartPos, Count); });
-    if (FAILED(hr))
-        session.pWorker->AbandonSession();
-    return hr;
-}
-
-HRESULT CqrlTabulexConvertor::BeginSession(IDispatch* pReceiverSink, Session& session) const
-{
-    session.nTransaction = TransactionOf(pReceiverSink);
-    const HRESULT hr = CreateObject(session.pWorker);
-    if (FAILED(hr))
-        return hr;
-    session.pWorker->m_hWndSink = CqrlSinkWindow::Open(SinkOf(pReceiverSink));
-    return session.pWorker->m_hWndSink ? S_OK : E_UNEXPECTED;
-}
-
-HRESULT CqrlTabulexConvertor::StartConversion(Session& session, BSTR sFileName, LONG_PTR hwndParent)
-{
-    CqrlTabulexConvertor& worker = *session.pWorker.get();
     CopySettingsTo(worker);
-    HRESULT hr = worker.MakeProgressBox();
+    HRESULT hr = worker.m_session.MakeProgressBox();
     if (SUCCEEDED(hr))
         hr = CloneParserTo(worker);
     if (FAILED(hr))
         return hr;
-    const com_ptr<IProgressBox> pBox = worker.ProgressBox();
+    const com_ptr<IProgressBox> pBox = worker.m_session.ProgressBox();
     pBox->put_DataParser(worker.m_pDataParser.get());
     pBox->SetFileName(sFileName);
     pBox->ShowProgress(hwndParent);
@@ -106,30 +81,55 @@ HRESULT CqrlTabulexConvertor::StartConversion(Session& session, BSTR sFileName, 
     if (FAILED(hr))
         return hr;
     return worker.m_pDataParser->StartConversion(static_cast<IqrlTabulexConvertor*>(&worker),
-                                                 session.nTransaction);
+                                                 nTransaction);
 }
 
-HRESULT CqrlTabulexConvertor::StartPortion(Session& session, LONG_PTR hWnd, ULONGLONG nStart,
-                                           ULONGLONG nCount)
+HRESULT CqrlTabulexConvertor::DoConvertPortion(LONG_PTR hWnd, IDispatch* pReceiverSink,
+                                               ULONGLONG StartPos, ULONGLONG Count)
 {
-    CqrlTabulexConvertor& worker = *session.pWorker.get();
-    worker.m_bNoProgress = true;
-    worker.m_nProcessed = nStart;
-    CopySettingsTo(worker);
-    HRESULT hr = CloneParserTo(worker);
-    if (SUCCEEDED(hr))
-        hr = worker.InitFieldsInfo();
-    if (FAILED(hr))
-        return hr;
-    return worker.m_pDataParser->StartConvertPortion(hWnd, static_cast<IDataParserEvents*>(&worker),
-                                                     nStart, nCount, session.nTransaction);
+    if (!pReceiverSink)
+        return E_POINTER;
+    if (!SinkOf(pReceiverSink) || !m_pDataParser)
+        return E_NOINTERFACE;
+    return RunSession(pReceiverSink, [&](CqrlTabulexConvertor& worker, ULONG_PTR nTransaction) {
+        worker.m_session.BeQuiet();
+        worker.m_session.SkipTo(StartPos);
+        CopySettingsTo(worker);
+        HRESULT hr = CloneParserTo(worker);
+        if (SUCCEEDED(hr))
+            hr = worker.InitFieldsInfo();
+        if (FAILED(hr))
+            return hr;
+        return worker.m_pDataParser->StartConvertPortion(
+            hWnd, static_cast<IDataParserEvents*>(&worker), StartPos, Count, nTransaction);
+    });
 }
 
-// A start that failed after the host's sink was taken is told to it.
-void CqrlTabulexConvertor::AbandonSession()
+// ---- the events
+
+HRESULT CqrlTabulexConvertor::PutRecords(VARIANT vRecords, ULONGLONG nRecCountWithSkeeped)
 {
-    SendWindowMessage(m_hWndSink.exchange(0), WM_SINK_END, 0, 0);
-    CloseProgressBox();
+    return Session().PutRecords(vRecords, nRecCountWithSkeeped);
+}
+
+HRESULT CqrlTabulexConvertor::EndTransaction(VARIANT_BOOL bResult)
+{
+    return Session().EndTransaction(bResult != VARIANT_FALSE);
+}
+
+HRESULT CqrlTabulexConvertor::OnError(VARIANT Description)
+{
+    return Session().OnError(Description);
+}
+
+HRESULT CqrlTabulexConvertor::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BSTR bsDescription)
+{
+    return Session().OnError2(lptrLineNum, lptrFieldNum, bsDescription);
+}
+
+HRESULT CqrlTabulexConvertor::GetResolutionName(LONG Resolution, BSTR* Name)
+{
+    return m_settings.GetResolutionName(Resolution, Name);
 }
 
 // ---- enumerations
@@ -137,18 +137,14 @@ void CqrlTabulexConvertor::AbandonSession()
 HRESULT CqrlTabulexConvertor::DoEnumSymbols(IDispatch* pReceiverSink)
 {
     com_ptr<IqrlTabulexDataSink> pSink = SinkOf(pReceiverSink);
-    if (!pSink)
-        return E_NOINTERFACE;
-    if (!m_pDataParser)
+    if (!pSink || !m_pDataParser)
         return E_NOINTERFACE;
     com_ptr<CqrlDataParserEventsProxy> pEvents;
     HRESULT hr = CreateObject(pEvents);
     if (FAILED(hr))
         return hr;
-    const WindowHandle hWnd = CqrlSinkWindow::Open(std::move(pSink));
-    if (!hWnd)
+    if (!pEvents->Link().Open(std::move(pSink)))
         return E_UNEXPECTED;
-    pEvents->Attach(hWnd);
     hr = m_pDataParser->StartEnumSymbols(pEvents.get(), TransactionOf(pReceiverSink));
     if (FAILED(hr))
         pEvents->EndTransaction(VARIANT_FALSE);
@@ -167,16 +163,21 @@ HRESULT CqrlTabulexConvertor::CheckConverterSettings(LONG_PTR hWnd, IDispatch* p
     com_ptr<IqrlTabulexDataSink> pSink = SinkOf(pEventSink);
     if (!pSink || !m_pDataParser)
         return E_NOINTERFACE;
-    const WindowHandle hWndCheck = CqrlSinkWindow::Open(std::move(pSink));
-    if (!hWndCheck)
-        return E_UNEXPECTED;
-    const WindowHandle hWndSaved = m_hWndSink.exchange(hWndCheck);
-    const bool bNoProgressSaved = std::exchange(m_bNoProgress, true);
-    const HRESULT hr =
-        m_pDataParser->CheckConverterSettings(hWnd, static_cast<IDataParserEvents*>(this));
-    SendWindowMessage(hWndCheck, WM_SINK_RELEASE, 0, 0);
-    m_bNoProgress = bNoProgressSaved;
-    m_hWndSink = hWndSaved;
+    const com_ptr<IDataParserEvents> pSelf(this); // the sink may let go of this object
+    com_ptr<CSettingsCheck> pCheck;
+    HRESULT hr = CreateObject(pCheck);
+    if (FAILED(hr))
+        return hr;
+    hr = Guarded([&] {
+        return pCheck->Open(m_pDataParser, m_settings, std::move(pSink)) ? S_OK : E_UNEXPECTED;
+    });
+    if (FAILED(hr))
+        return hr;
+    // A sink may ask this object for its events, or for another check.
+    CConversionSession* const pOuter = std::exchange(m_pCheck, &pCheck->Session());
+    hr = m_pDataParser->CheckConverterSettings(hWnd, pCheck.get());
+    m_pCheck = pOuter;
+    pCheck->Session().Close();
     return hr;
 }
 

@@ -4,6 +4,7 @@
 
 #include "diagnostics/FaultmereClient.h"
 #include "module/Guarded.h"
+#include "module/OutValue.h"
 #include "src/front/qrlTabulexConvertor.h"
 #include "src/parsing/DataTypes.h"
 #include "src/values/LockedArray.h"
@@ -16,38 +17,6 @@ using FaultmereUtil::AssertOk;
 namespace Hesperon::specifics {
 
 namespace {
-
-HRESULT Append(CTemplateList& list, LONG nId, BSTR sName)
-{
-    if (!sName)
-        return E_POINTER;
-    if (list.FindName(TextOf(sName)))
-        return E_UNEXPECTED;
-    return Guarded([&] {
-        list.Append(TextOf(sName), nId);
-        return S_OK;
-    });
-}
-
-HRESULT GetChoice(const CTemplateList& list, const string_t& sName, LONG* pVal)
-{
-    if (!pVal)
-        return E_POINTER;
-    const STemplateEntry* row = list.FindName(sName);
-    *pVal = row ? row->nId : -1;
-    return row ? S_OK : S_FALSE;
-}
-
-HRESULT PutChoice(const CTemplateList& list, LONG nId, string_t& sName)
-{
-    const STemplateEntry* row = list.FindId(nId);
-    if (!row)
-        return E_UNEXPECTED;
-    return Guarded([&] {
-        sName = row->sName;
-        return S_OK;
-    });
-}
 
 Variant IdsOf(const CTemplateList& list)
 {
@@ -74,31 +43,18 @@ Variant NamesOf(const CTemplateList& list)
 
 HRESULT CqrlTabulexConvertor::AddFieldTemplate(LONG Id, BSTR FieldName)
 {
-    return Append(m_arFieldTemplates, Id, FieldName);
+    return m_settings.m_arFieldTemplates.Add(Id, FieldName);
 }
 
 HRESULT CqrlTabulexConvertor::AddTimeZoneTemplate(LONG Id, BSTR TimeZoneName)
 {
-    return Append(m_arTimeZoneTemplates, Id, TimeZoneName);
+    return m_settings.m_arTimeZoneTemplates.Add(Id, TimeZoneName);
 }
 
-// The host has one id for ticks and for bars of ticks, and offers it twice.
 HRESULT CqrlTabulexConvertor::AddResolutionTemplate(LONG Id, BSTR ResolutionName)
 {
-    if (!ResolutionName)
-        return E_POINTER;
-    if (m_arResolutionTemplates.FindName(TextOf(ResolutionName)))
-        return E_UNEXPECTED;
-    LONG nSlot = ResolutionSlot(Id);
-    if (nSlot == ResolutionTick && m_arResolutionTemplates.FindId(ResolutionTick))
-        nSlot = ResolutionTickBars;
-    return Guarded([&] {
-        if (STemplateEntry* row = m_arResolutionTemplates.FindId(nSlot))
-            row->sName = TextOf(ResolutionName);
-        else
-            m_arResolutionTemplates.Append(TextOf(ResolutionName), nSlot);
-        return PublishResolutions();
-    });
+    const HRESULT hr = m_settings.AddResolutionTemplate(Id, ResolutionName);
+    return FAILED(hr) ? hr : Guarded([&] { return PublishResolutions(); });
 }
 
 HRESULT CqrlTabulexConvertor::PublishResolutions()
@@ -106,42 +62,36 @@ HRESULT CqrlTabulexConvertor::PublishResolutions()
     const com_ptr<IRecordParser> pRecordParser = RecordParser();
     if (!pRecordParser)
         return E_NOINTERFACE;
-    const Variant ids = IdsOf(m_arResolutionTemplates);
-    const Variant names = NamesOf(m_arResolutionTemplates);
+    const Variant ids = IdsOf(m_settings.m_arResolutionTemplates);
+    const Variant names = NamesOf(m_settings.m_arResolutionTemplates);
     return pRecordParser->SetResolutionTemplates(ids, names);
 }
 
 HRESULT CqrlTabulexConvertor::get_FieldTemplate(LONG* pVal)
 {
-    return GetChoice(m_arFieldTemplates, m_sFieldTemplate, pVal);
+    return m_settings.m_arFieldTemplates.GetChoice(pVal);
 }
 
 HRESULT CqrlTabulexConvertor::put_FieldTemplate(LONG newVal)
 {
-    return PutChoice(m_arFieldTemplates, newVal, m_sFieldTemplate);
+    return m_settings.m_arFieldTemplates.PutChoice(newVal);
 }
 
 HRESULT CqrlTabulexConvertor::get_TimeZoneTemplate(LONG* pVal)
 {
-    return GetChoice(m_arTimeZoneTemplates, m_sTimeZoneTemplate, pVal);
+    return m_settings.m_arTimeZoneTemplates.GetChoice(pVal);
 }
 
 HRESULT CqrlTabulexConvertor::put_TimeZoneTemplate(LONG newVal)
 {
-    return PutChoice(m_arTimeZoneTemplates, newVal, m_sTimeZoneTemplate);
+    return m_settings.m_arTimeZoneTemplates.PutChoice(newVal);
 }
 
 // ---- resolutions
 
-LONG CqrlTabulexConvertor::ChosenSlot(LONG nHostValue) const
-{
-    const LONG nSlot = ResolutionSlot(nHostValue);
-    return nSlot == ResolutionTick && m_nResolutionSize != 1 ? LONG{ResolutionTickBars} : nSlot;
-}
-
 HRESULT CqrlTabulexConvertor::get_ResolutionTemplate(LONG* pVal)
 {
-    const HRESULT hr = GetChoice(m_arResolutionTemplates, m_sResolutionTemplate, pVal);
+    const HRESULT hr = m_settings.m_arResolutionTemplates.GetChoice(pVal);
     if (hr == S_OK)
         *pVal = TabulexResolution2qrlResolution(*pVal);
     return hr;
@@ -149,28 +99,25 @@ HRESULT CqrlTabulexConvertor::get_ResolutionTemplate(LONG* pVal)
 
 HRESULT CqrlTabulexConvertor::put_ResolutionTemplate(LONG newVal)
 {
-    const LONG nSlot = ChosenSlot(newVal);
-    if (!m_arResolutionTemplates.FindId(nSlot))
+    const LONG nResolution = m_settings.ChosenResolution(newVal);
+    if (!m_settings.m_arResolutionTemplates.FindId(nResolution))
         return E_UNEXPECTED;
     const com_ptr<IRecordParser> pRecordParser = RecordParser();
     if (!pRecordParser)
-        return PutChoice(m_arResolutionTemplates, nSlot, m_sResolutionTemplate);
+        return m_settings.m_arResolutionTemplates.PutChoice(nResolution);
     return Guarded([&] {
-        const HRESULT hr = pRecordParser->put_Resolution(nSlot);
-        TakeResolutionName(*pRecordParser.get());
+        const HRESULT hr = pRecordParser->put_Resolution(nResolution);
+        TakeResolution(*pRecordParser.get());
         return hr;
     });
 }
 
-void CqrlTabulexConvertor::TakeResolutionName(IRecordParser& parser)
+void CqrlTabulexConvertor::TakeResolution(IRecordParser& parser)
 {
-    LONG nResolution = 0;
+    LONG nResolution = ResolutionNone;
     parser.get_Resolution(&nResolution);
-    const STemplateEntry* row = m_arResolutionTemplates.FindId(nResolution);
-    if (Assert(row != nullptr, "nIdx != nCount"))
-        m_sResolutionTemplate = row->sName;
-    else
-        m_sResolutionTemplate.clear();
+    if (!Assert(m_settings.ChooseResolution(nResolution), "nIdx != nCount"))
+        m_settings.m_arResolutionTemplates.Choose({});
 }
 
 HRESULT CqrlTabulexConvertor::get_ResolutionSizeTemplate(LONG* pVal)
@@ -178,15 +125,15 @@ HRESULT CqrlTabulexConvertor::get_ResolutionSizeTemplate(LONG* pVal)
     if (!pVal)
         return E_POINTER;
     if (const com_ptr<IRecordParser> pRecordParser = RecordParser())
-        pRecordParser->get_ResolutionSize(&m_nResolutionSize);
-    *pVal = m_nResolutionSize;
+        pRecordParser->get_ResolutionSize(&m_settings.m_nResolutionSize);
+    *pVal = m_settings.m_nResolutionSize;
     return S_OK;
 }
 
 // Ticks and bars of ticks are one choice, which the size divides.
 HRESULT CqrlTabulexConvertor::put_ResolutionSizeTemplate(LONG newVal)
 {
-    m_nResolutionSize = newVal;
+    m_settings.m_nResolutionSize = newVal;
     const com_ptr<IRecordParser> pRecordParser = RecordParser();
     if (!pRecordParser)
         return S_OK;
@@ -204,8 +151,7 @@ HRESULT CqrlTabulexConvertor::get_ValidResolution(VARIANT_BOOL* pVal)
         return E_POINTER;
     const com_ptr<IRecordParser> pRecordParser = RecordParser();
     const bool bValid = pRecordParser && pRecordParser->IsValidResolution() == S_OK;
-    *pVal = bValid ? VARIANT_TRUE : VARIANT_FALSE;
-    return S_OK;
+    return GiveOut(pVal, bValid);
 }
 
 // Tried on a copy, so that a pair which doesn't fit leaves no trace.
@@ -227,42 +173,16 @@ HRESULT CqrlTabulexConvertor::SelectResolution(LONG ResolutionSizeTemplate, LONG
 
 // ---- fields
 
-string_view_t CqrlTabulexConvertor::TypeNameAt(LONG nPosition) const
-{
-    if (m_vTypeNames.vt != (VT_ARRAY | VT_BSTR) || nPosition < 0)
-        return {};
-    const LockedArray<BSTR> names(m_vTypeNames.parray);
-    const auto n = static_cast<std::size_t>(nPosition);
-    return n < names.Elements().size() ? TextOf(names.At(n)) : string_view_t();
-}
-
-LONG CqrlTabulexConvertor::Name2Type(BSTR bsName) const
-{
-    if (!Assert(bsName != nullptr, "bsName") || m_vTypeNames.vt != (VT_ARRAY | VT_BSTR))
-        return 0;
-    const LockedArray<BSTR> names(m_vTypeNames.parray);
-    const auto elements = names.Elements();
-    const auto at = std::ranges::find(elements, TextOf(bsName), TextOf);
-    return at == elements.end() ? 0 : HostFieldId(static_cast<std::size_t>(at - elements.begin()));
-}
-
-Bstr CqrlTabulexConvertor::Type2Name(LONG nId) const
-{
-    const string_view_t sName = TypeNameAt(FieldPosition(nId));
-    return sName.empty() ? Bstr() : Bstr(sName);
-}
-
 HRESULT CqrlTabulexConvertor::InitFieldsInfo()
 {
-    m_arFieldNames.clear();
-    m_arFieldTypes.clear();
+    m_settings.m_arFields.clear();
     const com_ptr<IRecordParser> pRecordParser = RecordParser();
     if (!pRecordParser)
         return E_NOINTERFACE;
-    return Guarded([&] { return ReadFieldNames(*pRecordParser.get()); });
+    return Guarded([&] { return ReadFields(*pRecordParser.get()); });
 }
 
-HRESULT CqrlTabulexConvertor::ReadFieldNames(IRecordParser& parser)
+HRESULT CqrlTabulexConvertor::ReadFields(IRecordParser& parser)
 {
     ULONG nCount = 0;
     HRESULT hr = parser.get_FieldCount(&nCount);
@@ -271,19 +191,15 @@ HRESULT CqrlTabulexConvertor::ReadFieldNames(IRecordParser& parser)
     std::vector<Bstr> names(nCount);
     for (ULONG i = 0; i < nCount && SUCCEEDED(hr); ++i)
         hr = AssertOk(parser.GetFieldName(names[i].put(), i));
-    for (const Bstr& sName : names) {
-        m_arFieldNames.push_back(sName.str());
-        m_arFieldTypes.push_back(sName ? Name2Type(sName.get()) : 0);
-    }
+    for (const Bstr& sName : names)
+        m_settings.m_arFields.push_back(
+            {sName.str(), sName ? m_typeNames.HostIdOf(sName.get()) : LONG{HostFieldUndefined}});
     return hr;
 }
 
 HRESULT CqrlTabulexConvertor::get_FieldCount(LONG* pVal)
 {
-    if (!pVal)
-        return E_POINTER;
-    *pVal = static_cast<LONG>(m_arFieldNames.size());
-    return S_OK;
+    return GiveOut(pVal, static_cast<LONG>(m_settings.m_arFields.size()));
 }
 
 HRESULT CqrlTabulexConvertor::GetField(LONG Index, LONG* Id, BSTR* FieldTemplate)
@@ -294,9 +210,9 @@ HRESULT CqrlTabulexConvertor::GetField(LONG Index, LONG* Id, BSTR* FieldTemplate
     if (!Id || !FieldTemplate)
         return E_POINTER;
     const auto nField = static_cast<ULONG>(Index);
-    if (nField >= m_arFieldNames.size())
+    if (nField >= m_settings.m_arFields.size())
         return E_INVALIDARG;
-    *Id = m_arFieldTypes[nField];
+    *Id = m_settings.m_arFields[nField].nHostId;
     return pRecordParser->GetFieldTemplate(FieldTemplate, nField);
 }
 
@@ -307,8 +223,8 @@ HRESULT CqrlTabulexConvertor::SetField(LONG Index, LONG Id, BSTR FieldTemplate)
         return E_NOINTERFACE;
     return Guarded([&] {
         const auto nField = static_cast<ULONG>(Index);
-        const HRESULT hr = pRecordParser->SetFieldName(nField, Type2Name(Id).get());
-        if (FAILED(hr) || Id == 0)
+        const HRESULT hr = pRecordParser->SetFieldName(nField, m_typeNames.NameOf(Id).get());
+        if (FAILED(hr) || Id == HostFieldUndefined)
             return hr;
         return pRecordParser->SetFieldTemplate(FieldTemplate, nField);
     });

@@ -1,10 +1,12 @@
-// CqrlDataParserEventsProxy: what an enumeration tells instead of a whole object; it
-// hands everything to a sink window.
+// CqrlDataParserEventsProxy: the events of an enumeration, which go to a sink window.
+//
+// An enumeration that is cancelled ends without a call; then the last release of this
+// object, on any thread, lets the window go.
 #pragma once
 
 #include "interfaces/IDataParserEvents.h"
 #include "module/ComObject.h"
-#include "platform/MessageWindow.h"
+#include "src/front/SinkLink.h"
 
 namespace Hesperon::specifics {
 
@@ -12,9 +14,7 @@ class CqrlDataParserEventsProxy
     : public ComObject<CqrlDataParserEventsProxy, Dual<IQRL_TabulexConverter::IDataParserEvents>>
 {
 public:
-    // Takes over the window: it goes with this object, if not before.
-    void Attach(WindowHandle hWnd) { m_hWnd = hWnd; }
-    void FinalRelease();
+    CSinkLink& Link() { return m_link; }
 
     HRESULT STDMETHODCALLTYPE PutRecords(VARIANT vRecords, ULONGLONG nRecCountWithSkeeped) override;
     HRESULT STDMETHODCALLTYPE EndTransaction(VARIANT_BOOL bResult) override;
@@ -23,7 +23,7 @@ public:
     HRESULT STDMETHODCALLTYPE OnError2(LONG_PTR, LONG, BSTR) override { return E_NOTIMPL; }
 
 private:
-    WindowHandle m_hWnd = 0;
+    CSinkLink m_link;
 };
 
 } // namespace Hesperon::specifics

@@ -5,10 +5,14 @@
 #include <utility>
 
 #include "diagnostics/FaultmereClient.h"
+#include "module/Guarded.h"
+#include "module/OutValue.h"
+#include "src/values/LockedArray.h"
 
 namespace Hesperon::specifics {
 
 using namespace IQRL_TabulexConverter;
+using FaultmereUtil::Assert;
 
 const STemplateEntry* CTemplateList::FindName(string_view_t sName) const
 {
@@ -27,6 +31,42 @@ STemplateEntry* CTemplateList::FindId(LONG nId)
     return const_cast<STemplateEntry*>(std::as_const(*this).FindId(nId));
 }
 
+HRESULT CTemplateList::CheckNewName(BSTR sName) const
+{
+    if (!sName)
+        return E_POINTER;
+    return FindName(TextOf(sName)) ? E_UNEXPECTED : S_OK;
+}
+
+HRESULT CTemplateList::Add(LONG nId, BSTR sName)
+{
+    const HRESULT hr = CheckNewName(sName);
+    if (FAILED(hr))
+        return hr;
+    return Guarded([&] {
+        Append(TextOf(sName), nId);
+        return S_OK;
+    });
+}
+
+HRESULT CTemplateList::GetChoice(LONG* pVal) const
+{
+    const STemplateEntry* row = FindName(m_sChoice);
+    const HRESULT hr = GiveOut(pVal, row ? row->nId : -1);
+    return hr == S_OK && !row ? S_FALSE : hr;
+}
+
+HRESULT CTemplateList::PutChoice(LONG nId)
+{
+    const STemplateEntry* row = FindId(nId);
+    if (!row)
+        return E_UNEXPECTED;
+    return Guarded([&] {
+        m_sChoice = row->sName;
+        return S_OK;
+    });
+}
+
 // The undefined type comes first in the list of names.
 LONG HostFieldId(std::size_t nPosition)
 {
@@ -41,11 +81,34 @@ LONG FieldPosition(LONG nHostId)
     return row == std::end(kFieldTypes) ? -1 : static_cast<LONG>(row - kFieldTypes) + 1;
 }
 
+LONG CTypeNames::HostIdOf(BSTR bsName) const
+{
+    if (!Assert(bsName != nullptr, "bsName") || m_vTypeNames.vt != (VT_ARRAY | VT_BSTR))
+        return HostFieldUndefined;
+    const LockedArray<BSTR> names(m_vTypeNames.parray);
+    const auto elements = names.Elements();
+    const auto at = std::ranges::find(elements, TextOf(bsName), TextOf);
+    return at == elements.end() ? LONG{HostFieldUndefined}
+                                : HostFieldId(static_cast<std::size_t>(at - elements.begin()));
+}
+
+Bstr CTypeNames::NameOf(LONG nHostId) const
+{
+    const LONG nPosition = FieldPosition(nHostId);
+    if (m_vTypeNames.vt != (VT_ARRAY | VT_BSTR) || nPosition < 0)
+        return {};
+    const LockedArray<BSTR> names(m_vTypeNames.parray);
+    const auto n = static_cast<std::size_t>(nPosition);
+    const auto elements = names.Elements();
+    const string_view_t sName = n < elements.size() ? TextOf(elements[n]) : string_view_t();
+    return sName.empty() ? Bstr() : Bstr(sName);
+}
+
 LONG TabulexResolution2qrlResolution(LONG nResolution)
 {
     const auto n = static_cast<std::size_t>(nResolution);
-    const bool bKnown = FaultmereUtil::Assert(
-        n < RESOLUTIONS_COUNT, "nResolution < sizeof(*__countof_helper(qrlResolutions))");
+    const bool bKnown =
+        Assert(n < RESOLUTIONS_COUNT, "nResolution < sizeof(*__countof_helper(qrlResolutions))");
     return bKnown ? kHostResolutions[n] : HostResolutionNone;
 }
 

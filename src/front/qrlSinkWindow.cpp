@@ -4,15 +4,6 @@
 
 namespace Hesperon::specifics {
 
-namespace {
-
-const VARIANT& VariantAt(ULONG_PTR wParam)
-{
-    return *reinterpret_cast<const VARIANT*>(wParam);
-}
-
-} // namespace
-
 WindowHandle CqrlSinkWindow::Open(Sink pSink)
 {
     auto* pWindow = new (std::nothrow) CqrlSinkWindow(std::move(pSink));
@@ -24,18 +15,18 @@ WindowHandle CqrlSinkWindow::Open(Sink pSink)
     return hWnd;
 }
 
-// The sink may end the session in its call, and this object with it: nothing of it is
-// touched afterwards.
+// The sink may end the session within its call, and this object with it, so no member is
+// touched after the call.
 LONG_PTR CqrlSinkWindow::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR)
 {
     const Sink pSink = m_pSink;
     switch (nMessage) {
     case WM_SINK_DATA:
-        return pSink->DataChanged(VariantAt(wParam));
+        return pSink->DataChanged(WM_SINK_DATA.First(wParam));
     case WM_SINK_ERROR:
-        return pSink->OnError(VariantAt(wParam));
+        return pSink->OnError(WM_SINK_ERROR.First(wParam));
     case WM_SINK_END:
-        End(wParam != 0);
+        End(WM_SINK_END.First(wParam));
         break;
     case WM_SINK_RELEASE:
         Destroy();
@@ -44,7 +35,8 @@ LONG_PTR CqrlSinkWindow::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR)
     return 0;
 }
 
-// The sink's last call may pump, and the messages that wait must not reach it then.
+// The window goes before the sink's last call: a sink that dispatches messages in it must
+// not get the batch that waits.
 void CqrlSinkWindow::End(bool bCommit)
 {
     const Sink pSink = std::move(m_pSink);

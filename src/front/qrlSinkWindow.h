@@ -2,21 +2,21 @@
 //
 // It lives on the thread that starts the session, holds the host's sink, and deletes
 // itself when it goes: with the end message, with the release message, or with its
-// thread. The messages that call the sink are sent, never posted, since what they
-// point at is good only while the sender waits.
+// thread. Sessions reach it through a CSinkLink.
 #pragma once
 
 #include "interfaces/IqrlTabulexDataSink.h"
 #include "module/Module.h"
-#include "platform/MessageWindow.h"
+#include "platform/WindowMessage.h"
 #include "platform/com_ptr.h"
 
 namespace Hesperon::specifics {
 
-inline constexpr UINT WM_SINK_DATA = kUserMessage + 100;    // wParam: VARIANT* of a batch
-inline constexpr UINT WM_SINK_END = kUserMessage + 101;     // wParam: 1 commits, 0 rolls back
-inline constexpr UINT WM_SINK_ERROR = kUserMessage + 102;   // wParam: VARIANT* of an error
-inline constexpr UINT WM_SINK_RELEASE = kUserMessage + 103; // no word to the sink; posted
+// The messages that call the sink give its answer, and 0 for the end.
+inline constexpr WindowMessage<const VARIANT&> WM_SINK_DATA{kUserMessage + 100}; // a batch
+inline constexpr WindowMessage<bool> WM_SINK_END{kUserMessage + 101};            // true commits
+inline constexpr WindowMessage<const VARIANT&> WM_SINK_ERROR{kUserMessage + 102};
+inline constexpr WindowMessage<> WM_SINK_RELEASE{kUserMessage + 103}; // the sink isn't called
 
 class CqrlSinkWindow final : public MessageWindow
 {

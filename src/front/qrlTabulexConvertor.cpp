@@ -7,29 +7,16 @@
 #include "interfaces/ClassIds.h"
 #include "module/Guarded.h"
 #include "module/MessageLoops.h"
+#include "module/OutValue.h"
 #include "module/Tweaks.h"
 #include "src/data/SymbolEnumeratorHost.h"
 #include "src/files/FilePool.h"
-#include "src/front/qrlSinkWindow.h"
 #include "src/parsing/EnvironmentDocument.h"
 
 using namespace IQRL_TabulexConverter;
 using FaultmereUtil::AssertOk;
 
 namespace Hesperon::specifics {
-
-namespace {
-
-template <class T, class Value>
-HRESULT GiveOut(T* pVal, Value value)
-{
-    if (!pVal)
-        return E_POINTER;
-    *pVal = value;
-    return S_OK;
-}
-
-} // namespace
 
 // ---- life
 
@@ -47,7 +34,9 @@ HRESULT CqrlTabulexConvertor::Construct()
     const com_ptr<IRecordParser> pRecordParser = RecordParser();
     if (!pRecordParser)
         return E_NOINTERFACE;
-    hr = pRecordParser->GetTypeNames(m_vTypeNames.put());
+    Variant vTypeNames;
+    hr = pRecordParser->GetTypeNames(vTypeNames.put());
+    m_typeNames = CTypeNames(std::move(vTypeNames));
     if (SUCCEEDED(hr))
         hr = CreateObject(m_pPriceMultiplier);
     if (SUCCEEDED(hr))
@@ -58,15 +47,14 @@ HRESULT CqrlTabulexConvertor::Construct()
         return hr;
     SymbolEnumeratorHost::AddConvertor();
     m_bCountedByEnumerations = true;
-    m_arResolutionTemplates.Append(LoadResourceString(IDS_NO_RESOLUTION_NAME), 0);
+    m_settings.m_arResolutionTemplates.Append(LoadResourceString(IDS_NO_RESOLUTION_NAME),
+                                              ResolutionNone);
     return PublishResolutions();
 }
 
-// A run that ended without a word has left its window and its box open.
 void CqrlTabulexConvertor::FinalRelease()
 {
-    PostWindowMessage(m_hWndSink, WM_SINK_RELEASE, 0, 0);
-    CloseProgressBox();
+    m_session.Release();
     if (m_bCountedByEnumerations)
         SymbolEnumeratorHost::ReleaseConvertor();
     m_pDataParser.reset();
@@ -110,35 +98,19 @@ HRESULT CqrlTabulexConvertor::Clone(IDispatch** newObj)
 
 HRESULT CqrlTabulexConvertor::CopyTo(CqrlTabulexConvertor& clone)
 {
-    HRESULT hr = clone.MakeProgressBox();
+    HRESULT hr = clone.m_session.MakeProgressBox();
     if (FAILED(hr))
         return hr;
     CopySettingsTo(clone);
     hr = CloneParserTo(clone);
     if (SUCCEEDED(hr))
-        hr = clone.ProgressBox()->put_DataParser(clone.m_pDataParser.get());
+        hr = clone.m_session.ProgressBox()->put_DataParser(clone.m_pDataParser.get());
     return FAILED(hr) ? hr : clone.InitFieldsInfo();
-}
-
-HRESULT CqrlTabulexConvertor::MakeProgressBox()
-{
-    LockGuard lock(m_boxLock);
-    return CreateOwnInstance(CLSID_CProgressDlgNoHTML, iid_of<IProgressBox>,
-                             m_pProgressBox.put_void());
 }
 
 void CqrlTabulexConvertor::CopySettingsTo(CqrlTabulexConvertor& clone) const
 {
-    clone.m_arFieldTemplates = m_arFieldTemplates;
-    clone.m_arResolutionTemplates = m_arResolutionTemplates;
-    clone.m_arTimeZoneTemplates = m_arTimeZoneTemplates;
-    clone.m_sFieldTemplate = m_sFieldTemplate;
-    clone.m_sResolutionTemplate = m_sResolutionTemplate;
-    clone.m_sTimeZoneTemplate = m_sTimeZoneTemplate;
-    clone.m_nResolutionSize = m_nResolutionSize;
-    clone.m_arFieldNames = m_arFieldNames;
-    clone.m_arFieldTypes = m_arFieldTypes;
-    clone.m_sFolder = m_sFolder;
+    clone.m_settings = m_settings;
     clone.m_pPriceMultiplier->SetCode(m_pPriceMultiplier->Code());
     clone.m_pVolumeMultiplier->SetCode(m_pVolumeMultiplier->Code());
 }
@@ -161,37 +133,19 @@ HRESULT CqrlTabulexConvertor::DoAnalyse(VARIANT_BOOL* Status, LONG_PTR)
 {
     if (!Status)
         return E_POINTER;
-    m_arFieldNames.clear();
-    AddDefaultTemplates();
+    m_settings.m_arFields.clear();
+    m_settings.AddDefaultTemplates();
     if (!m_pDataParser)
         return E_NOTIMPL;
     *Status = VARIANT_FALSE; // there is no dialog to confirm
     return InitFieldsInfo();
 }
 
-void CqrlTabulexConvertor::AddDefaultTemplates()
-{
-    constexpr unsigned kTexts[] = {IDS_TEMPLATE1, IDS_TEMPLATE2, IDS_TEMPLATE3};
-    if (!m_arFieldTemplates.IsEmpty() || !m_arResolutionTemplates.IsEmpty() ||
-        !m_arTimeZoneTemplates.IsEmpty())
-        return;
-    for (LONG nId = 0; const unsigned nText : kTexts) {
-        const string_view_t sName = LoadResourceString(nText);
-        for (auto* list : {&m_arFieldTemplates, &m_arResolutionTemplates, &m_arTimeZoneTemplates})
-            list->Append(sName, nId);
-        ++nId;
-    }
-    m_sFieldTemplate = m_sResolutionTemplate = m_sTimeZoneTemplate = LoadResourceString(kTexts[0]);
-}
-
 // ---- properties of the parsers
 
 HRESULT CqrlTabulexConvertor::get_DataParser(IDispatch** pVal)
 {
-    if (!pVal)
-        return E_POINTER;
-    *pVal = com_ptr<IDataParser>(m_pDataParser).detach();
-    return S_OK;
+    return GiveOut(pVal, m_pDataParser);
 }
 
 HRESULT CqrlTabulexConvertor::get_FileName(BSTR* pVal)
@@ -212,9 +166,8 @@ HRESULT CqrlTabulexConvertor::put_FileName(BSTR newVal)
     return Guarded([&] {
         LONG nResolution = 0;
         pRecordParser->get_Resolution(&nResolution);
-        if (const auto* row = m_arResolutionTemplates.FindId(nResolution))
-            m_sResolutionTemplate = row->sName;
-        pRecordParser->get_ResolutionSize(&m_nResolutionSize);
+        m_settings.ChooseResolution(nResolution);
+        pRecordParser->get_ResolutionSize(&m_settings.m_nResolutionSize);
         return InitFieldsInfo();
     });
 }
@@ -284,8 +237,8 @@ HRESULT CqrlTabulexConvertor::get_Environment(BSTR* pVal)
         const HRESULT hr = pRecordParser->get_Environment(sTemplates.put());
         if (FAILED(hr))
             return hr;
-        Bstr sDocument(WriteEnvironment(m_sFolder, sTemplates.view()));
-        ReadFolder(sDocument.view(), m_sFolder);
+        Bstr sDocument(WriteEnvironment(m_settings.m_sFolder, sTemplates.view()));
+        ReadFolder(sDocument.view(), m_settings.m_sFolder);
         *pVal = sDocument.detach();
         return S_OK;
     });
@@ -297,7 +250,7 @@ HRESULT CqrlTabulexConvertor::put_Environment(BSTR newVal)
     if (!pRecordParser)
         return E_NOINTERFACE;
     return Guarded([&] {
-        if (!ReadFolder(TextOf(newVal), m_sFolder))
+        if (!ReadFolder(TextOf(newVal), m_settings.m_sFolder))
             return E_INVALIDARG;
         return FAILED(pRecordParser->put_Environment(newVal)) ? E_INVALIDARG : S_OK;
     });
@@ -362,7 +315,7 @@ HRESULT CqrlTabulexConvertor::get_ModelessProgress(VARIANT_BOOL* pVal)
     const CTabulexConvMessageLoop* pLoop = ThisMessageLoop();
     if (!pLoop)
         return E_UNEXPECTED;
-    return GiveOut(pVal, pLoop->m_nModelessProgress != 0 ? VARIANT_TRUE : VARIANT_FALSE);
+    return GiveOut(pVal, pLoop->m_nModelessProgress != 0);
 }
 
 HRESULT CqrlTabulexConvertor::put_ModelessProgress(VARIANT_BOOL newVal)

@@ -1,32 +1,23 @@
 // CqrlTabulexConvertor: the object that a host creates, and the worker of a session.
 //
-// The host's object keeps the host's lists and choices and owns one data parser; all
+// The host's object keeps the host's lists and choices and owns one data parser; all other
 // settings go straight through to the parsers. A session gets an object of its own, a
-// worker on a clone of the data parser, which hears the conversion's events on the
-// file's worker thread and carries them to the host's thread through a sink window.
-// The clone's run holds the worker, the worker holds the clone; the end of the run
-// parts them.
+// worker with a copy of the settings and a clone of the data parser. It gets the events of
+// the run on the file's worker thread, and its CConversionSession carries them to the
+// host's thread. The clone's run holds the worker and the worker holds the clone; the end
+// of the run parts them.
 //
-// Threads: no lock; the host's thread makes all calls. Of a worker the events come on
-// the file's thread, or on the host's where the host ends the session, so what both
-// touch, the window and the progress box, is guarded.
+// Threads: the host's thread makes all calls but the events. There is no lock here.
 #pragma once
-
-#include <atomic>
-#include <string>
-#include <vector>
 
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
-#include "interfaces/IProgressBox.h"
 #include "interfaces/IQRLGUITweak.h"
 #include "interfaces/IRecordParser.h"
 #include "interfaces/IqrlTabulexConvertor.h"
 #include "module/ComObject.h"
-#include "platform/CriticalSection.h"
-#include "platform/MessageWindow.h"
-#include "platform/values.h"
-#include "src/front/qrlHelperStructs.h"
+#include "src/front/ConversionSession.h"
+#include "src/front/ConvertorSettings.h"
 #include "src/values/qrlValueMultiplier.h"
 
 namespace Hesperon::specifics {
@@ -86,7 +77,7 @@ public:
     HRESULT STDMETHODCALLTYPE put_Mode(LONG newVal) override;
     HRESULT STDMETHODCALLTYPE ReleaseFile() override;
 
-    // ---- IDataParserEvents, of a worker and of a settings check
+    // ---- IDataParserEvents: of a worker's run, and of a check while one is under way
 
     HRESULT STDMETHODCALLTYPE PutRecords(VARIANT vRecords, ULONGLONG nRecCountWithSkeeped) override;
     HRESULT STDMETHODCALLTYPE EndTransaction(VARIANT_BOOL bResult) override;
@@ -108,7 +99,6 @@ public:
 
 private:
     using IDataParser = IQRL_TabulexConverter::IDataParser;
-    using IProgressBox = IQRL_TabulexConverter::IProgressBox;
     using IRecordParser = IQRL_TabulexConverter::IRecordParser;
 
     // ---- the parsers (qrlTabulexConvertor.cpp)
@@ -121,56 +111,31 @@ private:
     void CopySettingsTo(CqrlTabulexConvertor& clone) const;
     // Gives the copy a clone of this object's data parser.
     HRESULT CloneParserTo(CqrlTabulexConvertor& clone) const;
-    HRESULT MakeProgressBox();
-    void AddDefaultTemplates();
 
     // ---- fields and resolutions (qrlConvertorSettings.cpp)
 
     HRESULT PublishResolutions();
-    // The slot of a host value that is to be chosen with the current size.
-    LONG ChosenSlot(LONG nHostValue) const;
-    // Takes the name of the resolution that stands in the record parser.
-    void TakeResolutionName(IRecordParser& parser);
-    HRESULT ReadFieldNames(IRecordParser& parser);
-    LONG Name2Type(BSTR bsName) const;
-    Bstr Type2Name(LONG nId) const;
-    string_view_t TypeNameAt(LONG nPosition) const;
+    // Chooses the resolution that stands in the record parser.
+    void TakeResolution(IRecordParser& parser);
+    HRESULT ReadFields(IRecordParser& parser);
 
     // ---- sessions (qrlConvertorSessions.cpp)
 
-    struct Session;
-    HRESULT BeginSession(IDispatch* pReceiverSink, Session& session) const;
-    HRESULT StartConversion(Session& session, BSTR sFileName, LONG_PTR hwndParent);
-    HRESULT StartPortion(Session& session, LONG_PTR hWnd, ULONGLONG nStart, ULONGLONG nCount);
-    void AbandonSession();
-
-    // ---- events (qrlConvertorEvents.cpp)
-
-    HRESULT ShowProgress(ULONGLONG nRecords);
-    com_ptr<IProgressBox> ProgressBox() const;
-    void CloseProgressBox();
+    template <class Start>
+    static HRESULT RunSession(IDispatch* pReceiverSink, Start start);
+    HRESULT StartConversion(CqrlTabulexConvertor& worker, ULONG_PTR nTransaction, BSTR sFileName,
+                            LONG_PTR hwndParent) const;
+    CConversionSession& Session() { return m_pCheck ? *m_pCheck : m_session; }
 
     com_ptr<IDataParser> m_pDataParser; // a worker's is a clone
-    std::atomic<WindowHandle> m_hWndSink = 0;
-    CTemplateList m_arFieldTemplates;
-    CTemplateList m_arResolutionTemplates; // ids are resolutions, not the host's values
-    CTemplateList m_arTimeZoneTemplates;
-    string_t m_sFieldTemplate; // names of the current choices
-    string_t m_sResolutionTemplate;
-    string_t m_sTimeZoneTemplate;
-    LONG m_nResolutionSize = 0;
-    Variant m_vTypeNames;                 // VT_ARRAY|VT_BSTR, never changes
-    std::vector<string_t> m_arFieldNames; // a field each
-    std::vector<LONG> m_arFieldTypes;     // host ids, likewise; 0 isn't delivered
-    mutable CriticalSection m_boxLock;
-    com_ptr<IProgressBox> m_pProgressBox; // guarded by m_boxLock; only in a worker or clone
-    string_t m_sFolder;                   // last used in the dialog
-    ULONGLONG m_nProcessed = 0;           // records delivered or skipped
-    bool m_bNoProgress = false;           // errors go to the sink, not to a box
-    bool m_bFileTaken = false;
+    ConvertorSettings m_settings;
+    CTypeNames m_typeNames;
+    CConversionSession m_session{m_pDataParser, m_settings};
+    CConversionSession* m_pCheck = nullptr; // of the check that is under way
     com_ptr<CqrlValueMultiplier> m_pPriceMultiplier;
     com_ptr<CqrlValueMultiplier> m_pVolumeMultiplier;
-    LONG m_nMode = 0;
+    LONG m_nMode = 0; // for the import dialog
+    bool m_bFileTaken = false;
     bool m_bCountedByEnumerations = false;
 };
 

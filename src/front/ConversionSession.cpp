@@ -1,15 +1,13 @@
-// What a conversion tells its worker, and how that reaches the host.
+// A batch takes four steps: its Date and Time columns are rewritten, the sink gets it, the
+// count of records goes up, the box shows it. The first that fails, or a sink that answers
+// anything but S_OK, gives the result.
 
-#include <algorithm>
-#include <iterator>
+#include "src/front/ConversionSession.h"
 
-#include "Simples/interface/ResourceStrings.h"
 #include "diagnostics/FaultmereClient.h"
-#include "interfaces/FieldsAndResolutions.h"
+#include "interfaces/ClassIds.h"
 #include "module/Guarded.h"
 #include "src/front/BatchRewriting.h"
-#include "src/front/qrlSinkWindow.h"
-#include "src/front/qrlTabulexConvertor.h"
 #include "src/values/LockedArray.h"
 
 using namespace IQRL_TabulexConverter;
@@ -19,8 +17,7 @@ namespace Hesperon::specifics {
 
 namespace {
 
-// Reads the elements as a host's language would, by index from 0: one that the bounds leave
-// out gives the failure of its reading.
+// An element that the bounds leave out gives the failure of its reading.
 HRESULT ErrorText(const VARIANT& description, Bstr& sText)
 {
     constexpr std::size_t kElements = 3; // a number and two texts
@@ -47,26 +44,20 @@ HRESULT ErrorText(const VARIANT& description, Bstr& sText)
 
 // ---- records
 
-HRESULT CqrlTabulexConvertor::PutRecords(VARIANT vRecords, ULONGLONG nRecCountWithSkeeped)
+HRESULT CConversionSession::PutRecords(const VARIANT& vRecords, ULONGLONG nRecCountWithSkeeped)
 {
-    const WindowHandle hWndSink = m_hWndSink;
+    const WindowHandle hWndSink = m_link.Window();
     if (!hWndSink)
         return E_NOINTERFACE;
     Assert(IsLiveWindow(hWndSink), "::IsWindow(m_hWndSink)");
-    HRESULT hr = Guarded([&] {
-        std::vector<LONG> delivered;
-        std::ranges::copy_if(m_arFieldTypes, std::back_inserter(delivered),
-                             [](LONG nType) { return nType != HostFieldUndefined; });
-        return RewriteBatch(vRecords, delivered);
-    });
+    HRESULT hr = Guarded([&] { return RewriteBatch(vRecords, m_settings.DeliveredIds()); });
     if (FAILED(hr))
         return hr;
-    hr = static_cast<HRESULT>(
-        SendWindowMessage(hWndSink, WM_SINK_DATA, reinterpret_cast<ULONG_PTR>(&vRecords), 0));
+    hr = m_link.SendData(vRecords);
     return hr != S_OK ? hr : ShowProgress(nRecCountWithSkeeped);
 }
 
-HRESULT CqrlTabulexConvertor::ShowProgress(ULONGLONG nRecords)
+HRESULT CConversionSession::ShowProgress(ULONGLONG nRecords)
 {
     ULONGLONG nCount = 0;
     VARIANT_BOOL bComplete = VARIANT_FALSE;
@@ -87,12 +78,9 @@ HRESULT CqrlTabulexConvertor::ShowProgress(ULONGLONG nRecords)
 
 // ---- the end
 
-HRESULT CqrlTabulexConvertor::EndTransaction(VARIANT_BOOL bResult)
+HRESULT CConversionSession::EndTransaction(bool bResult)
 {
-    // Taken first, so that a batch on its way finds no window rather than a dead one.
-    const WindowHandle hWndSink = m_hWndSink.exchange(0);
-    if (Assert(hWndSink != 0, "m_hWndSink"))
-        SendWindowMessage(hWndSink, WM_SINK_END, bResult != VARIANT_FALSE, 0);
+    Assert(m_link.End(bResult), "m_hWndSink");
     if (m_bNoProgress)
         return S_OK;
     ULONGLONG nCount = 0;
@@ -105,13 +93,34 @@ HRESULT CqrlTabulexConvertor::EndTransaction(VARIANT_BOOL bResult)
     return S_OK;
 }
 
-com_ptr<CqrlTabulexConvertor::IProgressBox> CqrlTabulexConvertor::ProgressBox() const
+void CConversionSession::Abandon()
+{
+    m_link.End(false);
+    CloseProgressBox();
+}
+
+void CConversionSession::Release()
+{
+    m_link.Release();
+    CloseProgressBox();
+}
+
+// ---- the box
+
+HRESULT CConversionSession::MakeProgressBox()
+{
+    LockGuard lock(m_boxLock);
+    return CreateOwnInstance(CLSID_CProgressDlgNoHTML, iid_of<IProgressBox>,
+                             m_pProgressBox.put_void());
+}
+
+com_ptr<IProgressBox> CConversionSession::ProgressBox() const
 {
     LockGuard lock(m_boxLock);
     return m_pProgressBox;
 }
 
-void CqrlTabulexConvertor::CloseProgressBox()
+void CConversionSession::CloseProgressBox()
 {
     com_ptr<IProgressBox> pBox;
     {
@@ -124,22 +133,21 @@ void CqrlTabulexConvertor::CloseProgressBox()
 
 // ---- errors
 
-HRESULT CqrlTabulexConvertor::OnError(VARIANT Description)
+HRESULT CConversionSession::OnError(const VARIANT& description)
 {
     if (m_bNoProgress)
-        return static_cast<HRESULT>(SendWindowMessage(
-            m_hWndSink, WM_SINK_ERROR, reinterpret_cast<ULONG_PTR>(&Description), 0));
+        return m_link.SendError(description);
     const com_ptr<IProgressBox> pBox = ProgressBox();
     if (!pBox)
         return E_UNEXPECTED;
     return Guarded([&] {
         Bstr sText;
-        const HRESULT hr = ErrorText(Description, sText);
+        const HRESULT hr = ErrorText(description, sText);
         return FAILED(hr) ? hr : pBox->OnError(sText.get());
     });
 }
 
-HRESULT CqrlTabulexConvertor::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BSTR bsDescription)
+HRESULT CConversionSession::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BSTR bsDescription)
 {
     if (m_bNoProgress)
         return S_OK;
@@ -147,17 +155,9 @@ HRESULT CqrlTabulexConvertor::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, 
     return pBox ? pBox->OnError2(lptrLineNum, lptrFieldNum, bsDescription) : S_FALSE;
 }
 
-HRESULT CqrlTabulexConvertor::GetResolutionName(LONG Resolution, BSTR* Name)
+HRESULT CConversionSession::GetResolutionName(LONG nResolution, BSTR* pName) const
 {
-    if (!Name)
-        return E_POINTER;
-    *Name = nullptr;
-    return Guarded([&] {
-        const STemplateEntry* row = m_arResolutionTemplates.FindId(Resolution);
-        Assert(row != nullptr, "nIdx != nCount");
-        *Name = NewBstr(row ? string_view_t(row->sName) : LoadResourceString(IDS_UNKNOWN));
-        return S_OK;
-    });
+    return m_settings.GetResolutionName(nResolution, pName);
 }
 
 } // namespace Hesperon::specifics
