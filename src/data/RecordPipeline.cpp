@@ -226,7 +226,7 @@ bool CDataParser::RefreshRun()
     if (m_bRunStale) {
         Run old = std::move(m_run);
         LockGuard lock(m_lock);
-        m_run = {m_pDataParserEvents, m_pFileHandler.as<ILineReader>(), m_pRecordParser};
+        m_run = {m_pDataParserEvents, OpenLines(m_pFileHandler), m_pRecordParser};
         m_bRunStale = false;
     }
     return m_run.IsComplete();

@@ -42,6 +42,7 @@ class CFileHandler : public std::enable_shared_from_this<CFileHandler>
 {
 public:
     class CProxy;
+    class CReader;
 
     // Runs on the calling thread until the last reference to the proxy is gone or
     // Stop() is called; then closes the file. The handler must be held by a shared_ptr.
@@ -82,12 +83,13 @@ private:
 
     ULONGLONG CountLocked();
     void Queue(SPendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey);
-    // Hands over the text of the line, under the lock; false: there is no such line.
-    template <class Take>
-    bool ReadRecord(ULONGLONG nIndex, Take take)
+    // Hands over the text of the line, under the lock; false: there is no such line. Goes
+    // on from the caller's cursor, or without one from the cursor that others share.
+    template <class Take, class... Cursor>
+    bool ReadRecord(ULONGLONG nIndex, Take take, Cursor&... cursor)
     {
         LockGuard lock(m_lock);
-        if (!m_index.GetRecord(m_sText, nIndex))
+        if (!m_index.GetRecord(m_sText, nIndex, cursor...))
             return false;
         take(string_view_t(m_sText));
         return true;
@@ -116,7 +118,7 @@ private:
 //
 // It begins unreferenced. Its last Release stops the worker, takes the name out of
 // the pool and deletes the proxy; from then on AddRef refuses with 0.
-class CFileHandler::CProxy final : public IFileHandler, public ILineReader
+class CFileHandler::CProxy final : public IFileHandler, public ILineSource
 {
 public:
     explicit CProxy(std::shared_ptr<CFileHandler> pHandler) : m_pHandler(std::move(pHandler)) {}
@@ -139,8 +141,7 @@ public:
     HRESULT STDMETHODCALLTYPE Invalidate(VARIANT_BOOL bErase) override;
     HRESULT STDMETHODCALLTYPE GetApproxCount(ULONGLONG* nCount) override;
 
-    HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG nLocale,
-                                           CLineBuffer& lines) override;
+    HRESULT STDMETHODCALLTYPE OpenLines(ILineReader** ppLines) override;
 
 private:
     static constexpr ULONG kGone = 0x80000000;

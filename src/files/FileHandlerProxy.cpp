@@ -3,6 +3,7 @@
 #include "diagnostics/FaultmereClient.h"
 #include "platform/values.h"
 #include "src/files/FileHandler.h"
+#include "src/files/FileHandlerReader.h"
 
 namespace Hesperon::specifics {
 
@@ -28,8 +29,8 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueryInterface(REFIID riid, void
     *ppvObject = nullptr;
     if (riid == iid_of<IFileHandler>)
         *ppvObject = static_cast<IFileHandler*>(this);
-    else if (riid == iid_of<ILineReader>)
-        *ppvObject = static_cast<ILineReader*>(this);
+    else if (riid == iid_of<ILineSource>)
+        *ppvObject = static_cast<ILineSource*>(this);
     else
         return E_NOINTERFACE;
     AddRef();
@@ -98,13 +99,6 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetRecord(ULONGLONG nIndex, ULON
     *bsRecord = nullptr;
     const auto give = [&](string_view_t text) { *bsRecord = NewBstr(text); };
     return m_pHandler->ReadRecord(nIndex, give) ? S_OK : E_FAIL;
-}
-
-HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::AppendRecord(ULONGLONG nIndex, ULONG,
-                                                             CLineBuffer& lines)
-{
-    const auto append = [&](string_view_t text) { lines.Add(text); };
-    return m_pHandler->ReadRecord(nIndex, append) ? S_OK : E_FAIL;
 }
 
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::SeekRecord(ULONGLONG nIndex)
@@ -191,6 +185,20 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetApproxCount(ULONGLONG* nCount
         *nCount = m_pHandler->m_index.GetApproxCount();
         return S_OK;
     });
+}
+
+HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::OpenLines(ILineReader** ppLines)
+{
+    if (!ppLines)
+        return E_POINTER;
+    *ppLines = nullptr;
+    com_ptr<CReader> pReader;
+    const HRESULT hr = CreateObject(pReader);
+    if (FAILED(hr))
+        return hr;
+    pReader->Attach(m_pHandler);
+    *ppLines = pReader.detach();
+    return S_OK;
 }
 
 } // namespace Hesperon::specifics

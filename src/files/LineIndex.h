@@ -10,7 +10,7 @@
 //   1. Entry k of m_index, for each k below m_nRecordCount / 1024, is the position
 //      of the line of record 1024 (k + 1) - 1. Entries from there on are left from
 //      a file that has shrunk and mean nothing.
-//   2. Record m_nCurRecord is the first record at or behind m_nCurPos.
+//   2. Record n of a cursor's place is the first record at or after its position.
 //
 // Not synchronised: the file handler's lock guards all of it, but for
 // GetApproxCount, IsComplete and RecordCount, which any thread may call. Operations
@@ -20,6 +20,7 @@
 
 #include "src/files/DataArray.h"
 #include "src/files/HeapArray.h"
+#include "src/files/LineCursor.h"
 
 namespace Hesperon::specifics {
 
@@ -39,11 +40,13 @@ public:
 
     // Puts the cursor on a record, scanning the file up to it; false, with the cursor
     // unmoved, where there is none. The count grows when this passes its end.
-    bool SeekRecord(ULONGLONG nIndex);
+    bool SeekRecord(ULONGLONG nIndex) { return SeekRecord(nIndex, m_cursor); }
+    bool SeekRecord(ULONGLONG nIndex, CLineCursor& cursor);
 
     // At most 512 bytes of a record, without its zero bytes, as text in the ANSI code
     // page; false and an empty text where there is none.
-    bool GetRecord(string_t& sText, ULONGLONG nIndex);
+    bool GetRecord(string_t& sText, ULONGLONG nIndex) { return GetRecord(sText, nIndex, m_cursor); }
+    bool GetRecord(string_t& sText, ULONGLONG nIndex, CLineCursor& cursor);
 
     // The whole last record, read backwards from the end of the file; false for an
     // empty file.
@@ -79,14 +82,11 @@ private:
     static constexpr ULONGLONG kMaxRecord = 512;
     static constexpr ULONGLONG kNowhere = ~0ull;
 
-    // A position from which the next record met has this number.
-    struct SPlace
-    {
-        ULONGLONG nRecord;
-        ULONGLONG nPos;
-    };
+    using SPlace = CLineCursor::SPlace;
 
-    SPlace ChooseStart(ULONGLONG nIndex, ULONGLONG nCursorLimit);
+    void BringUpToDate(CLineCursor& cursor) const;
+    SPlace ChooseStart(ULONGLONG nIndex, const SPlace& cursor, ULONGLONG nCursorLimit);
+    bool WalkBack(ULONGLONG nIndex, SPlace& place, CLineCursor& cursor);
     bool WalkTo(ULONGLONG nIndex, SPlace& place);
     void WalkInPage(ULONGLONG nIndex, SPlace& place);
     void PassRecord(SPlace& place, ULONGLONG nLineStart);
@@ -117,8 +117,8 @@ private:
     Data m_data;
     CHeapArray<ULONGLONG, 1048576> m_index;
     std::atomic<ULONGLONG> m_nRecordCount = 0; // records found so far
-    ULONGLONG m_nCurPos = 0;                   // the cursor
-    ULONGLONG m_nCurRecord = 0;
+    CLineCursor m_cursor;                      // of all who have none of their own
+    CLineCursor::SAge m_age;                   // of the file
     std::atomic<bool> m_bComplete = false;
     bool is_unicode = false;
     std::atomic<bool> m_bApproxCount = false; // the estimate is there

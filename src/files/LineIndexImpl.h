@@ -125,14 +125,25 @@ bool CLineIndexOf<Data>::IsValidRecord(ULONGLONG nFrom, ULONGLONG nTo)
 
 // ---- the index --------------------------------------------------------------
 
+// A cursor of an erased file knows no more than one that is new.
+template <class Data>
+void CLineIndexOf<Data>::BringUpToDate(CLineCursor& cursor) const
+{
+    if (cursor.Age() == m_age)
+        return;
+    const bool bErased = cursor.Age().nErased != m_age.nErased;
+    cursor.Renew(m_age, bErased ? m_cursor.Place() : cursor.Place());
+}
+
 // The nearest known place before a record: the cursor if it stands before
 // nCursorLimit, else the file's beginning, or an index entry that is nearer.
 template <class Data>
-auto CLineIndexOf<Data>::ChooseStart(ULONGLONG nIndex, ULONGLONG nCursorLimit) -> SPlace
+auto CLineIndexOf<Data>::ChooseStart(ULONGLONG nIndex, const SPlace& cursor, ULONGLONG nCursorLimit)
+    -> SPlace
 {
-    SPlace start{0, 0};
-    if (m_nCurRecord < nCursorLimit)
-        start = {m_nCurRecord, m_nCurPos};
+    SPlace start;
+    if (cursor.nRecord < nCursorLimit)
+        start = cursor;
     const ULONGLONG nEntries = std::min(nIndex / kStep, RecordCount() / kStep);
     if (start.nRecord + 1 < nIndex / kStep * kStep && nEntries != 0)
         start = {nEntries * kStep - 1, m_index[nEntries - 1]};
@@ -140,17 +151,35 @@ auto CLineIndexOf<Data>::ChooseStart(ULONGLONG nIndex, ULONGLONG nCursorLimit) -
 }
 
 template <class Data>
-bool CLineIndexOf<Data>::SeekRecord(ULONGLONG nIndex)
+bool CLineIndexOf<Data>::SeekRecord(ULONGLONG nIndex, CLineCursor& cursor)
 {
     if (IsComplete() && nIndex >= RecordCount())
         return false;
-    if (nIndex == m_nCurRecord)
+    BringUpToDate(cursor);
+    const SPlace from = cursor.Place();
+    if (nIndex == from.nRecord)
         return true;
-    SPlace place = ChooseStart(nIndex, nIndex);
-    if (place.nRecord != nIndex && !WalkTo(nIndex, place))
-        return false;
-    m_nCurRecord = nIndex;
-    m_nCurPos = place.nPos;
+    SPlace place = ChooseStart(nIndex, from, nIndex);
+    const bool bFound = nIndex < from.nRecord ? WalkBack(nIndex, place, cursor)
+                                              : place.nRecord == nIndex || WalkTo(nIndex, place);
+    if (bFound)
+        cursor.MoveTo(place);
+    return bFound;
+}
+
+// From the start of a stride to a record of it that lies before the cursor. The next one
+// asked for is likely to lie before this one, so the places on the way are noted.
+template <class Data>
+bool CLineIndexOf<Data>::WalkBack(ULONGLONG nIndex, SPlace& place, CLineCursor& cursor)
+{
+    cursor.BeginNotes(place);
+    while (cursor.LastNoted() < nIndex) {
+        place = cursor.NotedPlace(cursor.LastNoted());
+        if (!WalkTo(place.nRecord + 1, place))
+            return false;
+        cursor.Note(place.nPos);
+    }
+    place = cursor.NotedPlace(nIndex);
     return true;
 }
 
@@ -237,7 +266,7 @@ HRESULT CLineIndexOf<Data>::GetRelativePos(ULONGLONG nIndex, FLOAT* fRelative)
     const ULONGLONG nSize = m_data.GetSize();
     if (nAligned >= RecordCount() || nSize == 0)
         return E_UNEXPECTED;
-    const SPlace place = ChooseStart(nIndex, nAligned);
+    const SPlace place = ChooseStart(nIndex, m_cursor.Place(), nAligned);
     *fRelative = static_cast<FLOAT>(static_cast<double>(place.nPos) / static_cast<double>(nSize));
     return S_OK;
 }
@@ -274,6 +303,7 @@ template <class Data>
 void CLineIndexOf<Data>::RefreshFileSize()
 {
     ForgetLine();
+    ++m_age.nRefreshed;
     m_data.RefreshFileSize();
 }
 
@@ -283,10 +313,10 @@ void CLineIndexOf<Data>::Invalidate(bool bErase)
     RefreshFileSize();
     if (bErase) {
         m_nRecordCount.store(0, std::memory_order_relaxed);
-        m_nCurPos = 0;
-        m_nCurRecord = 0;
         m_index.Clear();
         RefreshFileSize();
+        ++m_age.nErased;
+        m_cursor.Renew(m_age, {});
         m_data.Rewind();
     }
     m_bComplete.store(false, std::memory_order_relaxed);
@@ -311,15 +341,15 @@ void CLineIndexOf<Data>::GatherBytes(ULONGLONG nFrom, ULONGLONG nTo, std::string
 }
 
 template <class Data>
-bool CLineIndexOf<Data>::GetRecord(string_t& sText, ULONGLONG nIndex)
+bool CLineIndexOf<Data>::GetRecord(string_t& sText, ULONGLONG nIndex, CLineCursor& cursor)
 {
     sText.clear();
-    if (!SeekRecord(nIndex))
+    if (!SeekRecord(nIndex, cursor))
         return false;
     ULONGLONG nStart = 0;
     ULONGLONG nEnd = 0;
     bool bMore = true;
-    for (ULONGLONG nPos = m_nCurPos; bMore; nPos = nEnd) {
+    for (ULONGLONG nPos = cursor.Place().nPos; bMore; nPos = nEnd) {
         nStart = nEnd = SkipLead(nPos);
         bMore = SeekNextLine(nEnd, true);
         if (bMore && IsValidRecord(nStart, std::min(nEnd, nStart + kMaxRecord)))

@@ -4,7 +4,8 @@
 // Reads after Close() fail; they never reach a file that the system has opened
 // under the same handle since. Safe from any thread: a lock of its own, under
 // which nothing else is taken, is held for the length of a read. Reads are by
-// whole pages, so the lock costs nothing that counts.
+// whole pages, so the lock costs nothing that counts. Virtual, so that a test can
+// make pages up.
 #pragma once
 
 #include <mutex>
@@ -17,21 +18,24 @@ class CSharedFile
 {
 public:
     explicit CSharedFile(File file) : m_file(std::move(file)) {}
+    virtual ~CSharedFile() = default;
+    CSharedFile(const CSharedFile&) = delete;
+    CSharedFile& operator=(const CSharedFile&) = delete;
 
-    bool IsOpen() const
+    virtual bool IsOpen() const
     {
         std::lock_guard lock(m_lock);
         return m_file.IsOpen();
     }
 
-    void Close()
+    virtual void Close()
     {
         std::lock_guard lock(m_lock);
         m_file.Close();
     }
 
     // Size in bytes now; empty for a closed file and where the system can't tell.
-    std::optional<std::uint64_t> Size() const
+    virtual std::optional<std::uint64_t> Size() const
     {
         std::lock_guard lock(m_lock);
         return m_file.IsOpen() ? m_file.Size() : std::nullopt;
@@ -39,7 +43,7 @@ public:
 
     // True if all of `count` bytes at `offset` were read. What a failed read leaves in
     // the buffer is unspecified.
-    bool Read(std::uint64_t offset, void* buffer, std::size_t count) const
+    virtual bool Read(std::uint64_t offset, void* buffer, std::size_t count) const
     {
         std::lock_guard lock(m_lock);
         return m_file.IsOpen() && m_file.ReadAt(offset, buffer, count) == count;

@@ -14,7 +14,7 @@
 #include "src/files/ILineReader.h"
 #include "tests/data/Text.h"
 
-class MemoryFile : public ComObject<MemoryFile, IFileHandler, ILineReader>
+class MemoryFile : public ComObject<MemoryFile, IFileHandler, ILineSource, ILineReader>
 {
 public:
     std::vector<std::string> lines;
@@ -78,6 +78,11 @@ public:
         if (nIndex >= lines.size())
             return E_FAIL;
         *bsRecord = NewBstr(Wide(lines[nIndex]));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE OpenLines(ILineReader** ppLines) override
+    {
+        *ppLines = com_ptr<ILineReader>(this).detach();
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG nLocale,

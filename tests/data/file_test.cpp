@@ -2,6 +2,7 @@
 
 #include "platform/Apartment.h"
 #include "platform/CodePage.h"
+#include "src/files/AsyncTransactionPool.h"
 #include "tests/data/DataParserFixture.h"
 #include "tests/data/RealFileFixture.h"
 
@@ -92,6 +93,35 @@ TEST_F(FileTest, AnotherFileStartsOver)
     ULONG nOffset = 9;
     parser->get_HeaderOffset(&nOffset);
     EXPECT_EQ(nOffset, 0u);
+}
+
+// The run stops where it is: no batch, no end and no step more. It can still be cancelled.
+TEST_F(FileTest, AnotherFileStopsTheRunOnTheOldOne)
+{
+    constexpr ULONG_PTR kTransaction = 77;
+    TempFile first(Daily(5000)), second(Daily(3000));
+    ASSERT_EQ(Open(*parser.get(), first), S_OK);
+    const auto references = [&] {
+        parser->AddRef();
+        return parser->Release();
+    };
+    const ULONG nBefore = references();
+    std::atomic<bool> bSwitched = false;
+    sink->onPutRecords = [&](std::size_t) {
+        EXPECT_EQ(Open(*parser.get(), second), S_OK);
+        bSwitched = true;
+        return S_OK;
+    };
+    ASSERT_EQ(parser->StartConversion(sink.get(), kTransaction), S_OK);
+    const auto tEnd = std::chrono::steady_clock::now() + kPatience;
+    // The old file's worker holds the parser until it stops.
+    while (!(bSwitched && references() == nBefore) && std::chrono::steady_clock::now() < tEnd)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(sink->batches.size(), 1u);
+    EXPECT_EQ(sink->EndCount(), 0u);
+    EXPECT_TRUE(AsyncTransactionPool::CancelTransaction(kTransaction));
+    EXPECT_EQ(sink->ends, std::vector<bool>{false});
+    EXPECT_FALSE(AsyncTransactionPool::CancelTransaction(kTransaction));
 }
 
 TEST_F(FileTest, NameThatCannotBeOpenedLetsTheOldFileGo)

@@ -316,7 +316,7 @@ TEST_F(FileHandler, AppendsRecordsToTheLinesOfABatch)
 {
     const TestFile file("ab\n\ncde\n");
     const auto pHandler = Attach(file);
-    const auto pLines = pHandler.as<ILineReader>();
+    const auto pLines = OpenLines(pHandler);
     ASSERT_TRUE(pLines);
     CLineBuffer lines;
     EXPECT_EQ(pLines->AppendRecord(1, 0, lines), S_OK);

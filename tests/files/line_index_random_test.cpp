@@ -89,7 +89,7 @@ private:
     void Call()
     {
         const ULONGLONG nIndex = ChooseRecord();
-        switch (Below(m_random, 8)) {
+        switch (Below(m_random, 11)) {
         case 0:
             ASSERT_EQ(m_index.SeekRecord(nIndex), m_plain.SeekRecord(nIndex)) << nIndex;
             break;
@@ -107,14 +107,55 @@ private:
                 CompareRecord(n);
             break;
         case 5:
-            if (Below(m_random, 10) == 0) {
-                m_index.Invalidate(false);
-                m_plain.complete = false;
-            }
+            if (Below(m_random, 10) == 0)
+                Invalidate();
+            break;
+        case 6:
+            for (ULONGLONG n = nIndex; n-- != 0 && n + 30 > nIndex;)
+                CompareRecord(n);
+            break;
+        case 7:
+        case 8:
+            CompareOwnCursor();
             break;
         default:
             CompareRecord(nIndex);
         }
+    }
+
+    void Invalidate()
+    {
+        const bool bErase = Below(m_random, 3) == 0;
+        m_index.Invalidate(bErase);
+        m_plain.complete = false;
+        if (bErase) {
+            m_plain.count = m_plain.curPos = m_plain.curRecord = 0;
+            m_plain.index.clear();
+            m_bOwnKnown = false;
+        }
+    }
+
+    // A reader with a cursor reads as if it were alone, and moves nobody else's.
+    void CompareOwnCursor()
+    {
+        if (!m_bOwnKnown) {
+            m_nOwnRecord = m_plain.curRecord;
+            m_nOwnPos = m_plain.curPos;
+            m_bOwnKnown = true;
+        }
+        SwapCursors();
+        const unsigned nCalls = 1 + Below(m_random, 20);
+        const bool bDown = Below(m_random, 2);
+        ULONGLONG nIndex = Below(m_random, 2) ? m_plain.curRecord : ChooseRecord();
+        for (unsigned n = 0; n < nCalls; ++n, nIndex += bDown ? -1 : 1)
+            CompareRecord(nIndex, m_own);
+        SwapCursors();
+    }
+
+    void SwapCursors()
+    {
+        std::swap(m_plain.curRecord, m_nOwnRecord);
+        std::swap(m_plain.curPos, m_nOwnPos);
     }
 
     ULONGLONG ChooseRecord()
@@ -133,11 +174,12 @@ private:
         }
     }
 
-    void CompareRecord(ULONGLONG nIndex)
+    template <class... Cursor>
+    void CompareRecord(ULONGLONG nIndex, Cursor&... cursor)
     {
         string_t sText;
         std::string text;
-        const bool bFound = m_index.GetRecord(sText, nIndex);
+        const bool bFound = m_index.GetRecord(sText, nIndex, cursor...);
         ASSERT_EQ(bFound, m_plain.GetRecord(text, nIndex)) << nIndex;
         ASSERT_EQ(sText, Decoded(text)) << nIndex;
     }
@@ -178,6 +220,11 @@ private:
     PlainLineIndex m_plain;
     CLineIndexOf<Data> m_index;
     Random& m_random;
+
+    CLineCursor m_own;
+    bool m_bOwnKnown = false; // what follows is that of m_own
+    ULONGLONG m_nOwnRecord = 0;
+    ULONGLONG m_nOwnPos = 0;
 };
 
 template <class Data>

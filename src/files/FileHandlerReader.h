@@ -1,0 +1,28 @@
+// CFileHandler::CReader: ILineReader on a file handler, with a cursor of its own.
+//
+// It keeps the handler's memory, but not the file: that closes with the last reference to
+// the proxy, as if there were no reader.
+#pragma once
+
+#include "module/ComObject.h"
+#include "src/files/FileHandler.h"
+
+namespace Hesperon::specifics {
+
+class CFileHandler::CReader final : public ComObject<CReader, ILineReader>
+{
+public:
+    void Attach(std::shared_ptr<CFileHandler> pHandler) { m_pHandler = std::move(pHandler); }
+
+    HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG, CLineBuffer& lines) override
+    {
+        const auto append = [&](string_view_t text) { lines.Add(text); };
+        return m_pHandler->ReadRecord(nIndex, append, m_cursor) ? S_OK : E_FAIL;
+    }
+
+private:
+    std::shared_ptr<CFileHandler> m_pHandler;
+    CLineCursor m_cursor; // guarded by the handler's lock
+};
+
+} // namespace Hesperon::specifics
