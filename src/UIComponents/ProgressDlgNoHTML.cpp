@@ -11,13 +11,15 @@ namespace Hesperon::specifics::UILayer {
 
 namespace {
 
-// Tells the window something that nobody waits for: at once on its own thread, in its
-// turn from another. S_FALSE where there is none.
-HRESULT Tell(const CProgressState::Window& window, UINT nMessage, ULONG_PTR wParam = 0)
+// Hands the window something that nobody waits for: at once on its own thread, in its turn
+// from another. S_FALSE where there is none.
+template <class... Parts, class... Values>
+HRESULT Tell(const CProgressState::Window& window, const WindowMessage<Parts...>& message,
+             Values... values)
 {
     const bool bTold = window.nThread == CurrentThreadId()
-                           ? SendWindowMessage(window.hWnd, nMessage, wParam, 0) != 0
-                           : PostWindowMessage(window.hWnd, nMessage, wParam, 0);
+                           ? message.Send(window.hWnd, values...) != 0
+                           : message.Post(window.hWnd, values...);
     return bTold ? S_OK : S_FALSE;
 }
 
@@ -56,14 +58,11 @@ HRESULT CProgressDlgNoHTML::Close()
 HRESULT CProgressDlgNoHTML::DoProgress(ULONGLONG nPos, ULONGLONG nMax)
 {
     const WindowHandle hWnd = m_pState->CurrentWindow().hWnd;
-    const bool bShown = SendWindowMessage(hWnd, kAdvanceMessage, reinterpret_cast<ULONG_PTR>(&nPos),
-                                          reinterpret_cast<LONG_PTR>(&nMax)) != 0;
-    return bShown ? S_OK : S_FALSE;
+    return kAdvanceMessage.Send(hWnd, nPos, nMax) ? S_OK : S_FALSE;
 }
 
 HRESULT CProgressDlgNoHTML::SetProcessedRecordCount(ULONGLONG nMax)
 {
-    static_assert(sizeof(ULONG_PTR) == sizeof nMax);
     return Tell(m_pState->CurrentWindow(), kCountMessage, nMax);
 }
 
@@ -94,29 +93,33 @@ HRESULT CProgressDlgNoHTML::put_DataParser(IDispatch* pDataParser)
 
 // ---- errors
 
-HRESULT CProgressDlgNoHTML::OnError(BSTR bsError)
-{
-    return Ask(kErrorMessage, bsError, 0);
-}
-
-HRESULT CProgressDlgNoHTML::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BSTR bsDescription)
-{
-    const ProgressPlace place{lptrLineNum, lptrFieldNum};
-    return Ask(kErrorAtMessage, bsDescription, reinterpret_cast<LONG_PTR>(&place));
-}
-
-HRESULT CProgressDlgNoHTML::Ask(UINT nMessage, BSTR bsError, LONG_PTR lParam)
+// One question at a time: a second worker waits here until the first one has its answer.
+template <class Show>
+HRESULT CProgressDlgNoHTML::Ask(BSTR bsError, Show show)
 {
     static constexpr OLECHAR kNoText[] = OLESTR("");
     LockPumping(m_pState->m_questions);
     const std::lock_guard lock(m_pState->m_questions, std::adopt_lock);
     if (m_pState->m_bSkipAll)
         return S_OK;
-    const WindowHandle hWnd = m_pState->CurrentWindow().hWnd;
-    const auto wText = reinterpret_cast<ULONG_PTR>(bsError ? bsError : kNoText);
-    if (!SendWindowMessage(hWnd, nMessage, wText, lParam))
+    if (!show(m_pState->CurrentWindow().hWnd, bsError ? bsError : kNoText))
         return E_UNEXPECTED;
     return m_pState->WaitForAnswer();
+}
+
+HRESULT CProgressDlgNoHTML::OnError(BSTR bsError)
+{
+    return Ask(bsError, [](WindowHandle hWnd, const OLECHAR* pszText) {
+        return kErrorMessage.Send(hWnd, pszText);
+    });
+}
+
+HRESULT CProgressDlgNoHTML::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BSTR bsDescription)
+{
+    const ProgressPlace place{lptrLineNum, lptrFieldNum};
+    return Ask(bsDescription, [&place](WindowHandle hWnd, const OLECHAR* pszText) {
+        return kErrorAtMessage.Send(hWnd, pszText, place);
+    });
 }
 
 } // namespace Hesperon::specifics::UILayer

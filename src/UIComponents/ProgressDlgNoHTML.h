@@ -46,7 +46,9 @@ public:
 private:
     friend struct ProgressTestAccess; // puts a clock
 
-    HRESULT Ask(UINT nMessage, BSTR bsError, LONG_PTR lParam);
+    // Has the window show an error, by a call that sends it, and waits for the answer.
+    template <class Show>
+    HRESULT Ask(BSTR bsError, Show show);
 
     std::shared_ptr<CProgressState> m_pState;
 };

@@ -62,12 +62,11 @@ bool CProgressWindow::Dispatch(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
 {
     switch (nMessage) {
     case kAdvanceMessage:
-        return Advance(*reinterpret_cast<const ULONGLONG*>(wParam),
-                       *reinterpret_cast<const ULONGLONG*>(lParam));
+        return Advance(kAdvanceMessage.First(wParam), kAdvanceMessage.Second(lParam));
     case kErrorMessage:
+        return ShowError(kErrorMessage.First(wParam), nullptr);
     case kErrorAtMessage:
-        return ShowError(reinterpret_cast<const OLECHAR*>(wParam),
-                         reinterpret_cast<const ProgressPlace*>(lParam));
+        return ShowError(kErrorAtMessage.First(wParam), &kErrorAtMessage.Second(lParam));
     case kAskMessage:
         if (m_pState->IsQuestionOpen(m_hWnd))
             m_pView->AskUser();
@@ -83,7 +82,7 @@ bool CProgressWindow::Dispatch(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
         SetText(ProgressFileName, m_pState->FileName());
         return true;
     case kCountMessage:
-        SetText(ProgressRecords, DecimalText(wParam));
+        SetText(ProgressRecords, DecimalText(kCountMessage.First(wParam)));
         return true;
     case kCloseMessage:
         Destroy();
@@ -143,7 +142,7 @@ bool CProgressWindow::ShowError(const OLECHAR* pszText, const ProgressPlace* pPl
         m_pState->m_nErrorResult = 1;
     }
     m_pView->SetText(ProgressErrorText, pszText);
-    PostWindowMessage(m_hWnd, kAskMessage, 0, 0);
+    kAskMessage.Post(m_hWnd);
     return true;
 }
 
@@ -219,7 +218,7 @@ void CProgressWindow::Cancel()
     if (pParser)
         pParser->put_DisableErrorNotify(VARIANT_TRUE);
     pState->Cancel(hWnd);
-    PostWindowMessage(hWnd, kDisableButtonsMessage, 0, 0);
+    kDisableButtonsMessage.Post(hWnd);
     if (pParser)
         pParser->AbortConversion();
 }

@@ -9,28 +9,31 @@
 #include <memory>
 
 #include "module/Module.h"
+#include "platform/WindowMessage.h"
 #include "src/UIComponents/ProgressState.h"
 #include "src/UIComponents/ProgressView.h"
 
 namespace Hesperon::specifics::UILayer {
-
-// Messages of the window. A sent one gives 1 where it was handled, 0 where not: then
-// the window is no longer that of the box.
-inline constexpr UINT kAdvanceMessage = kUserMessage + 100; // position, maximum by reference
-inline constexpr UINT kDisableButtonsMessage = kUserMessage + 101;
-inline constexpr UINT kErrorMessage = kUserMessage + 102;   // the text
-inline constexpr UINT kErrorAtMessage = kUserMessage + 103; // the text and a ProgressPlace
-inline constexpr UINT kAskMessage = kUserMessage + 104;
-inline constexpr UINT kTitleMessage = kUserMessage + 105; // the text is in the state
-inline constexpr UINT kFileNameMessage = kUserMessage + 106;
-inline constexpr UINT kCountMessage = kUserMessage + 107; // the number itself
-inline constexpr UINT kCloseMessage = kUserMessage + 108;
 
 struct ProgressPlace
 {
     LONG_PTR nLine;
     LONG nField;
 };
+
+// Messages of the window. A sent one gives 1 where it was handled; 0 means that the window
+// is no longer the box's own.
+inline constexpr WindowMessage<const ULONGLONG&, const ULONGLONG&> // position, maximum
+    kAdvanceMessage{kUserMessage + 100};
+inline constexpr WindowMessage<> kDisableButtonsMessage{kUserMessage + 101};
+inline constexpr WindowMessage<const OLECHAR*> kErrorMessage{kUserMessage + 102};
+inline constexpr WindowMessage<const OLECHAR*, const ProgressPlace&> // the text and where
+    kErrorAtMessage{kUserMessage + 103};
+inline constexpr WindowMessage<> kAskMessage{kUserMessage + 104};
+inline constexpr WindowMessage<> kTitleMessage{kUserMessage + 105};    // the text is in the state
+inline constexpr WindowMessage<> kFileNameMessage{kUserMessage + 106}; // likewise
+inline constexpr WindowMessage<ULONGLONG> kCountMessage{kUserMessage + 107};
+inline constexpr WindowMessage<> kCloseMessage{kUserMessage + 108};
 
 class CProgressWindow final : public MessageWindow, private IProgressButtons
 {
