@@ -13,31 +13,45 @@ using Transform = void (*)(CqrlValueMultiplier&, VARIANT*);
 
 void Keep(CqrlValueMultiplier&, VARIANT*) {}
 
+// Texts, objects, arrays and references: whoever frees the value follows the address.
+bool IsAddress(VARTYPE vt)
+{
+    return vt == VT_BSTR || vt == VT_DISPATCH || vt == VT_UNKNOWN || (vt & (VT_ARRAY | VT_BYREF));
+}
+
+// Scales the payload of any value but none and an address, whatever its kind.
+template <void (*Scale)(VARIANT&)>
+void Apply(CqrlValueMultiplier&, VARIANT* pVal)
+{
+    if (pVal && !IsAddress(pVal->vt)) [[likely]]
+        Scale(*pVal);
+}
+
 // Wraps at 64 bits.
 template <LONGLONG Factor>
-void MultiplyInteger(CqrlValueMultiplier&, VARIANT* pVal)
+void MultiplyInteger(VARIANT& value)
 {
-    pVal->llVal = static_cast<LONGLONG>(static_cast<ULONGLONG>(pVal->llVal) * Factor);
+    value.llVal = static_cast<LONGLONG>(static_cast<ULONGLONG>(value.llVal) * Factor);
 }
 
 // Truncates toward zero.
 template <LONGLONG Divisor>
-void DivideInteger(CqrlValueMultiplier&, VARIANT* pVal)
+void DivideInteger(VARIANT& value)
 {
-    pVal->llVal /= Divisor;
+    value.llVal /= Divisor;
 }
 
 template <LONGLONG Factor>
-void MultiplyFloat(CqrlValueMultiplier&, VARIANT* pVal)
+void MultiplyFloat(VARIANT& value)
 {
-    pVal->dblVal *= static_cast<double>(Factor);
+    value.dblVal *= static_cast<double>(Factor);
 }
 
 // A true division: the product with the reciprocal rounds differently.
 template <LONGLONG Divisor>
-void DivideFloat(CqrlValueMultiplier&, VARIANT* pVal)
+void DivideFloat(VARIANT& value)
 {
-    pVal->dblVal /= static_cast<double>(Divisor);
+    value.dblVal /= static_cast<double>(Divisor);
 }
 
 struct Row
@@ -51,13 +65,13 @@ struct Row
 template <LONGLONG Factor>
 constexpr Row Times(string_view_t sName, BYTE nCode)
 {
-    return {sName, &MultiplyInteger<Factor>, &MultiplyFloat<Factor>, nCode};
+    return {sName, &Apply<MultiplyInteger<Factor>>, &Apply<MultiplyFloat<Factor>>, nCode};
 }
 
 template <LONGLONG Divisor>
 constexpr Row DividedBy(string_view_t sName, BYTE nCode)
 {
-    return {sName, &DivideInteger<Divisor>, &DivideFloat<Divisor>, nCode};
+    return {sName, &Apply<DivideInteger<Divisor>>, &Apply<DivideFloat<Divisor>>, nCode};
 }
 
 constexpr Row kRows[] = {

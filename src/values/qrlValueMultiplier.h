@@ -1,8 +1,9 @@
 // CqrlValueMultiplier: scales each value of a column by a power of ten.
 //
-// The first value after a change of the transform decides what kind of number the
-// column holds; from then on a value costs one indirect call and one operation, and
-// its kind isn't looked at. Callers keep to one kind a column.
+// The first value after a change of the transform decides whether the column holds
+// integers or floats. From then on a value costs one indirect call and one operation,
+// and its payload is read as the first value's was, whatever its kind. Callers keep
+// to one kind a column. A payload that is an address, such as a text's, isn't touched.
 //
 // No lock: an object belongs to one front object, whose conversions run one after
 // the other. The transform must not be changed while values pass through.

@@ -212,6 +212,43 @@ TEST_F(ValueMultiplier, TheFirstValueDecidesForAllThatFollow)
     EXPECT_EQ(AsFloatOver(10, 4607182418800017408), Integer(4607182418800017408)); // 1.0
 }
 
+// The payload of these kinds is an address, and whoever frees the value uses it.
+TEST_F(ValueMultiplier, TextsAndOtherAddressesStayAsTheyAreAfterANumber)
+{
+    constexpr VARTYPE kAddresses[] = {VT_BSTR,          VT_DISPATCH,      VT_UNKNOWN,
+                                      VT_ARRAY | VT_R8, VT_BYREF | VT_R8, VT_BYREF | VT_BSTR};
+    for (const Row& row : kRows)
+        for (const bool bInteger : {true, false}) {
+            SCOPED_TRACE(testing::Message() << &row - kRows << (bInteger ? ", integer" : ""));
+            m_object = NewMultiplier();
+            Put(row.szName);
+            bInteger ? static_cast<void>(Integer(7)) : static_cast<void>(Float(7));
+            EXPECT_EQ(string_t(OLESTR("12345")), Text(OLESTR("12345")));
+            for (const VARTYPE vt : kAddresses) {
+                SCOPED_TRACE(vt);
+                VARIANT value = IntegerValue(12345);
+                value.vt = vt;
+                EXPECT_EQ(S_OK, m_object->ApplyTransform(&value));
+                EXPECT_EQ(12345, value.llVal);
+            }
+            EXPECT_EQ(S_OK, m_object->ApplyTransform(nullptr));
+        }
+}
+
+TEST_F(ValueMultiplier, NumbersOfOtherKindsAreScaledAsTheFirstValueWas)
+{
+    for (const VARTYPE vt : {VT_EMPTY, VT_I4, VT_DATE, VT_UI8, VT_CY}) {
+        SCOPED_TRACE(vt);
+        m_object = NewMultiplier();
+        Put(OLESTR("10"));
+        Integer(7);
+        VARIANT value = IntegerValue(12345);
+        value.vt = vt;
+        EXPECT_EQ(S_OK, m_object->ApplyTransform(&value));
+        EXPECT_EQ(123450, value.llVal);
+    }
+}
+
 TEST_F(ValueMultiplier, TheSameNameDoesNotRearm)
 {
     Put(OLESTR("10"));
