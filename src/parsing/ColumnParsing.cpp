@@ -47,10 +47,12 @@ std::optional<std::int32_t> DayNumber(CDataField& date)
     return nNumber;
 }
 
-void StoreDay(CDataField& date, std::int32_t nDay)
+// A day beyond the calendar leaves the date as it is.
+void StoreDay(CDataField& date, LONGLONG nDay)
 {
     qrlDateTime::TDate calendar{};
-    if (!qrlDateTime::details::TryJulianToDate(nDay, calendar))
+    if (nDay != static_cast<std::int32_t>(nDay) ||
+        !qrlDateTime::details::TryJulianToDate(static_cast<std::int32_t>(nDay), calendar))
         return;
     SetVariable(date, 'm', calendar.Month);
     SetVariable(date, 'd', calendar.Day);
@@ -64,8 +66,19 @@ void NormaliseDateAndTime(CDataField& date, CDataField& time)
         date.SetValid(false);
     const LONGLONG nHour = time.HourOfDay();
     StoreHour(time, nHour % kHoursPerDay);
-    if (nDay && nHour >= kHoursPerDay)
-        StoreDay(date, *nDay + static_cast<std::int32_t>(nHour / kHoursPerDay));
+    if (const LONGLONG nDays = nHour / kHoursPerDay; nDay && nDays != 0)
+        StoreDay(date, *nDay + nDays);
+}
+
+// Whether a value is of the kind that the type asks for. Ticks, open interest and
+// columns without a type ask for none.
+bool SuitsType(unsigned uiType, VARTYPE vt)
+{
+    if (uiType == TypeDate || uiType == TypeTime)
+        return vt == VT_DATE;
+    if (IsPriceType(uiType))
+        return vt == VT_R8;
+    return !IsVolumeType(uiType) || vt == VT_I8 || vt == VT_R8;
 }
 
 // Adds the bar size to the stamp. Where a part has no date value all stays as it was.
