@@ -91,7 +91,7 @@ void MoveToBarEnd(ParserState& state)
         if (!part)
             continue;
         Variant value;
-        if (FAILED(ColumnValue(state, *part, &value)) || value.vt != VT_DATE)
+        if (FAILED(ColumnValue(state, *part, &value)))
             return;
         sum += value.date;
         bAny = true;
@@ -132,7 +132,8 @@ HRESULT ColumnValue(ParserState& state, CDataField& field, VARIANT* pValue)
         if (date && time)
             NormaliseDateAndTime(*date, *time);
     }
-    return field.GetValue(pValue);
+    const HRESULT hr = field.GetValue(pValue);
+    return SUCCEEDED(hr) && !SuitsType(field.GetType(), pValue->vt) ? E_FAIL : hr;
 }
 
 HRESULT RecordDateTime(ParserState& state, DATE& date)

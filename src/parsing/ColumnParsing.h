@@ -11,8 +11,10 @@ namespace Hesperon::specifics {
 // invalid. Bars of minutes are moved to their end where that is asked for.
 void ParseColumns(ParserState& state, string_view_t sRecord);
 
-// The value of a Date or Time column: the two are normalised first, so that an hour
-// of 24 rolls the date. Other columns give their own value.
+// The value of a column. Date and Time are normalised together first, so that an hour
+// of 24 rolls the date. E_FAIL where the column doesn't parse, and where the value is
+// of another kind than its type's: a column keeps the value of the record last parsed
+// when its type changes. What *pValue holds after a failure owns no memory.
 HRESULT ColumnValue(ParserState& state, CDataField& field, VARIANT* pValue);
 
 // Date plus time of the record last parsed; E_INVALIDARG without a Date column,

@@ -106,6 +106,66 @@ TEST_F(FieldValues, OfFieldsThatDoNotParseAreTheirTexts)
     EXPECT_EQ(E_POINTER, m_file->GetFieldValue(nullptr, 0));
 }
 
+// The value of a column is kept when its type changes, until the next record.
+TEST_F(FieldValues, OfAnotherKindThanTheTypesAreNone)
+{
+    const auto price = NewMultiplier();
+    const auto volume = NewMultiplier();
+    EXPECT_EQ(S_OK, price->put_Current(Bstr(OLESTR("10")).get()));
+    EXPECT_EQ(S_OK, volume->put_Current(Bstr(OLESTR("100")).get()));
+    EXPECT_EQ(S_OK, m_file->put_PriceMultiplier(price.get()));
+    EXPECT_EQ(S_OK, m_file->put_VolumeMultiplier(volume.get()));
+    struct Row
+    {
+        ULONG nField;
+        LONG nType;
+        const char* szValue;
+    };
+    const Row kRows[] = {
+        {kDateColumn, TypeOpen, "not \"20031225\""},
+        {kDateColumn, TypePrice, "not \"20031225\""},
+        {kDateColumn, TypeVolume, "not \"20031225\""},
+        {kDateColumn, TypeTotalVolume, "not \"20031225\""},
+        {kDateColumn, TypeTime, "2003-12-25"},    // dates both
+        {kDateColumn, TypeUpTicks, "2003-12-25"}, // these take any kind
+        {kDateColumn, TypeOpenInterest, "2003-12-25"},
+        {kDateColumn, -1, "2003-12-25"},
+        {kDateColumn, TypeSymbol, "\"20031225\""},
+        {kTimeColumn, TypeClose, "not \"09:30\""},
+        {kTimeColumn, TypeDate, "09:30:00"},
+        {kOpenColumn, TypeDate, "not \"1.5\""},
+        {kOpenColumn, TypeTime, "not \"1.5\""},
+        {kOpenColumn, TypeHigh, "15"},
+        {kOpenColumn, TypeVolume, "150"}, // volumes may have a fraction
+        {kOpenColumn, TypeTotalTicks, "1.5"},
+        {kVolumeColumn, TypeOpen, "not \"7\""},
+        {kVolumeColumn, TypeDate, "not \"7\""},
+        {kVolumeColumn, TypeDownVolume, "700"},
+        {kVolumeColumn, TypeTotalTicks, "7"},
+        {kUpTicksColumn, TypeLow, "not \"7\""},
+        {kUpTicksColumn, TypeTime, "not \"7\""},
+    };
+    for (const Row& row : kRows) {
+        SCOPED_TRACE(testing::Message() << "column " << row.nField << " as " << row.nType);
+        ASSERT_EQ(S_OK, m_file.Load());
+        EXPECT_EQ(S_OK, m_file.Parse(m_file.File().m_lines[1]));
+        m_file.Value(row.nField); // computes the value that is kept
+        EXPECT_EQ(S_OK, m_file->SetFieldType(row.nField, row.nType));
+        EXPECT_EQ(row.szValue, m_file.Value(row.nField));
+    }
+}
+
+TEST_F(FieldValues, OfAnotherKindMakeNoStamp)
+{
+    EXPECT_EQ(S_OK, m_file.Parse(m_file.File().m_lines[1]));
+    EXPECT_EQ("1.5", m_file.Value(kOpenColumn));
+    EXPECT_EQ(S_OK, m_file->SetFieldType(kDateColumn, -1));
+    EXPECT_EQ(S_OK, m_file->SetFieldType(kOpenColumn, TypeDate));
+    Variant stamp;
+    EXPECT_EQ(E_FAIL, m_file->get_CurrentDateTime(&stamp));
+    EXPECT_EQ(VT_EMPTY, stamp.vt);
+}
+
 TEST_F(FieldValues, AreCountedWithoutTheEmptyFields)
 {
     EXPECT_EQ(S_OK, m_file.Parse(OLESTR("ES,,20031225, ,10:00,,2.5")));
