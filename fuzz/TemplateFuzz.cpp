@@ -23,7 +23,9 @@ string_t Widen(const std::string& s)
 bool SameValue(CDataField& field, const PlainField& plain)
 {
     Variant value;
-    return SUCCEEDED(field.GetValue(&value)) && std::abs(value.date - plain.Value()) < 1e-9;
+    if (FAILED(field.GetValue(&value)))
+        return !plain.HasValue();
+    return plain.HasValue() && std::abs(value.date - plain.Value()) < 1e-9;
 }
 
 } // namespace

@@ -359,6 +359,11 @@ bool PlainField::IsInRange() const
     return true;
 }
 
+bool PlainField::HasValue() const
+{
+    return uiType != 2 || Hour() != 24;
+}
+
 double PlainField::Value() const
 {
     using namespace std::chrono;
@@ -372,7 +377,7 @@ double PlainField::Value() const
         LONGLONG f = Get(OLESTR('f'));
         f = f > 999 ? 999 : f < 0 ? 0 : f;
         const LONGLONG ms = ((Hour() * 60 + Get(OLESTR('m'))) * 60 + Get(OLESTR('s'))) * 1000 + f;
-        return static_cast<double>(ms % 86400000) / 86400000.0;
+        return static_cast<double>(ms) / 86400000.0;
     }
     return uiType <= 7 ? price : static_cast<double>(Get(OLESTR('i')));
 }

@@ -14,6 +14,8 @@ struct PlainField
 
     // True if the text is taken and its values are in range.
     bool Parse(string_t sText);
+    // False for a time at hour 24, which is valid only together with a date.
+    bool HasValue() const;
     // Days since 1899-12-30 or fraction of a day; for numbers the number.
     double Value() const;
 

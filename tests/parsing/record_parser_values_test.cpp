@@ -306,6 +306,33 @@ TEST(DateAndTime, NeedADateColumnForTheStamp)
     EXPECT_EQ(E_POINTER, file->get_CurrentDateTime(nullptr));
 }
 
+// With a date, 24:00 is the next day; a time of its own has no such hour.
+TEST(DateAndTime, OfATimeThatIsNotNormalisedEndAt23)
+{
+    ParsedFile alone({OLESTR("09:30;1.5")});
+    ASSERT_EQ(S_OK, alone.Load());
+    for (const auto& [szTime, szValue] :
+         {std::pair("23:59", "23:59:00"), std::pair("24:00", "not \"24:00\""),
+          std::pair("24:30", "not \"24:30\""), std::pair("00:00", "00:00:00")}) {
+        SCOPED_TRACE(szTime);
+        EXPECT_EQ(S_OK, alone.Parse(Wide(std::string(szTime) + ";1.5")));
+        EXPECT_EQ(szValue, alone.Value(0));
+        EXPECT_EQ(szValue, alone.Value(0)); // also when it is asked for again
+    }
+    Bstr error;
+    EXPECT_EQ(S_OK, alone.Parse(OLESTR("24:00;1.5")));
+    EXPECT_EQ(S_FALSE, alone->GetFieldError(error.put(), 0)); // the text does parse
+
+    ParsedFile two({OLESTR("20031231,09:30,1.5")});
+    ASSERT_EQ(S_OK, two.Load());
+    EXPECT_EQ(S_OK, two->SetFieldType(2, TypeTime));
+    EXPECT_EQ(S_OK, two->SetFieldTemplate(Bstr(OLESTR("*h:mm")).get(), 2));
+    EXPECT_EQ(S_OK, two.Parse(OLESTR("20031231,24:00,24:00")));
+    EXPECT_EQ("2004-01-01", two.Value(0));
+    EXPECT_EQ("00:00:00", two.Value(1));
+    EXPECT_EQ("not \"24:00\"", two.Value(2)); // only the first time belongs to the date
+}
+
 TEST(BarsEndTime, MovesTheStampByTheBar)
 {
     struct Row

@@ -16,6 +16,7 @@ namespace {
 
 constexpr LONGLONG kTicksPerMillisecond = 10'000;
 constexpr LONGLONG kTicksPerDay = 864'000'000'000;
+constexpr LONGLONG kLastHour = 23; // that a time of day can have
 constexpr LONGLONG kMaxMilliseconds = 999;
 
 bool IsBetween(LONGLONG value, LONGLONG min, LONGLONG max)
@@ -210,6 +211,8 @@ HRESULT CDataField::ComputeAndGetValue(VARIANT* pVar)
 
 HRESULT CDataField::ComputeValue()
 {
+    if (m_uiType == TypeTime && HourOfDay() > kLastHour)
+        return E_FAIL;
     if (m_uiType == TypeDate || m_uiType == TypeTime) {
         SetCachedDate(m_uiType == TypeDate ? ComputeDate() : ComputeTime());
         return S_OK;
@@ -260,7 +263,7 @@ DATE CDataField::ComputeTime()
     const LONGLONG nMilliseconds =
         std::clamp<LONGLONG>(m_vars.IntegerOr0(OLESTR('f')), 0, kMaxMilliseconds);
     const LONGLONG nTicks = (nSeconds * 1000 + nMilliseconds) * kTicksPerMillisecond;
-    return static_cast<DATE>(nTicks % kTicksPerDay) / static_cast<DATE>(kTicksPerDay);
+    return static_cast<DATE>(nTicks) / static_cast<DATE>(kTicksPerDay);
 }
 
 } // namespace Hesperon::specifics

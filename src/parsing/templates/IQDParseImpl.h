@@ -51,8 +51,10 @@ public:
     void SetValid(bool bValid) { m_bValid = bValid; }
 
     // The value of the text last parsed, as VT_DATE, VT_R8 or VT_I8. E_FAIL while it
-    // isn't valid. The value is computed once and then kept. A time is a fraction of a
-    // day, a date has none. *pVar is written on success only; what it held isn't freed.
+    // isn't valid, and for a time whose hour is 24: such a text is valid, but only
+    // together with a date. The value is computed once and then kept, also when the
+    // type changes. A time is a fraction of a day, a date has none. *pVar is written on
+    // success only; what it held isn't freed.
     HRESULT GetValue(VARIANT* pVar)
     {
         if (!pVar || !m_bValid || !HasCachedValue())
@@ -95,7 +97,7 @@ private:
     HRESULT ComputeValue();
     DATE ComputeDate();
     static DATE DateOf(SDay day);
-    DATE ComputeTime();
+    DATE ComputeTime(); // REQUIRES: HourOfDay() of 0 to 23
 
     string_t m_szTemplate; // as set, whatever the type makes of it
     TemplateVariables m_vars;
