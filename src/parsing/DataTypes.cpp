@@ -153,7 +153,7 @@ void CDataType::AddTemplate(string_view_t sTemplate, bool bDefault)
 {
     if (sTemplate.empty())
         return;
-    string_t sLower(sTemplate);
+    string_t sLower(sTemplate.substr(0, kMaxText));
     LowerCase(sLower);
     const int nIndex = FindTemplate(sLower);
     if (nIndex >= 0)

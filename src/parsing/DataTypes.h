@@ -62,7 +62,8 @@ public:
 
     // Empties the list and adds the type's default templates.
     void FillDefaultTemplates();
-    // Lower-cased; an empty one is ignored, one that is there is counted.
+    // Cut at kMaxText and lower-cased. An empty one is ignored, one that is there is
+    // counted.
     void AddTemplate(string_view_t sTemplate, bool bDefault);
     // Index of the exact text, -1 for none.
     int FindTemplate(string_view_t sTemplate) const;

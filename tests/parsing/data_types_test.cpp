@@ -231,6 +231,16 @@ TEST(Templates, UpperCaseDefaultIsTheDefaultAgain)
     EXPECT_TRUE(type.Templates()[0].bDefault);
 }
 
+TEST(Templates, AreCutAt511Characters)
+{
+    CDataType type(TypeDate);
+    type.AddTemplate(string_t(600, OLECHAR('Y')), false);
+    type.AddTemplate(string_t(511, OLECHAR('y')), false);
+    ASSERT_EQ(1u, type.Templates().size());
+    EXPECT_EQ(std::string(511, 'y'), Shown(type.Templates()[0].szTemplate));
+    EXPECT_EQ(2u, type.Templates()[0].nCount);
+}
+
 TEST(Templates, AreFoundByExactText)
 {
     CDataType type = Filled(TypeDate);

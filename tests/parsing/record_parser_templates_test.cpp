@@ -100,14 +100,35 @@ TEST_F(ColumnTemplates, OfColumnsThatWereNeverFixedAreReportedWhenInferenceIsSma
 {
     m_file.File().m_pRecordParser = nullptr; // no refresh builds the columns anew
     EXPECT_EQ(S_OK, m_file->put_SmartResolutionEnabled(VARIANT_TRUE));
-    EXPECT_EQ(S_OK, m_file->SetFieldType(2, TypeDate));
     Reports reports;
-    EXPECT_EQ(S_OK, SetTemplate(OLESTR("*d/*m/*y"), 0)); // fixes the first date alone
+    EXPECT_EQ(S_OK, SetTemplate(OLESTR("*d/*m/*y"), 0)); // fixes all dates and times
+    EXPECT_EQ(S_OK, SetTemplate(OLESTR("*h:*m"), 1));
     EXPECT_TRUE(reports.Texts().empty());
-    EXPECT_EQ(S_OK, SetTemplate(OLESTR("*d.*m.*y"), 2));
+    // The date that a choice of the resolution finds isn't fixed by it.
+    ASSERT_EQ(S_OK, m_file->SetFieldType(0, TypeVolume));
+    ASSERT_EQ(S_OK, m_file->put_Resolution(ResolutionDays));
+    EXPECT_EQ("Date *m/*d/*y, Time *h:*m, Open, High", m_file.Columns());
+    EXPECT_EQ(S_OK, SetTemplate(OLESTR("*d/*m/*y"), 0));
     EXPECT_THAT(reports.Texts(), testing::ElementsAre("m_predefinedFields.end() != "
                                                       "m_predefinedFields.find((size_t)nField)"));
-    EXPECT_EQ("FF", Refreshes());
+    EXPECT_EQ("FFF", Refreshes());
+}
+
+TEST_F(ColumnTemplates, AreCutAt511CharactersInTheColumnAndInTheList)
+{
+    const string_t sLong = OLESTR("*M/*D/*Y") + string_t(600, OLECHAR('?'));
+    const string_t sCut = OLESTR("*m/*d/*y") + string_t(503, OLECHAR('?'));
+    EXPECT_EQ(S_OK, SetTemplate(sLong, 0));
+    Bstr type, column, listed;
+    LONG bDefault = 7;
+    EXPECT_EQ(S_OK, m_file->GetFieldTemplate(column.put(), 0));
+    EXPECT_EQ(26, TemplateCount(OLESTR("Date")));
+    EXPECT_EQ(S_OK,
+              m_file->GetTemplateItem(Text(type, OLESTR("Date")), 25, listed.put(), &bDefault));
+    EXPECT_EQ(Shown(sCut), Shown(column.view()));
+    EXPECT_EQ(Shown(sCut), Shown(listed.view()));
+    EXPECT_EQ(S_OK, m_file->RemoveTemplate(0, listed.get()));
+    EXPECT_EQ(25, TemplateCount(OLESTR("Date")));
 }
 
 TEST_F(ColumnTemplates, AreListedForDateAndTimeAlone)
