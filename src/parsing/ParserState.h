@@ -63,12 +63,19 @@ struct ParserState
         return i == kNoColumn ? nullptr : &m_fields[i];
     }
 
-    // Enters the Date and Time columns as predefined; entries that exist stay.
-    void PredefineDateAndTime()
+    // Enters all Date and Time columns as predefined, as they stand. An entry that a
+    // column has already is replaced or, with bKeepEntries, stays.
+    void PredefineDatesAndTimes(bool bKeepEntries = false)
     {
-        for (unsigned uiType : {TypeDate, TypeTime})
-            if (const std::size_t i = Index(uiType); i != kNoColumn)
-                m_predefinedFields.emplace(i, m_fields[i]);
+        for (std::size_t i = 0; i < m_fields.size(); ++i) {
+            const unsigned uiType = m_fields[i].GetType();
+            if (uiType != TypeDate && uiType != TypeTime)
+                continue;
+            if (bKeepEntries)
+                m_predefinedFields.try_emplace(i, m_fields[i]);
+            else
+                m_predefinedFields.insert_or_assign(i, m_fields[i]);
+        }
     }
 
     // Settles the dividers by this record unless they are.

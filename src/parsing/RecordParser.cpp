@@ -243,7 +243,7 @@ HRESULT CRecordParser::put_LinesToSkip(ULONG newVal)
         Bstr record;
         if (const HRESULT hr = p->get_CurrentRecord(record.put()); FAILED(hr))
             return hr;
-        m_state.PredefineDateAndTime();
+        m_state.PredefineDatesAndTimes();
         specifics::FindResolution(m_state, *this, record.view(), 0);
         return m_state.m_fields.empty() ? S_FALSE : S_OK;
     });

@@ -100,7 +100,7 @@ HRESULT CRecordParser::SetFieldTemplate(BSTR bsTemplate, ULONG nField)
                               "m_predefinedFields.end() != "
                               "m_predefinedFields.find((size_t)nField)");
         m_state.m_predefinedFields.clear();
-        m_state.PredefineDateAndTime();
+        m_state.PredefineDatesAndTimes();
         RefreshDates(VARIANT_TRUE);
         return S_OK;
     };

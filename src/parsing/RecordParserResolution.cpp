@@ -209,7 +209,7 @@ HRESULT CRecordParser::DetectFromFirstRecord()
     if (source.Seek(0))
         source.Read(sRecord);
     m_state.m_predefinedFields.clear();
-    m_state.PredefineDateAndTime();
+    m_state.PredefineDatesAndTimes();
     const HRESULT hr = CFieldConstructor(m_state).ProcessRecord(sRecord, true, 0);
     if (SUCCEEDED(hr))
         RefineFieldTypes(m_state, 0);

@@ -1,5 +1,6 @@
 // The templates of a record parser's dates and times.
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -94,6 +95,49 @@ TEST_F(ColumnTemplates, AreTheBaseOfANewInferenceWhenThatIsSmart)
     EXPECT_EQ("Date *d/*m/*y, Time *h:mm, Open, High", m_file.Columns());
     EXPECT_EQ("2003-02-01", m_file.Value(0));
     EXPECT_TRUE(reports.Texts().empty());
+}
+
+// Days 06 to 11 as 01/06/2003 and as 20030106, and bars of them.
+ParsedFile DatesTwice()
+{
+    std::vector<string_t> lines;
+    for (int nDay = 6; nDay <= 11; ++nDay)
+        lines.push_back(Wide(fmt::format("01/{0:02}/2003,200301{0:02},1,2,0.5,1.5", nDay)));
+    return ParsedFile(std::move(lines));
+}
+
+TEST(TemplatesOfASecondDate, SurviveASmartInference)
+{
+    const ParsedFile file = DatesTwice();
+    ASSERT_EQ(S_OK, file.Offer(AllResolutions()));
+    ASSERT_EQ(S_OK, file.Load());
+    ASSERT_EQ(S_OK, file->put_SmartResolutionEnabled(VARIANT_TRUE));
+    Bstr name(OLESTR("Date"));
+    EXPECT_EQ(S_OK, file->SetFieldName(1, name.get()));
+    Bstr sTemplate(OLESTR("yyyymmdd"));
+    Reports reports;
+    EXPECT_EQ(S_OK, file->SetFieldTemplate(sTemplate.get(), 1));
+    EXPECT_EQ("fF", file.File().m_refreshes);
+    LONG nType = -7;
+    EXPECT_EQ(S_OK, file->GetFieldType(1, &nType));
+    EXPECT_EQ(static_cast<LONG>(TypeDate), nType);
+    EXPECT_TRUE(file.Columns().starts_with("Date *m/*d/*y, Date yyyymmdd, ")) << file.Columns();
+    Bstr duplicated;
+    EXPECT_EQ(S_OK, file->get_DuplicatedField(duplicated.put()));
+    EXPECT_EQ("Date", Shown(duplicated.view()));
+    EXPECT_TRUE(reports.Texts().empty());
+}
+
+TEST(ASecondTime, StaysThroughAChoiceOfTheResolution)
+{
+    ParsedFile file(
+        {OLESTR("20030106,09:30,10:30,1,2,0.5,1.5"), OLESTR("20030106,09:35,10:35,1,2,0.5,1.5")});
+    ASSERT_EQ(S_OK, file.Load());
+    ASSERT_EQ(S_OK, file->SetFieldType(2, TypeTime));
+    Bstr sTemplate(OLESTR("*h:*m"));
+    ASSERT_EQ(S_OK, file->SetFieldTemplate(sTemplate.get(), 2));
+    EXPECT_EQ(S_OK, file->put_Resolution(ResolutionMinutes));
+    EXPECT_EQ("Date yyyymmdd, Time *h:mm, Time *h:*m, Open, High, Low, Close", file.Columns());
 }
 
 TEST_F(ColumnTemplates, OfColumnsThatWereNeverFixedAreReportedWhenInferenceIsSmart)

@@ -185,6 +185,36 @@ TEST(LinesToSkip, KeepTheDateThatStands)
     EXPECT_EQ("Date *d/*m/*y, Open", file.Columns());
 }
 
+TEST(LinesToSkip, FixTheDatesAndTimesAsTheyStand)
+{
+    struct Row
+    {
+        bool bTypeFirst; // set by hand, which fixes the column with an empty template
+        const char* szTemplate;
+    };
+    for (const Row& row : {Row{false, "*d/*m/*y"}, Row{true, "*d/*m/*y"}, Row{true, "*m/*d/*y"}}) {
+        SCOPED_TRACE(testing::Message()
+                     << row.szTemplate << (row.bTypeFirst ? ", type first" : ""));
+        ParsedFile file(Lines(3, OLESTR("01/02/2003,09:30,10:30,1.5")));
+        ASSERT_EQ(S_OK, file.Load());
+        for (ULONG nColumn : {1u, 2u})
+            if (row.bTypeFirst || nColumn == 2) {
+                EXPECT_EQ(S_OK, file->SetFieldType(nColumn, TypeTime));
+                EXPECT_EQ(S_OK, file->SetFieldTemplate(Bstr(OLESTR("*h:*m")).get(), nColumn));
+            }
+        if (row.bTypeFirst) {
+            EXPECT_EQ(S_OK, file->SetFieldType(0, TypeDate));
+        }
+        EXPECT_EQ(S_OK, file->SetFieldTemplate(Bstr(Wide(row.szTemplate)).get(), 0));
+        const std::string sColumns = file.Columns();
+        EXPECT_TRUE(sColumns.starts_with("Date " + std::string(row.szTemplate))) << sColumns;
+        EXPECT_EQ(S_OK, file->put_LinesToSkip(1));
+        EXPECT_EQ(sColumns, file.Columns());
+        EXPECT_EQ(S_OK, file->put_LinesToSkip(0));
+        EXPECT_EQ(sColumns, file.Columns());
+    }
+}
+
 TEST(LinesToSkip, NeedADataParser)
 {
     com_ptr<CRecordParser> parser;

@@ -190,7 +190,7 @@ public:
         const HRESULT hr = CFieldConstructor(m_state).ProcessRecord(m_sRecord, true, m_nFlag);
         if (FAILED(hr) || m_state.Index(TypeDate) == kNoColumn)
             return hr;
-        m_state.PredefineDateAndTime();
+        m_state.PredefineDatesAndTimes(true);
         const std::vector<CDataField> firstLook = m_state.m_fields;
         Steps steps;
         if (SampleSteps(m_state, m_parser, steps) && FitsSteps(steps))
