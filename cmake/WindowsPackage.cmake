@@ -27,7 +27,9 @@ install(FILES "${CMAKE_BINARY_DIR}/component/windows/TabulexConverter.tlb"
 install(DIRECTORY interfaces DESTINATION include
         FILES_MATCHING PATTERN "*.h"
         PATTERN NativeHost.h EXCLUDE
-        PATTERN IProgressView.h EXCLUDE)
+        PATTERN IProgressView.h EXCLUDE
+        PATTERN IControlsView.h EXCLUDE
+        PATTERN ControlTable.h EXCLUDE)
 install(FILES platform/com_ptr.h platform/component.h platform/values.h
         DESTINATION include/platform)
 install(FILES component/windows/README.md DESTINATION .)

@@ -4,7 +4,7 @@
 #include "diagnostics/FaultmereClient.h"
 #include "platform/CodePage.h"
 #include "platform/MessageWindow.h"
-#include "src/UIComponents/ProgressView.h"
+#include "src/UIComponents/views/ProgressView.h"
 
 void TabulexSetLanguage(TabulexLanguage language)
 {

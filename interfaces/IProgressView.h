@@ -1,14 +1,13 @@
 // IProgressView: what a native progress box shows itself on.
 //
 // The box decides what is shown and when; the view puts it before the user, without
-// rules of its own. A host hands in a factory for its views (NativeHost.h); without
-// one a box shows nothing, and skips bad lines.
+// rules of its own. A host hands in a factory for its views (NativeHost.h). Without one a
+// box shows nothing, and bad lines are skipped.
 //
-// All calls come on the box's thread, the one that started the session. Lengths and
-// places are in units of the view's own.
+// All calls come on the box's thread, the one that started the session.
 #pragma once
 
-#include "platform/component.h"
+#include "interfaces/IControlsView.h"
 
 namespace IQRL_TabulexConverter {
 
@@ -44,7 +43,8 @@ protected:
     ~IProgressButtons() = default;
 };
 
-struct IProgressView
+// Its controls are those of ProgressControl; kWholeView is the box.
+struct IProgressView : IControlsView
 {
     // Opens the box over a parent window, 0 for the thread's active one, and disables the
     // parent. What is to be seen at first has been set by then. The buttons live until Hide.
@@ -52,14 +52,7 @@ struct IProgressView
     // Closes the box and enables the parent. Nothing but Release follows. It comes when the
     // box's thread pumps after the end of the session, or ends.
     virtual void Hide() = 0;
-    virtual void SetCaption(const OLECHAR* pszText) = 0;
-    virtual void SetText(ProgressControl control, const OLECHAR* pszText) = 0;
     virtual void SetPercent(ULONG nPercent) = 0; // of ProgressBar
-    virtual void SetEnabled(ProgressControl control, bool bEnabled) = 0;
-    virtual void SetShown(ProgressControl control, bool bShown) = 0;
-    virtual LONG Top(ProgressControl control) = 0;
-    virtual void MoveDown(ProgressControl control, LONG nDelta) = 0;
-    virtual void GrowHeight(LONG nDelta) = 0;
     // An error is shown and the conversion waits for a button. A view that can't be
     // clicked asks here; it may block for as long as the user does.
     virtual void AskUser() = 0;

@@ -1,19 +1,17 @@
 // ConsoleProgress: what a progress box shows itself on in a program without windows.
-// It tells bad lines on standard error and has each of them skipped.
+// It prints bad lines on standard error and has each of them skipped.
 #pragma once
 
 #include <cstdio>
-#include <map>
-#include <string>
 
 #include "../common/RowSink.h"
+#include "interfaces/ControlTable.h"
 #include "interfaces/IProgressView.h"
 
-class ConsoleProgress final : public IQRL_TabulexConverter::IProgressView
+class ConsoleProgress final
+    : public IQRL_TabulexConverter::ControlTable<IQRL_TabulexConverter::IProgressView>
 {
 public:
-    using Control = IQRL_TabulexConverter::ProgressControl;
-
     // For TabulexSetProgressViews.
     static IProgressView* Make(void*) { return new ConsoleProgress; }
 
@@ -21,33 +19,19 @@ public:
     {
         m_pButtons = pButtons;
     }
-    void SetText(Control control, const OLECHAR* pszText) override
-    {
-        m_texts[control] = Utf8(pszText);
-    }
+    void Hide() override {}
+    void SetPercent(ULONG) override {}
     void AskUser() override
     {
         using namespace IQRL_TabulexConverter;
-        std::fprintf(stderr, "line %s, field %s: %s\n", m_texts[ProgressErrorLine].c_str(),
-                     m_texts[ProgressErrorField].c_str(), m_texts[ProgressErrorText].c_str());
+        std::fprintf(stderr, "line %s, field %s: %s\n", Utf8(Text(ProgressErrorLine)).c_str(),
+                     Utf8(Text(ProgressErrorField)).c_str(), Utf8(Text(ProgressErrorText)).c_str());
         m_pButtons->Press(ProgressSkip);
     }
     void Release() override { delete this; }
-
-    // ---- looks, which a console lacks
-
-    void Hide() override {}
-    void SetCaption(const OLECHAR*) override {}
-    void SetPercent(ULONG) override {}
-    void SetEnabled(Control, bool) override {}
-    void SetShown(Control, bool) override {}
-    LONG Top(Control) override { return 0; }
-    void MoveDown(Control, LONG) override {}
-    void GrowHeight(LONG) override {}
 
 private:
     ~ConsoleProgress() = default;
 
     IQRL_TabulexConverter::IProgressButtons* m_pButtons = nullptr;
-    std::map<Control, std::string> m_texts;
 };

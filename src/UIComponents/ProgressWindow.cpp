@@ -4,6 +4,7 @@
 #include "interfaces/FieldsAndResolutions.h"
 #include "module/Guarded.h"
 #include "src/UIComponents/ProgressFigures.h"
+#include "src/UIComponents/views/ControlPlaces.h"
 
 namespace Hesperon::specifics::UILayer {
 
@@ -31,7 +32,7 @@ HRESULT CProgressWindow::Open(const std::shared_ptr<CProgressState>& pState, LON
     pWindow->LayOutErrorSection();
     pWindow->SetText(ProgressFileName, pState->FileName());
     if (const string_t sTitle = pState->Title(); !sTitle.empty())
-        pWindow->m_pView->SetCaption(sTitle.c_str());
+        pWindow->SetText(kWholeView, sTitle);
     // From here on it owns itself. The user may press a button before Show returns.
     CProgressWindow& window = *pWindow.release();
     window.m_pView->Show(hwndParent, &window);
@@ -76,7 +77,7 @@ bool CProgressWindow::Dispatch(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
             m_pView->SetEnabled(control, false);
         return true;
     case kTitleMessage:
-        m_pView->SetCaption(m_pState->Title().c_str());
+        SetText(kWholeView, m_pState->Title());
         return true;
     case kFileNameMessage:
         SetText(ProgressFileName, m_pState->FileName());
@@ -120,9 +121,9 @@ FLOAT CProgressWindow::RelativePos(ULONGLONG nPos)
     return fRelative;
 }
 
-void CProgressWindow::SetText(ProgressControl control, const string_t& sText)
+void CProgressWindow::SetText(LONG nControl, const string_t& sText)
 {
-    m_pView->SetText(control, sText.c_str());
+    m_pView->SetText(nControl, sText.c_str());
 }
 
 // ---- errors
@@ -157,14 +158,14 @@ void CProgressWindow::LayOutErrorSection()
 {
     if (m_bErrorsExpanded)
         return;
-    const LONG nHeight = m_pView->Top(ProgressErrorBottom) - m_pView->Top(ProgressErrorTop);
+    const LONG nHeight = Top(*m_pView, ProgressErrorBottom) - Top(*m_pView, ProgressErrorTop);
     const LONG nDelta = m_bShowErrors ? nHeight : -nHeight;
     for (const ProgressControl control : kErrorTexts)
         m_pView->SetShown(control, m_bShowErrors);
     m_pView->SetShown(ProgressErrorBottom, m_bShowErrors);
-    m_pView->GrowHeight(nDelta);
+    GrowHeight(*m_pView, kWholeView, nDelta);
     for (const ProgressControl control : {ProgressCancel, ProgressSkipAll, ProgressSkip})
-        m_pView->MoveDown(control, nDelta);
+        MoveDown(*m_pView, control, nDelta);
     for (const ProgressControl control : {ProgressSkipAll, ProgressSkip})
         m_pView->SetShown(control, m_bShowErrors);
     m_bErrorsExpanded = m_bShowErrors;

@@ -11,7 +11,7 @@
 #include "module/Module.h"
 #include "platform/WindowMessage.h"
 #include "src/UIComponents/ProgressState.h"
-#include "src/UIComponents/ProgressView.h"
+#include "src/UIComponents/views/ProgressView.h"
 
 namespace Hesperon::specifics::UILayer {
 
@@ -57,7 +57,7 @@ private:
     void LayOutErrorSection();
     void SkipAll();
     void Cancel();
-    void SetText(ProgressControl control, const string_t& sText);
+    void SetText(LONG nControl, const string_t& sText);
 
     const ModuleLock m_moduleLock; // it may outlive its box until its thread dispatches
     const std::shared_ptr<CProgressState> m_pState;

@@ -6,14 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "interfaces/ControlTable.h"
 #include "interfaces/NativeHost.h"
 #include "tests/data/Text.h"
 
-class ScriptedView final : public IQRL_TabulexConverter::IProgressView
+class ScriptedView final
+    : public IQRL_TabulexConverter::ControlTable<IQRL_TabulexConverter::IProgressView>
 {
 public:
-    using Control = IQRL_TabulexConverter::ProgressControl;
-
     // What a view does and what it is asked; set before the session starts.
     struct Script
     {
@@ -39,29 +39,19 @@ public:
         m_script.life.push_back("show");
     }
     void Hide() override { m_script.life.push_back("hide"); }
-    void SetCaption(const OLECHAR*) override {}
-    void SetText(Control control, const OLECHAR* pszText) override
+    void SetText(LONG nControl, const OLECHAR* pszText) override
     {
-        using namespace IQRL_TabulexConverter;
-        const std::string text = Utf8(pszText);
-        if (control == ProgressFileName)
-            m_script.sFileName = text;
-        else if (control == ProgressErrorLine)
-            m_sLine = text;
-        else if (control == ProgressErrorField)
-            m_sField = text;
-        else if (control == ProgressErrorText)
-            m_sError = text;
+        ControlTable::SetText(nControl, pszText);
+        if (nControl == IQRL_TabulexConverter::ProgressFileName)
+            m_script.sFileName = Utf8(pszText);
     }
     void SetPercent(ULONG) override {}
-    void SetEnabled(Control, bool) override {}
-    void SetShown(Control, bool) override {}
-    LONG Top(Control) override { return 0; }
-    void MoveDown(Control, LONG) override {}
-    void GrowHeight(LONG) override {}
     void AskUser() override
     {
-        m_script.questions.push_back(m_sLine + " " + m_sField + " " + m_sError);
+        using namespace IQRL_TabulexConverter;
+        m_script.questions.push_back(Utf8(Text(ProgressErrorLine)) + " " +
+                                     Utf8(Text(ProgressErrorField)) + " " +
+                                     Utf8(Text(ProgressErrorText)));
         if (m_script.onAsk)
             m_script.onAsk(*m_pButtons);
     }
@@ -77,5 +67,4 @@ private:
 
     Script& m_script;
     IQRL_TabulexConverter::IProgressButtons* m_pButtons = nullptr;
-    std::string m_sLine, m_sField, m_sError;
 };

@@ -7,7 +7,8 @@
 #include <thread>
 #include <vector>
 
-#include "src/UIComponents/ProgressView.h"
+#include "interfaces/ControlTable.h"
+#include "src/UIComponents/views/ProgressView.h"
 #include "tests/data/Text.h"
 
 namespace ui_test {
@@ -42,10 +43,15 @@ private:
     Calls m_calls;
 };
 
-class FakeView final : public IProgressView
+// Moves are kept as the distance downwards, and those of the box as its growth.
+class FakeView final : public ControlTable<IProgressView>
 {
 public:
-    explicit FakeView(ViewLog& log) : m_log(log) {}
+    explicit FakeView(ViewLog& log) : m_log(log)
+    {
+        ControlTable::Move(ProgressErrorTop, {0, 100, 0, 102});
+        ControlTable::Move(ProgressErrorBottom, {0, 160, 0, 162});
+    }
 
     // Where the press comes from; the view may be gone when they return.
     std::function<void(FakeView&)> m_onAsk, m_onShow, m_onErrorText;
@@ -59,31 +65,36 @@ public:
         Run(m_onShow);
     }
     void Hide() override { Told("close"); }
-    void SetCaption(const OLECHAR* pszText) override { Told("caption " + Utf8(pszText)); }
-    void SetText(ProgressControl control, const OLECHAR* pszText) override
+    void SetText(LONG nControl, const OLECHAR* pszText) override
     {
-        Told("text", control, Utf8(pszText));
-        if (control == ProgressErrorText)
+        ControlTable::SetText(nControl, pszText);
+        if (nControl == kWholeView)
+            Told("caption " + Utf8(pszText));
+        else
+            Told("text", nControl, Utf8(pszText));
+        if (nControl == ProgressErrorText)
             Run(m_onErrorText);
     }
     void SetPercent(ULONG nPercent) override { Told("percent " + std::to_string(nPercent)); }
-    void SetEnabled(ProgressControl control, bool bEnabled) override
+    void SetEnabled(LONG nControl, bool bEnabled) override
     {
-        Told(bEnabled ? "enable" : "disable", control);
+        ControlTable::SetEnabled(nControl, bEnabled);
+        Told(bEnabled ? "enable" : "disable", nControl);
     }
-    void SetShown(ProgressControl control, bool bShown) override
+    void SetShown(LONG nControl, bool bShown) override
     {
-        Told(bShown ? "show" : "hide", control);
+        ControlTable::SetShown(nControl, bShown);
+        Told(bShown ? "show" : "hide", nControl);
     }
-    LONG Top(ProgressControl control) override
+    void Move(LONG nControl, const ControlPlace& place) override
     {
-        return control == ProgressErrorTop ? 100 : control == ProgressErrorBottom ? 160 : -1;
+        const ControlPlace before = Place(nControl);
+        ControlTable::Move(nControl, place);
+        if (nControl == kWholeView)
+            Told("grow " + std::to_string(place.nBottom - before.nBottom));
+        else
+            Told("move", nControl, std::to_string(place.nTop - before.nTop));
     }
-    void MoveDown(ProgressControl control, LONG nDelta) override
-    {
-        Told("move", control, std::to_string(nDelta));
-    }
-    void GrowHeight(LONG nDelta) override { Told("grow " + std::to_string(nDelta)); }
     void AskUser() override
     {
         Told("ask");
@@ -96,14 +107,16 @@ public:
     }
 
 private:
+    ~FakeView() = default;
+
     void Told(std::string sCall)
     {
         m_log.Add(m_thread == std::this_thread::get_id() ? std::move(sCall)
                                                          : sCall + " on another thread");
     }
-    void Told(const std::string& sVerb, ProgressControl control, const std::string& sValue = {})
+    void Told(const std::string& sVerb, LONG nControl, const std::string& sValue = {})
     {
-        Told(sVerb + " " + std::to_string(control) + (sValue.empty() ? "" : " " + sValue));
+        Told(sVerb + " " + std::to_string(nControl) + (sValue.empty() ? "" : " " + sValue));
     }
     void Run(const std::function<void(FakeView&)>& call)
     {

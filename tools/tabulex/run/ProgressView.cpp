@@ -1,7 +1,6 @@
 #include "tools/tabulex/run/ProgressView.h"
 
-#include <map>
-
+#include "interfaces/ControlTable.h"
 #include "interfaces/NativeHost.h"
 #include "tools/tabulex/output/Formats.h"
 #include "tools/tabulex/run/Interrupt.h"
@@ -26,7 +25,7 @@ ULONGLONG NumberOr(const std::string& text, ULONGLONG nOther)
     return ParseWhole(text).value_or(nOther);
 }
 
-class View final : public IProgressView
+class View final : public ControlTable<IProgressView>
 {
 public:
     explicit View(std::shared_ptr<ProgressViews::Run> run) : m_run(std::move(run))
@@ -36,59 +35,40 @@ public:
 
     void Show(LONG_PTR, IProgressButtons* pButtons) override { m_buttons = pButtons; }
     void Hide() override { m_buttons = nullptr; }
-    void SetCaption(const OLECHAR*) override {}
-    void SetText(ProgressControl control, const OLECHAR* pszText) override;
+    void SetText(LONG nControl, const OLECHAR* pszText) override;
     void SetPercent(ULONG nPercent) override { m_progress.nPercent = nPercent; }
-    void SetEnabled(ProgressControl, bool) override {}
-    void SetShown(ProgressControl, bool) override {}
-    LONG Top(ProgressControl) override { return 0; } // a line has no places
-    void MoveDown(ProgressControl, LONG) override {}
-    void GrowHeight(LONG) override {}
     void AskUser() override;
     void Release() override { delete this; }
 
 private:
     ~View() { --m_run->nViews; }
 
+    std::string TextAt(LONG nControl) { return ToUtf8(Text(nControl)); }
+
     std::shared_ptr<ProgressViews::Run> m_run;
     IProgressButtons* m_buttons = nullptr;
     Progress m_progress;
-    std::map<ProgressControl, std::string> m_error; // texts of the error section
 };
 
 // The elapsed time is the last figure that the box writes at each progress.
-void View::SetText(ProgressControl control, const OLECHAR* pszText)
+void View::SetText(LONG nControl, const OLECHAR* pszText)
 {
-    const std::string text = ToUtf8(pszText);
-    switch (control) {
-    case ProgressRecords:
-        m_progress.nRecords = NumberOr(text, 0);
-        break;
-    case ProgressRemaining:
-        m_progress.sRemaining = text;
-        break;
-    case ProgressElapsed:
-        m_progress.sElapsed = text;
-        if (m_run->bar)
-            m_run->bar->Show(m_progress);
-        break;
-    case ProgressErrorLine:
-    case ProgressErrorField:
-    case ProgressErrorText:
-        m_error[control] = text;
-        break;
-    default:
-        break;
-    }
+    ControlTable::SetText(nControl, pszText);
+    if (nControl != ProgressElapsed || !m_run->bar)
+        return;
+    m_progress.nRecords = NumberOr(TextAt(ProgressRecords), 0);
+    m_progress.sRemaining = TextAt(ProgressRemaining);
+    m_progress.sElapsed = TextAt(ProgressElapsed);
+    m_run->bar->Show(m_progress);
 }
 
 void View::AskUser()
 {
     if (!m_buttons || !m_run->errors)
         return;
-    const BadLine bad{NumberOr(m_error[ProgressErrorLine], 0),
-                      static_cast<LONG>(NumberOr(m_error[ProgressErrorField], kWholeRecord)),
-                      m_error[ProgressErrorText]};
+    const BadLine bad{NumberOr(TextAt(ProgressErrorLine), 0),
+                      static_cast<LONG>(NumberOr(TextAt(ProgressErrorField), kWholeRecord)),
+                      TextAt(ProgressErrorText)};
     const bool bGoOn = m_run->errors->Tell(bad) && !Interrupted();
     m_buttons->Press(bGoOn ? ProgressSkip : ProgressCancel);
 }

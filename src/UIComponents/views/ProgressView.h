@@ -19,7 +19,7 @@ struct ReleaseView
 };
 using ProgressViewPtr = std::unique_ptr<IProgressView, ReleaseView>;
 
-// Null takes the host's factory away. Before boxes are shown.
+// The host's factory, before boxes are shown; null takes it away.
 void SetProgressViews(ProgressViewFactory pfnMake, void* pContext);
 
 // A view for the calling thread, never null: the host's, else the system's own.

@@ -1,4 +1,6 @@
-#include "src/UIComponents/ProgressView.h"
+#include "src/UIComponents/views/ProgressView.h"
+
+#include "interfaces/ControlTable.h"
 
 namespace Hesperon::specifics::UILayer {
 
@@ -14,23 +16,18 @@ Factory g_factory;
 
 // Shows nothing. To skip all at the first bad line delivers the same as to skip line
 // by line, and spares the worker a call over here for each.
-class CSilentView final : public IProgressView
+class CSilentView final : public IQRL_TabulexConverter::ControlTable<IProgressView>
 {
 public:
     void Show(LONG_PTR, IProgressButtons* pButtons) override { m_pButtons = pButtons; }
     void Hide() override {}
-    void SetCaption(const OLECHAR*) override {}
-    void SetText(ProgressControl, const OLECHAR*) override {}
     void SetPercent(ULONG) override {}
-    void SetEnabled(ProgressControl, bool) override {}
-    void SetShown(ProgressControl, bool) override {}
-    LONG Top(ProgressControl) override { return 0; }
-    void MoveDown(ProgressControl, LONG) override {}
-    void GrowHeight(LONG) override {}
     void AskUser() override { m_pButtons->Press(IQRL_TabulexConverter::ProgressSkipAll); }
     void Release() override { delete this; }
 
 private:
+    ~CSilentView() = default;
+
     IProgressButtons* m_pButtons = nullptr;
 };
 

@@ -1,0 +1,34 @@
+// What presenters do with the places of controls.
+#pragma once
+
+#include "interfaces/IControlsView.h"
+
+namespace Hesperon::specifics::UILayer {
+
+using IQRL_TabulexConverter::ControlPlace;
+using IQRL_TabulexConverter::IControlsView;
+using IQRL_TabulexConverter::kWholeView;
+
+inline LONG Top(IControlsView& view, LONG nControl)
+{
+    return view.Place(nControl).nTop;
+}
+
+// Moves a control by nDelta, up where it is negative.
+inline void MoveDown(IControlsView& view, LONG nControl, LONG nDelta)
+{
+    ControlPlace place = view.Place(nControl);
+    place.nTop += nDelta;
+    place.nBottom += nDelta;
+    view.Move(nControl, place);
+}
+
+// Makes a control, or the whole view, higher by nDelta; its top stays.
+inline void GrowHeight(IControlsView& view, LONG nControl, LONG nDelta)
+{
+    ControlPlace place = view.Place(nControl);
+    place.nBottom += nDelta;
+    view.Move(nControl, place);
+}
+
+} // namespace Hesperon::specifics::UILayer
