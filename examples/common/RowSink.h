@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "interfaces/FieldsAndResolutions.h"
 #include "interfaces/IqrlTabulexDataSink.h"
 #include "platform/com_ptr.h"
 #include "platform/values.h"
@@ -27,17 +28,17 @@ inline std::string Utf8(string_view_t text)
 class RowSink final : public IQRL_TabulexConverter::IqrlTabulexDataSink
 {
 public:
-    // With the ids of the file's fields, as GetField gives them, 0 where a field has none.
+    // With the ids of the file's fields, as GetField gives them.
     explicit RowSink(const std::vector<LONG>& fieldIds = {})
     {
         // A batch has the fields with an id, in the order of the file.
         LONG nColumn = 0;
         for (const LONG nId : fieldIds)
-            if (nId != 0)
+            if (nId != IQRL_TabulexConverter::HostFieldUndefined)
                 m_columns.emplace(nId, nColumn++);
     }
 
-    // Behind each batch. It may end the session: Unadvise(this).
+    // Called after each batch. It may end the session: Unadvise(this).
     std::function<void()> m_onBatch;
 
     bool HasEnded() const { return m_pszEnd != nullptr; }
@@ -56,7 +57,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE DataChanged(VARIANT Data) override
     {
-        if (Data.vt == VT_BSTR) { // of an enumeration
+        if (Data.vt == VT_BSTR) { // from an enumeration
             std::printf("symbol %s\n", Utf8(TextOf(Data.bstrVal)).c_str());
             return S_OK;
         }
@@ -122,7 +123,7 @@ public:
         return nLeft;
     }
 
-    // ---- IDispatch, which nobody calls on a sink
+    // ---- IDispatch: the library calls a sink by its slots
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
@@ -139,7 +140,9 @@ public:
 private:
     ~RowSink() = default;
 
-    static constexpr LONG kDate = 421, kTime = 422, kVolume = 249;
+    static constexpr LONG kDate = IQRL_TabulexConverter::HostFieldDate;
+    static constexpr LONG kTime = IQRL_TabulexConverter::HostFieldTime;
+    static constexpr LONG kVolume = IQRL_TabulexConverter::HostFieldVolume;
 
     // 0 where the file has no such field.
     Variant Cell(SAFEARRAY* batch, LONG nId, LONG nRow) const

@@ -5,6 +5,7 @@
 #include "../common/RowSink.h"
 #include "ConsoleProgress.h"
 #include "interfaces/ClassIds.h"
+#include "interfaces/FieldsAndResolutions.h"
 #include "interfaces/IqrlTabulexConvertor.h"
 #include "interfaces/NativeHost.h"
 
@@ -12,15 +13,19 @@ using namespace IQRL_TabulexConverter;
 
 namespace {
 
-// The resolutions that this host can use, by the ids of hosts. Only what is offered is
-// ever inferred. Ticks and bars of ticks share an id, and are offered in this order.
+// The resolutions that this host can use. Only what is offered is ever inferred. Ticks and
+// bars of ticks share an id, and are offered in this order.
 constexpr struct
 {
     LONG nId;
     const OLECHAR* sName;
 } kOffered[] = {
-    {1, OLESTR("Ticks")},   {1, OLESTR("Tick Bars")}, {8, OLESTR("Count Bars")},
-    {2, OLESTR("Minutes")}, {4, OLESTR("Days")},      {5, OLESTR("Weeks")},
+    {HostResolutionTicks, OLESTR("Ticks")},
+    {HostResolutionTicks, OLESTR("Tick Bars")},
+    {HostResolutionCountBars, OLESTR("Count Bars")},
+    {HostResolutionMinutes, OLESTR("Minutes")},
+    {HostResolutionDays, OLESTR("Days")},
+    {HostResolutionWeeks, OLESTR("Weeks")},
 };
 
 struct Options
@@ -60,7 +65,7 @@ void PrintDate(const char* pszWhat, const VARIANT& date)
                 t.wMinute, t.wSecond);
 }
 
-// Prints the columns and gives their ids, 0 for one that isn't delivered.
+// Prints the columns and returns their ids.
 std::vector<LONG> PrintColumns(IqrlTabulexConvertor& converter)
 {
     LONG nFields = 0;
@@ -104,7 +109,7 @@ void ListSymbols(IqrlTabulexConvertor& converter, RowSink& sink)
 
 bool Convert(IqrlTabulexConvertor& converter, RowSink& sink, const Options& options)
 {
-    // S_FALSE: the sink has been told why not. A portion checks by itself.
+    // S_FALSE: the sink got the reason by OnError. A portion checks by itself.
     if (!options.bPortion && converter.CheckConverterSettings(0, &sink) != S_OK)
         return false;
     sink.m_onBatch = [&] {
@@ -146,8 +151,8 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "%s can't be opened\n", options.pszFile);
         return 1;
     }
-    // A session goes by the address of its sink. Both sinks live until the end, so that
-    // the two have different ones.
+    // A session is known by the address of its sink. Both sinks live until the end, so that
+    // their addresses differ.
     const com_ptr<RowSink> rows(new RowSink(PrintColumns(*converter.get())));
     const com_ptr<RowSink> symbols(new RowSink);
     PrintSettings(*converter.get());

@@ -5,9 +5,9 @@
 //   converter.Call(OLESTR("GetField"), 0, &nId, form.put());
 //
 // An argument is what the operation declares: LONG, BSTR or IDispatch*, or for what it
-// gives back the address of a LONG, BSTR, ULONGLONG or VARIANT_BOOL. Of another kind by
-// value it is coerced. Arguments are borrowed. Each call gives the operation's own
-// result code, or that of the dispatcher where it wasn't reached.
+// gives back the address of a LONG, BSTR, ULONGLONG or VARIANT_BOOL. A value of another kind
+// is coerced. Arguments are borrowed. Each call gives the operation's own result code, or
+// the dispatcher's where the operation wasn't reached.
 #pragma once
 
 #include <iterator>
@@ -23,7 +23,7 @@ public:
     template <class... T>
     HRESULT Call(const OLECHAR* pszName, T... arguments) const
     {
-        // The first argument is the last value.
+        // Values lie in reverse: the first argument comes last.
         VARIANT values[sizeof...(T) + 1];
         VARIANT* p = std::end(values);
         ((*--p = Value(arguments)), ...);

@@ -8,7 +8,7 @@
 class Library
 {
 public:
-    // Throws std::runtime_error. A library that has been loaded stays.
+    // Throws std::runtime_error. The library stays loaded until the process ends.
     static void Load(const char* pszPath)
     {
         m_handle = dlopen(pszPath, RTLD_NOW);

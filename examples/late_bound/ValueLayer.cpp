@@ -1,6 +1,6 @@
 // The calls of the value layer that this host makes, itself or through Bstr and Variant.
-// On Windows they are the system's; here the component library has them, and since this
-// host isn't linked to it, each is passed on to the loaded one.
+// On Windows the system has them. Here the component library does, and since this host isn't
+// linked to it, each call is passed on to the loaded library.
 #include "Library.h"
 #include "platform/component.h"
 

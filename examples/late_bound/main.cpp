@@ -6,6 +6,7 @@
 #include "ByName.h"
 #include "Library.h"
 #include "interfaces/ClassIds.h"
+#include "interfaces/FieldsAndResolutions.h"
 #include "interfaces/Module.h"
 #include "interfaces/NativeHost.h"
 
@@ -19,7 +20,7 @@ void Require(HRESULT hr, const char* pszWhat)
         throw std::runtime_error(pszWhat);
 }
 
-// The one interface beside IDispatch is that of the class's factory.
+// Only the class factory is called by its own interface; the object has IDispatch alone.
 ByName CreateConverter()
 {
     const auto getClassObject = Library::Entry<decltype(DllGetClassObject)>("DllGetClassObject");
@@ -35,14 +36,19 @@ ByName CreateConverter()
 void OfferResolutions(const ByName& converter)
 {
     constexpr std::pair<LONG, const OLECHAR*> kOffered[] = {
-        {1, OLESTR("Ticks")},   {1, OLESTR("Tick Bars")}, {8, OLESTR("Count Bars")},
-        {2, OLESTR("Minutes")}, {4, OLESTR("Days")},      {5, OLESTR("Weeks")}};
+        {HostResolutionTicks, OLESTR("Ticks")},
+        {HostResolutionTicks, OLESTR("Tick Bars")},
+        {HostResolutionCountBars, OLESTR("Count Bars")},
+        {HostResolutionMinutes, OLESTR("Minutes")},
+        {HostResolutionDays, OLESTR("Days")},
+        {HostResolutionWeeks, OLESTR("Weeks")},
+    };
     for (const auto& [nId, pszName] : kOffered)
         Require(converter.Call(OLESTR("AddResolutionTemplate"), nId, Bstr(pszName).get()),
                 "AddResolutionTemplate");
 }
 
-// Prints the columns and gives their ids, 0 for one that isn't delivered.
+// Prints the columns and returns their ids.
 std::vector<LONG> PrintColumns(const ByName& converter)
 {
     Variant count;
@@ -57,7 +63,7 @@ std::vector<LONG> PrintColumns(const ByName& converter)
     return ids;
 }
 
-// Of records, which is known for certain once the file has been read to its end.
+// The count of records is certain once the file has been read to its end.
 void PrintCount(const ByName& converter)
 {
     Variant object;
@@ -79,7 +85,7 @@ bool Convert(const ByName& converter, const std::vector<LONG>& fieldIds, unsigne
     };
     const LONG kNoWindow = 0;
     if (converter.Call(OLESTR("CheckConverterSettings"), kNoWindow, pSink) != S_OK)
-        return false; // the sink has been told why not
+        return false; // the sink got the reason by OnError
     Require(converter.Call(OLESTR("DoConvert"), pSink, kNoWindow), "DoConvert");
     const auto pump = Library::Entry<decltype(TabulexPumpMessages)>("TabulexPumpMessages");
     while (!sink->HasEnded())

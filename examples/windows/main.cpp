@@ -1,7 +1,8 @@
-// A host on Windows that needs no registration: it is linked to the library's entries,
+// A host on Windows that needs no registration: it is linked to the library's entries. It
 // converts a quote file, and has a message loop like any other program.
 #include "../common/RowSink.h"
 #include "interfaces/ClassIds.h"
+#include "interfaces/FieldsAndResolutions.h"
 #include "interfaces/IqrlTabulexConvertor.h"
 #include "interfaces/Module.h"
 
@@ -50,15 +51,15 @@ int Convert(const wchar_t* pszFile)
     const com_ptr<IqrlTabulexConvertor> converter = CreateConverter();
     if (!converter)
         return 1;
-    constexpr LONG kMinutes = 2, kDays = 4; // what this host can use, by the ids of hosts
-    converter->AddResolutionTemplate(kMinutes, Bstr(L"Minutes").get());
-    converter->AddResolutionTemplate(kDays, Bstr(L"Days").get());
+    // What this host can use.
+    converter->AddResolutionTemplate(HostResolutionMinutes, Bstr(L"Minutes").get());
+    converter->AddResolutionTemplate(HostResolutionDays, Bstr(L"Days").get());
     if (converter->put_FileName(Bstr(pszFile).get()) != S_OK) {
         std::fprintf(stderr, "%ls can't be opened\n", pszFile);
         return 1;
     }
     const com_ptr<RowSink> sink(new RowSink(FieldIds(*converter.get())));
-    // Without a view of the host's nothing asks about bad lines.
+    // A portion skips bad lines without asking.
     if (FAILED(converter->DoConvertPortion(0, sink.get(), 0, ~0ull)))
         return 1;
     RunMessagesUntilEnd(*sink.get());
