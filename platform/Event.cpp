@@ -36,7 +36,7 @@ struct Event::Waiter
 {
     Sleeper sleeper;
     int nResult = kNotYet;
-    Place places[2];
+    Place places[kMostEvents];
     int nPlaces = 0;
 
     void Leave()
@@ -61,8 +61,10 @@ struct Event::Waiter
 
 Event::Event(Kind kind, bool bSignalled) : m_kind(kind), m_bSignalled(bSignalled) {}
 
+// A thread that took the signal may come here while Set() is still at work.
 Event::~Event()
 {
+    const std::lock_guard lock(g_lock);
     assert(!m_pFirst);
 }
 
@@ -96,7 +98,13 @@ std::optional<int> Event::WaitAny(Event& first, Event& second, Timeout timeout)
     return WaitFor(events, 2, timeout, false);
 }
 
-std::optional<int> Event::WaitAnyOrInput(Event& first, Event& second, Timeout timeout)
+std::optional<int> Event::WaitAny(Event& first, Event& second, Event& third, Timeout timeout)
+{
+    Event* const events[] = {&first, &second, &third};
+    return WaitFor(events, 3, timeout, false);
+}
+
+std::optional<int> Event::WaitAnyOrSystemInput(Event& first, Event& second, Timeout timeout)
 {
     Event* const events[] = {&first, &second};
     return WaitFor(events, 2, timeout, true);
@@ -128,7 +136,7 @@ std::optional<int> Event::WaitFor(Event* const* events, int nEvents, Timeout tim
     if (waiter.nResult != kNotYet)
         return waiter.nResult;
     waiter.Leave();
-    return ending == Sleeper::Ending::Input ? std::optional<int>(kInput) : std::nullopt;
+    return ending == Sleeper::Ending::Input ? std::optional<int>(kSystemInput) : std::nullopt;
 }
 
 void Event::Enqueue(Place& place)

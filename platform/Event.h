@@ -3,8 +3,8 @@
 // A manual-reset event stays signalled until Reset() and lets all waiters
 // through; an auto-reset event lets one waiter through and is then unsignalled.
 // All operations may be called from any thread. An event must outlive its
-// waiters. A poll (Wait with zero timeout) of an unsignalled event reads one
-// atomic and takes no lock, so it may stand in a loop over records.
+// waiters, and may go as soon as they have been let through. A poll (Wait with zero timeout) of an
+// unsignalled event reads one atomic and takes no lock, so it may stand in a loop over records.
 #pragma once
 
 #include <atomic>
@@ -40,16 +40,22 @@ public:
     // through, the first one where both are signalled; empty on timeout.
     static std::optional<int> WaitAny(Event& first, Event& second, Timeout timeout = {});
 
-    // The same, but gives kInput as soon as a message comes for the calling thread's windows,
-    // if none of the events does before. Messages that the thread has seen and left in its
-    // queue don't count. Only on a system that keeps such a queue for each thread.
-    static constexpr int kInput = 2;
-    static std::optional<int> WaitAnyOrInput(Event& first, Event& second, Timeout timeout = {});
+    // The same for three.
+    static std::optional<int> WaitAny(Event& first, Event& second, Event& third, Timeout timeout);
+
+    // The same for two, but gives kSystemInput as soon as a message comes for the calling
+    // thread's windows, if no event is set before. Messages that the thread has seen and left
+    // in its queue don't count. Only where the system keeps such a queue for each thread; see
+    // WaitAnyOrInput in MessageWindow.h for all.
+    static constexpr int kSystemInput = 2;
+    static std::optional<int> WaitAnyOrSystemInput(Event& first, Event& second, Timeout timeout);
 
 private:
-    // A thread that waits for one event or two, and its place in an event's queue.
+    // A thread that waits for events, and its place in the queue of one of them.
     struct Waiter;
     struct Place;
+
+    static constexpr int kMostEvents = 3; // that one thread waits for
 
     static std::optional<int> WaitFor(Event* const* events, int nEvents, Timeout timeout,
                                       bool bInput);

@@ -8,9 +8,10 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <optional>
-#include <thread>
 
+#include "platform/CriticalSection.h"
 #include "platform/Event.h"
 #include "platform/component.h"
 
@@ -64,34 +65,29 @@ bool PostWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_
 // for the next call.
 unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout);
 
+// Calls `isOver`, which waits for something or for input, until it gives true, and dispatches
+// what has come for the calling thread after each call that gives false.
+void DispatchUntil(const std::function<bool()>& isOver);
+
 // Whether the calling thread has windows, so that others may wait for it.
 bool OwnsWindows();
 
-// Waits for an event. A thread with windows dispatches meanwhile, since who is to set it
-// may be waiting for a message to be handled here.
-void WaitPumping(Event& event);
+// Waits for one of two, as Event::WaitAny does, but gives kInput as soon as a message or a
+// timer is there for the calling thread's windows, if no event is set before. The message
+// stays for PumpMessages.
+inline constexpr int kInput = 2;
+std::optional<int> WaitAnyOrInput(Event& first, Event& second, Event::Timeout timeout = {});
 
 // Waits for one of two, as Event::WaitAny does, and dispatches what comes for the calling
 // thread meanwhile. A request to quit ends the wait like the end of its time: that thread
 // has nobody else to take it.
 std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout timeout);
 
-// Takes a lock. Who holds it may be waiting for a message to be handled by this thread:
-// a thread with windows dispatches while it waits, but for a moment at first, within
-// which a holder that merely works lets go.
-template <class Lock>
-void LockPumping(Lock& lock)
-{
-    if (!OwnsWindows()) {
-        lock.lock();
-        return;
-    }
-    constexpr std::chrono::milliseconds kMoment{50};
-    const auto tPump = std::chrono::steady_clock::now() + kMoment;
-    while (!lock.try_lock()) {
-        if (std::chrono::steady_clock::now() < tPump)
-            std::this_thread::yield();
-        else
-            PumpMessages(std::chrono::milliseconds(1));
-    }
-}
+// Waits for an event and dispatches meanwhile, since who is to set it may be waiting for a
+// message to be handled here.
+void WaitPumping(Event& event);
+
+// Takes a lock. Who holds it may be waiting for a message to be handled by this thread: a
+// thread with windows dispatches while it waits, but not for the first 50 ms, within which a
+// holder that merely works lets go. It is served before threads that wait by lock().
+void LockPumping(CriticalSection& section);

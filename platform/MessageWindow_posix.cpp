@@ -1,12 +1,14 @@
 // Windows as queues: one a thread, drained by PumpMessages and by sends that wait.
 //
 // One lock guards the table of windows and all queues: messages are few, one or two
-// a batch of records, and a window can then go without a word to its senders.
+// a batch of records, and a window can then go without a word to its senders. A thread
+// waits without the lock, for the event of its queue; the event is set under the lock after
+// each change, so none is missed. It may be set for what has been handled already: who is
+// woken looks again.
 
 #include "platform/MessageWindow.h"
 
 #include <algorithm>
-#include <condition_variable>
 #include <list>
 #include <map>
 #include <memory>
@@ -38,7 +40,7 @@ struct Message
 // The messages of one thread.
 struct Queue
 {
-    std::condition_variable changed;
+    Event changed{Event::Kind::AutoReset}; // a message, or the answer to one, has come
     std::list<Message> messages;
 };
 
@@ -72,7 +74,7 @@ void Answer(const Message& message, LONG_PTR nResult)
         return;
     message.pReply->nResult = nResult;
     message.pReply->bDone = true;
-    message.pReply->sender.changed.notify_all();
+    message.pReply->sender.changed.Set();
 }
 
 // A thread's queue, and the end of its windows with it.
@@ -162,16 +164,6 @@ struct WindowDispatch
         return true;
     }
 
-    static void Wait(Lock& lock, Queue& queue, std::optional<Clock::time_point> until)
-    {
-        if (const auto* pEntry = NextTimer(queue))
-            until = until ? std::min(*until, pEntry->second.tNext) : pEntry->second.tNext;
-        if (until)
-            queue.changed.wait_until(lock, *until);
-        else
-            queue.changed.wait(lock);
-    }
-
     static unsigned DeliverAll(Lock& lock, Queue& queue)
     {
         unsigned nHandled = 0;
@@ -194,12 +186,15 @@ struct WindowDispatch
         Reply reply{own};
         queue.messages.push_back(message);
         queue.messages.back().pReply = &reply;
-        queue.changed.notify_all();
+        queue.changed.Set();
         // Who waits for this thread in turn must not wait for ever.
         const auto isSent = [](const Message& waiting) { return waiting.pReply != nullptr; };
         while (!reply.bDone)
-            if (!DeliverNext(lock, own, isSent) && !reply.bDone)
-                own.changed.wait(lock);
+            if (!DeliverNext(lock, own, isSent) && !reply.bDone) {
+                lock.unlock();
+                own.changed.Wait();
+                lock.lock();
+            }
         return reply.nResult;
     }
 };
@@ -264,59 +259,101 @@ bool PostWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_
         return false;
     Queue& queue = *at->second.pQueue;
     queue.messages.push_back({hWnd, nMessage, wParam, lParam, nullptr});
-    queue.changed.notify_all();
+    queue.changed.Set();
     return true;
 }
 
+namespace {
+
+// Longer times mean the same, and don't fit the clock.
+constexpr std::chrono::hours kLongest{24 * 365};
+
+std::optional<Clock::time_point> EndOf(Event::Timeout timeout)
+{
+    if (!timeout || *timeout >= kLongest)
+        return {};
+    return Clock::now() + *timeout;
+}
+
+// What is left until then, rounded up; empty where there is no end.
+Event::Timeout Left(std::optional<Clock::time_point> end)
+{
+    using std::chrono::milliseconds;
+    if (!end)
+        return {};
+    return std::max(std::chrono::ceil<milliseconds>(*end - Clock::now()), milliseconds(0));
+}
+
+std::optional<Clock::time_point> Earlier(std::optional<Clock::time_point> a,
+                                         std::optional<Clock::time_point> b)
+{
+    return a && b ? std::min(*a, *b) : (a ? a : b);
+}
+
+std::optional<Clock::time_point> NextTimerTime(const Queue& queue)
+{
+    const auto* pEntry = WindowDispatch::NextTimer(queue);
+    return pEntry ? std::optional(pEntry->second.tNext) : std::nullopt;
+}
+
+} // namespace
+
 unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout)
 {
-    // A longer wait can't be told from one without end, and doesn't fit the clock.
-    constexpr std::chrono::hours kLongest{24 * 365};
-    std::optional<Clock::time_point> until;
-    if (timeout && *timeout < kLongest)
-        until = Clock::now() + *timeout;
+    const auto end = EndOf(timeout);
     Queue& own = ThisThread();
     Lock lock(All().lock);
     for (;;) {
         if (const unsigned nHandled = WindowDispatch::DeliverAll(lock, own))
             return nHandled;
-        if (until && Clock::now() >= *until)
+        if (end && Clock::now() >= *end)
             return 0;
-        WindowDispatch::Wait(lock, own, until);
+        const auto until = Earlier(end, NextTimerTime(own));
+        lock.unlock();
+        own.changed.Wait(Left(until));
+        lock.lock();
     }
+}
+
+std::optional<int> WaitAnyOrInput(Event& first, Event& second, Event::Timeout timeout)
+{
+    constexpr std::chrono::milliseconds kNoTime(0);
+    const auto nEvent = Event::WaitAny(first, second, kNoTime);
+    if (nEvent || (timeout && *timeout <= kNoTime))
+        return nEvent;
+    Queue& own = ThisThread();
+    const auto end = EndOf(timeout);
+    std::optional<Clock::time_point> timer;
+    {
+        Lock lock(All().lock);
+        if (!own.messages.empty())
+            return kInput;
+        timer = NextTimerTime(own);
+    }
+    const auto nEnding = Event::WaitAny(first, second, own.changed, Left(Earlier(end, timer)));
+    const bool bTimer = !nEnding && timer && (!end || *timer < *end);
+    return bTimer ? kInput : nEnding;
+}
+
+std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout timeout)
+{
+    const auto end = EndOf(timeout);
+    for (;;) {
+        const auto nEnding = WaitAnyOrInput(first, second, Left(end));
+        if (nEnding != kInput)
+            return nEnding;
+        PumpMessages(std::chrono::milliseconds(0));
+    }
+}
+
+void DispatchUntil(const std::function<bool()>& isOver)
+{
+    while (!isOver())
+        PumpMessages(std::chrono::milliseconds(0));
 }
 
 bool OwnsWindows()
 {
     Lock lock(All().lock);
     return HasWindows(ThisThread());
-}
-
-namespace {
-
-// A queue and an event can't be waited for together, so windows are looked at in turns.
-constexpr std::chrono::milliseconds kTurn{1};
-
-} // namespace
-
-void WaitPumping(Event& event)
-{
-    if (!OwnsWindows())
-        event.Wait();
-    else
-        while (!event.Wait(std::chrono::milliseconds(0)))
-            PumpMessages(kTurn);
-}
-
-std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout timeout)
-{
-    const auto tStart = Clock::now();
-    while (OwnsWindows()) {
-        if (const auto nEvent = Event::WaitAny(first, second, std::chrono::milliseconds(0)))
-            return nEvent;
-        if (timeout && Clock::now() - tStart >= *timeout)
-            return {};
-        PumpMessages(kTurn);
-    }
-    return Event::WaitAny(first, second, timeout);
 }

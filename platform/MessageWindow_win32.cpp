@@ -270,6 +270,12 @@ unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout)
     }
 }
 
+std::optional<int> WaitAnyOrInput(Event& first, Event& second, Event::Timeout timeout)
+{
+    static_assert(kInput == Event::kSystemInput);
+    return Event::WaitAnyOrSystemInput(first, second, timeout);
+}
+
 std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout timeout)
 {
     const auto tStart = Clock::now();
@@ -277,23 +283,22 @@ std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout ti
         QuitRequest quit;
         DispatchAll(quit);
         const Event::Timeout left = quit ? std::chrono::milliseconds(0) : Left(timeout, tStart);
-        const auto nEnding = Event::WaitAnyOrInput(first, second, left);
+        const auto nEnding = WaitAnyOrInput(first, second, left);
         if (nEnding != Event::kInput)
             return nEnding;
     }
 }
 
 // The thread may hold objects for other apartments, so it dispatches also where no window of
-// ours is on it; and goes on behind a request to quit, since who is to set the event may
-// be waiting for it.
-void WaitPumping(Event& event)
+// ours is on it, and before it waits; and goes on after a request to quit, since the wait may
+// depend on it.
+void DispatchUntil(const std::function<bool()>& isOver)
 {
-    Event never(Event::Kind::ManualReset);
     QuitRequest quit;
     do
         while (DispatchAll(quit)) {
         }
-    while (Event::WaitAnyOrInput(event, never) == Event::kInput);
+    while (!isOver());
     quit.GiveBack();
 }
 

@@ -5,13 +5,13 @@
 #include "platform/component.h"
 #endif
 
-// An address that no two live threads share.
+// An address that no two live threads share; even, so that its lowest bit is free for a mark.
 inline const void* ThreadToken()
 {
 #if defined(_WIN32)
     return NtCurrentTeb(); // thread_local takes the compiler a call and two locks there
 #else
-    static thread_local const char token = 0;
+    alignas(2) static thread_local const char token = 0;
     return &token;
 #endif
 }
