@@ -10,7 +10,7 @@
 #include "tests/data/FakeRecordParser.h"
 #include "tests/data/MemoryFile.h"
 #include "tests/data/RecordingSink.h"
-#include "tests/data/ReportLog.h"
+#include "tests/support/ReportLog.h"
 
 namespace Hesperon::specifics {
 

@@ -12,7 +12,7 @@
 #include "platform/values.h"
 #include "src/files/IFileHandler.h"
 #include "src/files/ILineReader.h"
-#include "tests/data/Text.h"
+#include "tests/support/Text.h"
 
 class MemoryFile : public ComObject<MemoryFile, IFileHandler, ILineSource, ILineReader>
 {

@@ -10,15 +10,14 @@
 
 #include "src/data/DataParser.h"
 #include "tests/data/RecordingSink.h"
-#include "tests/data/ReportLog.h"
-#include "tests/data/TempFile.h"
+#include "tests/support/ReportLog.h"
+#include "tests/support/TempFile.h"
+#include "tests/support/Waits.h"
 
 class RealFileFixture : public testing::Test
 {
 protected:
     using CDataParser = Hesperon::specifics::CDataParser;
-
-    static constexpr auto kPatience = std::chrono::seconds(60);
 
     void SetUp() override
     {

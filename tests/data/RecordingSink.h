@@ -12,7 +12,7 @@
 #include "module/ComObject.h"
 #include "platform/Event.h"
 #include "platform/values.h"
-#include "tests/data/Text.h"
+#include "tests/support/Text.h"
 
 class RecordingSink
     : public ComObject<RecordingSink, Dual<IQRL_TabulexConverter::IDataParserEvents>>

@@ -1,4 +1,4 @@
-// Texts of tests: UTF-16 to something that can be printed and compared, and back.
+// Records of the fake record parser: fields between commas, some of them numbers.
 #pragma once
 
 #include <charconv>
@@ -6,20 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/CodePage.h"
-#include "platform/values.h"
-
-inline std::string Utf8(string_view_t sText)
-{
-    return EncodeText(65001, sText);
-}
-
-inline string_t Wide(std::string_view sText)
-{
-    string_t result;
-    DecodeBytes(65001, sText, result);
-    return result;
-}
+#include "tests/support/Text.h"
 
 inline std::vector<string_t> Split(string_view_t sText)
 {

@@ -9,6 +9,7 @@
 
 #include "src/files/AsyncTransactionPool.h"
 #include "src/files/Proxies.h"
+#include "tests/support/Seed.h"
 
 using namespace Hesperon::specifics;
 
@@ -146,13 +147,11 @@ TEST_F(AbortTest, SinkThatHoldsTheLastReferenceMayGoInTheAbort)
 
 TEST_F(AbortTest, OneEndARunUnderAbortsAtRandomMoments)
 {
-    const unsigned nSeed = std::random_device()();
-    SCOPED_TRACE(nSeed);
-    std::mt19937 random(nSeed);
-    constexpr int kRuns = 150;
+    std::mt19937 random(Seed());
+    const int nRuns = Rounds(150);
     Open(Days(1, 1500));
     int nCutOff = 0;
-    for (int i = 0; i < kRuns; ++i) {
+    for (int i = 0; i < nRuns; ++i) {
         CreateObject(sink);
         ASSERT_EQ(Start(), S_OK);
         const auto nDelay = std::chrono::microseconds(random() % 3000);

@@ -168,7 +168,7 @@ TEST_F(FileTest, OpeningIsGivenUpAfterFiveFaults)
 
 TEST_F(FileTest, EmptyFileIsOpenedWithoutDates)
 {
-    TempFile file;
+    TempFile file("");
     EXPECT_EQ(Open(*parser.get(), file), S_OK);
     EXPECT_EQ(Start(*parser.get()), 0);
     EXPECT_EQ(End(*parser.get()), 0);
@@ -306,7 +306,7 @@ TEST_F(FileTest, CodePageThatIsACandidateStays)
 
 TEST_F(FileTest, CodePageOfAnEmptyFileStays)
 {
-    TempFile file;
+    TempFile file("");
     parser->put_AutoDetectCodePage(VARIANT_TRUE);
     parser->put_Locale(936);
     ASSERT_EQ(Open(*parser.get(), file), S_OK);

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "src/parsing/DataTypes.h"
+#include "tests/data/CloneOf.h"
 #include "tests/data/RealFileFixture.h"
 
 using namespace Hesperon::specifics;
@@ -25,13 +26,6 @@ protected:
         com_ptr<IDispatch> pObject;
         EXPECT_EQ(p.get_RecordParser(pObject.put()), S_OK);
         return pObject.as<IRecordParser>();
-    }
-    static com_ptr<CDataParser> CloneOf(CDataParser& source)
-    {
-        com_ptr<IDispatch> pObject;
-        EXPECT_EQ(source.Clone(pObject.put()), S_OK);
-        return com_ptr<CDataParser>(static_cast<CDataParser*>(
-            static_cast<Dual<IDataParser>*>(pObject.as<IDataParser>().get())));
     }
 
     // All operations of a record parser that call the data parser, with what stands being

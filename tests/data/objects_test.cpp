@@ -1,6 +1,7 @@
 // How a data parser hangs together with its record parser, its clones, and the
 // handlers of file events.
 
+#include "tests/data/CloneOf.h"
 #include "tests/data/DataParserFixture.h"
 
 using namespace Hesperon::specifics;
@@ -25,23 +26,9 @@ public:
     HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG, BSTR, VARIANT_BOOL) override { return S_OK; }
 };
 
-ULONG RefsOf(IUnknown* p)
-{
-    p->AddRef();
-    return p->Release();
-}
-
 class ObjectsTest : public DataParserFixture
 {
 protected:
-    com_ptr<CDataParser> CloneOf(CDataParser& source)
-    {
-        com_ptr<IDispatch> pObject;
-        EXPECT_EQ(source.Clone(pObject.put()), S_OK);
-        // The object's first interface, and with it the object, lies at this address.
-        return com_ptr<CDataParser>(static_cast<CDataParser*>(
-            static_cast<Dual<IDataParser>*>(pObject.as<IDataParser>().get())));
-    }
     com_ptr<IRecordParser> RecordParserOf(CDataParser& owner)
     {
         com_ptr<IDispatch> pObject;

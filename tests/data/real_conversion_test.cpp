@@ -5,7 +5,9 @@
 #include <thread>
 
 #include "src/files/AsyncTransactionPool.h"
+#include "tests/data/CloneOf.h"
 #include "tests/data/RealFileFixture.h"
+#include "tests/support/Seed.h"
 
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;
@@ -15,16 +17,7 @@ namespace {
 using BadLine = RecordingSink::BadLine;
 
 class RealConversionTest : public RealFileFixture
-{
-protected:
-    com_ptr<CDataParser> CloneOf(CDataParser& source)
-    {
-        com_ptr<IDispatch> pObject;
-        EXPECT_EQ(source.Clone(pObject.put()), S_OK);
-        return com_ptr<CDataParser>(static_cast<CDataParser*>(
-            static_cast<Dual<IDataParser>*>(pObject.as<IDataParser>().get())));
-    }
-};
+{};
 
 TEST_F(RealConversionTest, RowsHoldTheTypedValuesOfTheFile)
 {
@@ -139,14 +132,12 @@ TEST_F(RealConversionTest, FileThatIsCutWhileItConvertsEndsTheRun)
 
 TEST_F(RealConversionTest, OneEndARunUnderCancelsAtRandomMoments)
 {
-    const unsigned nSeed = std::random_device()();
-    SCOPED_TRACE(nSeed);
-    std::mt19937 random(nSeed);
+    std::mt19937 random(Seed());
     TempFile file(Daily(3000));
     ASSERT_EQ(Open(*parser.get(), file), S_OK);
     int nCutOff = 0;
-    constexpr int kRuns = 100;
-    for (int i = 0; i < kRuns; ++i) {
+    const int nRuns = Rounds(100);
+    for (int i = 0; i < nRuns; ++i) {
         CreateObject(sink);
         const ULONG_PTR nTransaction = 1000 + i;
         auto clone = CloneOf(*parser.get());

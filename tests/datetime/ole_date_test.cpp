@@ -5,6 +5,7 @@
 #include "datetime/qrlDateTime.h"
 #include "tests/datetime/faults.h"
 #include "tests/datetime/values.h"
+#include "tests/support/Seed.h"
 
 namespace {
 
@@ -50,12 +51,10 @@ TEST(OleDate, ConversionLeavesTheObjectAlone)
 
 TEST(OleDate, RandomTimesComeBackToTheMillisecond)
 {
-    const unsigned nSeed = std::random_device()();
-    SCOPED_TRACE(testing::Message() << "seed " << nSeed);
-    std::mt19937 random(nSeed);
+    std::mt19937 random(Seed());
     std::uniform_int_distribution<std::int64_t> milliseconds(2 * 86'400'000LL,
                                                              65381 * 86'400'000LL - 1);
-    for (int n = 0; n < 20000; ++n) {
+    for (int n = 0; n < Rounds(20000); ++n) {
         const std::int64_t nMilliseconds = milliseconds(random);
         const double value = static_cast<double>(nMilliseconds) / 86'400'000.0;
         ASSERT_EQ(599264352000000000 + nMilliseconds * 10000, SDateTime::OleDate2Ticks(value))

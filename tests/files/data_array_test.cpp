@@ -80,7 +80,7 @@ TEST(DataArray, ReportsAndThrowsBehindTheEnd)
     array.Attach(file.Open());
     for (const ULONGLONG i : {3ull, 4ull, 10ull, ~0ull}) {
         SCOPED_TRACE(i);
-        Reports reports;
+        ReportLog reports;
         EXPECT_THROW(array[i], std::invalid_argument);
         EXPECT_EQ(reports.Texts(), Texts{"iElement < m_nSize"});
     }
@@ -144,7 +144,7 @@ TEST(DataArray, AFailedReadThrowsAndLeavesThePageBlank)
     array.Attach(file.Open());
     EXPECT_EQ(array[0], 'a');
     file.Truncate(15);
-    Reports reports;
+    ReportLog reports;
     EXPECT_THROW(array[12], std::invalid_argument);
     EXPECT_EQ(reports.Texts(), Texts{"0"});
     EXPECT_EQ(array[12], 0); // the slot bears the page's offset by now
@@ -188,7 +188,7 @@ TEST(DataArray, ReportsAForwardMoveByLessThanPages)
     const TestFile file(Letters(25));
     SmallArray array;
     array.Attach(file.Open());
-    Reports reports;
+    ReportLog reports;
     array[24];
     array[0];
     array[24];

@@ -83,7 +83,7 @@ TEST(FileConversions, ASecondOneOfTheSameConsumerIsReported)
     CFileConversions conversions;
     conversions.Start(com_ptr<IFileHandlerEvents>(consumer.get()));
     conversions.StepNext(false);
-    Reports reports;
+    ReportLog reports;
     conversions.Start(com_ptr<IFileHandlerEvents>(consumer.get()));
     EXPECT_EQ(reports.Texts(), Texts{"!pConverter"});
     conversions.StepNext(false);

@@ -242,7 +242,7 @@ TEST_F(FileHandler, RequestsOfObjectsWithoutTheInterfaceAreDropped)
     const TestFile file(NumberedLines(10));
     const auto pHandler = Attach(file);
     Signal reported;
-    Reports reports([&](const std::string&) { reported.Raise(); });
+    ReportLog reports([&](const std::string&) { reported.Raise(); });
     const auto consumer = Make<Consumer>();
     pHandler->QueueFirstRecord(AsUnknown(consumer), kKey);
     pHandler->QueueCountEvents(nullptr, kKey);

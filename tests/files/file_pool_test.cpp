@@ -111,7 +111,7 @@ TEST_F(Pool, ReleasingAnUnknownNameDoesNothing)
 TEST_F(Pool, TriesFiveTimesToOpenAMissingFile)
 {
     const TestFile file;
-    Reports reports;
+    ReportLog reports;
     const auto tBegin = std::chrono::steady_clock::now();
     EXPECT_FALSE(FilePool::AttachFile(file.Name()));
     EXPECT_GE(std::chrono::steady_clock::now() - tBegin, std::chrono::milliseconds(100));
@@ -125,7 +125,7 @@ TEST_F(Pool, OpensAFileThatAppearsAfterTheSecondAttempt)
 {
     const TestFile file;
     int nAttempts = 0;
-    Reports reports([&](const std::string&) {
+    ReportLog reports([&](const std::string&) {
         if (++nAttempts == 2)
             file.Write("ab\n");
     });
@@ -137,7 +137,7 @@ TEST_F(Pool, OpensAFileThatAppearsAfterTheSecondAttempt)
 
 TEST_F(Pool, DoesNotOpenAFolder)
 {
-    Reports reports;
+    ReportLog reports;
     EXPECT_FALSE(FilePool::AttachFile(Wide(std::filesystem::temp_directory_path().string())));
     EXPECT_EQ(reports.Texts().size(), 5u);
 }

@@ -28,7 +28,7 @@ TEST(HeapArray, ReportsAnIndexBeyondTheSize)
     array.Append(7);
     for (const ULONGLONG i : {1ull, 3ull, 4ull, ~0ull}) {
         SCOPED_TRACE(i);
-        Reports reports;
+        ReportLog reports;
         EXPECT_THROW(array[i], std::invalid_argument);
         EXPECT_EQ(reports.Texts(), std::vector<std::string>{"iElement < m_nSize"});
     }

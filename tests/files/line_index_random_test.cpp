@@ -6,6 +6,7 @@
 #include "src/files/LineIndexImpl.h"
 #include "tests/files/PlainLineIndex.h"
 #include "tests/files/Vocabulary.h"
+#include "tests/support/Seed.h"
 
 using namespace Hesperon::specifics;
 using namespace files_test;
@@ -240,12 +241,11 @@ TYPED_TEST(RandomLines, AreFoundAsThePlainRulesFindThem)
 {
     // Pages of a byte or two cost a read each.
     const int nFiles =
-        sizeof(TypeParam) && std::is_same_v<TypeParam, CDataArray<char, 1, 1>> ? 15 : 120;
-    const unsigned nSeed = std::random_device()();
-    Reports unheard;
+        Rounds(sizeof(TypeParam) && std::is_same_v<TypeParam, CDataArray<char, 1, 1>> ? 15 : 120);
+    ReportLog unheard;
     for (int nFile = 0; nFile < nFiles && !this->HasFailure(); ++nFile) {
-        SCOPED_TRACE("seed " + std::to_string(nSeed) + ", file " + std::to_string(nFile));
-        Random random(nSeed + static_cast<unsigned>(nFile));
+        SCOPED_TRACE("file " + std::to_string(nFile));
+        Random random(Seed() + static_cast<unsigned>(nFile));
         std::string bytes = RandomFile(random);
         if (Below(random, 4) == 0)
             bytes = TwoByte(bytes);

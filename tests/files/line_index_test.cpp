@@ -175,7 +175,7 @@ TEST(LineIndex, ReadsTheLastRecordBackwards)
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::PrintToString(row.bytes));
         Lines lines(row.bytes);
-        Reports reports;
+        ReportLog reports;
         EXPECT_EQ(lines.LastRecord(), row.record);
         EXPECT_EQ(reports.Texts(), row.reports);
         EXPECT_EQ(lines->RecordCount(), 0u) << "nothing is counted";
@@ -469,7 +469,7 @@ TEST(LineIndex, AFileThatShrinksUnseenFailsWhereItIsRead)
     Lines lines(NumberedLines(60000, std::string(100, 'x'))); // more than the cached pages
     lines->SeekRecord(kEnd);
     lines.File().Truncate(1000);
-    Reports reports;
+    ReportLog reports;
     EXPECT_THROW(lines.Record(0), std::invalid_argument);
     EXPECT_EQ(reports.Texts(), Texts{"0"});
 }

@@ -76,7 +76,7 @@ TEST(Transactions, ObjectsThatCannotBeCancelledAreReported)
 {
     const auto other = Make<OtherObject>();
     for (IUnknown* pObject : {other->Identity(), static_cast<IUnknown*>(nullptr)}) {
-        Reports reports;
+        ReportLog reports;
         EXPECT_EQ(AsyncTransactionPool::RegisterTransaction(5, pObject), 0u);
         EXPECT_EQ(reports.Texts(), Texts{"pAsyncTrans"});
     }
@@ -108,7 +108,7 @@ TEST(Transactions, UnregisteringNothingIsReported)
 {
     const auto transaction = Make<Transaction>();
     AsyncTransactionPool::RegisterTransaction(5, transaction->Identity());
-    Reports reports;
+    ReportLog reports;
     AsyncTransactionPool::UnregisterTransaction(nullptr);
     EXPECT_EQ(reports.Texts(), Texts{"pAsyncTrans"});
     EXPECT_TRUE(AsyncTransactionPool::CancelTransaction(5));

@@ -11,16 +11,16 @@
 #include "interfaces/NativeHost.h"
 #include "platform/CodePage.h"
 #include "platform/MessageWindow.h"
-#include "tests/data/TempFile.h"
 #include "tests/front/Minutes.h"
 #include "tests/front/NewConvertor.h"
 #include "tests/front/ScriptedSink.h"
+#include "tests/support/TempFile.h"
+#include "tests/support/Waits.h"
 
 class FrontFixture : public testing::Test
 {
 protected:
     using Strings = std::vector<std::string>;
-    static constexpr auto kPatience = std::chrono::seconds(60);
 
     void SetUp() override
     {

@@ -9,7 +9,7 @@
 #include "interfaces/IqrlTabulexDataSink.h"
 #include "module/ComObject.h"
 #include "platform/values.h"
-#include "tests/data/Text.h"
+#include "tests/support/Text.h"
 
 using IQRL_TabulexConverter::IqrlTabulexDataSink;
 

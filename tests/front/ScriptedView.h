@@ -8,7 +8,7 @@
 
 #include "interfaces/ControlTable.h"
 #include "interfaces/NativeHost.h"
-#include "tests/data/Text.h"
+#include "tests/support/Text.h"
 
 class ScriptedView final
     : public IQRL_TabulexConverter::ControlTable<IQRL_TabulexConverter::IProgressView>

@@ -5,6 +5,7 @@
 
 #include "tests/front/ScriptedHost.h"
 #include "tests/front/ScriptedView.h"
+#include "tests/support/Seed.h"
 
 namespace {
 
@@ -119,17 +120,14 @@ protected:
 
 TEST_F(RandomSessions, LeaveNothingBehind)
 {
-    const unsigned nSeed = std::random_device()();
-    RecordProperty("seed", std::to_string(nSeed));
-    SCOPED_TRACE("seed " + std::to_string(nSeed));
     front.reset();
     const TempFile file("Symbol,Date,Time,Open,High,Low,Close,Volume\n" + Minutes(3000, "ABC") +
                         Minutes(500, "XYZ"));
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t)
-        threads.emplace_back([&file, nSeed, t] {
-            for (int i = 0; i < kSequences / kThreads; ++i)
-                Host(nSeed + static_cast<unsigned>(i * kThreads + t), file).Run();
+        threads.emplace_back([&file, t] {
+            for (int i = 0; i < Rounds(kSequences / kThreads); ++i)
+                Host(Seed() + static_cast<unsigned>(i * kThreads + t), file).Run();
         });
     for (std::thread& thread : threads)
         thread.join();

@@ -9,7 +9,7 @@
 
 #include "LocalRPC/AO_ThreadTransport.h"
 #include "tests/localrpc/Tasks.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace LocalRPC;
 using LocalRPC::details::CThread;
@@ -71,7 +71,7 @@ TEST_F(ThreadStop, TakesTasksOfItsOwnDuringAStopOtherwise)
 
 TEST_F(ThreadStop, CantBeStoppedOrStartedFromItsOwnThread)
 {
-    Reports reports;
+    ReportLog reports;
     m_thread.Start();
     EXPECT_TRUE(m_thread.PostTask(MakeAsyncTask([&] {
         EXPECT_FALSE(m_thread.StopEx(true, kNoTimeLimit, true));
@@ -110,7 +110,7 @@ TEST_F(ThreadStop, ReportsAThreadWithoutAnObject)
     {
         using CThreadBase::ThreadMain;
     };
-    Reports reports;
+    ReportLog reports;
     Exposed::ThreadMain(nullptr);
     EXPECT_THAT(reports.Texts(), ElementsAre("!IsBadReadPtr(This,sizeof(CThreadBase))"));
 }
@@ -188,7 +188,7 @@ TEST_F(BusyThread, IsWaitedForWhenTheTransportGoes)
 
 TEST(ThreadStopInATask, MayGoOnItsOwnThread)
 {
-    Reports reports;
+    ReportLog reports;
     const auto pUsed = std::make_shared<int>(0);
     auto pThread = std::make_unique<CThread>();
     CThread& thread = *pThread;

@@ -8,7 +8,7 @@
 
 #include "LocalRPC/AO_ThreadTransport.h"
 #include "tests/localrpc/Tasks.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace LocalRPC;
 using LocalRPC::details::CThread;
@@ -78,7 +78,7 @@ TEST_F(ThreadTransport, RunsWhatIsQueuedBeforeItStartsAnew)
 
 TEST_F(ThreadTransport, GoesOnBehindATaskThatThrows)
 {
-    Reports reports;
+    ReportLog reports;
     m_thread.Start();
     EXPECT_TRUE(m_thread.PostTask(MakeAsyncTask([] { throw std::runtime_error("no"); })));
     EXPECT_TRUE(m_thread.PostTask(MakeAsyncTask([] { throw 1; })));

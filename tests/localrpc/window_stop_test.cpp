@@ -8,7 +8,7 @@
 
 #include "LocalRPC/AO_WndMsgPumpTransport.h"
 #include "tests/localrpc/Pumping.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace LocalRPC;
 using LocalRPC::details::CWndImpl;
@@ -203,7 +203,7 @@ TEST_F(TransportWindow, StaysAsLongAsAMessageIsHandled)
 
 TEST_F(TransportWindow, ReportsProcessingOnAnotherThread)
 {
-    Reports reports;
+    ReportLog reports;
     m_pTasks->Add(m_log.Task("a"));
     OnAnotherThread([&] { m_pWindow->ProcessEvents(); });
     EXPECT_EQ("", m_log.Words());

@@ -8,7 +8,7 @@
 
 #include "LocalRPC/AO_WndMsgPumpTransport.h"
 #include "tests/localrpc/Pumping.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace LocalRPC;
 using LocalRPC::details::CWndMsgPump;
@@ -120,7 +120,7 @@ TEST_F(WindowTransport, HearsPostsOfAWorkerDuringATask)
 
 TEST_F(WindowTransport, GoesOnBehindATaskThatThrows)
 {
-    Reports reports;
+    ReportLog reports;
     EXPECT_TRUE(m_pump->PostTask(MakeAsyncTask([] { throw 1; })));
     EXPECT_TRUE(Post("a"));
     PumpAll();

@@ -11,6 +11,7 @@
 #include "src/parsing/RecordParser.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/MemoryFile.h"
+#include "tests/support/Text.h"
 
 // "Date *m/*d/*y, Open, -": the columns' types, with the templates of Date and Time,
 // and "-" for an unassigned column.
@@ -21,11 +22,6 @@ std::string ShownColumns(IQRL_TabulexConverter::IRecordParser& parser);
 std::string ShownVariant(const VARIANT& value);
 // The texts of a VT_ARRAY|VT_BSTR, as "a, b"; "no list" for another kind.
 std::string ShownList(const VARIANT& list);
-
-inline string_t Wide(const std::string& s)
-{
-    return string_t(s.begin(), s.end());
-}
 
 // Columns of these types without templates; kNoType for an unassigned one.
 std::vector<Hesperon::specifics::CDataField> ColumnsOf(std::initializer_list<unsigned> types);

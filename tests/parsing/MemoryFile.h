@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "interfaces/IRecordParser.h"
-#include "tests/parsing/UnusedDataParser.h"
+#include "tests/support/UnusedDataParser.h"
 
 class MemoryFile final : public UnusedDataParser<MemoryFile>
 {

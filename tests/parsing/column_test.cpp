@@ -3,7 +3,7 @@
 
 #include "src/parsing/DataTypes.h"
 #include "tests/parsing/FieldText.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace Hesperon::specifics;
 
@@ -270,7 +270,7 @@ TEST(Column, HourOfDayFollowsThePmWord)
 TEST(Column, ReportsANullOutPointer)
 {
     CDataField field = Parsed(TypePrice, {}, OLESTR("1.5"));
-    Reports reports;
+    ReportLog reports;
     EXPECT_TRUE(FAILED(field.GetValue(nullptr)));
     EXPECT_THAT(reports.Texts(), testing::ElementsAre("0 != pVar"));
 }

@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Simples/interface/ResourceStrings.h"
 #include "src/parsing/DataTypes.h"
 #include "tests/parsing/FieldText.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ChineseTexts.h"
+#include "tests/support/ReportLog.h"
 
 using namespace Hesperon::specifics;
 
@@ -52,17 +52,6 @@ CDataType Filled(unsigned uiType)
     type.FillDefaultTemplates();
     return type;
 }
-
-// The resource language is a setting of the process.
-class ChineseTexts
-{
-public:
-    ChineseTexts() : m_before(ResourceHandle()) { SetResourceLanguage(Language::Chinese); }
-    ~ChineseTexts() { SetResourceHandle(m_before); }
-
-private:
-    LONG_PTR m_before;
-};
 
 TEST(FieldTypes, HaveInternalAndLocalizedNames)
 {
@@ -125,7 +114,7 @@ TEST(Resolutions, ReportWhatIsOutOfRange)
 {
     const std::string type = "uiType < TYPES_COUNT";
     const std::string resolution = "static_cast<const T*>(this)->m_nResolution < RESOLUTIONS_COUNT";
-    Reports reports;
+    ReportLog reports;
     EXPECT_FALSE(IsValidType(18, 0));
     EXPECT_FALSE(IsValidType(0, 8));
     EXPECT_FALSE(IsValidType(kNoType, -1));
@@ -204,7 +193,7 @@ TEST(Templates, FillingWithoutATypeIsReported)
 {
     for (unsigned uiType : {18u, kNoType}) {
         SCOPED_TRACE(uiType);
-        Reports reports;
+        ReportLog reports;
         EXPECT_TRUE(Filled(uiType).Templates().empty());
         EXPECT_EQ(reports.Texts().size(), 1u);
     }

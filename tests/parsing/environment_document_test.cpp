@@ -5,7 +5,7 @@
 
 #include "src/parsing/EnvironmentDocument.h"
 #include "tests/parsing/FieldText.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace Hesperon::specifics;
 using testing::ElementsAre;
@@ -171,7 +171,7 @@ TEST(TemplateDocument, IsReadByTheElementsThatAreOpen)
         {OLESTR("<R><T><N>date</N><E>*y</E></T></R>stray"), false, "Date *y; Time"},
         {OLESTR("<R><T><N>date</N><E>*y"), false, "Date; Time"},
     };
-    Reports reports;
+    ReportLog reports;
     for (const ReadRow& row : kRows) {
         SCOPED_TRACE(Shown(row.sText));
         TypeTable types = EmptyLists();
@@ -191,7 +191,7 @@ TEST(TemplateDocument, OfAnotherTypeIsReported)
     };
     for (const string_view_t sText : kTexts) {
         SCOPED_TRACE(Shown(sText));
-        Reports reports;
+        ReportLog reports;
         TypeTable types = EmptyLists();
         EXPECT_TRUE(ReadTemplates(WithNames(sText), types));
         EXPECT_EQ("Date; Time", Lists(types));

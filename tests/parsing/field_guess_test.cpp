@@ -3,7 +3,7 @@
 
 #include "src/parsing/detection/FieldGuess.h"
 #include "tests/parsing/FieldText.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace Hesperon::specifics;
 
@@ -112,7 +112,7 @@ TEST(HeaderWords, GoOnToTheNextBestTypeWhenOnesWereTried)
 
 TEST(HeaderWords, OfUnlikelyLengthAreReportedAndHaveNoType)
 {
-    Reports reports;
+    ReportLog reports;
     EXPECT_EQ(TypeDate, GetTypeFromField(string_t(259, 'D'), {}));
     EXPECT_TRUE(reports.Texts().empty());
     EXPECT_EQ(kNoType, GetTypeFromField(string_t(260, 'D'), {}));

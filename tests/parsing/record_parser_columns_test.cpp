@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/parsing/Layout.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;
@@ -275,7 +275,7 @@ TEST_F(FileDividers, AreUnexpectedWithoutAFile)
 TEST_F(FileDividers, ThatWereNeverFoundAreReported)
 {
     EXPECT_EQ(S_OK, m_file->Reset());
-    Reports reports;
+    ReportLog reports;
     LONG nMask = 0;
     EXPECT_EQ(E_UNEXPECTED, m_file->get_FieldDividers(&nMask));
     EXPECT_THAT(reports.Texts(), testing::ElementsAre("m_bDividerFound"));

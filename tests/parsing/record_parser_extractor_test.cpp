@@ -4,7 +4,7 @@
 
 #include "src/data/UnofferedRecordParser.h"
 #include "src/parsing/RecordParserExtractor.h"
-#include "tests/parsing/UnusedDataParser.h"
+#include "tests/support/UnusedDataParser.h"
 #include "tests/values/multipliers.h"
 
 namespace {

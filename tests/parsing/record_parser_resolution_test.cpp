@@ -5,7 +5,7 @@
 
 #include "tests/parsing/Layout.h"
 #include "tests/parsing/QuoteLines.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;
@@ -264,7 +264,7 @@ TEST(OfferedResolutions, AreTwoListsOfOneDimension)
     };
     for (const Row& row : kRows) {
         SCOPED_TRACE(row.szWhat);
-        Reports reports;
+        ReportLog reports;
         EXPECT_EQ(E_INVALIDARG, file->SetResolutionTemplates(row.ids, row.names));
         EXPECT_THAT(reports.Texts(), testing::ElementsAre("(((HRESULT)(hr)) >= 0)"));
     }

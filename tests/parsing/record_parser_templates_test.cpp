@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/parsing/Layout.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace Hesperon::specifics;
 
@@ -76,7 +76,7 @@ TEST_F(ColumnTemplates, ThatStandOrAreOfOtherTypesChangeNothing)
 
 TEST_F(ColumnTemplates, ThatAreEmptyAreReported)
 {
-    Reports reports;
+    ReportLog reports;
     SetTemplate(OLESTR(""), 0);
     m_file->SetFieldTemplate(nullptr, 1);
     SetTemplate(OLESTR(""), 2); // of no date
@@ -89,7 +89,7 @@ TEST_F(ColumnTemplates, AreTheBaseOfANewInferenceWhenThatIsSmart)
 {
     EXPECT_EQ(S_OK, m_file->put_SmartResolutionEnabled(VARIANT_TRUE));
     EXPECT_EQ(S_OK, m_file->SetFieldType(2, TypeClose));
-    Reports reports;
+    ReportLog reports;
     EXPECT_EQ(S_OK, SetTemplate(OLESTR("*d/*m/*y"), 0));
     EXPECT_EQ("F", Refreshes());
     EXPECT_EQ("Date *d/*m/*y, Time *h:mm, Open, High", m_file.Columns());
@@ -115,7 +115,7 @@ TEST(TemplatesOfASecondDate, SurviveASmartInference)
     Bstr name(OLESTR("Date"));
     EXPECT_EQ(S_OK, file->SetFieldName(1, name.get()));
     Bstr sTemplate(OLESTR("yyyymmdd"));
-    Reports reports;
+    ReportLog reports;
     EXPECT_EQ(S_OK, file->SetFieldTemplate(sTemplate.get(), 1));
     EXPECT_EQ("fF", file.File().m_refreshes);
     LONG nType = -7;
@@ -144,7 +144,7 @@ TEST_F(ColumnTemplates, OfColumnsThatWereNeverFixedAreReportedWhenInferenceIsSma
 {
     m_file.File().m_pRecordParser = nullptr; // no refresh builds the columns anew
     EXPECT_EQ(S_OK, m_file->put_SmartResolutionEnabled(VARIANT_TRUE));
-    Reports reports;
+    ReportLog reports;
     EXPECT_EQ(S_OK, SetTemplate(OLESTR("*d/*m/*y"), 0)); // fixes all dates and times
     EXPECT_EQ(S_OK, SetTemplate(OLESTR("*h:*m"), 1));
     EXPECT_TRUE(reports.Texts().empty());

@@ -4,7 +4,8 @@
 
 #include "tests/parsing/Layout.h"
 #include "tests/parsing/QuoteLines.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/Objects.h"
+#include "tests/support/ReportLog.h"
 #include "tests/values/multipliers.h"
 
 using namespace Hesperon::specifics;
@@ -257,12 +258,6 @@ public:
     HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG, BSTR, VARIANT_BOOL) override { return S_OK; }
 };
 
-ULONG RefsOf(IUnknown* object)
-{
-    object->AddRef();
-    return object->Release();
-}
-
 TEST(RecordParser, HoldsItsLinksUncounted)
 {
     com_ptr<CRecordParser> parser;
@@ -292,13 +287,6 @@ TEST(RecordParser, HoldsItsLinksUncounted)
 }
 
 // ---- copies --------------------------------------------------------------------------------
-
-com_ptr<IRecordParser> CloneOf(IRecordParser& parser)
-{
-    com_ptr<IDispatch> clone;
-    EXPECT_EQ(S_OK, parser.Clone(clone.put()));
-    return clone.as<IRecordParser>();
-}
 
 TEST(Clones, HaveTheLayoutAndTheSettings)
 {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "Simples/interface/ResourceStrings.h"
 #include "tests/parsing/Layout.h"
 #include "tests/parsing/QuoteLines.h"
+#include "tests/support/ChineseTexts.h"
 #include "tests/values/multipliers.h"
 
 using namespace Hesperon::specifics;
@@ -382,17 +382,6 @@ TEST(BarsEndTime, IsForBarsOfMinutes)
 }
 
 // ---- errors and texts ----------------------------------------------------------------------
-
-// The resource language is a setting of the process.
-class ChineseTexts
-{
-public:
-    ChineseTexts() : m_before(ResourceHandle()) { SetResourceLanguage(Language::Chinese); }
-    ~ChineseTexts() { SetResourceHandle(m_before); }
-
-private:
-    LONG_PTR m_before;
-};
 
 TEST_F(FieldValues, TellWhyTheyDoNotParse)
 {

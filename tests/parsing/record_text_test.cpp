@@ -8,6 +8,7 @@
 #include "src/parsing/RecordText.h"
 #include "src/parsing/templates/IQDParseImpl.h"
 #include "tests/parsing/FieldText.h"
+#include "tests/support/Seed.h"
 
 using namespace Hesperon::specifics;
 
@@ -122,12 +123,9 @@ string_t PlainlyNormalised(const string_t& sRecord)
 
 TEST(Normalising, AgreesWithAPlainReader)
 {
-    const char* szSeed = std::getenv("TABULEX_TEST_SEED");
-    const auto nSeed = szSeed ? static_cast<unsigned>(std::stoul(szSeed)) : std::random_device{}();
-    std::cout << "seed " << nSeed << " (TABULEX_TEST_SEED)\n";
-    std::mt19937 random(nSeed);
+    std::mt19937 random(Seed());
     constexpr string_view_t kLetters = OLESTR("  \t\t\"'()[],;1a");
-    for (int nRound = 0; nRound < 5000; ++nRound) {
+    for (int nRound = 0; nRound < Rounds(5000); ++nRound) {
         string_t sRecord(random() % 16, 0);
         for (OLECHAR& c : sRecord)
             c = kLetters[random() % kLetters.size()];

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "Simples/interface/ResourceStrings.h"
 #include "interfaces/IDataParserEvents.h"
 #include "tests/parsing/Layout.h"
 #include "tests/parsing/QuoteLines.h"
+#include "tests/support/ChineseTexts.h"
 
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;
@@ -35,14 +35,12 @@ public:
 class ResolutionCheck : public testing::Test
 {
 protected:
-    ResolutionCheck() : m_file(MinuteLines(Evenly(5, 12), kBar)), m_before(ResourceHandle())
+    ResolutionCheck() : m_file(MinuteLines(Evenly(5, 12), kBar))
     {
-        SetResourceLanguage(Language::Chinese);
         EXPECT_EQ(S_OK, CreateObject(m_host));
         EXPECT_EQ(S_OK, m_file.Load());
         EXPECT_EQ(S_OK, m_file.Parse(OLESTR("20030106,09:30")));
     }
-    ~ResolutionCheck() override { SetResourceHandle(m_before); }
 
     // Against a record that stands fBefore days ahead of the one parsed.
     HRESULT Check(double fBefore)
@@ -61,7 +59,7 @@ protected:
     ParsedFile m_file;
     com_ptr<Host> m_host;
     Bstr m_error;
-    LONG_PTR m_before;
+    const ChineseTexts m_chinese;
 };
 
 constexpr double kDay = 1, kMinute = 1.0 / 1440, kSecond = 1.0 / 86400;

@@ -1,6 +1,5 @@
 // The compiled matcher against the plain one, on random templates and texts.
 
-#include <cstdlib>
 #include <iostream>
 #include <random>
 
@@ -9,6 +8,7 @@
 #include "src/parsing/DataTypes.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/PlainTemplate.h"
+#include "tests/support/Seed.h"
 
 using namespace Hesperon::specifics;
 
@@ -19,16 +19,6 @@ constexpr string_view_t kTextAlphabet =
     OLESTR("00112233445566778899:/\\.,=|-_ +-apmPMjanDECx\u012F");
 constexpr string_view_t kNumberAlphabet = OLESTR("00001234567899999..,,-+x");
 constexpr string_view_t kMonths = OLESTR("janFebMARaprmayjunjulaugsepoctnovdec");
-
-// A seed of another run comes in by the environment, to repeat it.
-std::uint32_t Seed()
-{
-    const char* text = std::getenv("TABULEX_TEST_SEED");
-    const std::uint32_t seed =
-        text ? static_cast<std::uint32_t>(std::strtoul(text, nullptr, 10)) : std::random_device()();
-    std::cout << "seed " << seed << " (TABULEX_TEST_SEED)\n";
-    return seed;
-}
 
 class Source
 {
@@ -187,9 +177,8 @@ protected:
 
     void Compare(CDataField& field, PlainField& plain, const string_t& sText)
     {
-        SCOPED_TRACE("seed " + std::to_string(m_seed) + ", type " + std::to_string(plain.uiType) +
-                     ", template \"" + Shown(plain.sTemplate) + "\", text \"" + Shown(sText) +
-                     "\"");
+        SCOPED_TRACE("type " + std::to_string(plain.uiType) + ", template \"" +
+                     Shown(plain.sTemplate) + "\", text \"" + Shown(sText) + "\"");
         field.ParseField(sText);
         const bool bValid = plain.Parse(sText);
         EXPECT_EQ(field.IsValid(), bValid);
@@ -202,9 +191,8 @@ protected:
 
     void CompareDryRun(unsigned uiType, const string_t& sTemplate, const string_t& sText)
     {
-        SCOPED_TRACE("seed " + std::to_string(m_seed) + ", dry run, type " +
-                     std::to_string(uiType) + ", template \"" + Shown(sTemplate) + "\", text \"" +
-                     Shown(sText) + "\"");
+        SCOPED_TRACE("dry run, type " + std::to_string(uiType) + ", template \"" +
+                     Shown(sTemplate) + "\", text \"" + Shown(sText) + "\"");
         const bool bCould = PlainCouldTake(uiType, sTemplate, sText);
         EXPECT_EQ(CouldTake(uiType, sTemplate, sText), bCould);
         ++m_tally.nCases;
@@ -237,15 +225,14 @@ protected:
             EXPECT_EQ(value.dblVal, plain.Value());
     }
 
-    const std::uint32_t m_seed = Seed();
-    Source m_source{m_seed};
+    Source m_source{Seed()};
     const TypeTable m_types = DefaultTypes();
     Tally m_tally;
 };
 
 TEST_F(Comparison, DatesAndTimes)
 {
-    for (int i = 0; i < 40000 && !HasFailure(); ++i) {
+    for (int i = 0; i < Rounds(40000) && !HasFailure(); ++i) {
         const unsigned uiType = m_source.OneIn(2) ? TypeDate : TypeTime;
         CompareTexts(uiType, RandomTemplate(uiType), 8);
     }
@@ -256,7 +243,7 @@ TEST_F(Comparison, DatesAndTimes)
 
 TEST_F(Comparison, DryRuns)
 {
-    for (int i = 0; i < 200000 && !HasFailure(); ++i) {
+    for (int i = 0; i < Rounds(200000) && !HasFailure(); ++i) {
         const unsigned uiType = m_source.OneIn(2) ? TypeDate : TypeTime;
         const string_t sTemplate = RandomTemplate(uiType);
         CompareDryRun(uiType, sTemplate, RandomText(uiType, sTemplate));
@@ -272,7 +259,7 @@ TEST_F(Comparison, Numbers)
         CDataField field;
         field.SetType(uiType);
         PlainField plain(uiType, {});
-        for (int i = 0; i < 100000 && !HasFailure(); ++i)
+        for (int i = 0; i < Rounds(100000) && !HasFailure(); ++i)
             Compare(field, plain, m_source.StringOf(kNumberAlphabet, m_source.OneIn(4) ? 45 : 10));
     }
     std::cout << m_tally.nCases << " cases, " << m_tally.nValid << " valid\n";
@@ -284,7 +271,7 @@ TEST_F(Comparison, NumbersOfFullPrecision)
     CDataField field;
     field.SetType(TypePrice);
     PlainField plain(TypePrice, {});
-    for (int i = 0; i < 100000 && !HasFailure(); ++i) {
+    for (int i = 0; i < Rounds(100000) && !HasFailure(); ++i) {
         string_t sText = m_source.StringOf(OLESTR("0123456789"), 25);
         sText.insert(m_source.Below(sText.size() + 1), 1, m_source.CharOf(OLESTR(".,")));
         Compare(field, plain, (m_source.OneIn(3) ? OLESTR("-") : OLESTR("")) + sText);

@@ -9,7 +9,7 @@
 #include "src/parsing/templates/NumberText.h"
 #include "src/values/CaseFold.h"
 #include "tests/parsing/FieldText.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
 
 using namespace Hesperon::specifics;
 
@@ -76,7 +76,7 @@ TEST(TextTests, BoundaryDividersGoOnlyFromTheEnd)
 
 TEST(TextTests, BoundaryDividersReportANullText)
 {
-    Reports reports;
+    ReportLog reports;
     EXPECT_TRUE(RemoveBoundaryDividers({}).empty());
     EXPECT_THAT(reports.Texts(), testing::ElementsAre("0 != szCase"));
 }
@@ -113,7 +113,7 @@ TEST(TextTests, MatchCountPairsEqualLetters)
 
 TEST(TextTests, MatchCountReportsANullCharacter)
 {
-    Reports reports;
+    ReportLog reports;
     EXPECT_EQ(FindMatchCount(string_view_t(OLESTR("a\0"), 2), OLESTR("a")), 2u);
     EXPECT_THAT(reports.Texts(), testing::ElementsAre("cFirst && cSecond"));
 }

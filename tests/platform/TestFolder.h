@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/File.h"
+#include "tests/support/TempFolder.h"
 
 // Writes bytes at a place, far behind the end too; what lies between takes no room where the
 // file system can do that.
@@ -32,16 +33,6 @@ inline std::string Read(const File& file, std::uint64_t offset, std::size_t coun
 class FileTest : public testing::Test
 {
 protected:
-    FileTest()
-    {
-        static int nNext = 0;
-        const auto now = std::filesystem::file_time_type::clock::now().time_since_epoch().count();
-        m_folder = std::filesystem::temp_directory_path() /
-                   ("file-test-" + std::to_string(now) + "-" + std::to_string(++nNext));
-        std::filesystem::create_directory(m_folder);
-    }
-    ~FileTest() override { std::filesystem::remove_all(m_folder); }
-
     std::filesystem::path Write(const std::filesystem::path& name, std::string_view bytes,
                                 std::ios::openmode mode = std::ios::trunc) const
     {
@@ -50,5 +41,6 @@ protected:
         return m_folder / name;
     }
 
-    std::filesystem::path m_folder;
+    const TempFolder m_temporary;
+    const std::filesystem::path& m_folder = m_temporary.Path();
 };

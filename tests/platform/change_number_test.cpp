@@ -8,6 +8,7 @@
 #include "System.h"
 #include "Values.h"
 #include "platform/values.h"
+#include "tests/support/Seed.h"
 
 namespace {
 
@@ -308,11 +309,9 @@ LONGLONG HalfEven(double value)
 
 TEST(NumberConversion, AgreesWithAPlainRoundingOnRandomValues)
 {
-    const unsigned nSeed = std::random_device{}();
-    SCOPED_TRACE(testing::Message() << "seed " << nSeed);
-    std::mt19937 random(nSeed);
+    std::mt19937 random(Seed());
     std::uniform_int_distribution<int> quarters(-200000, 200000);
-    for (int n = 0; n < 20000; ++n) {
+    for (int n = 0; n < Rounds(20000); ++n) {
         const double value = quarters(random) / 4.0;
         const LONGLONG nWhole = HalfEven(value);
         Variant source = R8(value);

@@ -7,6 +7,7 @@
 #include "CodePages.h"
 #include "System.h"
 #include "Values.h"
+#include "tests/support/Seed.h"
 
 namespace {
 
@@ -98,10 +99,8 @@ TEST(CodePage, ReturnsEachByteOfASingleBytePage)
 // Whole blocks, words and rests in any mixture give what bytes one by one give.
 TEST(CodePage, DecodesTheSameAtAnyLengthAndPosition)
 {
-    const unsigned nSeed = std::random_device{}();
-    SCOPED_TRACE(testing::Message() << "seed " << nSeed);
-    std::mt19937 random(nSeed);
-    for (int n = 0; n < 3000; ++n) {
+    std::mt19937 random(Seed());
+    for (int n = 0; n < Rounds(3000); ++n) {
         std::string bytes(random() % 200, 'x');
         for (char& c : bytes)
             c = static_cast<char>(random() % (n % 3 == 0 ? 256 : 128));

@@ -7,6 +7,7 @@
 #include "System.h"
 #include "SystemTime.h"
 #include "platform/component.h"
+#include "tests/support/Seed.h"
 
 namespace {
 
@@ -164,12 +165,10 @@ TEST(VariantTimeToSystemTime, RefusesWhatIsNotANumber)
 
 TEST(VariantTime, ComesBackUnchanged)
 {
-    const unsigned nSeed = std::random_device{}();
-    SCOPED_TRACE(testing::Message() << "seed " << nSeed);
-    std::mt19937 random(nSeed);
+    std::mt19937 random(Seed());
     std::uniform_int_distribution<int> days(kFirstDay, kLastDay);
     std::uniform_int_distribution<int> seconds(0, 86399);
-    for (int n = 0; n < 20000; ++n) {
+    for (int n = 0; n < Rounds(20000); ++n) {
         const int nDay = days(random);
         const double fraction = seconds(random) / 86400.0;
         const DATE date = nDay < 0 ? nDay - fraction : nDay + fraction;

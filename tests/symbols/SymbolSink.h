@@ -9,7 +9,8 @@
 #include "interfaces/IDataParserEvents.h"
 #include "module/ComObject.h"
 #include "platform/Event.h"
-#include "tests/data/Text.h"
+#include "tests/support/Objects.h"
+#include "tests/support/Text.h"
 
 class SymbolSink : public ComObject<SymbolSink, Dual<IQRL_TabulexConverter::IDataParserEvents>>
 {
@@ -48,9 +49,3 @@ private:
         return E_NOTIMPL;
     }
 };
-
-inline ULONG RefsOf(IUnknown* p)
-{
-    p->AddRef();
-    return p->Release();
-}

@@ -9,6 +9,7 @@
 #include "src/data/SymbolEnumeratorHost.h"
 #include "src/files/AsyncTransactionPool.h"
 #include "tests/data/RealFileFixture.h"
+#include "tests/support/Seed.h"
 #include "tests/symbols/SymbolSink.h"
 
 using namespace Hesperon::specifics;
@@ -219,9 +220,7 @@ TEST_F(EnumSymbolsTest, AFileThatIsGoneHasNoSymbols)
 
 TEST_F(EnumSymbolsTest, RandomSymbolsAreToldAsAPlainWalkFindsThem)
 {
-    const unsigned nSeed = std::random_device()();
-    SCOPED_TRACE("seed " + std::to_string(nSeed));
-    std::mt19937 random(nSeed);
+    std::mt19937 random(Seed());
     std::vector<std::string> symbols, expected;
     std::set<std::string> seen;
     for (int i = 0; i < 5000; ++i) {

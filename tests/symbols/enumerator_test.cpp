@@ -8,7 +8,7 @@
 #include "interfaces/ClassIds.h"
 #include "src/data/SymbolEnumerator.h"
 #include "src/data/UnofferedRecordParser.h"
-#include "tests/parsing/UnusedDataParser.h"
+#include "tests/support/UnusedDataParser.h"
 #include "tests/symbols/SymbolSink.h"
 
 using namespace Hesperon::specifics;

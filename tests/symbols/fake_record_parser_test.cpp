@@ -5,8 +5,8 @@
 #include "interfaces/ClassIds.h"
 #include "interfaces/IDataParser.h"
 #include "src/data/FakeRecordParser.h"
-#include "tests/data/TempFile.h"
-#include "tests/data/Text.h"
+#include "tests/support/TempFile.h"
+#include "tests/support/Text.h"
 
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;

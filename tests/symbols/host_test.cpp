@@ -13,13 +13,14 @@
 #include "platform/Event.h"
 #include "platform/MessageWindow.h"
 #include "src/data/SymbolEnumeratorHost.h"
-#include "tests/data/ReportLog.h"
+#include "tests/support/ReportLog.h"
+#include "tests/support/Seed.h"
+#include "tests/support/Waits.h"
 
 using namespace Hesperon::specifics;
 
 namespace {
 
-constexpr auto kPatience = std::chrono::seconds(60);
 constexpr auto kNoWait = std::chrono::milliseconds(0);
 
 // A living front object.
@@ -356,13 +357,11 @@ TEST(SymbolEnumeratorHostTest, ReleaseTooManyIsReported)
 // Whatever comes and goes at the same time, each walk that was taken is let go of.
 TEST(SymbolEnumeratorHostTest, FrontObjectsAndWalksOfManyThreads)
 {
-    const unsigned nSeed = std::random_device()();
-    SCOPED_TRACE("seed " + std::to_string(nSeed));
     std::mutex lock;
     std::vector<Gone> taken;
     const auto user = [&](unsigned nUser) {
-        std::mt19937 random(nSeed + nUser);
-        for (int i = 0; i < 300; ++i) {
+        std::mt19937 random(Seed() + nUser);
+        for (int i = 0; i < Rounds(300); ++i) {
             const Front front;
             for (auto nWalks = random() % 4; nWalks > 0; --nWalks) {
                 const ULONGLONG nEnd = random() % 20;

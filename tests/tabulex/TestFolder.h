@@ -1,37 +1,22 @@
-// TestFolder: a folder of a test's own, which goes with the object.
+// TestFolder: a folder of a test's own, whose paths are UTF-8 as the tool's are.
 #pragma once
 
 #include <filesystem>
-#include <random>
 #include <string>
 
+#include "tests/support/TempFolder.h"
 #include "tools/tabulex/system/Paths.h"
 
-class TestFolder
+class TestFolder : public TempFolder
 {
 public:
-    TestFolder()
-    {
-        std::random_device random;
-        do
-            m_path = std::filesystem::temp_directory_path() /
-                     ("tabulex-test-" + std::to_string(random()));
-        while (!std::filesystem::create_directory(m_path));
-    }
-    ~TestFolder() { std::filesystem::remove_all(m_path); }
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
-
     std::string operator/(const char* pszName) const
     {
-        return tabulex::Utf8Of(m_path / tabulex::PathOf(pszName));
+        return tabulex::Utf8Of(Path() / tabulex::PathOf(pszName));
     }
     std::size_t Entries() const
     {
-        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(m_path),
+        return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(Path()),
                                                       std::filesystem::directory_iterator()));
     }
-
-private:
-    std::filesystem::path m_path;
 };

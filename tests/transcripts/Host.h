@@ -9,9 +9,9 @@
 #include <string>
 
 #include "interfaces/IDataParser.h"
-#include "tests/data/TempFile.h"
 #include "tests/front/NewConvertor.h"
 #include "tests/front/ScriptedSink.h"
+#include "tests/support/TempFile.h"
 #include "tests/transcripts/Codes.h"
 #include "tests/ui/FakeView.h"
 

@@ -4,7 +4,7 @@
 #include <atomic>
 #include <functional>
 
-#include "tests/parsing/UnusedDataParser.h"
+#include "tests/support/UnusedDataParser.h"
 
 namespace ui_test {
 

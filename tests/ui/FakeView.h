@@ -9,7 +9,7 @@
 
 #include "interfaces/ControlTable.h"
 #include "src/UIComponents/views/ProgressView.h"
-#include "tests/data/Text.h"
+#include "tests/support/Text.h"
 
 namespace ui_test {
 

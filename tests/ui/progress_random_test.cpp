@@ -1,5 +1,6 @@
 // Random lives of boxes, between threads that come and go.
 
+#include "tests/support/Seed.h"
 #include "tests/ui/ProgressFixture.h"
 
 #include <random>
@@ -147,11 +148,9 @@ private:
 
 TEST(ProgressRandom, BoxesEndWellHoweverTheirThreadsRun)
 {
-    const unsigned nSeed = std::random_device()();
-    SCOPED_TRACE("seed " + std::to_string(nSeed));
-    for (unsigned n = 0; n < 200; ++n) {
+    for (int n = 0; n < Rounds(200); ++n) {
         SCOPED_TRACE("life " + std::to_string(n));
-        Life(nSeed + n).Run();
+        Life(Seed() + static_cast<unsigned>(n)).Run();
         if (testing::Test::HasFailure())
             break;
     }

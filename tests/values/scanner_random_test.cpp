@@ -1,25 +1,14 @@
 // The scanner against a plain one, on random documents.
 
-#include <cstdlib>
-#include <iostream>
 #include <random>
 
 #include <gtest/gtest.h>
 
 #include "tests/parsing/FieldText.h"
+#include "tests/support/Seed.h"
 #include "tests/values/Heard.h"
 
 namespace {
-
-// A seed of another run comes in by the environment, to repeat it.
-std::uint32_t Seed()
-{
-    const char* text = std::getenv("TABULEX_TEST_SEED");
-    const std::uint32_t seed =
-        text ? static_cast<std::uint32_t>(std::strtoul(text, nullptr, 10)) : std::random_device()();
-    std::cout << "seed " << seed << " (TABULEX_TEST_SEED)\n";
-    return seed;
-}
 
 constexpr string_view_t kPieces[] = {
     OLESTR("<"),         OLESTR(">"),          OLESTR("/"),       OLESTR("="),
@@ -34,14 +23,14 @@ constexpr string_view_t kPieces[] = {
 
 TEST(Scanner, AgreesWithThePlainOne)
 {
-    constexpr int kDocuments = 200000;
+    const int nDocuments = Rounds(200000);
     constexpr std::size_t kMostPieces = 24;
     std::mt19937 engine(Seed());
     const auto below = [&](std::size_t n) {
         return std::uniform_int_distribution<std::size_t>(0, n - 1)(engine);
     };
     int nRead = 0;
-    for (int i = 0; i < kDocuments; ++i) {
+    for (int i = 0; i < nDocuments; ++i) {
         string_t sDocument;
         for (std::size_t n = below(kMostPieces + 1); n > 0; --n)
             sDocument += kPieces[below(std::size(kPieces))];
@@ -50,8 +39,8 @@ TEST(Scanner, AgreesWithThePlainOne)
         nRead += sHeard.ends_with("ok");
     }
     // Both outcomes were tried often.
-    EXPECT_GT(nRead, kDocuments / 100);
-    EXPECT_LT(nRead, kDocuments - kDocuments / 100);
+    EXPECT_GT(nRead, nDocuments / 100);
+    EXPECT_LT(nRead, nDocuments - nDocuments / 100);
 }
 
 TEST(Scanner, ReadsLongDocuments)

@@ -4,7 +4,8 @@
 #include <random>
 
 #include "src/values/qrlValueMultiplier.h"
-#include "tests/parsing/Reports.h"
+#include "tests/support/ReportLog.h"
+#include "tests/support/Seed.h"
 #include "tests/values/multipliers.h"
 
 namespace {
@@ -68,7 +69,7 @@ protected:
         return string_t(TextOf(value.bstrVal));
     }
 
-    Reports m_reports;
+    ReportLog m_reports;
     com_ptr<CqrlValueMultiplier> m_object = NewMultiplier();
 };
 
@@ -142,15 +143,13 @@ TEST_F(ValueMultiplier, IntegersAreScaledByEachRow)
 
 TEST_F(ValueMultiplier, FloatsAreScaledByOneOperation)
 {
-    const unsigned nSeed = std::random_device()();
-    SCOPED_TRACE(testing::Message() << "seed " << nSeed);
-    std::mt19937 random(nSeed);
+    std::mt19937 random(Seed());
     std::uniform_real_distribution<double> values(-1e6, 1e6);
     for (const Row& row : kRows) {
         SCOPED_TRACE(&row - kRows);
         m_object = NewMultiplier();
         Put(row.szName);
-        for (int n = 0; n < 1000; ++n) {
+        for (int n = 0; n < Rounds(1000); ++n) {
             const double fValue = values(random);
             const double fExpected = row.nDivisor > 1 ? fValue / static_cast<double>(row.nDivisor)
                                                       : fValue * static_cast<double>(row.nFactor);
