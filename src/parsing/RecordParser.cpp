@@ -10,60 +10,6 @@ namespace Hesperon::specifics {
 using IQRL_TabulexConverter::IDataParser;
 using IQRL_TabulexConverter::IFileHandlerEvents;
 
-// ---- locks ----------------------------------------------------------------------
-
-// Null for a data parser without such a lock. The link isn't counted: what it points at
-// is there for as long as the lock is held, but one whose last reference has gone can't
-// be brought back to life, and counts as gone.
-com_ptr<IDataParserLock> CRecordParser::LinkedLock()
-{
-    LockGuard lock(m_cs);
-    com_ptr<IDataParserLock> pLinked;
-    if (FAILED(query(m_state.m_pDataParser, pLinked)))
-        return {};
-    const bool bDying = pLinked->AddRef() > kDyingRefs;
-    pLinked->Release();
-    if (!bDying)
-        return pLinked;
-    m_state.m_pDataParser = nullptr;
-    pLinked.reset();
-    return {};
-}
-
-// The link may change until this object's lock is held.
-CRecordParser::LinkLock::LinkLock(CRecordParser& parser)
-    : m_parser(parser), m_pLinked(parser.LinkedLock())
-{
-    for (;;) {
-        EnterLinked();
-        m_parser.m_cs.lock();
-        com_ptr<IDataParserLock> pNow = m_parser.LinkedLock();
-        if (pNow == m_pLinked)
-            return;
-        m_parser.m_cs.unlock();
-        LeaveLinked();
-        m_pLinked = std::move(pNow);
-    }
-}
-
-CRecordParser::LinkLock::~LinkLock()
-{
-    m_parser.m_cs.unlock();
-    LeaveLinked();
-}
-
-void CRecordParser::LinkLock::EnterLinked()
-{
-    if (m_pLinked)
-        m_pLinked->EnterParser();
-}
-
-void CRecordParser::LinkLock::LeaveLinked()
-{
-    if (m_pLinked)
-        m_pLinked->LeaveParser();
-}
-
 bool CRecordParser::EnterBatch()
 {
     m_cs.lock();

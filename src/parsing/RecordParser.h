@@ -13,7 +13,7 @@
 #include "module/Guarded.h"
 #include "platform/CriticalSection.h"
 #include "src/parsing/IBatchLock.h"
-#include "src/parsing/IDataParserLock.h"
+#include "src/parsing/LinkLock.h"
 #include "src/parsing/ParserState.h"
 #include "src/parsing/detection/ResolutionInference.h"
 
@@ -97,23 +97,6 @@ public:
     HRESULT STDMETHODCALLTYPE put_LinesToSkip(ULONG newVal) override;
 
 private:
-    // Holds the lock of the linked data parser, if that offers it, and this object's.
-    class LinkLock
-    {
-    public:
-        explicit LinkLock(CRecordParser& parser);
-        ~LinkLock();
-        LinkLock(const LinkLock&) = delete;
-        LinkLock& operator=(const LinkLock&) = delete;
-
-    private:
-        void EnterLinked();
-        void LeaveLinked();
-
-        CRecordParser& m_parser;
-        com_ptr<IDataParserLock> m_pLinked; // let go of behind the locks
-    };
-
     // Runs a body under the lock; what it throws becomes a result code.
     template <class Body>
     HRESULT Locked(Body body) noexcept
@@ -129,7 +112,7 @@ private:
     HRESULT LockedWithLink(Body body) noexcept
     {
         return Guarded([&] {
-            LinkLock lock(*this);
+            LinkLock lock(m_cs, m_state.m_pDataParser);
             return body();
         });
     }
@@ -145,7 +128,6 @@ private:
         });
     }
 
-    com_ptr<IDataParserLock> LinkedLock();
     HRESULT ParseText(string_view_t sRecord);
     void ForgetColumns();
     void RefreshDates(VARIANT_BOOL bFindResolution = VARIANT_FALSE);
