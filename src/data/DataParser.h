@@ -23,6 +23,7 @@
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
 #include "interfaces/IFileHandlerEvents.h"
+#include "interfaces/IReadState.h"
 #include "interfaces/IRecordParser.h"
 #include "module/ComObject.h"
 #include "module/Guarded.h"
@@ -40,11 +41,11 @@
 
 namespace Hesperon::specifics {
 
-class CDataParser
-    : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
-                       Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
-                       Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
-                       IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo, IDataParserLock>
+class CDataParser : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
+                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
+                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
+                                     IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo,
+                                     IDataParserLock, IQRL_TabulexConverter::IReadState>
 {
 public:
     // Records a batch: a run hands its lines on whenever their count is a multiple.
@@ -121,6 +122,10 @@ public:
 
     void STDMETHODCALLTYPE EnterParser() override { m_lock.lock(); }
     void STDMETHODCALLTYPE LeaveParser() override { m_lock.unlock(); }
+
+    // ---- IReadState
+
+    HRESULT STDMETHODCALLTYPE GetReadState(IQRL_TabulexConverter::ReadState* pState) override;
 
 private:
     friend class CRecordBatch;          // parses the lines of a run

@@ -199,6 +199,18 @@ HRESULT CDataParser::GetRelativePos(ULONGLONG nPosition, FLOAT* fRelative)
     });
 }
 
+// Of the file, and not of this object's own reads: a run reads through a clone.
+HRESULT CDataParser::GetReadState(IQRL_TabulexConverter::ReadState* pState)
+{
+    if (!pState)
+        return E_POINTER;
+    *pState = {};
+    return Guarded([&] {
+        const auto pFile = FileHandler().as<IQRL_TabulexConverter::IReadState>();
+        return pFile ? pFile->GetReadState(pState) : E_FAIL;
+    });
+}
+
 // ---- direction
 
 HRESULT CDataParser::get_InvertedDirection(VARIANT_BOOL* pVal)

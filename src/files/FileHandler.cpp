@@ -1,5 +1,7 @@
 #include "src/files/FileHandler.h"
 
+#include <algorithm>
+
 #include "diagnostics/FaultmereClient.h"
 #include "interfaces/IRecordParser.h"
 #include "platform/Apartment.h"
@@ -29,8 +31,10 @@ void CFileHandler::Open(SOpenRequest& request)
 try {
     m_sFileName = std::move(request.sFileName);
     m_pFile = std::move(request.pFile);
-    m_index.Attach(m_pFile);
-    m_index.DetectUnicode();
+    const auto nSize = m_pFile->Size();
+    if (!m_index.Attach(m_pFile) && nSize != 0) // it is no empty file, but is taken for one
+        NoteFault({nSize ? ReadFaultMemory : ReadFaultSystem, 0}, 0);
+    Reading(0, [&] { m_index.DetectUnicode(); });
 } catch (const std::invalid_argument&) {
     m_bScanDone = true;
 }
@@ -161,6 +165,17 @@ ULONGLONG CFileHandler::CountLocked()
 {
     LockGuard lock(m_lock);
     return m_index.RecordCount();
+}
+
+// The walk to a line that isn't known yet has failed after the last known one. Reads of a
+// closed file fail without a fault of their own.
+void CFileHandler::NoteFault(const SReadFault& fault, ULONGLONG nLine)
+{
+    LockGuard lock(m_lock);
+    if (m_firstFault.kind != ReadFaultNone || fault.kind == ReadFaultNone)
+        return;
+    m_firstFault = fault;
+    m_nFaultLine = nLine == kNoFaultLine ? nLine : std::min(nLine, m_index.RecordCount());
 }
 
 void CFileHandler::Queue(SPendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey)

@@ -16,6 +16,7 @@
 #include <functional>
 #include <memory>
 
+#include "interfaces/IReadState.h"
 #include "platform/CriticalSection.h"
 #include "platform/WorkerWait.h"
 #include "src/files/FileConversions.h"
@@ -83,16 +84,34 @@ private:
 
     ULONGLONG CountLocked();
     void Queue(SPendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey);
+    // Runs a call that reads the file for a consumer. What it throws goes on, and is noted
+    // with the line that it was about: the consumer may take it for the end of the file.
+    // The background scan isn't run by this, as nobody misses what it doesn't reach.
+    template <class Call>
+    auto Reading(ULONGLONG nLine, Call call)
+    try {
+        return call();
+    } catch (const std::bad_alloc&) {
+        NoteFault({IQRL_TabulexConverter::ReadFaultMemory, 0}, nLine);
+        throw;
+    } catch (const std::invalid_argument&) {
+        NoteFault(m_pFile->LastFault(), nLine);
+        throw;
+    }
+    void NoteFault(const SReadFault& fault, ULONGLONG nLine);
+
     // Hands over the text of the line, under the lock; false: there is no such line. Goes
     // on from the caller's cursor, or without one from the cursor that others share.
     template <class Take, class... Cursor>
     bool ReadRecord(ULONGLONG nIndex, Take take, Cursor&... cursor)
     {
         LockGuard lock(m_lock);
-        if (!m_index.GetRecord(m_sText, nIndex, cursor...))
-            return false;
-        take(string_view_t(m_sText));
-        return true;
+        return Reading(nIndex, [&] {
+            if (!m_index.GetRecord(m_sText, nIndex, cursor...))
+                return false;
+            take(string_view_t(m_sText));
+            return true;
+        });
     }
 
     string_t m_sFileName;                // set before the proxy is there
@@ -105,6 +124,8 @@ private:
     CLineIndex m_index;       // but for what it offers to any thread
     CFileRequests m_requests; // but for IsEmpty
     string_t m_sText;         // of the record being read; kept for its memory
+    SReadFault m_firstFault;  // that a consumer has met
+    ULONGLONG m_nFaultLine = IQRL_TabulexConverter::kNoFaultLine;
 
     // For the worker alone.
     WorkerWait m_wait;
@@ -114,11 +135,14 @@ private:
     bool m_bRegistered = false;
 };
 
-// What consumers hold. It answers for IFileHandler and nothing else.
+// What consumers hold. It answers for IFileHandler, and for what the library's own
+// objects ask for beside it.
 //
 // It begins unreferenced. Its last Release stops the worker, takes the name out of
 // the pool and deletes the proxy; from then on AddRef refuses with 0.
-class CFileHandler::CProxy final : public IFileHandler, public ILineSource
+class CFileHandler::CProxy final : public IFileHandler,
+                                   public ILineSource,
+                                   public IQRL_TabulexConverter::IReadState
 {
 public:
     explicit CProxy(std::shared_ptr<CFileHandler> pHandler) : m_pHandler(std::move(pHandler)) {}
@@ -142,6 +166,8 @@ public:
     HRESULT STDMETHODCALLTYPE GetApproxCount(ULONGLONG* nCount) override;
 
     HRESULT STDMETHODCALLTYPE OpenLines(ILineReader** ppLines) override;
+
+    HRESULT STDMETHODCALLTYPE GetReadState(IQRL_TabulexConverter::ReadState* pState) override;
 
 private:
     static constexpr ULONG kGone = 0x80000000;

@@ -31,6 +31,8 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueryInterface(REFIID riid, void
         *ppvObject = static_cast<IFileHandler*>(this);
     else if (riid == iid_of<ILineSource>)
         *ppvObject = static_cast<ILineSource*>(this);
+    else if (riid == iid_of<IQRL_TabulexConverter::IReadState>)
+        *ppvObject = static_cast<IReadState*>(this);
     else
         return E_NOINTERFACE;
     AddRef();
@@ -104,7 +106,9 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetRecord(ULONGLONG nIndex, ULON
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::SeekRecord(ULONGLONG nIndex)
 {
     LockGuard lock(m_pHandler->m_lock);
-    return m_pHandler->m_index.SeekRecord(nIndex) ? S_OK : E_FAIL;
+    const bool bFound =
+        m_pHandler->Reading(nIndex, [&] { return m_pHandler->m_index.SeekRecord(nIndex); });
+    return bFound ? S_OK : E_FAIL;
 }
 
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueueFirstRecord(IUnknown* pObject, ULONGLONG nKey)
@@ -157,10 +161,12 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetLastRecord(ULONG, BSTR* bsRec
     *bsRecord = nullptr;
     string_t sText; // may be long, so nothing of it is kept
     LockGuard lock(m_pHandler->m_lock);
-    if (!m_pHandler->m_index.GetLastRecord(sText))
-        return E_FAIL;
-    *bsRecord = NewBstr(sText);
-    return S_OK;
+    const bool bFound = m_pHandler->Reading(IQRL_TabulexConverter::kNoFaultLine, [&] {
+        return m_pHandler->m_index.GetLastRecord(sText);
+    });
+    if (bFound)
+        *bsRecord = NewBstr(sText);
+    return bFound ? S_OK : E_FAIL;
 }
 
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::RefreshFileSize()
@@ -182,7 +188,8 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetApproxCount(ULONGLONG* nCount
     if (!nCount)
         return E_INVALIDARG;
     return Guarded([&] {
-        *nCount = m_pHandler->m_index.GetApproxCount();
+        *nCount = m_pHandler->Reading(IQRL_TabulexConverter::kNoFaultLine,
+                                      [&] { return m_pHandler->m_index.GetApproxCount(); });
         return S_OK;
     });
 }
@@ -198,6 +205,22 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::OpenLines(ILineReader** ppLines)
         return hr;
     pReader->Attach(m_pHandler);
     *ppLines = pReader.detach();
+    return S_OK;
+}
+
+HRESULT STDMETHODCALLTYPE
+CFileHandler::CProxy::GetReadState(IQRL_TabulexConverter::ReadState* pState)
+{
+    if (!pState)
+        return E_POINTER;
+    *pState = {};
+    LockGuard lock(m_pHandler->m_lock);
+    const auto nSizeNow = m_pHandler->m_pFile->Size();
+    if (!nSizeNow)
+        return E_FAIL;
+    const SReadFault& fault = m_pHandler->m_firstFault;
+    *pState = {fault.kind, fault.nPosition, m_pHandler->m_nFaultLine,
+               m_pHandler->m_index.FileSize(), *nSizeNow};
     return S_OK;
 }
 

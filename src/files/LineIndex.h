@@ -35,6 +35,8 @@ public:
     void DetectUnicode();
 
     ULONGLONG RecordCount() const { return m_nRecordCount.load(std::memory_order_relaxed); }
+    // Bytes of the file as last asked for; 0 for an empty one. From any thread.
+    ULONGLONG FileSize() const { return m_data.GetSize(); }
     // The count is final.
     bool IsComplete() const { return m_bComplete.load(std::memory_order_relaxed); }
 

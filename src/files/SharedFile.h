@@ -10,9 +10,16 @@
 
 #include <mutex>
 
+#include "interfaces/IReadState.h"
 #include "platform/File.h"
 
 namespace Hesperon::specifics {
+
+struct SReadFault
+{
+    IQRL_TabulexConverter::ReadFault kind = IQRL_TabulexConverter::ReadFaultNone;
+    std::uint64_t nPosition = 0; // the first byte that couldn't be had
+};
 
 class CSharedFile
 {
@@ -45,13 +52,28 @@ public:
     // the buffer is unspecified.
     virtual bool Read(std::uint64_t offset, void* buffer, std::size_t count) const
     {
+        using namespace IQRL_TabulexConverter;
         std::lock_guard lock(m_lock);
-        return m_file.IsOpen() && m_file.ReadAt(offset, buffer, count) == count;
+        if (!m_file.IsOpen())
+            return false;
+        const auto nRead = m_file.ReadAt(offset, buffer, count);
+        if (nRead == count)
+            return true;
+        m_lastFault = {nRead ? ReadFaultCut : ReadFaultSystem, offset + nRead.value_or(0)};
+        return false;
+    }
+
+    // Of the last read that failed; a closed file's reads don't count.
+    SReadFault LastFault() const
+    {
+        std::lock_guard lock(m_lock);
+        return m_lastFault;
     }
 
 private:
-    mutable std::mutex m_lock;
-    File m_file; // guarded by m_lock
+    mutable std::mutex m_lock; // guards what follows
+    File m_file;
+    mutable SReadFault m_lastFault;
 };
 
 } // namespace Hesperon::specifics

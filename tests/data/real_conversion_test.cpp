@@ -43,6 +43,24 @@ TEST_F(RealConversionTest, RowsHoldTheTypedValuesOfTheFile)
     }
 }
 
+TEST_F(RealConversionTest, TheSourceOfACloneKnowsWhatOfTheFileCouldNotBeRead)
+{
+    ReadState state{};
+    EXPECT_EQ(parser->GetReadState(nullptr), E_POINTER);
+    EXPECT_EQ(parser->GetReadState(&state), E_FAIL); // no file
+    TempFile file(Daily(200) + std::string(6'000'000, '\n') + "2010-01-01,1,2,0.5,1,100\n");
+    ASSERT_EQ(Open(*parser.get(), file), S_OK);
+    const auto clone = CloneOf(*parser.get());
+    file.Truncate(1'000'000);
+    ASSERT_TRUE(Convert(*clone.get()));
+    EXPECT_EQ(sink->ends, std::vector<bool>{true}); // what can't be read counts as the end
+    EXPECT_EQ(sink->AllRows().size(), 200u);
+    ASSERT_EQ(parser->GetReadState(&state), S_OK);
+    EXPECT_EQ(state.nFault, ReadFaultCut);
+    EXPECT_EQ(state.nFaultLine, 200u);
+    EXPECT_EQ(state.nSizeNow, 1'000'000u);
+}
+
 TEST_F(RealConversionTest, BadLinesAreToldWithTheirTexts)
 {
     // Behind the lines from which the layout is worked out.

@@ -413,6 +413,48 @@ TEST_F(FileHandler, AFileThatShrinksFailsTheCallThatReadsIt)
     EXPECT_TRUE(IsComplete(pHandler));
 }
 
+TEST_F(FileHandler, TheFirstFaultStaysKnown)
+{
+    using namespace IQRL_TabulexConverter;
+    const TestFile file(NumberedLines(60000, std::string(100, 'x')));
+    const auto pHandler = Attach(file);
+    const auto pReadState = pHandler.as<IReadState>();
+    ASSERT_TRUE(pReadState);
+    ASSERT_TRUE(Eventually([&] { return Count(pHandler) == 32768; }));
+    ReadState state{};
+    EXPECT_EQ(pReadState->GetReadState(nullptr), E_POINTER);
+    ASSERT_EQ(pReadState->GetReadState(&state), S_OK);
+    EXPECT_EQ(state.nFault, ReadFaultNone);
+    EXPECT_EQ(state.nFaultLine, kNoFaultLine);
+    EXPECT_EQ(state.nSize, state.nSizeNow);
+    const ULONGLONG nSize = state.nSize;
+    ASSERT_GT(nSize, 6'000'000u);
+
+    file.Truncate(5'000'000);
+    EXPECT_THROW(pHandler->SeekRecord(59000), std::invalid_argument);
+    const ULONGLONG nFaultLine = Count(pHandler);
+    EXPECT_GT(nFaultLine, 32768u);
+    pHandler->Invalidate(VARIANT_TRUE); // forgets what was read, and not this
+    ASSERT_EQ(pReadState->GetReadState(&state), S_OK);
+    EXPECT_EQ(state.nFault, ReadFaultCut);
+    EXPECT_EQ(state.nFaultPosition, 5'000'000u);
+    EXPECT_EQ(state.nFaultLine, nFaultLine);
+    EXPECT_EQ(state.nSizeNow, 5'000'000u);
+}
+
+TEST_F(FileHandler, AFileThatGrowsIsLongerThanWhatIsRead)
+{
+    const TestFile file(NumberedLines(10));
+    const auto pReadState = Attach(file).as<IQRL_TabulexConverter::IReadState>();
+    IQRL_TabulexConverter::ReadState before{}, after{};
+    ASSERT_EQ(pReadState->GetReadState(&before), S_OK);
+    file.Append("more\n");
+    ASSERT_EQ(pReadState->GetReadState(&after), S_OK);
+    EXPECT_EQ(after.nFault, IQRL_TabulexConverter::ReadFaultNone);
+    EXPECT_EQ(after.nSize, before.nSize);
+    EXPECT_EQ(after.nSizeNow, before.nSize + 5);
+}
+
 TEST_F(FileHandler, AConversionOfAFileThatShrinksEnds)
 {
     const TestFile file(NumberedLines(60000, std::string(100, 'x')));
