@@ -20,9 +20,11 @@ public:
     static FaultmereClient& Instance();
 
     FaultmereClient() = default;
-    virtual ~FaultmereClient();
     FaultmereClient(const FaultmereClient&) = delete;
     FaultmereClient& operator=(const FaultmereClient&) = delete;
+
+    // The first seven virtual operations are called by slot too: their order is given, and
+    // nothing virtual, no destructor either, may come before them.
 
     // Fills m_pRoot; E_FAIL if there is no library. Called under the lock.
     virtual HRESULT Load();
@@ -45,6 +47,8 @@ public:
     void Obey(HRESULT code);
 
 protected:
+    ~FaultmereClient(); // shuts down
+
     virtual void Break();      // stops in the debugger
     virtual void EndProcess(); // doesn't return
 

@@ -1,4 +1,4 @@
-// A report library that writes down what it is told, and a client that uses it.
+// A report library that notes all calls, and a client that uses it.
 #pragma once
 
 #include <atomic>
@@ -9,7 +9,7 @@
 #include "diagnostics/ReportClient.h"
 #include "platform/values.h"
 
-// What a fake root and its bags have been told, in order: "CREATE", "Line = UI4 12",
+// The calls of a fake root and its bags, in order: "CREATE", "Line = UI4 12",
 // "file()", "INIT()". Outlives them.
 struct ReportDiary
 {
@@ -110,12 +110,12 @@ public:
 };
 
 // With a diary its library is a fake, without one it looks for the real one.
-class TestClient : public FaultmereUtil::FaultmereClient
+class TestClient final : public FaultmereUtil::FaultmereClient
 {
 public:
     TestClient() = default;
     explicit TestClient(ReportDiary& diary) : m_pDiary(&diary) {}
-    ~TestClient() override { Shutdown(); }
+    ~TestClient() { Shutdown(); }
 
     HRESULT Load() override
     {
