@@ -30,7 +30,7 @@ std::span<const ObjectMapEntry> ObjectMap()
         {CLSID_CSymbolEnumerator, OLESTR("TabulexConverter.SymbolEnumerator"),
          &CreateClass<CSymbolEnumerator>},
         {CLSID_CFakeRecordParser, OLESTR("TabulexConverter.FakeRecordParser"),
-         &CreateClass<CFakeRecordParser>},
+         &CreateClass<CFakeRecordParser>, OLESTR("CFakeRecordParser Object")},
     };
     return kMap;
 }

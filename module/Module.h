@@ -25,6 +25,7 @@ struct ObjectMapEntry
     CLSID clsid;
     string_view_t sProgId; // version-independent form; ".1" makes the versioned one
     HRESULT (*pfnCreate)(REFIID riid, void** ppv);
+    string_view_t sDescription = {}; // for the register; empty where the ProgID stands there
 };
 
 // Null for a class that isn't in the map.

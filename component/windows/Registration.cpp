@@ -77,6 +77,7 @@ HRESULT RegisterClass(const ObjectMapEntry& entry, const string_t& module)
     const string_t name(entry.sProgId);
     const string_t versioned = name + L".1";
     const string_t key = L"CLSID\\" + id;
+    const string_t description(entry.sDescription.empty() ? entry.sProgId : entry.sDescription);
     struct Row
     {
         string_t key;
@@ -84,7 +85,7 @@ HRESULT RegisterClass(const ObjectMapEntry& entry, const string_t& module)
         string_t value;
     };
     const Row rows[] = {
-        {key, nullptr, name},
+        {key, nullptr, description},
         {key, L"AppID", TextOf(kApplicationId)},
         {key + L"\\InprocServer32", nullptr, module},
         {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},

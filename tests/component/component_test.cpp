@@ -77,6 +77,14 @@ TEST(Component, OffersItsClasses)
     }
 }
 
+TEST(Component, DescribesTheFakeRecordParserByAText)
+{
+    for (const ObjectMapEntry& entry : ObjectMap())
+        EXPECT_EQ(entry.clsid == CLSID_CFakeRecordParser ? OLESTR("CFakeRecordParser Object")
+                                                         : OLESTR(""),
+                  entry.sDescription);
+}
+
 TEST(Component, CreatesObjectsThroughTheirFactories)
 {
     for (const ClassRow& row : kClasses) {

@@ -8,6 +8,7 @@
 
 #include "component/ObjectMap.h"
 #include "component/windows/Registration.h"
+#include "interfaces/ClassIds.h"
 #include "tests/windows/ComponentLibrary.h"
 #include "tests/windows/registration/Registry.h"
 #include "tests/windows/typelib/Library.h"
@@ -37,13 +38,21 @@ string_t Plain(const string_t& path)
 
 // ---- what is to be there
 
+// The default value of a class's own key.
+string_t DescriptionOf(const ObjectMapEntry& entry)
+{
+    return entry.clsid == IQRL_TabulexConverter::CLSID_CFakeRecordParser
+               ? L"CFakeRecordParser Object"
+               : string_t(entry.sProgId);
+}
+
 Values OfClass(const ObjectMapEntry& entry, const string_t& module)
 {
     const string_t id = TextOf(entry.clsid);
     const string_t key = L"CLSID\\" + id;
     const string_t name(entry.sProgId);
     return {
-        {key, name},
+        {key, DescriptionOf(entry)},
         {key + L":AppID", TextOf(kApplicationId)},
         {key + L"\\InprocServer32", module},
         {key + L"\\InprocServer32:ThreadingModel", L"Apartment"},
