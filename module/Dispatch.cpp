@@ -234,8 +234,9 @@ UINT DispatchTypeInfoCount()
 
 HRESULT DispatchGetTypeInfo(REFIID iid, UINT index, ITypeInfo** info)
 {
-    if (!info)
-        return E_POINTER;
-    *info = nullptr;
-    return index == 0 ? LoadTypeInfo(iid, info) : DISP_E_BADINDEX;
+    if (info)
+        *info = nullptr;
+    if (index != 0)
+        return DISP_E_BADINDEX;
+    return info ? LoadTypeInfo(iid, info) : E_POINTER;
 }

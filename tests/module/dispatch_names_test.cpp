@@ -99,8 +99,13 @@ TEST_F(Naming, HasNoTypeInformationWithoutALibrary)
         auto* info = reinterpret_cast<ITypeInfo*>(&nSomewhere);
         EXPECT_EQ(hr, m_gadget->GetTypeInfo(nIndex, 0, &info));
         EXPECT_EQ(nullptr, info);
-        EXPECT_EQ(E_POINTER, m_gadget->GetTypeInfo(nIndex, 0, nullptr));
     }
+}
+
+TEST_F(Naming, LooksAtTheIndexOfTypeInformationBeforeThePointer)
+{
+    EXPECT_EQ(E_POINTER, m_gadget->GetTypeInfo(0, 0, nullptr));
+    EXPECT_EQ(DISP_E_BADINDEX, m_gadget->GetTypeInfo(1, 0, nullptr));
 }
 
 TEST_F(Naming, TakesANullNameForAnUnknownOne)
