@@ -15,7 +15,7 @@ struct MessageLoops
     std::map<std::uint32_t, CTabulexConvMessageLoop> table;
 };
 
-// Never destroyed: a thread may end behind static objects.
+// Never destroyed: a thread may end after the static objects.
 MessageLoops& All()
 {
     static MessageLoops& all = *new MessageLoops;
@@ -41,4 +41,11 @@ void ForgetMessageLoop()
     MessageLoops& all = All();
     const LockGuard lock(all.lock);
     all.table.erase(CurrentThreadId());
+}
+
+std::size_t MessageLoopCount()
+{
+    MessageLoops& all = All();
+    const LockGuard lock(all.lock);
+    return all.table.size();
 }

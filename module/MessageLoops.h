@@ -1,6 +1,7 @@
 // The module's record of each thread that has called it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 class CTabulexConvMessageLoop
@@ -15,3 +16,6 @@ CTabulexConvMessageLoop* ThisMessageLoop();
 
 // At the end of a thread: its record goes. A later thread may have the same number.
 void ForgetMessageLoop();
+
+// How many threads have a record.
+std::size_t MessageLoopCount();

@@ -18,7 +18,7 @@ std::string Address(const void* p)
     return std::to_string(reinterpret_cast<std::uintptr_t>(p));
 }
 
-// The lines that tell of a place on this thread, with an optional group.
+// The lines of a report's place on this thread, with an optional group.
 std::vector<std::string> PlaceLines(const std::source_location& place, const std::string& sFunction,
                                     const char* szGroup = nullptr)
 {

@@ -1,4 +1,4 @@
-// IGadget: an interface with a row of each kind, and an object behind it that notes
+// IGadget: an interface with a row of each kind, and an object of it that notes
 // its calls.
 #pragma once
 
