@@ -21,7 +21,7 @@ Event::Timeout TimeoutOf(unsigned long nTimeout)
 
 } // namespace
 
-// What thread and transport share; it lives as long as either of them.
+// Shared by thread and transport; it lives as long as either of them.
 struct CThreadBase::SWorker
 {
     SWorker(std::shared_ptr<utils::CTaskStorage> tasks, std::shared_ptr<SWorker> predecessor)
@@ -34,12 +34,12 @@ struct CThreadBase::SWorker
     void Leave();
 
     const std::shared_ptr<utils::CTaskStorage> pTasks;
-    std::shared_ptr<SWorker> pPredecessor; // may still run its last task; for the thread
+    std::shared_ptr<SWorker> pPredecessor; // may still run its last task; the thread waits for it
     Event wake{Event::Kind::AutoReset};
     CControlEvent control;
-    std::atomic<std::uint32_t> nThread = 0; // set before control tells of the start
-    std::atomic<bool> bEnd = false;         // end behind what is queued
-    std::mutex takeLock;                    // guards bLeft, and is held while a task is taken
+    std::atomic<std::uint32_t> nThread = 0; // set before control signals the start
+    std::atomic<bool> bEnd = false;         // end after what is queued
+    std::mutex takeLock;                    // guards bLeft; held while a task is taken
     bool bLeft = false;                     // take nothing any more
 };
 
@@ -92,7 +92,7 @@ void CThreadBase::ThreadMain(const std::shared_ptr<SWorker>& This)
     This->control.Signal(eCSStop);
 }
 
-// A task may let go of its own active object.
+// A task may destroy its own active object.
 CThreadBase::~CThreadBase()
 {
     if (IsOwnThread())
@@ -127,7 +127,7 @@ void CThreadBase::Start()
     }
     m_pLeft.reset();
     m_pWorker->control.Wait();
-    m_pWorker->wake.Set(); // for what the last stop has left in the queue
+    m_pWorker->wake.Set(); // for tasks that the last stop left in the queue
 }
 
 void CThreadBase::StartThread()

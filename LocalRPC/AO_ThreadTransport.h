@@ -1,9 +1,8 @@
 // CThread: a transport with a thread of its own.
 //
-// A running task can't be cut short. Where a stop runs out of time the thread is left
-// alone instead: it takes no other task, ends behind the one that it runs, and touches
-// nothing of the transport any more. The thread of a later start waits for it, so tasks
-// never overlap.
+// A running task can't be cut short. When a stop runs out of time, the thread is left to
+// itself: it takes no other task, ends after the one that it runs, and no longer touches the
+// transport. The thread of a later start waits for it, so tasks never overlap.
 #pragma once
 
 #include <thread>
@@ -20,8 +19,8 @@ public:
 
     void Start() override;
     bool PostTask(const TaskPtr& task) override;
-    // From its own thread: a report and false. With a time limit, up to twice that. A second
-    // stop waits for the first.
+    // From its own thread: reports an assertion and gives false. A time limit applies to each
+    // of two waits, so the call may take twice as long. A second stop waits for the first.
     bool StopEx(const bool bClear, const unsigned long nTimeout, const bool bSetStop) override;
 
 protected:
@@ -39,10 +38,10 @@ private:
     void Leave();
     void SetWorker(std::shared_ptr<SWorker> pWorker);
 
-    CriticalSection m_lifeLock;         // one start or stop at a time; taken before m_lock
+    CriticalSection m_lifeLock;         // serialises starts and stops; taken before m_lock
     std::shared_ptr<SWorker> m_pWorker; // changes under both locks
-    std::shared_ptr<SWorker> m_pLeft;   // the last one that a stop has left; under m_lifeLock
-    std::thread m_thread;               // under m_lifeLock
+    std::shared_ptr<SWorker> m_pLeft; // the last one that a stop didn't wait for; under m_lifeLock
+    std::thread m_thread;             // under m_lifeLock
 };
 
 class CThread final : public CThreadBase

@@ -27,7 +27,7 @@ namespace details {
 
 namespace utils {
 
-// All operations from any thread.
+// All operations may be called from any thread.
 class ITaskStorage
 {
 public:
@@ -36,7 +36,7 @@ public:
     virtual void Add(const TaskPtr& task) = 0;
     // The task at the front; empty when there is none.
     virtual void Take(TaskPtr& task) = 0;
-    virtual void Reserved() {} // keeps the order of the slots
+    virtual void Reserved() {} // holds the third slot
     virtual void Clear() = 0;
 };
 
@@ -55,7 +55,7 @@ private:
 
 } // namespace utils
 
-// All operations from any thread, if nothing else is said.
+// All operations may be called from any thread, unless they say otherwise.
 class IAOTransport
 {
 public:
@@ -65,15 +65,15 @@ public:
     virtual void Start() = 0;
     // False where the transport doesn't run or is being stopped: the task won't run.
     virtual bool PostTask(const TaskPtr& task) = 0;
-    // bClear throws away what is queued, which is run first otherwise. bSetStop refuses
-    // tasks from now on; without it tasks are taken until the queue is found empty. The
-    // time is in milliseconds. False where the transport doesn't run, and where its end
-    // wasn't seen in time.
+    // With bClear the queued tasks are thrown away, without it they run first. With bSetStop
+    // new tasks are refused at once, without it they are taken until the queue is found empty.
+    // The time is in milliseconds. False if the transport doesn't run, or hasn't ended when
+    // the time is over.
     virtual bool StopEx(const bool bClear, const unsigned long nTimeout, const bool bSetStop) = 0;
     virtual bool IsRunning() const = 0;
 };
 
-// The store outlives the transport where a thread or a window still has to do with it.
+// The store outlives the transport while a thread or a window still uses it.
 class CAOTransportBaseBase : public IAOTransport
 {
 public:
@@ -104,7 +104,8 @@ protected:
     bool TakesTasks() const { return !IsStopping() && m_bRunning; }
     void SetRunning(bool bRunning) { m_bRunning = bRunning; }
 
-    // Guards what changes with a start and a stop, and the decision that a task is taken.
+    // Guards what a start or a stop changes, and makes the decision to take a task one with
+    // its queueing.
     CriticalSection m_lock;
 
 private:

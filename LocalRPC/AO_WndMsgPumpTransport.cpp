@@ -48,8 +48,8 @@ void CWndImpl::PostTimer(std::chrono::milliseconds period) const
     WM_SET_TIMER.Post(m_hWnd, static_cast<ULONG_PTR>(period.count()));
 }
 
-// Tasks that come meanwhile have a message of their own, so that a task which posts
-// itself again leaves room for other messages.
+// Tasks that come meanwhile are run by a message of their own, so that a task which posts
+// itself again doesn't keep other messages waiting.
 void CWndImpl::ProcessEvents()
 {
     if (!FaultmereUtil::Assert(IsOwnThread(), "process events in wrong thread"))
@@ -65,7 +65,8 @@ void CWndImpl::ProcessEvents()
 
 LONG_PTR CWndImpl::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR)
 {
-    // A task may stop the transport; the window goes behind the message then.
+    // A task may stop the transport; this reference keeps the object until the message has
+    // been handled.
     const boost::shared_ptr<CWndImpl> pSelf = weak_from_this().lock();
     switch (nMessage) {
     case WM_RUN_TASKS:
@@ -85,7 +86,7 @@ LONG_PTR CWndImpl::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR)
     return 0;
 }
 
-// The last reference has gone.
+// The last reference has been dropped.
 void CWndImpl::Release()
 {
     if (!IsOwnThread())
@@ -95,7 +96,7 @@ void CWndImpl::Release()
     LeaveOwner();
 }
 
-// The object may be gone behind Destroy.
+// The object may be gone after Destroy.
 void CWndImpl::Suicide()
 {
     SetTimer(std::chrono::milliseconds(0));
@@ -119,8 +120,8 @@ CWndMsgPumpBase::~CWndMsgPumpBase()
     CWndMsgPumpBase::StopEx(true, 0, true);
 }
 
-// With a store of its own, so that an old window on another thread finds its own tasks
-// only.
+// Each start makes a new store, so that an old window on another thread finds only its own
+// tasks.
 void CWndMsgPumpBase::Start()
 {
     CWndMsgPumpBase::StopEx(false, 0, true);

@@ -15,11 +15,11 @@ class CActiveObject_base : private boost::noncopyable
 public:
     // Throws local_rpc_exception.
     void Start();
-    // False where the task won't run: ahead of a start, behind a stop.
+    // False if the task won't run: before a start and after a stop.
     bool Post(const TaskPtr& task);
-    // Refuses tasks from now on, throws away what is queued if told so, and waits for the
-    // end as long as told (milliseconds). False where it doesn't run, where the end wasn't
-    // seen in time, and on its own thread if it has one to itself.
+    // Refuses tasks from now on, throws away what is queued if bClear is set, and waits at
+    // most nTimeout milliseconds for the end. False if it doesn't run, if it hasn't ended when
+    // the time is over, and for CActiveObject_thread on its own thread.
     bool Stop(bool bClear, unsigned long nTimeout = kNoTimeLimit);
 
 protected:

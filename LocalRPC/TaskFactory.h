@@ -8,7 +8,7 @@
 //
 // Whoever posts a synchronous task waits for it; on the active object's own thread it
 // has run when Post returns, so the wait is over at once there. A task that a stop
-// throws away never runs, and who waits for it needs a time limit.
+// throws away never runs; wait with a time limit if that may happen.
 #pragma once
 
 #include <atomic>
@@ -51,7 +51,7 @@ inline void intrusive_ptr_release(ITask* pTask)
 
 using TaskPtr = boost::intrusive_ptr<ITask>;
 
-// Begins at 0: the first intrusive_ptr counts.
+// Starts at 0: the first intrusive_ptr makes it 1.
 class CTaskCounter
 {
 public:

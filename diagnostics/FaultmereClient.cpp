@@ -6,8 +6,8 @@
 namespace FaultmereUtil {
 namespace {
 
-// A report is never worth an exception: what is thrown on its way, by lack of memory
-// or by a receiver, ends the report alone.
+// Reporting must not throw: an exception on the way, from lack of memory or from a
+// receiver, ends only the report.
 template <class Action>
 void Quietly(Action action) noexcept
 {

@@ -5,11 +5,11 @@
 // receiver that the process asked for (SetReceiver); with neither, the first one
 // costs a failed load and all of them do nothing. Reporting never changes the
 // caller's last system error, may run under any lock of the caller, from any
-// thread, and never throws. Control goes on behind an assertion, so what follows
-// must survive the fault.
+// thread, and never throws. The program goes on after an assertion, so the code that
+// follows must survive the fault.
 //
-// These functions serve all code that reports. The client of the library stands in
-// ReportClient.h, the reports that it makes in Reports.h.
+// All code reports by these functions. The client of the library is in ReportClient.h, the
+// reports that it makes are in Reports.h.
 #pragma once
 
 #include <functional>
@@ -39,14 +39,14 @@ inline constexpr HRESULT kBreak = 1;           // stop in the debugger, then go 
 inline constexpr HRESULT kTerminate = E_ABORT; // end the process
 inline constexpr HRESULT kGoOn = S_OK;
 
-// Replaces the receiver of reports where the report library is absent; an empty
-// one makes reports silent again. Gives the receiver that stood before, which isn't
-// called any more. The receiver runs on the reporting thread, under a lock of its
-// own; what it reports itself is dropped, and its exceptions go unheard.
+// Sets the receiver that gets reports where the report library is absent; an empty one
+// makes reports silent again. Gives the previous receiver, which isn't called any more. The
+// receiver runs on the reporting thread, under a lock of its own. Reports that it makes
+// itself are dropped, and so are its exceptions.
 using Receiver = std::function<HRESULT(const Report&)>;
 Receiver SetReceiver(Receiver receiver);
 
-// A receiver that appends a line a report to a file, or writes it to standard
+// A receiver that appends one line for each report to a file, or writes it to standard
 // error for "-".
 Receiver LogTo(const std::string& sPath);
 
@@ -67,7 +67,7 @@ inline bool Assert(bool bHolds, std::string_view szCondition,
     return bHolds;
 }
 
-// Reports a failure code under the text that such assertions have; gives hr.
+// Reports a failure code, with the text of all such assertions; gives hr.
 inline HRESULT AssertOk(HRESULT hr, std::source_location place = std::source_location::current())
 {
     if (FAILED(hr)) [[unlikely]]
@@ -75,7 +75,7 @@ inline HRESULT AssertOk(HRESULT hr, std::source_location place = std::source_loc
     return hr;
 }
 
-// Reports a message; what the report asks for doesn't matter.
+// Reports a message; the report's result is ignored.
 void Trace(std::string_view sMessage,
            std::source_location place = std::source_location::current()) noexcept;
 

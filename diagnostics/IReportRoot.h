@@ -3,7 +3,7 @@
 //
 // A bag is a list of named values. It is made by the command "CREATE", filled in
 // order, and handed back with a command: "INIT" opens the session with it, the empty
-// command files it as a report of the kind that its value "$Type" tells.
+// command files it as a report of the kind in its value "$Type".
 //
 // Text is UTF-16. Both objects may be called from any thread, one bag by one thread
 // at a time.

@@ -1,4 +1,4 @@
-// The place where the process's receiver of reports stands.
+// Keeps the process's receiver of reports.
 #pragma once
 
 #include "diagnostics/FaultmereClient.h"

@@ -4,7 +4,7 @@
 //   bag.AddNumber(OLESTR("Line"), 12);
 //   const HRESULT hr = bag.Send(OLESTR(""));
 //
-// The first failure of any step is the report's status; the steps behind it are
+// The first failure of any step is the report's status; the steps after it are
 // skipped. Used by one thread.
 #pragma once
 

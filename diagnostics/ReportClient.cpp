@@ -72,7 +72,7 @@ HRESULT FaultmereClient::OpenSessionByAddress()
     return m_pRoot->Fallback(string_t(sDigits.begin(), sDigits.end()).c_str());
 }
 
-// That it was tried stays known.
+// It isn't tried again: m_bInitTried stays set.
 void FaultmereClient::Abandon()
 {
     if (m_bShowErrors)

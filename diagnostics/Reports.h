@@ -1,12 +1,12 @@
-// The reports: scoped objects that are made where something is to be told, called
-// once with its text, and give back the caller's last system error when they go.
+// The reports: scoped objects. Make one where there is something to report, call it once
+// with the text; its destructor restores the caller's last system error.
 //
 //   AsserterClass asserter(client, std::source_location::current());
 //   client.Obey(asserter("pVal"));
 //
 // Each goes to the report library if there is one, else to the process's receiver.
-// The result is what the report asks for; a failure if it couldn't be made, which
-// stands for going on. An object is used by the thread that made it.
+// The result is what the report asks for, or a failure if the report couldn't be made; the
+// caller goes on then. An object is used by the thread that made it.
 #pragma once
 
 #include <cstdint>
@@ -37,8 +37,8 @@ private:
     const int m_nError;
 };
 
-// What a trace may tell beside its message and place. Zeros and empty text, but for
-// nIdent, are left out of the report.
+// What a trace may carry beside its message and place. Zeros and empty text are left out of
+// the report, except nIdent.
 struct TraceValues
 {
     std::uint32_t nIdent = 0; // the caller's own number for this trace

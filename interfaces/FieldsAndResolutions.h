@@ -1,6 +1,6 @@
 // The fields and resolutions of quote files: their ids in the component and at the host.
 //
-// One row a field type and one row a resolution; a row's place in its table is its id.
+// Each table has one row for each field type, or each resolution; a row's index is its id.
 // Ids are stored by hosts and never change.
 #pragma once
 

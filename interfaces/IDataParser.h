@@ -4,8 +4,8 @@
 // content from 0. In normal direction the line of position n is HeaderOffset + n
 // + (HasHeader ? 1 : 0); in inverted direction it is the file's line count - n - 1.
 //
-// Safe from any thread; every operation takes the object's lock. Unless told
-// otherwise S_OK is the only success, and a null [out] pointer gives E_POINTER.
+// Safe from any thread; every operation takes the object's lock. Unless an operation says
+// otherwise, S_OK is the only success, and a null [out] pointer gives E_POINTER.
 #pragma once
 
 #include "platform/component.h"
@@ -18,22 +18,22 @@ struct IDataParser : IDispatch
     // ---- operations
 
     // Judges the settings before a conversion, without reading the file. S_OK: good.
-    // S_FALSE: a fault was told through IDataParserEvents::OnError of the sink or,
+    // S_FALSE: a fault was reported through IDataParserEvents::OnError of the sink or,
     // if that fails, in a message box owned by hWnd. E_NOINTERFACE: no such sink.
     virtual HRESULT STDMETHODCALLTYPE CheckConverterSettings(LONG_PTR hWnd,
                                                              IDispatch* pEventSink) = 0;
-    // Tells each symbol of the file once to the sink.
+    // Reports each symbol of the file once to the sink.
     virtual HRESULT STDMETHODCALLTYPE StartEnumSymbols(IDispatch* pEventSink,
                                                        ULONG_PTR nTranId) = 0;
     // A new parser with the same settings on the same open file.
     virtual HRESULT STDMETHODCALLTYPE Clone(IDispatch** newObj) = 0;
     // Checks the settings, then converts Count records from position StartPos. A
-    // Count of 0 or a start behind a complete file ends well at once.
+    // Count of 0 or a start beyond the end of a complete file ends well at once.
     virtual HRESULT STDMETHODCALLTYPE StartConvertPortion(LONG_PTR hWnd, IDispatch* pEventSink,
                                                           ULONGLONG StartPos, ULONGLONG Count,
                                                           ULONG_PTR nTranId) = 0;
-    // Data records known so far (lines less header); bComplete tells whether that
-    // is all. E_FAIL without a file.
+    // Data records known so far (lines less header); bComplete says whether these
+    // are all. E_FAIL without a file.
     virtual HRESULT STDMETHODCALLTYPE GetCount(ULONGLONG* nCount, VARIANT_BOOL* bComplete) = 0;
     // A block of parsed records for display: VT_ARRAY|VT_VARIANT over two
     // dimensions, record (from nFrom) by field (from 0). Fields that don't parse
@@ -45,7 +45,7 @@ struct IDataParser : IDispatch
     // Reads the file's size again, and with Erase forgets its line index; then as
     // RefreshDateInfo without inference.
     virtual HRESULT STDMETHODCALLTYPE InvalidateFileInfo(VARIANT_BOOL Erase) = 0;
-    // Where a line lies in the file, 0 to 1, good to 1024 lines.
+    // Where a line lies in the file, from 0 to 1, to the nearest 1024 lines.
     virtual HRESULT STDMETHODCALLTYPE GetRelativePos(ULONGLONG nPosition, FLOAT* fRelative) = 0;
     // Converts the whole file to pEventSink (an IDataParserEvents) on the file's
     // worker thread; returns at once. nTranId is the number under which the run can
@@ -66,7 +66,7 @@ struct IDataParser : IDispatch
     virtual HRESULT STDMETHODCALLTYPE get_CurrentRecord(BSTR* pVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_LastRecord(BSTR* pVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_FieldCount(ULONG* pVal) = 0;
-    // Putting a name opens the file and works its layout out. S_FALSE: the file
+    // Putting a name opens the file and works out its layout. S_FALSE: the file
     // can't be opened, and the parser then has none.
     virtual HRESULT STDMETHODCALLTYPE get_FileName(BSTR* pVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_FileName(BSTR newVal) = 0;
@@ -76,7 +76,7 @@ struct IDataParser : IDispatch
     virtual HRESULT STDMETHODCALLTYPE put_RecordParser(IDispatch* newVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_HasHeader(VARIANT_BOOL* pVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_HasHeader(VARIANT_BOOL newVal) = 0;
-    // Lines before the data, or before the header if there is one.
+    // Number of lines before the data, or before the header if there is one.
     virtual HRESULT STDMETHODCALLTYPE get_HeaderOffset(ULONG* pVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_HeaderOffset(ULONG newVal) = 0;
     // True for a file whose last line is its earliest record. Putting VARIANT_TRUE

@@ -1,6 +1,6 @@
-// What a conversion tells its sink. All calls come on the file's worker thread;
+// What a conversion reports to its sink. All calls come on the file's worker thread;
 // PutRecords and EndTransaction come with no lock of the parser held, the error
-// calls with the parser's lock held, so they must not call the same parser.
+// calls with the parser's lock held, so an implementation must not call that parser then.
 #pragma once
 
 #include "platform/component.h"
@@ -17,12 +17,12 @@ struct IDataParserEvents : IDispatch
     // were complete, a failure as a failed one.
     virtual HRESULT STDMETHODCALLTYPE PutRecords(VARIANT vRecords,
                                                  ULONGLONG nRecCountWithSkeeped) = 0;
-    // The conversion is over: VARIANT_TRUE when it went well. Sent once a run.
+    // The conversion is over: VARIANT_TRUE when it went well. Sent once in a run.
     virtual HRESULT STDMETHODCALLTYPE EndTransaction(VARIANT_BOOL bResult) = 0;
     // A fault outside the lines: VT_ARRAY|VT_VARIANT, three elements from 0: a VT_I4
     // code or line, and the text twice.
     virtual HRESULT STDMETHODCALLTYPE OnError(VARIANT Description) = 0;
-    // Display name of a resolution (ids 0 to 7), optionally with "|size" behind it.
+    // Display name of a resolution (ids 0 to 7), optionally followed by "|size".
     virtual HRESULT STDMETHODCALLTYPE GetResolutionName(LONG Resolution, BSTR* Name) = 0;
     // A bad line. Lines and fields count from 1; field 65535 means the whole record.
     // S_OK rejects the line and goes on; anything else ends the conversion without

@@ -9,8 +9,8 @@ namespace IQRL_TabulexConverter {
 // Dual.
 struct IFileHandlerEvents : IDispatch
 {
-    // The file is now known to hold nNewCount lines; bComplete says that this is
-    // all. Sent with bComplete once.
+    // The file is now known to hold nNewCount lines; bComplete says that there are no
+    // more. Sent with bComplete once.
     virtual HRESULT STDMETHODCALLTYPE RecordCountChange(ULONGLONG nNewCount,
                                                         VARIANT_BOOL bComplete) = 0;
     // Rows nFrom to nFrom + nCount of parsed fields; not sent by the file's worker.

@@ -23,11 +23,11 @@ struct IProgressBox : IUnknown
     // Caption; kept for a box that opens later.
     virtual HRESULT STDMETHODCALLTYPE SetTitle(BSTR bsTitle) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetFileName(BSTR bsFileName) = 0;
-    // The parser of the conversion: tells places in the file, and is aborted by the
-    // cancel button.
+    // The parser of the conversion: it gives places in the file, and the cancel button
+    // aborts it.
     virtual HRESULT STDMETHODCALLTYPE put_DataParser(IDispatch* pDataParser) = 0;
     // Shows an error and waits until the user has chosen. S_OK goes on; anything else
-    // ends the conversion. After a "skip all" S_OK at once.
+    // ends the conversion. After a "skip all" it gives S_OK at once.
     virtual HRESULT STDMETHODCALLTYPE OnError(BSTR bsError) = 0;
     // The same with a place: lines and fields from 1, field 65535 for the whole record.
     virtual HRESULT STDMETHODCALLTYPE OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum,

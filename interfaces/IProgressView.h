@@ -1,7 +1,7 @@
-// IProgressView: what a native progress box shows itself on.
+// IProgressView: the surface on which a native progress box appears.
 //
-// The box decides what is shown and when; the view puts it before the user, without
-// rules of its own. A host hands in a factory for its views (NativeHost.h). Without one a
+// The box decides what is shown and when; the view shows it and has no rules of its
+// own. A host hands in a factory for its views (NativeHost.h). Without one a
 // box shows nothing, and bad lines are skipped.
 //
 // All calls come on the box's thread, the one that started the session.
@@ -35,8 +35,8 @@ enum ProgressControl : LONG
 struct IProgressButtons
 {
     // The user pressed ProgressSkip, ProgressSkipAll or ProgressCancel. On the box's
-    // thread, from AskUser or from an event of the view's own. The view may be let go
-    // of before it returns.
+    // thread, from AskUser or from an event of the view. The view may be released
+    // before this returns.
     virtual void Press(ProgressControl button) = 0;
 
 protected:
@@ -47,16 +47,17 @@ protected:
 struct IProgressView : IControlsView
 {
     // Opens the box over a parent window, 0 for the thread's active one, and disables the
-    // parent. What is to be seen at first has been set by then. The buttons live until Hide.
+    // parent. Everything that is visible at first has been set by then. The buttons exist
+    // until Hide.
     virtual void Show(LONG_PTR hwndParent, IProgressButtons* pButtons) = 0;
-    // Closes the box and enables the parent. Nothing but Release follows. It comes when the
-    // box's thread pumps after the end of the session, or ends.
+    // Closes the box and enables the parent. Only Release follows. The call comes when the
+    // box's thread pumps messages after the end of the session, or when that thread ends.
     virtual void Hide() = 0;
     virtual void SetPercent(ULONG nPercent) = 0; // of ProgressBar
-    // An error is shown and the conversion waits for a button. A view that can't be
-    // clicked asks here; it may block for as long as the user does.
+    // An error is shown and the conversion waits for a button. A view without buttons
+    // to click asks the user here; it may block until the user has answered.
     virtual void AskUser() = 0;
-    // The box lets go of the view.
+    // The box doesn't use the view any more.
     virtual void Release() = 0;
 
 protected:

@@ -1,5 +1,5 @@
 // IRecordParser: turns one text record into typed field values, and works the
-// layout (dividers, columns, templates, resolution) out by itself on the first
+// layout (dividers, columns, templates, resolution) out by itself from the first
 // record after Reset.
 //
 // Type ids are 0 to 17 and -1 for an unassigned column, resolution ids 0 to 7;
@@ -24,10 +24,10 @@ struct IRecordParser : IDispatch
     virtual HRESULT STDMETHODCALLTYPE Reset() = 0;
     // Takes a template that isn't a default one from the list of the column's type.
     virtual HRESULT STDMETHODCALLTYPE RemoveTemplate(ULONG nField, BSTR Template) = 0;
-    // Infers layout and resolution from this record and the file behind DataParser.
+    // Infers layout and resolution from this record and the file of DataParser.
     virtual HRESULT STDMETHODCALLTYPE FindResolution(BSTR bsRecord) = 0;
     // Compares the record last parsed with the date before it (VT_DATE). S_FALSE: it
-    // breaks the order or the resolution, and ResolutionError tells how.
+    // breaks the order or the resolution, and ResolutionError says how.
     virtual HRESULT STDMETHODCALLTYPE CheckResolution(VARIANT LastDateTime, BSTR* ResolutionError,
                                                       IDispatch* pHost) = 0;
     // Kept as a slot; S_FALSE.
@@ -43,7 +43,7 @@ struct IRecordParser : IDispatch
     // and Value is its text.
     virtual HRESULT STDMETHODCALLTYPE GetFieldValue(VARIANT* Value, ULONG nField) = 0;
     // The resolutions that may be inferred: VT_ARRAY|VT_I4 ids and, in the same
-    // order, VT_ARRAY|VT_BSTR names, a name optionally with "|size" behind it.
+    // order, VT_ARRAY|VT_BSTR names, a name optionally followed by "|size".
     virtual HRESULT STDMETHODCALLTYPE SetResolutionTemplates(VARIANT vIDs, VARIANT vNames) = 0;
     // Why a field doesn't parse. S_FALSE: it does.
     virtual HRESULT STDMETHODCALLTYPE GetFieldError(BSTR* bsError, ULONG nField) = 0;
@@ -72,7 +72,7 @@ struct IRecordParser : IDispatch
     // Type name that two columns have; empty if there is none.
     virtual HRESULT STDMETHODCALLTYPE get_DuplicatedField(BSTR* pVal) = 0;
     // The file's data parser and the event handler are not counted: whoever puts
-    // them must take them away (put null) before they go.
+    // them must put null before they are destroyed.
     virtual HRESULT STDMETHODCALLTYPE get_DataParser(IDispatch** pVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_DataParser(IDispatch* newVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_EventHandler(IDispatch** pVal) = 0;
@@ -107,7 +107,7 @@ struct IRecordParser : IDispatch
     virtual HRESULT STDMETHODCALLTYPE GetTemplateItemCount(BSTR bsTypeName, LONG* nCount) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetTemplateItem(BSTR bsTypeName, LONG nIndex, BSTR* bsName,
                                                       LONG* bDefault) = 0;
-    // Builds the columns again with the dividers that stand.
+    // Builds the columns again with the current dividers.
     virtual HRESULT STDMETHODCALLTYPE RecreateFealds() = 0;
 };
 

@@ -1,4 +1,4 @@
-// ISymbolEnumerator: a walk over a file that tells each symbol once.
+// ISymbolEnumerator: a walk over a file that reports each symbol once.
 //
 // Set DataParser, Receiver and SymbolField, then Start. The walk runs on the one
 // thread that serves all enumerations of the process, one after the other.

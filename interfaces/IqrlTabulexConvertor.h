@@ -5,7 +5,7 @@
 // conversions and enumerations, whose results reach the host's IqrlTabulexDataSink.
 //
 // For one thread, the host's, which must pump its messages while a session runs
-// (NativeHost.h). Unless told otherwise S_OK is the only success, a null pointer
+// (NativeHost.h). Unless an operation says otherwise, S_OK is the only success, a null pointer
 // gives E_POINTER, and an object without a data parser E_NOINTERFACE.
 //
 // Host ids of fields: 0 undefined, 31 Symbol, 421 Date, 422 Time, 232 Open, 233 High,
@@ -31,8 +31,8 @@ struct IqrlTabulexConvertor : IDispatch
     // Converts the whole file to pReceiverSink (an IqrlTabulexDataSink) with a progress
     // box over ParentWindow. Returns at once; Commit or Rollback ends the session. The
     // settings aren't checked, and those of this object may change meanwhile. A failure
-    // after the sink was taken is also told by Rollback. A file without a Date column
-    // ends without a word: look for the column before.
+    // after the sink was taken also calls Rollback. For a file without a Date column
+    // the sink hears nothing, not even an end: look for the column before.
     virtual HRESULT STDMETHODCALLTYPE DoConvert(IDispatch* pReceiverSink,
                                                 LONG_PTR ParentWindow) = 0;
     // Tells each symbol of the file once, in order of first appearance, as a VT_BSTR.
@@ -120,8 +120,8 @@ struct IqrlTabulexConvertor : IDispatch
     // 0 or 1, for the dialog. S_FALSE when it was so already; DISP_E_TYPEMISMATCH for
     // any other value.
     virtual HRESULT STDMETHODCALLTYPE put_Mode(LONG newVal) = 0;
-    // Lets go of the file's name, and of the file itself after a DoConvert, so that a
-    // later FileName opens it afresh. Who still reads it keeps it.
+    // Forgets the file's name, and after a DoConvert lets go of the file too, so that a
+    // later FileName opens it again. Sessions that still read the file keep it.
     virtual HRESULT STDMETHODCALLTYPE ReleaseFile() = 0;
 };
 

@@ -1,8 +1,8 @@
 // What a host implements to receive a session: records, symbols, and how it ended.
 //
 // All calls come on the thread that started the session, while that thread pumps
-// its messages (NativeHost.h), and one at a time. The reading of the file stands
-// still until a call has returned.
+// its messages (NativeHost.h), and one at a time. No more of the file is read until the
+// call has returned.
 #pragma once
 
 #include "platform/component.h"
@@ -26,12 +26,12 @@ struct IqrlTabulexDataSink : IDispatch
     // The value stays the sender's: copy what is kept. S_OK goes on; S_FALSE ends the
     // session as a complete one, with Commit; a failure ends it with Rollback.
     virtual HRESULT STDMETHODCALLTYPE DataChanged(VARIANT Data) = 0;
-    // The session ended well. It is the last call, as Rollback is; the sink is let go
-    // of after it.
+    // The session ended well. This or Rollback is the last call; the sink is released
+    // after it.
     virtual HRESULT STDMETHODCALLTYPE Commit() = 0;
-    // The session failed or was cancelled: what came so far isn't to be kept.
+    // The session failed or was cancelled: discard what came so far.
     virtual HRESULT STDMETHODCALLTYPE Rollback() = 0;
-    // What stands against the settings: VT_ARRAY|VT_VARIANT, three elements from 0: a
+    // What is wrong with the settings: VT_ARRAY|VT_VARIANT, three elements from 0: a
     // VT_I4 code, and the text twice.
     virtual HRESULT STDMETHODCALLTYPE OnError(VARIANT Description) = 0;
 };

@@ -25,7 +25,7 @@ enum TabulexLanguage
 // own hands its address, a TabulexStringTable, to IQRLGUITweak::ResourceHandle.
 TABULEX_API void TabulexSetLanguage(TabulexLanguage language);
 
-// Code page in which text leaves files, by name ("windows-1252", "gbk", "utf-8")
+// Code page in which the text of files is read, by name ("windows-1252", "gbk", "utf-8")
 // or number. E_INVALIDARG for an unknown one.
 TABULEX_API HRESULT TabulexSetEncoding(const char* name);
 
@@ -34,12 +34,12 @@ TABULEX_API HRESULT TabulexSetEncoding(const char* name);
 TABULEX_API void TabulexSetReportLog(const char* path);
 
 // Runs the calls that wait for the calling thread, and gives their number. Waits for
-// the first one for so many milliseconds at most: 0 doesn't wait, 0xFFFFFFFF waits
-// without end. A thread may do so at any time; one that never started a session finds
-// nothing.
+// the first one at most as many milliseconds as given: 0 doesn't wait, 0xFFFFFFFF waits
+// without end. A thread may call it at any time; if it never started a session, nothing
+// waits for it.
 TABULEX_API unsigned TabulexPumpMessages(unsigned nMilliseconds);
 
-// Who makes the views of progress boxes, one a box; null for none. Called on the
+// What makes the views of progress boxes, one view for each box; null for none. Called on the
 // thread that starts a conversion; a null view counts as none.
 typedef IQRL_TabulexConverter::IProgressView* (*TabulexProgressViewFactory)(void* pContext);
 TABULEX_API void TabulexSetProgressViews(TabulexProgressViewFactory pfnMake, void* pContext);

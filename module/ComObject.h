@@ -38,7 +38,7 @@ struct FirstOf
 } // namespace frame_details
 
 // An object whose AddRef gives more than this has lost its last reference and is
-// in its FinalRelease. Who keeps uncounted pointers can tell by it.
+// in its FinalRelease. Code that keeps uncounted pointers can find out by it.
 inline constexpr ULONG kDyingRefs = 0x40000000;
 
 template <class Derived, class... Bases>
@@ -50,7 +50,7 @@ public:
     ComObject(const ComObject&) = delete;
     ComObject& operator=(const ComObject&) = delete;
 
-    // For classes to replace. A failure of the first ends the creation.
+    // Classes may replace these. A failure of FinalConstruct ends the creation.
     HRESULT FinalConstruct() { return S_OK; }
     void FinalRelease() {}
 
@@ -124,7 +124,7 @@ HRESULT CreateObject(com_ptr<Class>& result)
     return hr;
 }
 
-// The same through an interface; the form that the object map takes.
+// The same, but gives an interface; the object map takes this form.
 template <class Class>
 HRESULT CreateClass(REFIID riid, void** ppv)
 {

@@ -15,7 +15,7 @@
 
 inline constexpr std::size_t kMaxDispatchArguments = 5;
 
-// How an operation is called: with its coerced arguments in declared order.
+// Calls an operation with its coerced arguments, in declared order.
 struct DispatchCall
 {
     HRESULT (*pfnCall)(void* pInterface, VARIANT* arguments) = nullptr;

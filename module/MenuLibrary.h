@@ -1,5 +1,5 @@
-// The closed library that styles menus and dialogs. It adds looks only, and may be absent:
-// the calls then do nothing.
+// The closed library that styles menus and dialogs. It changes only looks, and may be
+// absent: the calls do nothing then.
 #pragma once
 
 #include "platform/component.h"

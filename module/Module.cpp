@@ -7,8 +7,8 @@
 
 namespace {
 
-// Not counted as an object: a host that wants the library kept while it holds a
-// factory locks it.
+// Not counted as an object: a host that wants the library to stay while it holds a
+// factory calls LockServer.
 class ClassFactory final : public IClassFactory
 {
 public:

@@ -1,6 +1,6 @@
-// How the module hears of a thread's end.
+// How the module learns that a thread ends.
 #pragma once
 
-// Has ForgetMessageLoop called at the end of the calling thread, where the system doesn't
-// tell a library of it by itself.
+// Makes the end of the calling thread call ForgetMessageLoop, on systems that don't call
+// a library when a thread ends.
 void ExpectThreadEnd();

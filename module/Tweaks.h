@@ -1,9 +1,9 @@
-// Settings of looks, for the whole process.
+// How menus look, for the whole process.
 #pragma once
 
 #include "platform/component.h"
 
-// Handed to the menu library, where there is one, and kept.
+// Each is kept, and passed to the menu library where there is one.
 LONG MenuStyle();
 void SetMenuStyle(LONG nStyle);
 LONG MenuEffect();

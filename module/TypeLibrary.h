@@ -3,7 +3,7 @@
 
 #include "platform/component.h"
 
-// False where the system has none, and in a program that links the classes for itself.
+// False where the system has no type libraries, and in a program that links the classes.
 bool HasTypeLibrary();
 
 // Describes an interface. TYPE_E_CANTLOADLIBRARY where there is no library, and

@@ -8,8 +8,8 @@ bool HasTypeLibrary()
     return FindResourceW(ThisModule(), MAKEINTRESOURCEW(1), L"TYPELIB") != nullptr;
 }
 
-// The system keeps a library for as long as one of its descriptions is held, so it isn't
-// kept here as well: what a module holds it would have to let go of while it is unloaded.
+// The system keeps a library as long as somebody holds one of its descriptions, so it isn't
+// kept here as well: a module would have to release it while it is being unloaded.
 HRESULT LoadTypeInfo(REFIID iid, ITypeInfo** info)
 {
     *info = nullptr;

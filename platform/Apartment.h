@@ -1,9 +1,9 @@
 // The component runtime on a thread of ours.
 #pragma once
 
-// Has the runtime on the calling thread, which becomes a single-threaded apartment, for
-// as long as the object lives. Does nothing where the runtime needs no such thing, or
-// where the thread has made another choice before.
+// Starts the runtime on the calling thread, which becomes a single-threaded apartment, and
+// ends it there with the object's life. Does nothing on a system whose runtime needs no
+// start, or on a thread that is in another kind of apartment already.
 class ThreadApartment
 {
 public:
@@ -13,5 +13,5 @@ public:
     ThreadApartment& operator=(const ThreadApartment&) = delete;
 
 private:
-    [[maybe_unused]] bool m_bEntered; // not where the runtime needs nothing
+    [[maybe_unused]] bool m_bEntered; // unused where the runtime needs no start
 };

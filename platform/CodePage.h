@@ -45,6 +45,6 @@ struct DetectedCodePage
 };
 
 // Candidates for the encoding of the bytes, best first, at most nMost; none where the
-// system can't tell. Names that have no published number are left out. On Windows the
+// system finds none. Names that have no published number are left out. On Windows the
 // thread must be in an apartment.
 std::vector<DetectedCodePage> DetectCodePages(std::string_view bytes, std::size_t nMost);

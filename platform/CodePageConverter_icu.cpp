@@ -51,7 +51,8 @@ UConverter* OpenConverter(const std::string& name)
     return converter;
 }
 
-// Pages whose bytes keep no state and never hide an ASCII byte in front position.
+// Pages without shift states, in which a character that begins with a byte below 0x80 is
+// that ASCII character.
 bool IsStateless(const UConverter* converter)
 {
     switch (ucnv_getType(converter)) {

@@ -1,5 +1,5 @@
-// The detection of code pages, apart from the service that does it: a system may offer it
-// and not have it.
+// The detection of code pages, with the service that does it as an argument: a system may
+// offer the service and fail all its calls.
 #pragma once
 
 #include <functional>

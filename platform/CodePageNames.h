@@ -1,4 +1,4 @@
-// What names of code pages tell, without asking the system.
+// What can be read from the names of code pages, without asking the system.
 #pragma once
 
 #include <span>
@@ -13,8 +13,8 @@ struct CodePageName
     const char* name;
 };
 
-// The registered names of the published numbers that they don't tell. Where a page stands
-// twice the first name is the exact one.
+// Registered names that don't contain the number of their page, with the number. Where a
+// page stands twice, the first name is the exact one.
 std::span<const CodePageName> RegisteredCodePages();
 
 // Upper and lower case, and '-', '_' and blanks, don't count in a name.

@@ -90,7 +90,7 @@ std::vector<DetectedCodePage> DetectCodePages(std::string_view bytes, std::size_
     std::vector<DetectedCodePage> pages;
     UErrorCode status = U_ZERO_ERROR;
     const std::unique_ptr<UCharsetDetector, CloseDetector> detector(ucsdet_open(&status));
-    // More than this tells the detector nothing new and its lengths are 32-bit.
+    // More bytes than this don't change the result, and the detector's lengths are 32-bit.
     bytes = bytes.substr(0, 1u << 20);
     ucsdet_setText(detector.get(), bytes.data(), static_cast<int32_t>(bytes.size()), &status);
     int32_t nMatches = 0;

@@ -19,7 +19,7 @@ std::mutex g_lock; // guards the queues of all events and the results of all wai
 
 constexpr int kNotYet = -1;
 
-// Beyond this a deadline isn't worth its arithmetic, which could overflow.
+// Longer times count as endless: their deadline could overflow.
 constexpr std::chrono::milliseconds kEndless = std::chrono::hours(24 * 365);
 
 } // namespace
@@ -28,7 +28,7 @@ struct Event::Place
 {
     Waiter* waiter = nullptr;
     Event* event = nullptr;
-    int nIndex = 0; // what the waiter is told
+    int nIndex = 0; // the waiter's result where this event lets it through
     Place* next = nullptr;
 };
 
@@ -45,8 +45,8 @@ struct Event::Waiter
             places[n].event->Dequeue(places[n]);
     }
 
-    // Until let through, past the deadline or called for by input; the lock is held before
-    // and after.
+    // Ends when an event lets the thread through, at the deadline, or with bInput when a
+    // message comes. The lock is held before and after.
     Sleeper::Ending Sleep(std::unique_lock<std::mutex>& lock, Timeout timeout, bool bInput)
     {
         Sleeper::Deadline deadline;
@@ -156,7 +156,7 @@ void Event::Dequeue(const Place& place)
         *link = place.next;
 }
 
-// The waiter may be gone as soon as the lock is; so it is woken under it.
+// The waiter may be gone as soon as the lock is released, so it is woken before.
 void Event::LetThrough(Place& place)
 {
     Waiter& waiter = *place.waiter;

@@ -30,7 +30,7 @@ public:
     bool IsOpen() const { return m_handle != kNone; }
     void Close();
 
-    // Size in bytes now; empty where the system can't tell.
+    // Current size in bytes; empty if the system can't say.
     std::optional<std::uint64_t> Size() const;
 
     // Reads up to `count` bytes at `offset`; gives the bytes read, which are fewer

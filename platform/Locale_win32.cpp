@@ -2,7 +2,8 @@
 
 namespace {
 
-// What a call gives that fills a buffer and tells the units, its terminator included.
+// The text from a call that fills a buffer and gives the number of units, the terminator
+// among them.
 template <class Call>
 string_t Text(Call call)
 {

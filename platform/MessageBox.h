@@ -1,4 +1,4 @@
-// Messages for a person that have no other place to go.
+// Messages for the user that have no other place to appear.
 #pragma once
 
 #include <functional>

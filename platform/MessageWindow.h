@@ -4,7 +4,7 @@
 // on its thread, while that thread dispatches. A send waits until its message has
 // been handled and gives the result; a post doesn't wait. A thread that waits in a send
 // handles the messages sent to its own windows meanwhile. On Windows this is a
-// message-only window; elsewhere a queue a thread. When a thread ends, its windows go.
+// message-only window; elsewhere each thread has a queue. When a thread ends, its windows go.
 #pragma once
 
 #include <chrono>
@@ -60,9 +60,9 @@ LONG_PTR SendWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, L
 bool PostWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam);
 
 // Handles what waits for the calling thread and gives the number of messages; waits
-// for the first one as long as told, an empty timeout without end. A message that
-// comes meanwhile is handled too, but one that its own handling brings forth may stay
-// for the next call.
+// for the first one until the timeout is over, without end if that is empty. A message
+// that comes meanwhile is handled too, but one that is posted by a handler may stay for the
+// next call.
 unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout);
 
 // Calls `isOver`, which waits for something or for input, until it gives true, and dispatches

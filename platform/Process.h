@@ -14,7 +14,7 @@ void BreakIntoDebugger();
 // "Software\\Vendor\\Product". False on systems without a registry.
 bool UserKeyHasDefault(std::string_view sKey);
 
-// True in the last moments of a process whose other threads the system has ended, wherever
-// they were: what they held will never be let go of, so take no lock and wait for
-// nothing. Never so where a process ends its threads by itself.
+// True at the end of a process when the system has already ended all other threads, wherever
+// they were: the locks that they held are never released, so take no lock and wait for
+// nothing. Always false on systems that don't end threads in this way.
 bool OtherThreadsAreGone();

@@ -1,8 +1,8 @@
-// Sleeper: the sleep of one thread until another one wakes it.
+// Sleeper: lets one thread sleep until another one wakes it.
 //
-// It is used under a lock, which is released while the thread sleeps and is held by who
-// calls Wake, so that no wake-up is missed. A sleep may end for no reason: look at what you
-// wait for, and sleep again.
+// It is used under a lock, which is released while the thread sleeps. The thread that calls
+// Wake holds the same lock, so that no wake-up is missed. A sleep may end for no reason: test
+// what you wait for, and sleep again.
 #pragma once
 
 #include <chrono>
@@ -16,7 +16,7 @@ public:
     enum class Ending
     {
         Woken,
-        Input, // a message came for the thread's windows, and it wanted to hear of that
+        Input, // a message came for the thread's windows, and bInput was set
         Late
     };
 
@@ -25,7 +25,7 @@ public:
     Sleeper(const Sleeper&) = delete;
     Sleeper& operator=(const Sleeper&) = delete;
 
-    // A system without a queue of messages for each thread never tells of input.
+    // Never ends by Input on a system that keeps no message queue for each thread.
     Ending Sleep(std::unique_lock<std::mutex>& lock, Deadline deadline, bool bInput);
     void Wake();
 

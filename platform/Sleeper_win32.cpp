@@ -1,4 +1,5 @@
-// Events of the system, since only these can be waited for together with messages.
+// The sleeping thread waits for an event of the system, since only those can be waited for
+// together with messages.
 
 #include "platform/Sleeper.h"
 
@@ -25,8 +26,8 @@ struct Sleeper::Signal
 
 namespace {
 
-// Making an event costs more than a wait, so they are kept for the next one. What a late
-// wake-up leaves in an event ends a later sleep for no reason.
+// Making an event costs more than a wait, so events are kept for later sleepers. A wake-up
+// that came too late leaves its event set, and ends a later sleep for no reason.
 template <class Signal>
 class Spares
 {

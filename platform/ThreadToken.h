@@ -1,4 +1,4 @@
-// Which thread this is, as cheaply as the system tells.
+// Which thread this is, by the cheapest means of the system.
 #pragma once
 
 #if defined(_WIN32)
@@ -9,7 +9,7 @@
 inline const void* ThreadToken()
 {
 #if defined(_WIN32)
-    return NtCurrentTeb(); // thread_local takes the compiler a call and two locks there
+    return NtCurrentTeb(); // a thread_local costs a call and two locks there
 #else
     alignas(2) static thread_local const char token = 0;
     return &token;

@@ -140,7 +140,7 @@ private:
             return ReadNumber();
         if (IsLetter(Next()))
             return ReadMonth();
-        // A separator stands behind a part of the date, and another part follows.
+        // A separator comes after a part of the date, and another part follows.
         if (!IsDateSeparator(Next()) || !m_bDateOpen || m_bSeparator)
             return false;
         m_bSeparator = true;
@@ -189,7 +189,7 @@ private:
         return SetTime(nHour, parts[0], parts[1], TakeAmPm());
     }
 
-    // AM and PM are ignored behind an hour of the 24-hour clock.
+    // AM and PM are ignored after an hour of the 24-hour clock.
     bool SetTime(int nHour, int nMinute, int nSecond, std::optional<bool> bPm)
     {
         if (m_nSeconds || m_bSeparator || nHour > 23 || nMinute > 59 || nSecond > 59)

@@ -153,7 +153,7 @@ bool Scale(Currency value, LONGLONG& result)
     result = value.nTenThousandths;
     return true;
 }
-// The wide product keeps the digits by which a half is told from what only comes near.
+// The wide product keeps the digits that distinguish a half from a value near it.
 bool Scale(double r, LONGLONG& result)
 {
     const long double scaled = std::nearbyint(static_cast<long double>(r) * kPerUnit);

@@ -11,7 +11,7 @@
 //       return Take(WM_SINK_DATA.First(wParam));
 //
 // A message has at most two parts, the first in wParam and the second in lParam: a number
-// as itself, a reference or a pointer as its address. What stands behind an address is good
+// as itself, a reference or a pointer as its address. What an address points at is valid
 // only while the sender waits; so a message with one can be sent and not posted.
 #pragma once
 

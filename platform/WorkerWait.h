@@ -1,9 +1,8 @@
 // WorkerWait: how a worker thread waits for one of two events, and dispatches its messages.
 //
-// A wait without time asks the system for nothing: it reads the events' flags, and looks at
-// the thread's messages only where some time has passed since the last look. So it may stand
-// in a loop over records. Any other wait dispatches messages as they come. Used by one
-// thread.
+// A wait with a timeout of zero makes no system call: it reads the events' flags, and looks
+// at the thread's messages only if some time has passed since the last look. So it may stand
+// in a loop over records. Any other wait dispatches messages as they come. For one thread.
 #pragma once
 
 #include "platform/MessageWindow.h"

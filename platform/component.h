@@ -16,7 +16,7 @@
 #include <windows.h>
 
 #include <oleauto.h>
-// Words of common speech that the system's headers take for themselves.
+// Common words that the system's headers define as macros.
 #undef far
 #undef interface
 #undef near

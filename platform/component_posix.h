@@ -46,7 +46,7 @@ using DATE = double; // days since 1899-12-30; the fraction is the time of day
 using OLECHAR = char16_t;
 using LPOLESTR = OLECHAR*;
 using LPCOLESTR = const OLECHAR*;
-using BSTR = OLECHAR*; // units behind a 32-bit byte count; null is allowed and means empty
+using BSTR = OLECHAR*; // units after a 32-bit byte count; null is allowed and means empty
 
 #define OLESTR(text) u##text
 

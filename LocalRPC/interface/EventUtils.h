@@ -7,7 +7,7 @@
 
 namespace LocalRPC {
 
-// What the poster of a task waits for. Set once, then it lets everybody through.
+// The poster of a task waits for this. It is set once, and then lets everybody through.
 class CSyncTaskEvent
 {
 public:
@@ -28,7 +28,7 @@ enum ControlSignal
     eCSStop
 };
 
-// Hands a control signal to whoever waits for one; it stands until Reset.
+// Passes a control signal to all threads that wait for one; it stays until Reset.
 class CControlEvent
 {
 public:

@@ -1,5 +1,5 @@
-// Where texts lie: in a module's resources on Windows, in a table in memory elsewhere. A
-// handle tells one of them.
+// Where texts are kept: in a module's resources on Windows, in a table in memory elsewhere.
+// A handle stands for one such place.
 #pragma once
 
 #include "platform/component.h"
@@ -15,6 +15,6 @@ enum class Language
 // Chinese ones stand in for them.
 LONG_PTR OwnStrings(Language language);
 
-// The text of an id; empty for an id that isn't there. The view stays good as long as what
-// the handle tells.
+// The text of an id; empty for an id that isn't there. The view is valid as long as the
+// place that the handle stands for.
 string_view_t StringAt(LONG_PTR nHandle, unsigned nId);

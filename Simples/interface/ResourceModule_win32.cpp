@@ -4,7 +4,7 @@
 
 namespace {
 
-// Loaded at first use, and let go of with this module.
+// Loaded at first use, and unloaded with this module.
 class EnglishModule
 {
 public:
@@ -34,7 +34,7 @@ LONG_PTR OwnStrings(Language language)
     return reinterpret_cast<LONG_PTR>(ThisModule());
 }
 
-// With no room given, the system hands out where the text lies.
+// Given no buffer, the call gives a pointer to the text itself.
 string_view_t StringAt(LONG_PTR nHandle, unsigned nId)
 {
     const OLECHAR* pText = nullptr;

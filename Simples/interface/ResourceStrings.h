@@ -24,8 +24,8 @@ inline void SetResourceLanguage(Language language)
     SetResourceHandle(OwnStrings(language));
 }
 
-// The text of an id; empty for an id that isn't in the table. The view stays good
-// as long as the table.
+// The text of an id; empty for an id that isn't in the table. The view is valid as
+// long as the table.
 string_view_t LoadResourceString(unsigned nId);
 
 // The text of an id with each "%s" replaced by the next argument, in order.

@@ -11,7 +11,8 @@ inline constexpr GUID kApplicationId = {
 inline constexpr GUID kTypeLibraryId = {
     0x7A1C54D3, 0x2E0B, 0x4C61, {0x9C, 0x0D, 0x6D, 0x0C, 0x2E, 0x1B, 0x3F, 0x48}};
 
-// All or the first failure. Needs the right to write for all users.
+// Registers everything, or stops at the first failure and gives that. Needs the right to
+// write for all users.
 HRESULT RegisterComponent(HMODULE hModule);
 // Takes out whatever is there, and gives the first failure.
 HRESULT UnregisterComponent(HMODULE hModule);

@@ -48,7 +48,7 @@ private:
     Event m_event{Event::Kind::ManualReset};
 };
 
-// A task that tells when it runs and then holds its thread until let go.
+// A task that signals when it runs and then holds its thread until it is released.
 struct Hold
 {
     Gate entered, leave;

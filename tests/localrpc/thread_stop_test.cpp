@@ -137,7 +137,7 @@ protected:
     ~BusyThread() override
     {
         EXPECT_TRUE(Eventually([&] { return m_pUsed.use_count() == 1; }));
-        EXPECT_TRUE(m_log.Words().starts_with("held")); // its lock orders this behind them
+        EXPECT_TRUE(m_log.Words().starts_with("held")); // its lock orders this after them
     }
 
     const std::shared_ptr<int> m_pUsed = std::make_shared<int>(0);

@@ -11,7 +11,7 @@
 #include "platform/File.h"
 #include "tests/support/TempFolder.h"
 
-// Writes bytes at a place, far behind the end too; what lies between takes no room where the
+// Writes bytes at an offset, also far beyond the end; the gap takes no room where the
 // file system can do that.
 void WriteAt(const std::filesystem::path& path, std::uint64_t offset, std::string_view bytes);
 

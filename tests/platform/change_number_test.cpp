@@ -298,7 +298,7 @@ TEST(NumberConversion, OfWhatIsNotANumberOverflows)
     Check(rows);
 }
 
-// The slow twin: a rounding that is told by comparison, not by the processor's.
+// The slow twin: rounds by comparing with the neighbours, not by the processor's rounding.
 LONGLONG HalfEven(double value)
 {
     const double below = std::floor(value);

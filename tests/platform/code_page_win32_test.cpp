@@ -80,7 +80,7 @@ TEST(CodePageDetection, KeepsConfidenceWithinAHundred)
 
 TEST(CodePageDetection, HasNoEntriesWhereTheCallFails)
 {
-    for (const HRESULT hr : {E_NOTIMPL, E_FAIL, S_FALSE}) // S_FALSE: it can't tell
+    for (const HRESULT hr : {E_NOTIMPL, E_FAIL, S_FALSE}) // S_FALSE: no page was found
         EXPECT_TRUE(Detect({hr, {{0, 936, 100, 90}}}).empty()) << hr;
     EXPECT_TRUE(Detect({S_OK, {}}).empty());
 }

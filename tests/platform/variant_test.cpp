@@ -309,7 +309,7 @@ TEST(VariantCopyInd, WorksInPlace)
 TEST(VariantCopyInd, RefusesBadKinds)
 {
     for (const VARTYPE vt : kBadKinds) {
-        // Without memory behind it a reference to an array isn't looked at.
+        // A reference to an array isn't followed, so it may point nowhere.
         SCOPED_TRACE(vt);
         LONGLONG room[4] = {};
         VARIANT bad;

@@ -24,7 +24,7 @@ protected:
     LONG_PTR OnMessage(UINT, ULONG_PTR, LONG_PTR) override { return ++nSeen; }
 };
 
-// A thread that owns a window and waits as a worker does, until it is told to stop.
+// A thread that owns a window and waits as a worker does, until it is stopped.
 class Worker
 {
 public:

@@ -27,7 +27,7 @@ unsigned SlotOf(Pointer member)
     return static_cast<unsigned>((nPlace - 1) / sizeof(void*));
 }
 
-// The slot behind an interface's last one.
+// The slot after an interface's last one.
 template <class Interface>
 unsigned SlotsOf()
 {

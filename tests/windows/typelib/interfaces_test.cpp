@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr unsigned kFirstSlot = 7; // behind those of IDispatch
+constexpr unsigned kFirstSlot = 7; // after those of IDispatch
 
 struct Half // of a property; an operation is no half
 {
@@ -95,7 +95,7 @@ TEST(InterfacesInLibrary, AreDualAndClosed)
         EXPECT_TRUE(vtableSide.guid == described.expected.iid);
         constexpr WORD kDual = TYPEFLAG_FDUAL | TYPEFLAG_FNONEXTENSIBLE | TYPEFLAG_FDISPATCHABLE;
         EXPECT_EQ(kDual | TYPEFLAG_FOLEAUTOMATION, vtableSide.wTypeFlags);
-        EXPECT_EQ(kDual, dispatchSide.wTypeFlags); // the system tells the other flag of slots only
+        EXPECT_EQ(kDual, dispatchSide.wTypeFlags); // the system sets the other flag only for slots
     });
 }
 

@@ -1,4 +1,4 @@
-// Stands in for the menu library: remembers what it was told.
+// Stands in for the menu library: remembers its calls.
 
 namespace {
 
