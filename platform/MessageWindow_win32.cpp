@@ -284,7 +284,7 @@ std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout ti
         DispatchAll(quit);
         const Event::Timeout left = quit ? std::chrono::milliseconds(0) : Left(timeout, tStart);
         const auto nEnding = WaitAnyOrInput(first, second, left);
-        if (nEnding != Event::kInput)
+        if (nEnding != kInput)
             return nEnding;
     }
 }
