@@ -53,6 +53,19 @@ TEST(BatchArray, ThatWasCutIsMadeAnew)
     EXPECT_EQ(Cells(array).size(), 6u);
 }
 
+// Whoever got the array may give its records another lower bound.
+TEST(BatchArray, WithAnotherLowerBoundIsMadeAnew)
+{
+    CBatchArray array;
+    ASSERT_EQ(array.Prepare(2, 3), S_OK);
+    SAFEARRAYBOUND records{3, 5};
+    ASSERT_EQ(SafeArrayRedim(array.get(), &records), S_OK);
+    ASSERT_EQ(array.Prepare(2, 3), S_OK);
+    LONG nFirst = -1;
+    EXPECT_EQ(SafeArrayGetLBound(array.get(), 2, &nFirst), S_OK);
+    EXPECT_EQ(nFirst, 0);
+}
+
 // The system doesn't destroy such an array: it is the one's who holds it now.
 TEST(BatchArray, ThatSomebodyHoldsIsLeftToHim)
 {

@@ -1,4 +1,4 @@
-// Texts that a host has of its own, with one under 141: "Who knows".
+// A host's own string table. It has one text: "Who knows", with id 141.
 #pragma once
 
 #include "platform/component.h"

@@ -1,4 +1,4 @@
-// What a process holds of the system at this moment. To be compared before and after.
+// The system's objects that this process holds at the moment, to be compared before and after.
 #pragma once
 
 #include <chrono>
@@ -8,15 +8,15 @@
 struct ProcessCounts
 {
     std::size_t nThreads = 0;
-    std::size_t nWindows = 0; // message windows; elsewhere than on Windows 1 for any
-    std::size_t nHandles = 0; // of all kinds; elsewhere than on Windows file descriptors
+    std::size_t nWindows = 0; // message windows; off Windows 1 for any number
+    std::size_t nHandles = 0; // of all kinds; off Windows file descriptors
 
     bool operator==(const ProcessCounts&) const = default;
 };
 
 ProcessCounts CountProcess();
 
-// When nothing changes any more: a thread that has been joined may be listed for a moment.
+// The counts once they stay the same: a joined thread may still be listed for a moment.
 inline ProcessCounts CountProcessAtRest()
 {
     ProcessCounts last, counts = CountProcess();

@@ -14,7 +14,7 @@ std::size_t EntriesOf(const char* pszFolder)
 
 } // namespace
 
-// The folder that is being read is a descriptor too, each time.
+// Reading the folder takes a descriptor itself, which is in every count.
 ProcessCounts CountProcess()
 {
     return {EntriesOf("/proc/self/task"), OwnsWindows() ? 1u : 0u, EntriesOf("/proc/self/fd")};

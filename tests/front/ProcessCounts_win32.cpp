@@ -24,9 +24,10 @@ std::size_t CountThreads()
     return n;
 }
 
-// By trying: numbers are multiples of four, and a new handle takes a free one among the
-// lowest. The count that the system offers isn't kept by each system that runs these
-// programs, and one of those doesn't survive a list of the handles of all programs.
+// Counted by trying: numbers of handles are multiples of four, and a new handle takes one
+// of the lowest free ones. Not every system that runs these programs keeps the count that
+// the system's call gives, and one of them crashes when the handles of all programs are
+// listed.
 std::size_t CountHandles()
 {
     constexpr std::size_t kUnusedAtTheEnd = 1024;

@@ -29,7 +29,7 @@ protected:
         sink = NewSink();
     }
 
-    // The last objects go on the file's thread.
+    // The file's thread may release the last objects.
     void TearDown() override
     {
         sink.reset();

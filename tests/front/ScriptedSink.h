@@ -21,8 +21,8 @@ public:
     std::function<void()> onEnd;
     HRESULT hrOnError = S_OK;
 
-    // "data 1000 rows", "symbol ABC", "error -1 TEXT", "commit", "rollback", and before one
-    // of these "on another thread" where it is so.
+    // "data 1000 rows", "symbol ABC", "error -1 TEXT", "commit", "rollback"; a call on another
+    // thread than the sink's has the entry "on another thread" before its own.
     std::vector<std::string> transcript;
     std::function<void(const std::string&)> onEntry;
     std::vector<std::string> rows; // cells by '|', each as kind:value

@@ -1,6 +1,7 @@
 // The host's object: lists, ids, choices, fields, copies.
 
 #include "tests/front/HostStrings.h"
+#include "tests/front/Messages.h"
 #include "tests/front/ScriptedHost.h"
 
 #include "interfaces/FieldsAndResolutions.h"
@@ -72,28 +73,29 @@ protected:
 TEST_F(Convertor, SecondOfferOfTicksIsForBarsOfTicksAndAThirdRenamesIt)
 {
     const auto object = Bare();
-    EXPECT_EQ(Add(*object.get(), 1, OLESTR("A")), S_OK);
-    EXPECT_EQ(Add(*object.get(), 1, OLESTR("B")), S_OK);
-    EXPECT_EQ(ResolutionName(*object.get(), 1), "A");
-    EXPECT_EQ(ResolutionName(*object.get(), 2), "B");
-    EXPECT_EQ(Add(*object.get(), 1, OLESTR("C")), S_OK);
-    EXPECT_EQ(ResolutionName(*object.get(), 1), "A");
-    EXPECT_EQ(ResolutionName(*object.get(), 2), "C");
-    EXPECT_EQ(Add(*object.get(), 1, OLESTR("B")), S_OK); // no row has this name any more
+    EXPECT_EQ(Add(*object.get(), HostResolutionTicks, OLESTR("A")), S_OK);
+    EXPECT_EQ(Add(*object.get(), HostResolutionTicks, OLESTR("B")), S_OK);
+    EXPECT_EQ(ResolutionName(*object.get(), ResolutionTick), "A");
+    EXPECT_EQ(ResolutionName(*object.get(), ResolutionTickBars), "B");
+    EXPECT_EQ(Add(*object.get(), HostResolutionTicks, OLESTR("C")), S_OK);
+    EXPECT_EQ(ResolutionName(*object.get(), ResolutionTick), "A");
+    EXPECT_EQ(ResolutionName(*object.get(), ResolutionTickBars), "C");
+    EXPECT_EQ(Add(*object.get(), HostResolutionTicks, OLESTR("B")),
+              S_OK); // no row has this name any more
 }
 
 TEST_F(Convertor, OfferOfAnUnknownResolutionRenamesTheRowForNone)
 {
     const auto object = Bare();
-    EXPECT_EQ(ResolutionName(*object.get(), 0), "\u65e0");
+    EXPECT_EQ(ResolutionName(*object.get(), ResolutionNone), kNoResolutionName);
     EXPECT_EQ(Add(*object.get(), 77, OLESTR("Odd")), S_OK);
-    EXPECT_EQ(ResolutionName(*object.get(), 0), "Odd");
+    EXPECT_EQ(ResolutionName(*object.get(), ResolutionNone), "Odd");
 }
 
 TEST_F(Convertor, NameThatIsThereIsRefused)
 {
-    EXPECT_EQ(Add(*front.get(), 2, OLESTR("Days")), E_UNEXPECTED);
-    EXPECT_EQ(Add(*front.get(), 2, OLESTR("days")), S_OK); // case matters
+    EXPECT_EQ(Add(*front.get(), HostResolutionMinutes, OLESTR("Days")), E_UNEXPECTED);
+    EXPECT_EQ(Add(*front.get(), HostResolutionMinutes, OLESTR("days")), S_OK); // case matters
     for (auto add :
          {&IqrlTabulexConvertor::AddFieldTemplate, &IqrlTabulexConvertor::AddTimeZoneTemplate}) {
         EXPECT_EQ((*front.get().*add)(7, Bstr(OLESTR("One")).get()), S_OK);
@@ -101,7 +103,7 @@ TEST_F(Convertor, NameThatIsThereIsRefused)
         EXPECT_EQ((*front.get().*add)(7, Bstr(OLESTR("Two")).get()), S_OK); // ids needn't differ
         EXPECT_EQ((*front.get().*add)(9, nullptr), E_POINTER);
     }
-    EXPECT_EQ(front->AddResolutionTemplate(2, nullptr), E_POINTER);
+    EXPECT_EQ(front->AddResolutionTemplate(HostResolutionMinutes, nullptr), E_POINTER);
 }
 
 TEST_F(Convertor, ChoicesGoByIdAndAreNoneAtFirst)
@@ -146,7 +148,7 @@ INSTANTIATE_TEST_SUITE_P(Values, ConvertorSlots,
 TEST_F(Convertor, SizeDividesTicksFromBarsOfTicks)
 {
     front->put_ResolutionSizeTemplate(1);
-    front->put_ResolutionTemplate(1);
+    front->put_ResolutionTemplate(HostResolutionTicks);
     EXPECT_EQ(Slot(), 1);
     EXPECT_EQ(front->put_ResolutionSizeTemplate(5), S_OK);
     EXPECT_EQ(Slot(), 2);
@@ -158,7 +160,7 @@ TEST_F(Convertor, SizeDividesTicksFromBarsOfTicks)
 TEST_F(Convertor, ResolutionThatIsntOfferedIsRefused)
 {
     const auto object = Bare();
-    EXPECT_EQ(object->put_ResolutionTemplate(2), E_UNEXPECTED);
+    EXPECT_EQ(object->put_ResolutionTemplate(HostResolutionMinutes), E_UNEXPECTED);
     EXPECT_EQ(Get(*object.get(), &IqrlTabulexConvertor::get_ResolutionTemplate, S_FALSE), -1);
 }
 
@@ -186,16 +188,16 @@ TEST_F(Convertor, PairThatDoesntFitLeavesNoTrace)
     ASSERT_EQ(Open(*front.get(), file), S_OK);
     ASSERT_EQ(Get(*front.get(), &IqrlTabulexConvertor::get_ResolutionTemplate), 1);
     EXPECT_EQ(front->SelectResolution(1, 99), S_FALSE);
-    EXPECT_EQ(front->SelectResolution(5, 2), S_FALSE); // four prices are wanted
+    EXPECT_EQ(front->SelectResolution(5, HostResolutionMinutes), S_FALSE); // four prices are wanted
     EXPECT_EQ(Get(*front.get(), &IqrlTabulexConvertor::get_ResolutionTemplate), 1);
     EXPECT_EQ(Get(*front.get(), &IqrlTabulexConvertor::get_ResolutionSizeTemplate), 1);
     EXPECT_EQ(Slot(), 1);
-    EXPECT_EQ(front->SelectResolution(1, 1), S_OK);
+    EXPECT_EQ(front->SelectResolution(1, HostResolutionTicks), S_OK);
 }
 
 TEST_F(Convertor, SelectResolutionNeedsAFile)
 {
-    EXPECT_EQ(front->SelectResolution(1, 2), S_FALSE);
+    EXPECT_EQ(front->SelectResolution(1, HostResolutionMinutes), S_FALSE);
 }
 
 // ---- fields
@@ -228,9 +230,9 @@ TEST_F(Convertor, IdsThatTwoTypesShareNameTheFirst)
         records->GetFieldName(sName.put(), nField);
         return Utf8(sName.view());
     };
-    EXPECT_EQ(front->SetField(2, 235, nullptr), S_OK);
+    EXPECT_EQ(front->SetField(2, HostFieldClose, nullptr), S_OK);
     EXPECT_EQ(name(2), "Close");
-    EXPECT_EQ(front->SetField(2, 249, nullptr), S_OK);
+    EXPECT_EQ(front->SetField(2, HostFieldVolume, nullptr), S_OK);
     EXPECT_EQ(name(2), "Volume");
 }
 
@@ -241,18 +243,18 @@ TEST_F(Convertor, SetFieldShowsAfterInitFieldsInfo)
     LONG nId = 0;
     const std::string sDate = Field(*front.get(), 0, nId);
     EXPECT_FALSE(sDate.empty());
-    EXPECT_EQ(front->SetField(6, 0, Bstr(OLESTR("ignored")).get()), S_OK);
+    EXPECT_EQ(front->SetField(6, HostFieldUndefined, Bstr(OLESTR("ignored")).get()), S_OK);
     Field(*front.get(), 6, nId);
     EXPECT_EQ(nId, 249);
     EXPECT_EQ(front->InitFieldsInfo(), S_OK);
     Field(*front.get(), 6, nId);
     EXPECT_EQ(nId, 0);
-    EXPECT_EQ(front->SetField(0, 421, Bstr(OLESTR("*y-*m-*d")).get()), S_OK);
+    EXPECT_EQ(front->SetField(0, HostFieldDate, Bstr(OLESTR("*y-*m-*d")).get()), S_OK);
     EXPECT_EQ(Field(*front.get(), 0, nId), "*y-*m-*d");
     EXPECT_EQ(nId, 421);
 }
 
-// A record parser that notes what it is told of its fields.
+// A record parser that writes down the calls that change a field.
 class NotingRecordParser : public Hesperon::specifics::UnofferedRecordParser<NotingRecordParser>
 {
 public:
@@ -288,7 +290,7 @@ TEST_F(Convertor, IdForNoTypeLeavesTheTemplate)
     EXPECT_EQ(records->calls, (Strings{"name 3 Date", "template 3 *d.*m.*y"}));
     records->calls.clear();
     EXPECT_EQ(front->SetField(3, HostFieldUndefined, sTemplate.get()), S_OK);
-    EXPECT_EQ(records->calls, Strings{"name 3 \u672a\u5b9a\u4e49"});
+    EXPECT_EQ(records->calls, Strings{"name 3 " + std::string(kUndefinedType)});
 }
 
 // ---- small properties
@@ -350,7 +352,7 @@ TEST_F(Convertor, TextsComeFromTheResourcesThatAHostPutsInPlace)
     EXPECT_EQ(tweak->put_ResourceHandle(HostStrings()), S_OK);
     EXPECT_EQ(ResolutionName(*front.get(), 99), "Who knows");
     EXPECT_EQ(tweak->put_ResourceHandle(nOwn), S_OK);
-    EXPECT_EQ(ResolutionName(*front.get(), 99), "\u672a\u77e5");
+    EXPECT_EQ(ResolutionName(*front.get(), 99), kUnknownResolution);
 }
 
 TEST_F(Convertor, EnvironmentCarriesTheFolderAndTheTemplates)
@@ -397,7 +399,7 @@ TEST_F(Convertor, CopyHasTheSettingsAndGoesItsOwnWay)
     copy->get_PriceMultiplier(&nCode);
     EXPECT_EQ(nCode, 0x43);
     copy->put_PriceMultiplier(0x45);
-    copy->SelectResolution(5, 2);
+    copy->SelectResolution(5, HostResolutionMinutes);
     front->get_PriceMultiplier(&nCode);
     EXPECT_EQ(nCode, 0x43);
     EXPECT_EQ(Get(*front.get(), &IqrlTabulexConvertor::get_ResolutionSizeTemplate), 1);
@@ -417,8 +419,7 @@ TEST_F(Convertor, ReleasedFileIsOpenedAfresh)
 TEST_F(Convertor, CheckTellsTheHostOnItsOwnThread)
 {
     EXPECT_EQ(front->CheckConverterSettings(0, sink.get()), S_FALSE);
-    EXPECT_EQ(sink->transcript,
-              Strings{"error -1 \u6570\u636e\u5468\u671f\u65e0\u6548\u3002"}); // no dates yet
+    EXPECT_EQ(sink->transcript, Strings{kBadDateRangeFault}); // no dates yet
     const TempFile file(Minutes(50));
     ASSERT_EQ(Open(*front.get(), file), S_OK);
     sink->transcript.clear();

@@ -1,5 +1,6 @@
-// What the object answers when it is asked as the events of a run, by whomever.
+// What the object answers when somebody calls its IDataParserEvents.
 
+#include "tests/front/Messages.h"
 #include "tests/front/ScriptedHost.h"
 
 #include "interfaces/FieldsAndResolutions.h"
@@ -14,14 +15,6 @@ Variant ArrayOf(VARTYPE nKind, std::vector<SAFEARRAYBOUND> bounds)
 {
     return Variant::FromArray(
         SafeArrayCreate(nKind, static_cast<UINT>(bounds.size()), bounds.data()), nKind);
-}
-
-Variant FromDate(double fDate)
-{
-    Variant value;
-    value.vt = VT_DATE;
-    value.date = fDate;
-    return value;
 }
 
 class Events : public FrontFixture
@@ -40,7 +33,7 @@ protected:
         return events;
     }
 
-    // A copy has a progress box, which isn't on show.
+    // A copy has a progress box that isn't open.
     com_ptr<IDataParserEvents> EventsOfACopy()
     {
         com_ptr<IDispatch> copy;
@@ -82,7 +75,8 @@ TEST_F(Events, WithoutASessionThereIsNobodyToHearThem)
 
 // ---- batches
 
-struct BatchRow
+// An array, and what the object says to it.
+struct ShapeRow
 {
     const char* pszWhat;
     VARTYPE nKind;
@@ -90,12 +84,19 @@ struct BatchRow
     HRESULT hr;
 };
 
-class EventsBatch : public Events, public testing::WithParamInterface<BatchRow>
+std::string RowName(const testing::TestParamInfo<ShapeRow>& row)
+{
+    std::string name = row.param.pszWhat;
+    std::ranges::replace(name, ' ', '_');
+    return name;
+}
+
+class EventsBatch : public Events, public testing::WithParamInterface<ShapeRow>
 {};
 
 TEST_P(EventsBatch, OfAnotherShapeIsRefused)
 {
-    const BatchRow& row = GetParam();
+    const ShapeRow& row = GetParam();
     const Variant batch = ArrayOf(row.nKind, row.bounds);
     EXPECT_EQ(DuringACheck([&](IDataParserEvents& events) { return events.PutRecords(batch, 2); }),
               row.hr);
@@ -104,21 +105,17 @@ TEST_P(EventsBatch, OfAnotherShapeIsRefused)
 
 INSTANTIATE_TEST_SUITE_P(
     Shapes, EventsBatch,
-    testing::Values(BatchRow{"one dimension", VT_VARIANT, {{7, 0}}, E_INVALIDARG},
-                    BatchRow{
+    testing::Values(ShapeRow{"one dimension", VT_VARIANT, {{7, 0}}, E_INVALIDARG},
+                    ShapeRow{
                         "three dimensions", VT_VARIANT, {{7, 0}, {2, 0}, {1, 0}}, E_INVALIDARG},
-                    BatchRow{"a column less", VT_VARIANT, {{6, 0}, {2, 0}}, E_INVALIDARG},
-                    BatchRow{"a column more", VT_VARIANT, {{8, 0}, {2, 0}}, E_INVALIDARG},
-                    BatchRow{"cells without dates", VT_VARIANT, {{7, 0}, {2, 0}}, E_INVALIDARG},
-                    BatchRow{"numbers for cells", VT_I4, {{7, 0}, {2, 0}}, E_INVALIDARG},
-                    BatchRow{"bytes for cells", VT_UI1, {{7, 0}, {2, 0}}, E_INVALIDARG},
-                    BatchRow{"columns from 1", VT_VARIANT, {{7, 1}, {2, 0}}, DISP_E_BADINDEX},
-                    BatchRow{"records from 1", VT_VARIANT, {{7, 0}, {2, 1}}, DISP_E_BADINDEX}),
-    [](const auto& row) {
-        std::string name = row.param.pszWhat;
-        std::ranges::replace(name, ' ', '_');
-        return name;
-    });
+                    ShapeRow{"a column less", VT_VARIANT, {{6, 0}, {2, 0}}, E_INVALIDARG},
+                    ShapeRow{"a column more", VT_VARIANT, {{8, 0}, {2, 0}}, E_INVALIDARG},
+                    ShapeRow{"cells without dates", VT_VARIANT, {{7, 0}, {2, 0}}, E_INVALIDARG},
+                    ShapeRow{"numbers for cells", VT_I4, {{7, 0}, {2, 0}}, E_INVALIDARG},
+                    ShapeRow{"bytes for cells", VT_UI1, {{7, 0}, {2, 0}}, E_INVALIDARG},
+                    ShapeRow{"columns from 1", VT_VARIANT, {{7, 1}, {2, 0}}, DISP_E_BADINDEX},
+                    ShapeRow{"records from 1", VT_VARIANT, {{7, 0}, {2, 1}}, DISP_E_BADINDEX}),
+    RowName);
 
 TEST_F(Events, ThatIsNoArrayIsRefused)
 {
@@ -145,7 +142,7 @@ TEST_F(Events, OfACheckReachTheSinkOfTheCheck)
     const Variant batch = ArrayOf(VT_VARIANT, {{7, 0}, {1, 0}});
     for (LONG nColumn = 0; nColumn < 2; ++nColumn) {
         LONG at[] = {nColumn, 0};
-        Variant cell = FromDate(nColumn == 0 ? 32874.0 : 0.5);
+        Variant cell = Variant::FromDate(nColumn == 0 ? 32874.0 : 0.5);
         ASSERT_EQ(SafeArrayPutElement(batch.parray, at, &cell), S_OK);
     }
     EXPECT_EQ(DuringACheck([&](IDataParserEvents& events) { return events.PutRecords(batch, 1); }),
@@ -178,19 +175,11 @@ TEST_F(Events, OfACheckWithinACheckReachTheInnerSinkFirst)
 
 // ---- errors of a start
 
-struct DescriptionRow
-{
-    const char* pszWhat;
-    VARTYPE nKind;
-    std::vector<SAFEARRAYBOUND> bounds;
-    HRESULT hr;
-};
-
-class EventsError : public Events, public testing::WithParamInterface<DescriptionRow>
+class EventsError : public Events, public testing::WithParamInterface<ShapeRow>
 {
 protected:
     // A number and two texts where the array has room for them.
-    static Variant Described(const DescriptionRow& row)
+    static Variant Described(const ShapeRow& row)
     {
         Variant description = ArrayOf(row.nKind, row.bounds);
         if (row.nKind != VT_VARIANT || row.bounds.size() != 1)
@@ -212,22 +201,18 @@ TEST_P(EventsError, GoesToTheBoxIfItHasTheRightShape)
 INSTANTIATE_TEST_SUITE_P(
     Shapes, EventsError,
     testing::Values(
-        DescriptionRow{"three elements", VT_VARIANT, {{3, 0}}, E_UNEXPECTED}, // hidden
-        DescriptionRow{"four elements from below", VT_VARIANT, {{4, -1}}, E_UNEXPECTED},
-        DescriptionRow{"two elements", VT_VARIANT, {{2, 0}}, E_INVALIDARG},
-        DescriptionRow{"no element", VT_VARIANT, {{0, 0}}, E_INVALIDARG},
-        DescriptionRow{"two elements from 1", VT_VARIANT, {{2, 1}}, E_INVALIDARG},
-        DescriptionRow{"one element from 2", VT_VARIANT, {{1, 2}}, E_INVALIDARG},
-        DescriptionRow{"two dimensions", VT_VARIANT, {{3, 0}, {3, 0}}, E_INVALIDARG},
-        DescriptionRow{"two dimensions without a cell", VT_VARIANT, {{3, 0}, {0, 0}}, E_INVALIDARG},
-        DescriptionRow{"bytes for elements", VT_UI1, {{3, 0}}, E_INVALIDARG}),
-    [](const auto& row) {
-        std::string name = row.param.pszWhat;
-        std::ranges::replace(name, ' ', '_');
-        return name;
-    });
+        ShapeRow{"three elements", VT_VARIANT, {{3, 0}}, E_UNEXPECTED}, // no window
+        ShapeRow{"four elements from below", VT_VARIANT, {{4, -1}}, E_UNEXPECTED},
+        ShapeRow{"two elements", VT_VARIANT, {{2, 0}}, E_INVALIDARG},
+        ShapeRow{"no element", VT_VARIANT, {{0, 0}}, E_INVALIDARG},
+        ShapeRow{"two elements from 1", VT_VARIANT, {{2, 1}}, E_INVALIDARG},
+        ShapeRow{"one element from 2", VT_VARIANT, {{1, 2}}, E_INVALIDARG},
+        ShapeRow{"two dimensions", VT_VARIANT, {{3, 0}, {3, 0}}, E_INVALIDARG},
+        ShapeRow{"two dimensions without a cell", VT_VARIANT, {{3, 0}, {0, 0}}, E_INVALIDARG},
+        ShapeRow{"bytes for elements", VT_UI1, {{3, 0}}, E_INVALIDARG}),
+    RowName);
 
-// The elements' kind is what the array itself says, not what its value claims.
+// The kind of the elements is the array's own, whatever the VARIANT around it says.
 TEST_F(Events, ErrorWhoseElementsAreOfAnotherKindIsRefused)
 {
     Variant bytes = ArrayOf(VT_UI1, {{3, 0}});
@@ -247,7 +232,7 @@ TEST_F(Events, UnknownResolutionHasANameToo)
 {
     Bstr sName;
     EXPECT_EQ(EventsOf(front.get())->GetResolutionName(99, sName.put()), S_OK);
-    EXPECT_EQ(Utf8(sName.view()), "\u672a\u77e5");
+    EXPECT_EQ(Utf8(sName.view()), kUnknownResolution);
 }
 
 } // namespace

@@ -24,7 +24,7 @@ protected:
         PumpToTheEnd();
     }
 
-    // To the end, and cancelled.
+    // One to its end, and one cancelled.
     void EnumSymbols()
     {
         sink = NewSink();
@@ -82,9 +82,9 @@ TEST_F(Leftovers, CountsSeeASession)
     PumpToTheEnd();
 }
 
-// Some handles are made once and kept: a lock of the compiler's library may have one from
-// the first time on that two threads want it at once. So a lot of sessions may still bring
-// one, but not each lot.
+// Some handles are made once and kept: a lock of the compiler's library may get one the
+// first time that two threads want it at once. So one lot of sessions may still add a
+// handle, but not every lot.
 TEST_F(Leftovers, ManySessionsLeaveNothing)
 {
     constexpr int kLots = 6;

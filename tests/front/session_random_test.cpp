@@ -1,5 +1,5 @@
-// Sessions started, cancelled, copied and let go of in any order, on several host
-// threads at once. Nothing may be left behind, and a sink hears one end at most.
+// Sessions and objects started, cancelled, copied and released in any order, on several host
+// threads at once. Nothing may be left behind, and a sink hears at most one end.
 
 #include <random>
 
@@ -16,7 +16,7 @@ constexpr int kSteps = 12;
 class RandomSessions : public FrontFixture
 {
 protected:
-    // One host: some objects, some sinks, and a thread that pumps now and then.
+    // One host: a few objects, a few sinks, and a thread that pumps now and then.
     class Host
     {
     public:
@@ -29,7 +29,7 @@ protected:
             for (int i = 0; i < kSteps && !m_objects.empty(); ++i)
                 Step();
             m_objects.clear();
-            if (Below(4) > 0) // else the thread ends with whatever is on
+            if (Below(4) > 0) // else the thread ends while its sessions run
                 PumpUntil([] { return !OwnsWindows(); });
             for (const auto& receiver : m_sinks)
                 ExpectOneEndAtMost(*receiver.get());
@@ -71,8 +71,8 @@ protected:
             }
         }
 
-        // A host that releases the file closes it under the others, who may then find
-        // neither dates nor records in it.
+        // A host that releases the file closes it for the others too, which may then find
+        // neither dates nor records.
         static void ExpectStartedOrRefused(HRESULT hr)
         {
             EXPECT_TRUE(hr == S_OK || hr == E_INVALIDARG) << std::hex << hr;

@@ -1,8 +1,10 @@
 // What a host hears of a session, in which order and on which thread.
 
+#include "tests/front/Messages.h"
 #include "tests/front/ScriptedHost.h"
 #include "tests/front/ScriptedView.h"
 
+#include "interfaces/FieldsAndResolutions.h"
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
 #include "interfaces/IRecordParser.h"
@@ -20,7 +22,7 @@ protected:
         ASSERT_EQ(Open(*front.get(), file), S_OK);
     }
 
-    // Runs to the end and gives what was heard.
+    // Runs to the end and gives what the sink heard.
     Strings Convert()
     {
         EXPECT_EQ(front->DoConvert(sink.get(), 0), S_OK);
@@ -135,7 +137,7 @@ TEST_F(Session, NeedsASinkAndAFile)
 {
     EXPECT_EQ(front->DoConvert(nullptr, 0), E_POINTER);
     EXPECT_EQ(front->DoConvert(front.get(), 0), E_NOINTERFACE);
-    EXPECT_EQ(front->DoConvert(sink.get(), 0), E_FAIL); // what the parser says without a file
+    EXPECT_EQ(front->DoConvert(sink.get(), 0), E_FAIL); // the parser's answer without a file
     EXPECT_EQ(front->DoConvertPortion(0, nullptr, 0, 1), E_POINTER);
     EXPECT_EQ(front->DoConvertPortion(0, front.get(), 0, 1), E_NOINTERFACE);
     EXPECT_EQ(front->DoEnumSymbols(nullptr), E_NOINTERFACE);
@@ -157,9 +159,8 @@ TEST_F(Session, EnumerationWithoutAFileIsRolledBack)
 TEST_F(Session, PortionTellsWhatStandsAgainstTheSettings)
 {
     OpenFile(Minutes(50));
-    front->put_ResolutionTemplate(0);
-    EXPECT_EQ(ConvertPortion(0, 10, E_INVALIDARG),
-              (Strings{"error -1 \u672a\u9009\u62e9\u5468\u671f\u3002", "rollback"}));
+    front->put_ResolutionTemplate(HostResolutionNone);
+    EXPECT_EQ(ConvertPortion(0, 10, E_INVALIDARG), (Strings{kNoResolutionFault, "rollback"}));
 }
 
 // ---- portions
@@ -216,8 +217,8 @@ TEST_F(Session, CancelAtABadLineRollsBackOnce)
     EXPECT_EQ(script.questions.size(), 1u);
 }
 
-// The worker holds its parser while it waits for the answer; the host's thread, which
-// wants the parser, serves the worker meanwhile.
+// The worker holds its parser's lock while it waits for the answer. The host's thread wants
+// that lock, and handles the worker's messages while it waits.
 TEST_F(Session, UnadviseWhileABadLineIsAskedAbout)
 {
     ScriptedView::Script script;
@@ -283,14 +284,14 @@ TEST_F(Session, CanBeCancelledAfterABatch)
     EXPECT_EQ(sink->transcript.size(), nBatches + 1);
 }
 
-// Sessions go by the addresses of their sinks.
+// A session is known by the address of its sink.
 TEST_F(Session, CanBeCancelledWhenItFollowsAnotherOfTheSameSink)
 {
     OpenFile("Symbol,Date,Time,Open,High,Low,Close,Volume\n" + Minutes(20000, "ABC"));
     const auto startAnew = [this](bool bSymbols) {
         sink->transcript.clear();
         sink->bEnded = false;
-        sink->onData = [](std::size_t) { return S_FALSE; }; // that is enough
+        sink->onData = [](std::size_t) { return S_FALSE; }; // ends after one batch
         EXPECT_EQ(bSymbols ? front->DoEnumSymbols(sink.get()) : front->DoConvert(sink.get(), 0),
                   S_OK);
     };
@@ -331,7 +332,7 @@ TEST_F(Session, SettingsChangedMeanwhileDontTouchIt)
     OpenFile(Minutes(3000));
     ASSERT_EQ(front->DoConvert(sink.get(), 0), S_OK);
     front->put_PriceMultiplier(0x43);
-    front->SetField(6, 0, nullptr);
+    front->SetField(6, HostFieldUndefined, nullptr);
     front->put_SymbolName(Bstr(OLESTR("none")).get());
     PumpToTheEnd();
     EXPECT_EQ(sink->transcript, DataEntries(3, 0, "commit"));
@@ -388,10 +389,10 @@ TEST_F(Session, HostThreadMayEndWithoutPumping)
 TEST_F(Session, FileWithoutADateColumnEndsWithoutAWord)
 {
     OpenFile(Minutes(3000));
-    front->SetField(0, 0, nullptr);
+    front->SetField(0, HostFieldUndefined, nullptr);
     front->InitFieldsInfo();
     ASSERT_EQ(front->DoConvert(sink.get(), 0), S_OK);
-    // The window goes when the worker has let go of its session.
+    // The window goes when the last reference to the worker is released.
     PumpUntil([] { return !OwnsWindows(); });
     EXPECT_EQ(sink->transcript, Strings{});
 }

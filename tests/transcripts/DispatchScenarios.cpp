@@ -17,7 +17,7 @@ const OLECHAR* const kProperties[] = {
     OLESTR("DoConvert"),          OLESTR("NoSuchName"),
 };
 
-// Objects have no text, and dates one of the user's own.
+// Objects have no text, and that of a date depends on the user's locale.
 std::string ValueText(const Variant& value)
 {
     if (value.vt == VT_DISPATCH || value.vt == VT_EMPTY)

@@ -16,7 +16,7 @@ namespace transcripts {
 
 namespace {
 
-// Figures hang on the clock, but for the last count of records.
+// Figures depend on the clock, except for the last count of records.
 bool IsFigure(const std::string& call)
 {
     constexpr const char* kFigures[] = {"percent ", "text 402 ", "text 404 ", "text 406 "};
@@ -85,7 +85,7 @@ void Host::Tell(const std::string& line)
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
-// What the view has been told since the last line.
+// The calls on the view since the last line.
 void Host::TellView()
 {
     const ui_test::Calls calls = m_viewLog.Take();
@@ -157,7 +157,7 @@ void Host::OpenPath(const std::string& name, string_view_t path)
     AwaitCount();
 }
 
-// Until all lines are known, since the last count of records is shown only then.
+// Waits until all lines are known: the last count of records is shown only then.
 void Host::AwaitCount()
 {
     const auto parser = Parser();
@@ -179,7 +179,8 @@ IDispatch* Host::NewSink()
     return m_sink.get();
 }
 
-// A session has ended when its windows are gone: of some the sink never hears the end.
+// A session has ended when its windows are gone; some sessions end without a call on the
+// sink.
 void Host::HearToTheEnd()
 {
     if (!PumpUntil([] { return !OwnsWindows(); }))

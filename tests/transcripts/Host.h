@@ -1,5 +1,5 @@
-// A host by a script. It writes down what it does, what it is answered and everything that
-// it hears, in that order.
+// A host that follows a script. It writes down what it does, what it is answered and every
+// call that it gets, in that order.
 #pragma once
 
 #include <deque>
@@ -21,15 +21,16 @@ class Host
 {
 public:
     explicit Host(std::filesystem::path samples);
-    ~Host(); // writes down if something is left
+    ~Host(); // writes down whether something is left
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
     // ---- answers
 
-    std::function<HRESULT(std::size_t nBatch)> onData;          // also to a symbol; S_OK without
-    std::deque<IQRL_TabulexConverter::ProgressControl> presses; // one a question; the last stays
-    HRESULT hrOnError = S_OK;                                   // to a fault of the settings
+    std::function<HRESULT(std::size_t nBatch)> onData; // to a batch or symbol; S_OK if empty
+    std::deque<IQRL_TabulexConverter::ProgressControl>
+        presses;              // one per question; the last one repeats
+    HRESULT hrOnError = S_OK; // to a fault of the settings
     bool bHasViews = true;
 
     // ---- steps; sessions are heard to their end

@@ -1,3 +1,4 @@
+#include "interfaces/FieldsAndResolutions.h"
 #include "interfaces/NativeHost.h"
 #include "tests/transcripts/Scenarios.h"
 
@@ -105,28 +106,28 @@ void Multipliers(Host& host)
 void ColumnTakenOut(Host& host)
 {
     host.Open("week.csv");
-    SetField(host, 5, 0, OLESTR(""));
+    SetField(host, 5, HostFieldUndefined, OLESTR(""));
     host.Tell("InitFieldsInfo", host.Converter().InitFieldsInfo());
     host.DescribeLayout();
     host.Convert();
 }
 
-// The session ends without a word, maybe before DoConvert returns; a view would be closed
+// The session ends without a call, maybe before DoConvert returns; a view would be closed
 // then or later.
 void DateColumnTakenOut(Host& host)
 {
     host.bHasViews = false;
     host.Open("week.csv");
-    SetField(host, 0, 0, OLESTR(""));
+    SetField(host, 0, HostFieldUndefined, OLESTR(""));
     host.Tell("InitFieldsInfo", host.Converter().InitFieldsInfo());
     host.Convert();
 }
 
-// Days and months change places, where they can.
+// Swaps days and months in dates where both can be a month.
 void OtherDateTemplate(Host& host)
 {
     host.Open("week.csv");
-    SetField(host, 0, 421, OLESTR("*y/*d/*m"));
+    SetField(host, 0, HostFieldDate, OLESTR("*y/*d/*m"));
     host.Tell("InitFieldsInfo", host.Converter().InitFieldsInfo());
     host.DescribeLayout();
     host.Convert();
@@ -162,7 +163,7 @@ void GoodSettings(Host& host)
 void NoResolution(Host& host)
 {
     host.Open("week.csv");
-    host.Tell("resolution", host.Converter().put_ResolutionTemplate(0));
+    host.Tell("resolution", host.Converter().put_ResolutionTemplate(HostResolutionNone));
     InBothLanguages(host);
 }
 
@@ -176,15 +177,15 @@ void NoSize(Host& host)
 void LackedFields(Host& host)
 {
     host.Open("minute-5.csv");
-    SetField(host, 1, 0, OLESTR(""));
-    SetField(host, 4, 0, OLESTR(""));
+    SetField(host, 1, HostFieldUndefined, OLESTR(""));
+    SetField(host, 4, HostFieldUndefined, OLESTR(""));
     InBothLanguages(host);
 }
 
 void FieldThatOccursTwice(Host& host)
 {
     host.Open("week.csv");
-    SetField(host, 5, 233, OLESTR("float"));
+    SetField(host, 5, HostFieldHigh, OLESTR("float"));
     InBothLanguages(host);
 }
 

@@ -1,4 +1,4 @@
-// A view that keeps what it is told as texts, and presses what the test wants.
+// A view that writes down every call as a text, and presses the buttons that a test wants.
 #pragma once
 
 #include <functional>
@@ -22,7 +22,7 @@ inline Calls operator+(Calls calls, const Calls& more)
     return calls;
 }
 
-// What the views of a test have been told; outlives them.
+// The calls on the views of a test; outlives them.
 class ViewLog
 {
 public:
@@ -31,7 +31,7 @@ public:
         std::lock_guard lock(m_lock);
         m_calls.push_back(std::move(sCall));
     }
-    // What has come since the last time.
+    // The calls since the last Take.
     Calls Take()
     {
         std::lock_guard lock(m_lock);
@@ -43,7 +43,7 @@ private:
     Calls m_calls;
 };
 
-// Moves are kept as the distance downwards, and those of the box as its growth.
+// A move is written down as the distance downwards, one of the whole view as its growth.
 class FakeView final : public ControlTable<IProgressView>
 {
 public:
@@ -53,7 +53,7 @@ public:
         ControlTable::Move(ProgressErrorBottom, {0, 160, 0, 162});
     }
 
-    // Where the press comes from; the view may be gone when they return.
+    // Called at these moments, to press a button; the view may be gone when they return.
     std::function<void(FakeView&)> m_onAsk, m_onShow, m_onErrorText;
 
     void Press(ProgressControl button) { m_pButtons->Press(button); }

@@ -35,7 +35,7 @@ inline const Calls kOpenLayout{"show 409",    "show 408", "show 411", "show 410"
                                "show 412",    "show 422", "grow 60",  "move 2 60", "move 414 60",
                                "move 416 60", "show 414", "show 416"};
 
-// Handles all that waits for this thread.
+// Handles all messages that wait for this thread.
 inline void Drain()
 {
     while (PumpMessages(0ms))
@@ -72,7 +72,7 @@ protected:
         SetProgressViews(nullptr, nullptr);
     }
 
-    // Opens the box; what its view was told so far is forgotten.
+    // Opens the box and forgets the calls on its view so far.
     void Open()
     {
         ASSERT_EQ(box->ShowProgress(0), S_OK);
@@ -97,7 +97,7 @@ protected:
         return OnWorker(
             [=, this] { return box->OnError2(nLine, nField, Bstr(Wide(sText)).get()); });
     }
-    // The user answers every error so; a button is pressed once a question.
+    // The user presses this button at every question.
     void AnswerWith(ProgressControl button)
     {
         onAsk = [button](FakeView& v) { v.Press(button); };

@@ -4,7 +4,7 @@
 
 #include "interfaces/ControlTable.h"
 #include "src/UIComponents/views/ControlPlaces.h"
-#include "tests/data/Text.h"
+#include "tests/support/Text.h"
 
 using namespace IQRL_TabulexConverter;
 using namespace Hesperon::specifics::UILayer;

@@ -92,8 +92,8 @@ TEST_F(ProgressBox, ForgetsATitleThatWasEmptied)
     EXPECT_EQ(log.Take(), ClosedLayout() + Calls({"text 400", "open over 0"}));
 }
 
-// What a worker says last must be seen although nobody waits for it, and the box may
-// be let go of right after.
+// A worker's last figures must be seen although nobody waits for them, and the box may be
+// released right after.
 TEST_F(ProgressBox, ShowsWhatAWorkerSaidBeforeItClosed)
 {
     Open();

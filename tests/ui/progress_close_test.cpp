@@ -12,8 +12,8 @@ protected:
     void SetUp() override { Open(); }
 };
 
-// The abort ends the session, which closes and lets go of its box while the button is
-// still on its way back to the view.
+// The abort ends the session, which closes and releases its box before the press of the
+// button has returned to the view.
 TEST_F(ProgressClose, TheBoxMayGoInsideAButton)
 {
     parser->m_onAbort = [this] {
@@ -56,7 +56,7 @@ TEST_F(ProgressClose, TheWindowKeepsTheLibraryUntilItsThreadDispatches)
     EXPECT_EQ(ModuleLockCount(), nLocks - 2);
 }
 
-// The window stands till its thread dispatches, but is the box's no more.
+// The window lives until its thread dispatches, but is no longer the box's own.
 TEST_F(ProgressClose, ButtonsOfABoxThatWasClosedDoNothing)
 {
     std::thread([this] { EXPECT_EQ(box->Close(), S_OK); }).join();

@@ -153,7 +153,7 @@ TEST_F(ProgressErrors, CancelOutsideAnErrorAbortsAndDisables)
     EXPECT_EQ(Progress(1, 1), S_OK) << "the box stays";
 }
 
-// Its buttons can't be pressed any more, so it mustn't wait for one.
+// After a cancel no button can be pressed, so no error may wait for one.
 TEST_F(ProgressErrors, AnErrorAfterCancelIsAnsweredAtOnce)
 {
     view->Press(ProgressCancel);
@@ -173,7 +173,7 @@ TEST_F(ProgressErrors, APressBeforeAnErrorDoesNotAnswerIt)
     EXPECT_EQ(log.Take(), kOpenLayout + Calls({"text 412 bad", "ask"}));
 }
 
-// The worker isn't waiting yet, but its error stands there to be answered.
+// The worker isn't waiting yet, but its error is on show and can be answered.
 TEST_F(ProgressErrors, APressWhileAnErrorIsShownAnswersIt)
 {
     Close();
@@ -198,7 +198,7 @@ TEST_F(ProgressErrors, TheUserMayAnswerByAnEventOfTheView)
     EXPECT_EQ(result.get(), S_OK);
 }
 
-// As a parser does: its lock is held till the error is answered, and to abort takes it.
+// A parser holds its lock until the error is answered, and AbortConversion takes that lock.
 TEST_F(ProgressErrors, CancelLetsTheWorkerGoBeforeItAborts)
 {
     CriticalSection parserLock;

@@ -9,7 +9,7 @@ namespace {
 class ProgressFigures : public ProgressFixture
 {
 protected:
-    // Opens the box and lets the time begin at the clock's present tick.
+    // Opens the box and starts its time at the clock's current tick.
     void Start()
     {
         Open();
@@ -56,7 +56,7 @@ TEST_F(ProgressFigures, StayWithinTheTickOfTheStart)
     EXPECT_EQ(log.Take(), Calls({"percent 60", "text 402 60", "text 404 0 min 0 sec"}));
 }
 
-// 0 stands for a time that hasn't begun.
+// A start tick of 0 means that the time hasn't begun.
 TEST_F(ProgressFigures, ATickOfZeroDoesNotStartTheTime)
 {
     nNow = 0;
@@ -102,7 +102,7 @@ TEST_F(ProgressFigures, OfTheBar)
         {200, 200, 100},
         {201, 200, 100},
         {7, 0, 100},
-        {29, 100, 28}, // 29 / 100 * 100 lies below 29
+        {29, 100, 28}, // as doubles 29 / 100 * 100 is below 29
         {0x4000000000000000, 0x8000000000000000, 50},
         {0x8000000000000000, 0xC000000000000000, 66},
         {0xFFFFFFFFFFFFFFFE, 0xFFFFFFFFFFFFFFFF, 100}, // the same double
@@ -186,7 +186,7 @@ TEST_F(ProgressFigures, AreAskedOfTheParserOnTheBoxsThread)
     EXPECT_EQ(asked, std::this_thread::get_id());
 }
 
-// The parser may have to wait for a lock, and dispatch meanwhile.
+// The parser may wait for a lock, and dispatch messages while it waits.
 TEST_F(ProgressFigures, AreDroppedWhereTheBoxClosesMeanwhile)
 {
     Start();

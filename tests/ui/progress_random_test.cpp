@@ -11,8 +11,8 @@ using namespace ui_test;
 
 namespace {
 
-// One box: its thread, which dispatches for a while or not at all, a worker, and a
-// third thread that may close it or let go of it.
+// One box: its own thread, which dispatches for a while or not at all, a worker, and a third
+// thread that may close the box or release it.
 class Life
 {
 public:
@@ -59,7 +59,7 @@ private:
         return pView;
     }
 
-    // On the box's thread; every way ends the question.
+    // On the box's thread; every branch ends the question.
     void Answer(FakeView& v)
     {
         switch ((*m_pBoxRandom)() % 6) {
@@ -142,7 +142,7 @@ private:
     ViewLog m_log;
     Box m_box;
     Event m_opened{Event::Kind::ManualReset};
-    std::mt19937* m_pBoxRandom = nullptr; // the box's thread's
+    std::mt19937* m_pBoxRandom = nullptr; // of the box's thread
     std::atomic<bool> m_bEnd = false, m_bWorkerDone = false;
 };
 

@@ -91,8 +91,7 @@ TEST_F(ProgressThreads, AWorkerThatWaitsIsWokenWhenTheBoxsThreadEnds)
     Check([this] { return box->OnError(nullptr); });
 }
 
-// Whether the call comes before or after the end of the thread isn't told; what it gives
-// is the same.
+// The call may come before or after the thread's end; its result is the same.
 TEST_F(ProgressThreads, CallsToAThreadThatEndsComeBack)
 {
     for (int n = 0; n < 50; ++n) {
