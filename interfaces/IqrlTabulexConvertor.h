@@ -35,22 +35,23 @@ struct IqrlTabulexConvertor : IDispatch
     // the sink hears nothing, not even an end: look for the column before.
     virtual HRESULT STDMETHODCALLTYPE DoConvert(IDispatch* pReceiverSink,
                                                 LONG_PTR ParentWindow) = 0;
-    // Tells each symbol of the file once, in order of first appearance, as a VT_BSTR.
+    // Delivers each symbol of the file once, in order of first appearance, as a VT_BSTR. A
+    // null sink gives E_NOINTERFACE.
     virtual HRESULT STDMETHODCALLTYPE DoEnumSymbols(IDispatch* pReceiverSink) = 0;
-    // Checks the settings, telling faults by OnError of the sink, and converts Count
+    // Checks the settings, reports a fault to OnError of the sink, and converts Count
     // records from position StartPos without a progress box. Bad lines are skipped
-    // without a word.
+    // silently.
     virtual HRESULT STDMETHODCALLTYPE DoConvertPortion(LONG_PTR hWnd, IDispatch* pReceiverSink,
                                                        ULONGLONG StartPos, ULONGLONG Count) = 0;
     // Reads the columns from the parser again; call it after SetField.
     virtual HRESULT STDMETHODCALLTYPE InitFieldsInfo() = 0;
     // Ends the session that was started with this very pointer. A conversion is rolled
-    // back, an enumeration ends without a word. S_FALSE: no such session runs.
+    // back, an enumeration ends without a further call. S_FALSE: no such session runs.
     virtual HRESULT STDMETHODCALLTYPE Unadvise(IDispatch* pReceiverSink) = 0;
     // An independent object with the same lists and settings on the same open file.
     // E_INVALIDARG without a file.
     virtual HRESULT STDMETHODCALLTYPE Clone(IDispatch** newObj) = 0;
-    // Judges the settings before a conversion. S_OK: good. S_FALSE: a fault was told by
+    // Checks the settings before a conversion. S_OK: good. S_FALSE: a fault was reported to
     // OnError of pEventSink, on this thread, or in a message box owned by hWnd.
     virtual HRESULT STDMETHODCALLTYPE CheckConverterSettings(LONG_PTR hWnd,
                                                              IDispatch* pEventSink) = 0;

@@ -11,8 +11,8 @@ namespace Hesperon::specifics::UILayer {
 
 namespace {
 
-// Hands the window something that nobody waits for: at once on its own thread, in its turn
-// from another. S_FALSE where there is none.
+// For what nobody waits for: sent on the window's own thread, posted from another. S_FALSE
+// where there is no window.
 template <class... Parts, class... Values>
 HRESULT Tell(const CProgressState::Window& window, const WindowMessage<Parts...>& message,
              Values... values)

@@ -1,12 +1,12 @@
 // CProgressDlgNoHTML: the box that shows a conversion and asks about bad lines.
 //
-// What each method does is told in IProgressBox.h. The object itself keeps no window:
-// it sends to a CProgressWindow, which lives on the thread of ShowProgress. Figures and
-// errors are sent over and waited for; all else is posted from another thread, since a
-// host may stop dispatching as soon as it has heard the end of its session.
+// IProgressBox.h documents the methods. The object itself keeps no window: it sends to a
+// CProgressWindow, which lives on the thread of ShowProgress. Figures and errors are sent
+// and waited for. From another thread all else is posted, since a host may stop dispatching
+// as soon as it has heard the end of its session.
 //
-// May be let go of on any thread, also with the window standing, which then closes in
-// its turn.
+// May be released on any thread, also while its window is open; the window then closes when
+// its thread dispatches.
 #pragma once
 
 #include <memory>
@@ -44,7 +44,7 @@ public:
     HRESULT STDMETHODCALLTYPE put_onselectnormal(VARIANT) override { return E_NOTIMPL; }
 
 private:
-    friend struct ProgressTestAccess; // puts a clock
+    friend struct ProgressTestAccess; // sets the clock
 
     // Has the window show an error, by a call that sends it, and waits for the answer.
     template <class Show>

@@ -1,3 +1,7 @@
+// The time left follows from the share of the file that is done: elapsed / share is the
+// total, in single precision, and what is elapsed is taken off in 32 bits. Seconds that have
+// passed are rounded down, seconds to come are rounded up.
+
 #include "src/UIComponents/ProgressFigures.h"
 
 #include <cmath>

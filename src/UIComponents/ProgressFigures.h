@@ -10,8 +10,8 @@ namespace Hesperon::specifics::UILayer {
 // 0 to 100.
 ULONG ProgressPercent(ULONGLONG nPos, ULONGLONG nMax);
 
-// Milliseconds left, when the elapsed ones have brought the work to fRelative of the
-// file, which isn't 0. A file that is already behind its end wraps around.
+// Milliseconds left if the first nElapsed ones brought the work to fRelative of the file,
+// which isn't 0. Above 1 the result wraps around 32 bits.
 std::uint32_t RemainingTime(std::uint32_t nElapsed, FLOAT fRelative);
 
 std::uint32_t WholeSeconds(std::uint32_t nMilliseconds);   // rounded down

@@ -49,7 +49,7 @@ bool CProgressState::OpenQuestion(WindowHandle hWnd)
     if (m_bCancelled)
         m_hContinue.Set();
     else
-        m_hContinue.Reset(); // a press from before doesn't answer it
+        m_hContinue.Reset(); // an earlier press isn't an answer to this question
     return true;
 }
 
@@ -86,7 +86,7 @@ HRESULT CProgressState::WaitForAnswer()
     return bLeftOpen ? S_FALSE : m_nErrorResult.load();
 }
 
-// ---- what the box was told
+// ---- what was put into the box
 
 string_t CProgressState::Title()
 {
@@ -118,7 +118,7 @@ void CProgressState::PutFileName(string_view_t sFileName)
     m_sFileName = sFileName;
 }
 
-// The old one goes without the lock.
+// The old parser is released after the lock is left.
 void CProgressState::PutDataParser(com_ptr<IDataParser> pDataParser)
 {
     LockGuard lock(m_lock);

@@ -1,11 +1,14 @@
 // CProgressState: what a progress box and its window share.
 //
-// A box is let go of on any thread, and a window goes with its own thread. So neither
-// holds the other; each finds here what the other has left, and a window that is no
-// longer the box's own is shut out.
+// A box may be released on any thread, while its window lives on one thread and goes with
+// it. So neither keeps the other alive; what they exchange is here. A window that the box
+// has dropped may still get messages; its handle is no longer the one here, and its calls
+// then do nothing.
 //
-// Safe from any thread; the lock is a leaf. A question is an error that is shown and
-// waits for a button. It is open till a button is pressed or the window goes.
+// A question is an error on show that waits for a button. It is open until a button is
+// pressed or the window goes.
+//
+// Safe from any thread. No other lock is taken under m_lock.
 #pragma once
 
 #include <atomic>
@@ -33,11 +36,12 @@ public:
 
     // ---- the window
 
-    // The calling thread's window becomes the box's own; false if it has one.
+    // The calling thread's window becomes the box's own; false if the box has a window.
     bool TakeWindow(WindowHandle hWnd);
-    // The box has no window from now on, and an open question ends. Gives the window.
+    // The box has no window from now on, and an open question ends. Gives the window that it
+    // had.
     Window DropWindow();
-    // The same if this one is the box's own.
+    // The same, but only if this window is the box's own.
     void DropWindow(WindowHandle hWnd);
     Window CurrentWindow();
     bool IsCurrent(WindowHandle hWnd) { return CurrentWindow().hWnd == hWnd; }
@@ -48,13 +52,13 @@ public:
     // answered at once, since no button can be pressed any more.
     bool OpenQuestion(WindowHandle hWnd);
     bool IsQuestionOpen(WindowHandle hWnd);
-    // Lets the worker go on, one wake a press.
+    // Wakes the worker, once per press.
     void Answer(WindowHandle hWnd);
     void Cancel(WindowHandle hWnd); // this question and those to come
     // On the worker's thread, for a question that the window has opened.
     HRESULT WaitForAnswer();
 
-    // ---- what the box was told
+    // ---- what was put into the box
 
     string_t Title();
     string_t FileName();
@@ -65,13 +69,13 @@ public:
 
     // ---- the clock
 
-    // Milliseconds since the first call, which starts the time; 0 also then.
+    // Milliseconds since the first call, which starts the clock and gives 0.
     std::uint32_t ElapsedTime();
 
-    std::function<std::uint32_t()> m_pfnTickCount = &TickCount; // put before the box is used
+    std::function<std::uint32_t()> m_pfnTickCount = &TickCount; // set before the box is used
     std::atomic<bool> m_bSkipAll = false;
-    std::atomic<HRESULT> m_nErrorResult = S_OK; // what an answered question gives
-    CriticalSection m_questions;                // held while one is asked; taken first
+    std::atomic<HRESULT> m_nErrorResult = S_OK; // result of an answered question
+    CriticalSection m_questions;                // one question at a time; taken before m_lock
 
 private:
     CriticalSection m_lock;

@@ -1,9 +1,9 @@
 // CProgressWindow: the window of a progress box.
 //
 // It lives on the thread that opened it, and deletes itself when it goes: by
-// kCloseMessage or with its thread. The parser that it calls, and a view that
-// waits for the user, may dispatch messages, and so may end it: what comes after such a
-// call must not touch it without a look.
+// kCloseMessage or with its thread. The parser that it calls, and a view that waits for
+// the user, may dispatch messages and thereby delete it. After such a call no member is
+// used unless the window is known to be live.
 #pragma once
 
 #include <memory>
@@ -61,10 +61,10 @@ private:
 
     const ModuleLock m_moduleLock; // it may outlive its box until its thread dispatches
     const std::shared_ptr<CProgressState> m_pState;
-    WindowHandle m_hWnd = 0; // stays when the window has gone
+    WindowHandle m_hWnd = 0; // kept after the window has gone
     ProgressViewPtr m_pView;
     bool m_bShowErrors = false;
-    bool m_bErrorsExpanded = false; // for good once it is
+    bool m_bErrorsExpanded = false; // stays true once set
 };
 
 } // namespace Hesperon::specifics::UILayer

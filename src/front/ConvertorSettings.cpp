@@ -1,3 +1,6 @@
+// The host's ids of resolutions become the component's here, and only here: a list of
+// resolutions holds the component's own.
+
 #include "src/front/ConvertorSettings.h"
 
 #include "Simples/interface/ResourceStrings.h"

@@ -1,4 +1,9 @@
 // CSettingsCheck: the events of one check of a host's settings, which go to a sink.
+//
+// It has copies of what it needs, so the host's object stays as it is during the check, and
+// the sink may change that object's settings.
+//
+// For one thread, the host's. Nobody else keeps it after the check.
 #pragma once
 
 #include "interfaces/IDataParserEvents.h"

@@ -1,4 +1,4 @@
-// Sessions: how they start, and how the host ends them.
+// Sessions: how they start, how their events come in, and how the host ends them.
 
 #include "module/Guarded.h"
 #include "src/files/AsyncTransactionPool.h"

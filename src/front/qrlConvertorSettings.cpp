@@ -1,4 +1,8 @@
-// The host's lists and numbers, and the fields and resolutions behind them.
+// The host's lists, and the fields and resolutions of the record parser by the host's ids.
+//
+// A resolution that the host names by its id becomes a resolution of the record parser, and
+// is read back afterwards: the parser may have chosen another one, and the object keeps the
+// name of what is there.
 
 #include <algorithm>
 
@@ -18,6 +22,7 @@ namespace Hesperon::specifics {
 
 namespace {
 
+// The record parser takes the list as two arrays.
 Variant IdsOf(const CTemplateList& list)
 {
     SafeArray ids(SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(list.Rows().size())));
@@ -120,6 +125,7 @@ void CqrlTabulexConvertor::TakeResolution(IRecordParser& parser)
         m_settings.m_arResolutionTemplates.Choose({});
 }
 
+// The parser's inference may have changed the size since it was put.
 HRESULT CqrlTabulexConvertor::get_ResolutionSizeTemplate(LONG* pVal)
 {
     if (!pVal)
@@ -130,7 +136,7 @@ HRESULT CqrlTabulexConvertor::get_ResolutionSizeTemplate(LONG* pVal)
     return S_OK;
 }
 
-// Ticks and bars of ticks are one choice, which the size divides.
+// Ticks and bars of ticks are one choice of the host; the size decides which of them it is.
 HRESULT CqrlTabulexConvertor::put_ResolutionSizeTemplate(LONG newVal)
 {
     m_settings.m_nResolutionSize = newVal;
@@ -154,7 +160,7 @@ HRESULT CqrlTabulexConvertor::get_ValidResolution(VARIANT_BOOL* pVal)
     return GiveOut(pVal, bValid);
 }
 
-// Tried on a copy, so that a pair which doesn't fit leaves no trace.
+// Tried on a copy first, so that a pair that doesn't fit changes nothing here.
 HRESULT CqrlTabulexConvertor::SelectResolution(LONG ResolutionSizeTemplate, LONG ResolutionTemplate)
 {
     const auto choose = [&](IqrlTabulexConvertor& object) {
@@ -182,6 +188,7 @@ HRESULT CqrlTabulexConvertor::InitFieldsInfo()
     return Guarded([&] { return ReadFields(*pRecordParser.get()); });
 }
 
+// A name that can't be read ends the loop; that column and those after it have no type.
 HRESULT CqrlTabulexConvertor::ReadFields(IRecordParser& parser)
 {
     ULONG nCount = 0;
@@ -202,6 +209,7 @@ HRESULT CqrlTabulexConvertor::get_FieldCount(LONG* pVal)
     return GiveOut(pVal, static_cast<LONG>(m_settings.m_arFields.size()));
 }
 
+// The id is that of the last InitFieldsInfo, the template is the parser's of this moment.
 HRESULT CqrlTabulexConvertor::GetField(LONG Index, LONG* Id, BSTR* FieldTemplate)
 {
     const com_ptr<IRecordParser> pRecordParser = RecordParser();
@@ -216,6 +224,7 @@ HRESULT CqrlTabulexConvertor::GetField(LONG Index, LONG* Id, BSTR* FieldTemplate
     return pRecordParser->GetFieldTemplate(FieldTemplate, nField);
 }
 
+// A column without a type has no template, so id 0 leaves the template alone.
 HRESULT CqrlTabulexConvertor::SetField(LONG Index, LONG Id, BSTR FieldTemplate)
 {
     const com_ptr<IRecordParser> pRecordParser = RecordParser();

@@ -1,3 +1,6 @@
+// Lists are short, so rows are found by walking from the first: where two rows share an id,
+// the first one counts. The same holds for types and resolutions that share a host id.
+
 #include "src/front/qrlHelperStructs.h"
 
 #include <algorithm>
@@ -28,6 +31,7 @@ const STemplateEntry* CTemplateList::FindId(LONG nId) const
 
 STemplateEntry* CTemplateList::FindId(LONG nId)
 {
+    // The row is this object's own, which isn't const here.
     return const_cast<STemplateEntry*>(std::as_const(*this).FindId(nId));
 }
 

@@ -83,7 +83,7 @@ HRESULT CqrlTabulexConvertor::Clone(IDispatch** newObj)
     *newObj = nullptr;
     Bstr sFileName;
     const HRESULT hrName = get_FileName(sFileName.put());
-    if (!sFileName)
+    if (!sFileName) // looked at first: an object without a file isn't the parser's failure
         return E_INVALIDARG;
     if (FAILED(hrName))
         return hrName;
@@ -96,6 +96,8 @@ HRESULT CqrlTabulexConvertor::Clone(IDispatch** newObj)
     return hr;
 }
 
+// A clone has a progress box, though nobody shows it: the events that somebody calls on a
+// clone go there.
 HRESULT CqrlTabulexConvertor::CopyTo(CqrlTabulexConvertor& clone)
 {
     HRESULT hr = clone.m_session.MakeProgressBox();
@@ -115,6 +117,8 @@ void CqrlTabulexConvertor::CopySettingsTo(CqrlTabulexConvertor& clone) const
     clone.m_pVolumeMultiplier->SetCode(m_pVolumeMultiplier->Code());
 }
 
+// A cloned record parser still has its source's multipliers; the copy hands it its own, whose
+// codes CopySettingsTo has set.
 HRESULT CqrlTabulexConvertor::CloneParserTo(CqrlTabulexConvertor& clone) const
 {
     com_ptr<IDispatch> pParser;
@@ -158,7 +162,7 @@ HRESULT CqrlTabulexConvertor::put_FileName(BSTR newVal)
     if (!m_pDataParser)
         return E_NOINTERFACE;
     const HRESULT hr = m_pDataParser->put_FileName(newVal);
-    if (hr != S_OK)
+    if (hr != S_OK) // also S_FALSE: a file that can't be opened leaves the choices
         return hr;
     const com_ptr<IRecordParser> pRecordParser = RecordParser();
     if (!pRecordParser)
@@ -237,6 +241,7 @@ HRESULT CqrlTabulexConvertor::get_Environment(BSTR* pVal)
         const HRESULT hr = pRecordParser->get_Environment(sTemplates.put());
         if (FAILED(hr))
             return hr;
+        // Read back, so that the folder is what a later put would make of the document.
         Bstr sDocument(WriteEnvironment(m_settings.m_sFolder, sTemplates.view()));
         ReadFolder(sDocument.view(), m_settings.m_sFolder);
         *pVal = sDocument.detach();
@@ -244,6 +249,7 @@ HRESULT CqrlTabulexConvertor::get_Environment(BSTR* pVal)
     });
 }
 
+// Whatever the parser finds wrong, it is the text that is wrong for the host.
 HRESULT CqrlTabulexConvertor::put_Environment(BSTR newVal)
 {
     const com_ptr<IRecordParser> pRecordParser = RecordParser();
@@ -258,6 +264,7 @@ HRESULT CqrlTabulexConvertor::put_Environment(BSTR newVal)
 
 // ---- mode, file
 
+// There is no get: only the import dialog reads the mode.
 HRESULT CqrlTabulexConvertor::put_Mode(LONG newVal)
 {
     if (newVal != 0 && newVal != 1)

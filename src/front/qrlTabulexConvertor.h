@@ -104,7 +104,7 @@ private:
     // ---- the parsers (qrlTabulexConvertor.cpp)
 
     HRESULT Construct();
-    // Asked for each time, since the data parser's may be replaced; null for none.
+    // Asked for each time, since a host may replace it in the data parser; null for none.
     com_ptr<IRecordParser> RecordParser() const;
     HRESULT HandOutMultipliers(IRecordParser& parser);
     HRESULT CopyTo(CqrlTabulexConvertor& clone);
@@ -125,6 +125,7 @@ private:
     static HRESULT RunSession(IDispatch* pReceiverSink, Start start);
     HRESULT StartConversion(CqrlTabulexConvertor& worker, ULONG_PTR nTransaction, BSTR sFileName,
                             LONG_PTR hwndParent) const;
+    // What answers the events: the check that is under way, else the object's own session.
     CConversionSession& Session() { return m_pCheck ? *m_pCheck : m_session; }
 
     com_ptr<IDataParser> m_pDataParser; // a worker's is a clone

@@ -14,8 +14,8 @@ struct Factory
 
 Factory g_factory;
 
-// Shows nothing. To skip all at the first bad line delivers the same as to skip line
-// by line, and spares the worker a call over here for each.
+// Shows nothing. Skipping all at the first bad line delivers the same records as skipping
+// line by line, and saves the worker a message per line.
 class CSilentView final : public IQRL_TabulexConverter::ControlTable<IProgressView>
 {
 public:

@@ -1,4 +1,7 @@
 // Who makes the views of progress boxes.
+//
+// A process has one factory. It is set on one thread before boxes are shown; boxes then make
+// their views on the threads on which they open.
 #pragma once
 
 #include <memory>
@@ -22,7 +25,7 @@ using ProgressViewPtr = std::unique_ptr<IProgressView, ReleaseView>;
 // The host's factory, before boxes are shown; null takes it away.
 void SetProgressViews(ProgressViewFactory pfnMake, void* pContext);
 
-// A view for the calling thread, never null: the host's, else the system's own.
+// A new view for a box of the calling thread, never null: the host's, else the system's own.
 ProgressViewPtr MakeProgressView();
 
 } // namespace Hesperon::specifics::UILayer
