@@ -1,3 +1,10 @@
+// The box has one section that comes and goes, for errors: it is closed when the box opens,
+// opens at the first error, and stays open.
+//
+// A worker that reports an error holds its parser's lock and waits twice: for the message
+// that shows the error, and then for a button. The button may need that lock, so the user is
+// asked in a message of its own, and a button wakes the worker before it calls the parser.
+
 #include "src/UIComponents/ProgressWindow.h"
 
 #include "Simples/interface/ResourceStrings.h"
@@ -102,7 +109,7 @@ bool CProgressWindow::Advance(ULONGLONG nPos, ULONGLONG nMax)
     if (nPos == 0 || nElapsed == 0)
         return true;
     const FLOAT fRelative = RelativePos(nPos);
-    if (!IsLiveWindow(hWnd))
+    if (!IsLiveWindow(hWnd)) // the parser dispatched, and the box was closed
         return false;
     m_pView->SetPercent(ProgressPercent(nPos, nMax));
     if (fRelative != 0)
@@ -128,8 +135,8 @@ void CProgressWindow::SetText(LONG nControl, const string_t& sText)
 
 // ---- errors
 
-// The worker that sent the error holds its parser's lock and waits for this to return.
-// So the user is asked in a message of its own, since a button may call the parser.
+// With a place or without: an error without one leaves the line and the field of the last
+// one, and ends the conversion unless the user skips it.
 bool CProgressWindow::ShowError(const OLECHAR* pszText, const ProgressPlace* pPlace)
 {
     if (!m_pState->OpenQuestion(m_hWnd))
@@ -154,6 +161,8 @@ void CProgressWindow::SetField(LONG nField)
                                     : DecimalText(static_cast<ULONG>(nField)));
 }
 
+// A view begins with the section open, so the first run closes it: the box gets lower by the
+// section's height, and the buttons below move up.
 void CProgressWindow::LayOutErrorSection()
 {
     if (m_bErrorsExpanded)
@@ -173,6 +182,7 @@ void CProgressWindow::LayOutErrorSection()
 
 // ---- buttons
 
+// A window that the box has dropped may still be on show; its buttons do nothing.
 void CProgressWindow::Press(ProgressControl button)
 {
     if (!m_pState->IsCurrent(m_hWnd))
@@ -193,6 +203,7 @@ void CProgressWindow::Press(ProgressControl button)
     }
 }
 
+// The parser's call, or the worker that goes on, may end the box; the buttons come last.
 void CProgressWindow::SkipAll()
 {
     const auto pState = m_pState;

@@ -86,6 +86,7 @@ HRESULT CConversionSession::EndTransaction(bool bResult)
     ULONGLONG nCount = 0;
     VARIANT_BOOL bComplete = VARIANT_FALSE;
     m_pDataParser->GetCount(&nCount, &bComplete);
+    // Batches count records that were read; the last figure is the file's own count.
     const com_ptr<IProgressBox> pBox = ProgressBox();
     if (pBox && bComplete == VARIANT_TRUE)
         pBox->SetProcessedRecordCount(nCount);

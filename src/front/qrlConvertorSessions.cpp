@@ -64,6 +64,7 @@ HRESULT CqrlTabulexConvertor::DoConvert(IDispatch* pReceiverSink, LONG_PTR Paren
     });
 }
 
+// The box is open before the run starts, so that the first figures find it.
 HRESULT CqrlTabulexConvertor::StartConversion(CqrlTabulexConvertor& worker, ULONG_PTR nTransaction,
                                               BSTR sFileName, LONG_PTR hwndParent) const
 {

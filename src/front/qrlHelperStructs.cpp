@@ -57,6 +57,7 @@ HRESULT CTemplateList::GetChoice(LONG* pVal) const
 {
     const STemplateEntry* row = FindName(m_sChoice);
     const HRESULT hr = GiveOut(pVal, row ? row->nId : -1);
+    // A choice may name a row that was renamed since: that is no choice.
     return hr == S_OK && !row ? S_FALSE : hr;
 }
 
@@ -85,6 +86,8 @@ LONG FieldPosition(LONG nHostId)
     return row == std::end(kFieldTypes) ? -1 : static_cast<LONG>(row - kFieldTypes) + 1;
 }
 
+// A column that the record parser leaves without a type has the first name of the list, or
+// one that isn't in it; both count as undefined.
 LONG CTypeNames::HostIdOf(BSTR bsName) const
 {
     if (!Assert(bsName != nullptr, "bsName") || m_vTypeNames.vt != (VT_ARRAY | VT_BSTR))

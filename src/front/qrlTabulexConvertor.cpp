@@ -45,7 +45,7 @@ HRESULT CqrlTabulexConvertor::Construct()
         hr = HandOutMultipliers(*pRecordParser.get());
     if (FAILED(hr))
         return hr;
-    SymbolEnumeratorHost::AddConvertor();
+    SymbolEnumeratorHost::AddConvertor(); // the enumerator's thread lives while one is counted
     m_bCountedByEnumerations = true;
     m_settings.m_arResolutionTemplates.Append(LoadResourceString(IDS_NO_RESOLUTION_NAME),
                                               ResolutionNone);
@@ -176,6 +176,7 @@ HRESULT CqrlTabulexConvertor::put_FileName(BSTR newVal)
     });
 }
 
+// Without a data parser each group of properties has a code of its own.
 HRESULT CqrlTabulexConvertor::get_SymbolName(BSTR* pVal)
 {
     return m_pDataParser ? m_pDataParser->get_SymbolName(pVal) : E_FAIL;
@@ -272,6 +273,7 @@ HRESULT CqrlTabulexConvertor::put_Mode(LONG newVal)
     return std::exchange(m_nMode, newVal) == newVal ? S_FALSE : S_OK;
 }
 
+// Other objects that read the file keep it; its name is free for a file that is opened next.
 HRESULT CqrlTabulexConvertor::ReleaseFile()
 {
     Bstr sFileName;
