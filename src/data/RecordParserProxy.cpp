@@ -8,7 +8,7 @@ namespace Hesperon::specifics {
 
 void CRecordParserProxy::Attach(IRecordParser* pTarget)
 {
-    LockGuard lock(ProxyLock());
+    const ProxyLockGuard lock;
     m_pTarget = pTarget;
 }
 
@@ -20,7 +20,7 @@ void CRecordParserProxy::Detach()
 com_ptr<IRecordParser> CRecordParserProxy::Target()
 {
     com_ptr<IRecordParser> pTarget;
-    LockGuard lock(ProxyLock());
+    const ProxyLockGuard lock;
     if (m_pTarget)
         query(m_pTarget, pTarget);
     return pTarget;

@@ -1,9 +1,8 @@
 // CRecordParserProxy: a record parser for a file's worker to hold. It passes calls
-// on to the parser behind it for as long as the data parser lets it.
+// on to its target until the data parser cuts the link.
 //
-// The link is guarded by the process-wide proxy lock (Proxies.h), which is left
-// before a call is passed on. Calls on a cut proxy give S_OK and write nothing, so
-// that callers find their results unset.
+// The link is guarded by the process-wide proxy lock (Proxies.h), which isn't held during a
+// call. Calls on a cut proxy give S_OK and write nothing.
 #pragma once
 
 #include "src/data/UnofferedRecordParser.h"

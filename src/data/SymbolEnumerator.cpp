@@ -4,37 +4,15 @@
 #include "src/data/FakeRecordParser.h"
 #include "src/data/SymbolEnumeratorHost.h"
 #include "src/data/SymbolHash.h"
-#include "src/files/AsyncTransactionPool.h"
 
 using namespace IQRL_TabulexConverter;
 
 namespace Hesperon::specifics {
 
-// ---- transaction
-
-// The pool gives 0 for a number that is taken; to unregister then would take another
-// entry away.
-void CSymbolEnumerator::RegisterTransaction(ULONG_PTR nTranId)
-{
-    IUnknown* pObject = static_cast<IAsyncTransaction*>(this);
-    m_bRegistered = AsyncTransactionPool::RegisterTransaction(nTranId, pObject) == nTranId;
-}
-
-void CSymbolEnumerator::UnregisterTransaction()
-{
-    if (m_bRegistered.exchange(false))
-        AsyncTransactionPool::UnregisterTransaction(this);
-}
-
-void CSymbolEnumerator::FinalRelease()
-{
-    UnregisterTransaction();
-}
-
 HRESULT CSymbolEnumerator::Cancel()
 {
     m_bCancelled = true;
-    UnregisterTransaction(); // the number is free for the next walk
+    m_entry.Unregister(); // the number is free for the next walk
     return S_OK;
 }
 
@@ -82,7 +60,7 @@ HRESULT CSymbolEnumerator::ReadSettings()
     return hr;
 }
 
-// Without a file behind it the copy keeps nobody from closing or replacing the file.
+// A copy without a file keeps nobody from closing or replacing it.
 HRESULT CSymbolEnumerator::DetachRecordParser()
 {
     com_ptr<IDispatch> pObject;
@@ -131,30 +109,30 @@ HRESULT CSymbolEnumerator::ProcessRecord(ULONGLONG nIndex, BSTR, VARIANT_BOOL)
 {
     if (m_bCancelled)
         return S_FALSE;
-    const HRESULT hr = Guarded([&] { return TellSymbolAt(nIndex); });
+    const HRESULT hr = Guarded([&] { return GiveSymbolAt(nIndex); });
     if (FAILED(hr) || hr == S_FALSE)
         EndWalk(hr == S_FALSE);
     return hr;
 }
 
-HRESULT CSymbolEnumerator::TellSymbolAt(ULONGLONG nPosition)
+HRESULT CSymbolEnumerator::GiveSymbolAt(ULONGLONG nPosition)
 {
     if (!m_pDataParser || !m_pRecordParser)
         return E_NOINTERFACE;
     if (nPosition == 0)
         if (const HRESULT hr = AttachFile(); FAILED(hr))
             return hr;
-    // The end of the file shows as a position or a record that can't be had.
+    // At the end of the file going to the position, or reading the record, fails.
     Bstr sRecord;
     if (m_pDataParser->put_Position(nPosition) != S_OK ||
         m_pDataParser->get_CurrentRecord(sRecord.put()) != S_OK)
         return S_FALSE;
     Bstr sSymbol;
     const HRESULT hr = m_pRecordParser->GetFieldText(sRecord.get(), m_nSymbolField, sSymbol.put());
-    return FAILED(hr) ? hr : TellSymbol(sSymbol.get());
+    return FAILED(hr) ? hr : GiveSymbol(sSymbol.get());
 }
 
-// Opening a file forgets what was known of it, so it is put again. Putting the inverted
+// Opening a file resets its header and direction, so they are set again. Setting the inverted
 // direction twice would switch it back.
 HRESULT CSymbolEnumerator::AttachFile()
 {
@@ -168,7 +146,7 @@ HRESULT CSymbolEnumerator::AttachFile()
     return hr;
 }
 
-HRESULT CSymbolEnumerator::TellSymbol(BSTR bsSymbol)
+HRESULT CSymbolEnumerator::GiveSymbol(BSTR bsSymbol)
 {
     const string_view_t sSymbol = TextOf(bsSymbol);
     if (sSymbol.empty() || !m_setHashes.insert(SymbolHash(sSymbol)).second)
@@ -184,7 +162,7 @@ HRESULT CSymbolEnumerator::TellSymbol(BSTR bsSymbol)
 
 void CSymbolEnumerator::EndWalk(bool bWell)
 {
-    UnregisterTransaction(); // ahead of the end: the receiver may start the next walk then
+    m_entry.Unregister(); // before the end: the receiver may start the next walk in that call
     if (m_pReceiver)
         m_pReceiver->EndTransaction(bWell ? VARIANT_TRUE : VARIANT_FALSE);
     m_pReceiver.reset();

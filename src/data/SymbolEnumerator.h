@@ -1,12 +1,12 @@
-// CSymbolEnumerator: a walk over a file that tells its receiver each symbol once, in
+// CSymbolEnumerator: a walk over a file that gives its receiver each symbol once, in
 // the order in which they appear. See interfaces/ISymbolEnumerator.h for the contract.
 //
-// It walks on a copy of the data parser that has a fake record parser, so that going to
-// a record parses nothing, and that holds no file before the first step. The record
-// parser of the copy, cut out of it, finds the symbol in each line.
+// It walks on a copy of the data parser. The copy holds no file before the first step, and
+// its record parser is replaced by a fake one, so that going to a record parses nothing. The
+// record parser taken out of the copy finds the symbol in each line.
 //
-// Threads: what is put before Start() belongs to the walk's thread from then on. Only
-// Cancel may come from any thread.
+// Threads: call Start() after all properties are set. From then on the object belongs to the
+// walk's thread; only Cancel may come from any thread.
 #pragma once
 
 #include <atomic>
@@ -20,6 +20,7 @@
 #include "interfaces/ISymbolEnumerator.h"
 #include "module/ComObject.h"
 #include "platform/values.h"
+#include "src/files/TransactionEntry.h"
 #include "src/parsing/DataTypes.h"
 
 namespace Hesperon::specifics {
@@ -30,10 +31,10 @@ class CSymbolEnumerator final
                        IQRL_TabulexConverter::IAsyncTransaction>
 {
 public:
-    void FinalRelease();
+    void FinalRelease() { m_entry.Unregister(); }
 
-    // Lets the walk be cancelled by this number, unless another one has it. Once an object.
-    void RegisterTransaction(ULONG_PTR nTranId);
+    // Lets the walk be cancelled by this number, unless another one has it.
+    void RegisterTransaction(ULONG_PTR nTranId) { m_entry.Register(nTranId); }
 
     // ---- ISymbolEnumerator
 
@@ -54,19 +55,18 @@ public:
 
     // ---- IAsyncTransaction
 
-    // The next step ends the walk without a word to the receiver.
+    // The next step ends the walk; the receiver isn't called any more.
     HRESULT STDMETHODCALLTYPE Cancel() override;
 
 private:
-    void UnregisterTransaction();
     HRESULT CopyFrom(IDispatch* pSource);
     HRESULT ReadSettings();
     HRESULT DetachRecordParser();
 
     // S_FALSE: the walk has ended well.
-    HRESULT TellSymbolAt(ULONGLONG nPosition);
+    HRESULT GiveSymbolAt(ULONGLONG nPosition);
     HRESULT AttachFile();
-    HRESULT TellSymbol(BSTR bsSymbol);
+    HRESULT GiveSymbol(BSTR bsSymbol);
     void EndWalk(bool bWell);
 
     com_ptr<IQRL_TabulexConverter::IRecordParser> m_pRecordParser; // cut out of the copy
@@ -76,10 +76,10 @@ private:
     ULONG m_nHeaderOffset = 0;
     VARIANT_BOOL m_bInvertedDirection = VARIANT_FALSE;
     com_ptr<IQRL_TabulexConverter::IDataParserEvents> m_pReceiver;
-    std::set<ULONG> m_setHashes; // of the symbols told so far
+    std::set<ULONG> m_setHashes; // of the symbols given so far
     ULONG m_nSymbolField = kNoField;
     std::atomic<bool> m_bCancelled = false;
-    std::atomic<bool> m_bRegistered = false; // among the transactions
+    CTransactionEntry m_entry{*this};
 };
 
 } // namespace Hesperon::specifics

@@ -27,7 +27,7 @@ TransactionMap& Transactions()
 ULONG_PTR RegisterTransaction(ULONG_PTR nNumber, IUnknown* pObject)
 {
     com_ptr<IAsyncTransaction> pAsyncTrans; // let go of outside of the lock
-    LockGuard lock(ProxyLock());
+    const ProxyLockGuard lock;
     if (Transactions().contains(nNumber))
         return 0;
     query(pObject, pAsyncTrans);
@@ -37,11 +37,17 @@ ULONG_PTR RegisterTransaction(ULONG_PTR nNumber, IUnknown* pObject)
     return nNumber;
 }
 
+bool IsRegistered(ULONG_PTR nNumber)
+{
+    const ProxyLockGuard lock;
+    return Transactions().contains(nNumber);
+}
+
 // A pointer that isn't there takes the last entry with it.
 void UnregisterTransaction(IAsyncTransaction* pTransaction)
 {
     const com_ptr<IAsyncTransaction> pAsyncTrans(pTransaction);
-    LockGuard lock(ProxyLock());
+    const ProxyLockGuard lock;
     if (!FaultmereUtil::Assert(static_cast<bool>(pAsyncTrans), "pAsyncTrans"))
         return;
     TransactionMap& transactions = Transactions();
@@ -55,7 +61,7 @@ void UnregisterTransaction(IAsyncTransaction* pTransaction)
 
 bool CancelTransaction(ULONG_PTR nNumber)
 {
-    LockGuard lock(ProxyLock());
+    const ProxyLockGuard lock;
     const auto it = Transactions().find(nNumber);
     if (it == Transactions().end())
         return false;

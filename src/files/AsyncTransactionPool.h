@@ -2,7 +2,8 @@
 // started through one object can be cancelled through another.
 //
 // Holds plain pointers: an object unregisters before it goes, and only what it
-// registered. All calls take the process-wide proxy lock (see Proxies.h).
+// registered (CTransactionEntry keeps count). All calls take the process-wide proxy lock
+// (see Proxies.h).
 #pragma once
 
 #include "interfaces/IAsyncTransaction.h"
@@ -11,6 +12,7 @@ namespace Hesperon::specifics::AsyncTransactionPool {
 
 // Gives the number, or 0 where it is taken or the object can't be cancelled.
 ULONG_PTR RegisterTransaction(ULONG_PTR nNumber, IUnknown* pObject);
+bool IsRegistered(ULONG_PTR nNumber);
 void UnregisterTransaction(IQRL_TabulexConverter::IAsyncTransaction* pTransaction);
 // Cancels under the proxy lock; false for an unknown number.
 bool CancelTransaction(ULONG_PTR nNumber);

@@ -13,7 +13,7 @@ CriticalSection& ProxyLock()
 
 void CFileHandlerEventsProxy::Attach(IFileHandlerEvents* pTarget)
 {
-    LockGuard lock(ProxyLock());
+    const ProxyLockGuard lock;
     m_pTarget = pTarget;
 }
 
@@ -26,7 +26,7 @@ void CFileHandlerEventsProxy::Detach()
 // there for as long as the lock is held, but can't be brought back to life.
 com_ptr<IFileHandlerEvents> CFileHandlerEventsProxy::Target()
 {
-    LockGuard lock(ProxyLock());
+    const ProxyLockGuard lock;
     if (!m_pTarget)
         return {};
     const bool bDying = m_pTarget->AddRef() > kDyingRefs;

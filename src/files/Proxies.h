@@ -1,16 +1,33 @@
 // Stand-ins that let a worker hold a counted reference without keeping the object
 // behind it alive. The object cuts the link with Detach() before it goes; calls
-// then reach nothing. All links are guarded by one process-wide lock, under which
-// nothing else is taken.
+// then reach nothing. All links are guarded by one process-wide lock.
 #pragma once
 
 #include "interfaces/IFileHandlerEvents.h"
 #include "module/ComObject.h"
 #include "platform/CriticalSection.h"
+#include "platform/MessageWindow.h"
 
 namespace Hesperon::specifics {
 
+// Guards the links of all proxies and the running transactions. A transaction is cancelled
+// with this lock held, and its end waits for the thread of the host that hears of it.
 CriticalSection& ProxyLock();
+
+// Holds the proxy lock. Its holder may be waiting for this thread to handle a message, so a
+// thread with windows dispatches while it waits. Hold no other lock meanwhile.
+class ProxyLockGuard
+{
+public:
+    ProxyLockGuard()
+    {
+        if (!ProxyLock().try_lock())
+            LockPumping(ProxyLock());
+    }
+    ~ProxyLockGuard() { ProxyLock().unlock(); }
+    ProxyLockGuard(const ProxyLockGuard&) = delete;
+    ProxyLockGuard& operator=(const ProxyLockGuard&) = delete;
+};
 
 // Stands in for a consumer of file events.
 class CFileHandlerEventsProxy

@@ -4,10 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <thread>
 
 #include "interfaces/ClassIds.h"
 #include "src/data/SymbolEnumerator.h"
 #include "src/data/UnofferedRecordParser.h"
+#include "src/files/AsyncTransactionPool.h"
+#include "src/files/Proxies.h"
 #include "tests/support/UnusedDataParser.h"
 #include "tests/symbols/SymbolSink.h"
 
@@ -358,6 +361,28 @@ TEST_F(EnumeratorTest, NobodyToTellIsAFailure)
     script.symbols = {"", "A"};
     EXPECT_EQ(Step(0), S_OK);
     EXPECT_EQ(Step(1), E_NOINTERFACE);
+}
+
+// The pool's lock is held while it cancels, so the last reference waits for that.
+TEST_F(EnumeratorTest, MayBeLetGoOfWhileItIsCancelled)
+{
+    constexpr ULONG_PTR kTransaction = 91;
+    Prepare({"A"});
+    enumerator->RegisterTransaction(kTransaction);
+    Event gone(Event::Kind::ManualReset);
+    std::thread releaser;
+    {
+        const ProxyLockGuard lock; // as a cancel has it
+        EXPECT_TRUE(AsyncTransactionPool::CancelTransaction(kTransaction));
+        releaser = std::thread([&] {
+            enumerator.reset();
+            gone.Set();
+        });
+        EXPECT_FALSE(gone.Wait(std::chrono::milliseconds(200)));
+    }
+    EXPECT_TRUE(gone.Wait(std::chrono::seconds(60)));
+    releaser.join();
+    EXPECT_FALSE(AsyncTransactionPool::CancelTransaction(kTransaction));
 }
 
 TEST_F(EnumeratorTest, CancelledWalkEndsSilentlyAndKeepsItsReferences)
