@@ -20,7 +20,7 @@ struct SDateWithStatus
     {
         return a.status == kValid && b.status == kValid && a.date < b.date;
     }
-    // Differing statuses make two dates differ.
+    // Two dates with different statuses are different.
     friend bool operator==(const SDateWithStatus&, const SDateWithStatus&) = default;
 };
 
@@ -28,7 +28,7 @@ struct SDateWithStatus
 SDateWithStatus DateOf(const VARIANT& value);
 
 // The whole days of a date, cut to 16 bits. 0 stands for "no date" and 0xFFFF for
-// "no earlier record" where a date is kept, and both are told by these bits alone.
+// "no earlier record" where a date is kept; these bits alone tell the two from a date.
 std::uint16_t LowDayBits(DATE date);
 
 } // namespace Hesperon::specifics

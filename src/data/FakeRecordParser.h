@@ -1,6 +1,6 @@
 // CFakeRecordParser: a record parser that parses nothing, for a data parser that only
-// reads lines. What a data parser calls meanwhile succeeds and writes nothing; all
-// else answers E_NOTIMPL. It has no state, so it is safe from any thread.
+// reads lines. The operations that a data parser calls while it reads lines succeed and
+// write nothing; all others answer E_NOTIMPL. It has no state, so it is safe from any thread.
 #pragma once
 
 #include "src/data/UnofferedRecordParser.h"

@@ -1,3 +1,8 @@
+// A list of enumerations and a thread that takes one step of the first of them at a time. A step
+// that returns anything but S_OK takes its enumeration off the list, and the next one begins. The
+// thread waits while the list is empty. Between two steps it looks for messages and for the
+// request to stop.
+
 #include "src/data/SymbolEnumeratorHost.h"
 
 #include <deque>
@@ -22,8 +27,8 @@ namespace {
 //   1. m_thread holds the thread that serves the list, or nothing. The list has entries
 //      only while there is one.
 //   2. A thread whose stop event is set takes no further step. It stays in m_thread until
-//      it has been joined, and nothing is added meanwhile; but a thread that was stopped
-//      by its own step is in m_retired from then on, and has no list any more.
+//      it has been joined, and nothing is added meanwhile. A thread that was stopped by
+//      its own step can't be joined there: it moves to m_retired and loses the list.
 //   3. A thread sets its end event as the last thing that it does.
 class CSymbolEnumeratorHost
 {
@@ -114,7 +119,7 @@ void CSymbolEnumeratorHost::ReleaseConvertor()
         EndStop(*pStopped, dropped);
 }
 
-// Under the lock. Gives the thread to wait for; null where there is none to wait for.
+// With the lock held. The thread to wait for; null for none.
 CSymbolEnumeratorHost::SThread* CSymbolEnumeratorHost::BeginStop(WorkList& dropped)
 {
     JoinEnded();
@@ -138,7 +143,7 @@ void CSymbolEnumeratorHost::EndStop(SThread& stopped, WorkList& dropped)
     dropped.swap(m_arSymbolEnumerators);
 }
 
-// Under the lock, which threads that have ended don't want any more.
+// With the lock held: a thread that has set its end event doesn't take it again.
 void CSymbolEnumeratorHost::JoinEnded()
 {
     m_retired.remove_if([](SThread& thread) {
@@ -149,7 +154,7 @@ void CSymbolEnumeratorHost::JoinEnded()
     });
 }
 
-// What still waits is left alone: those who gave it may be gone.
+// Enumerations that still wait aren't released: the code that they would run may be gone.
 void CSymbolEnumeratorHost::EndThread()
 {
     ThreadList threads;
@@ -180,8 +185,8 @@ HRESULT CSymbolEnumeratorHost::Add(IFileHandlerEvents* pEvents)
     if (thread.IsStopping())
         return S_FALSE;
     m_arSymbolEnumerators.push_back({pEvents, 0});
-    // Under the lock, so that the thread, which takes the signal before the entry's first
-    // step, never finds it with the list empty.
+    // With the lock held: the thread takes the signal before the first step of this entry, so
+    // it never wakes to an empty list.
     thread.wake.Set();
     return S_OK;
 }
@@ -207,7 +212,7 @@ void CSymbolEnumeratorHost::ThreadMain(SThread& self)
     self.ended.Set();
 }
 
-// False when the thread is to end.
+// False: the thread is to end.
 bool CSymbolEnumeratorHost::WaitForWork(SThread& self)
 {
     constexpr int kStop = 0;
@@ -237,7 +242,8 @@ void CSymbolEnumeratorHost::Step(SThread& self)
     if (pEvents->ProcessRecord(nPosition, nullptr, VARIANT_TRUE) == S_OK)
         return;
     LockGuard lock(m_lock);
-    // A step that stopped its own thread has dropped the list, and this may be another's.
+    // A step that stopped its own thread has taken the list away from it. The list then belongs
+    // to a new thread.
     const bool bOwnList = !m_thread.empty() && &m_thread.front() == &self;
     if (bOwnList)
         m_arSymbolEnumerators.pop_front();

@@ -1,4 +1,5 @@
-// The hash by which symbols are told apart. Two symbols that share one count as one.
+// The hash that stands for a symbol where symbols are compared. Two symbols with the same hash
+// count as one.
 #pragma once
 
 #include "platform/component.h"
