@@ -2,6 +2,7 @@
 
 #include "diagnostics/FaultmereClient.h"
 #include "interfaces/ClassIds.h"
+#include "module/OutValue.h"
 #include "src/files/FilePool.h"
 
 using namespace IQRL_TabulexConverter;
@@ -11,20 +12,6 @@ using FaultmereUtil::AssertOk;
 namespace Hesperon::specifics {
 
 namespace {
-
-VARIANT_BOOL ToVariantBool(bool bValue)
-{
-    return bValue ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
-template <class T, class Value>
-HRESULT GiveOut(T* pVal, Value value)
-{
-    if (!pVal)
-        return E_POINTER;
-    *pVal = value;
-    return S_OK;
-}
 
 bool IsSameObject(IUnknown* first, IUnknown* second)
 {
@@ -38,7 +25,13 @@ bool IsSameObject(IUnknown* first, IUnknown* second)
 
 HRESULT CDataParser::FinalConstruct()
 {
-    const HRESULT hr = Guarded([&] { return CreateRecordParser(); });
+    const HRESULT hr = Guarded([&] {
+        HRESULT hrStep = CreateOwnInstance(CLSID_CRecordParser, iid_of<IRecordParser>,
+                                           m_pRecordParser.put_void());
+        if (SUCCEEDED(hrStep))
+            hrStep = m_pRecordParser->put_DataParser(static_cast<IDataParser*>(this));
+        return SUCCEEDED(hrStep) ? m_pRecordParser->GetTypeNames(m_vTypeNames.put()) : hrStep;
+    });
     if (SUCCEEDED(hr)) {
         FilePool::AddParser();
         m_bCountedInPool = true;
@@ -46,25 +39,13 @@ HRESULT CDataParser::FinalConstruct()
     return AssertOk(hr);
 }
 
-HRESULT CDataParser::CreateRecordParser()
-{
-    HRESULT hr =
-        CreateOwnInstance(CLSID_CRecordParser, iid_of<IRecordParser>, m_pRecordParser.put_void());
-    if (SUCCEEDED(hr))
-        hr = m_pRecordParser->put_DataParser(static_cast<IDataParser*>(this));
-    if (SUCCEEDED(hr))
-        hr = m_pRecordParser->GetTypeNames(m_vTypeNames.put());
-    return hr;
-}
-
 void CDataParser::FinalRelease()
 {
     m_proxies.Detach();
     if (m_pFileHandler)
         m_pFileHandler->CancelRequests(Key());
-    UnregisterTransaction();
-    m_mapFileEventHandlers.clear();
-    m_run = {};
+    m_run.Close();
+    m_listeners.Clear();
     m_pFileHandler.reset();
     UnlinkRecordParser();
     m_pRecordParser.reset();
@@ -81,7 +62,8 @@ HRESULT CDataParser::InterfaceSupportsErrorInfo(REFIID riid)
 
 // ---- record parser
 
-// The link isn't counted, so a record parser that lives on must not keep it.
+// Cuts the record parser's link to this object, or to the one that this was cloned from. The
+// link isn't counted, so a record parser that lives on must not keep it.
 void CDataParser::UnlinkRecordParser()
 {
     if (!m_pRecordParser)
@@ -117,10 +99,10 @@ HRESULT CDataParser::put_RecordParser(IDispatch* newVal)
         pOldOwner = std::move(m_pLinkOwner);
         pOldProxy = std::move(m_proxies.pRecordParser);
         pOld = std::move(m_pRecordParser);
-        m_bRunStale = true;
+        m_run.Replaced();
         return BindRecordParser(newVal);
     });
-    // The proxy's lock isn't taken under this object's.
+    // The proxy lock isn't taken under this object's lock.
     if (pOldProxy)
         pOldProxy->Detach();
     return AssertOk(hr);
@@ -172,63 +154,36 @@ HRESULT CDataParser::CopyTo(CDataParser& clone)
     clone.m_sSymbolName = m_sSymbolName;
     clone.m_nLocale = m_nLocale;
     clone.m_nPosition = m_nPosition;
-    clone.m_bHasHeader = m_bHasHeader;
-    clone.m_nHeaderOffset = m_nHeaderOffset;
-    clone.m_bInvertedDirection = m_bInvertedDirection;
-    clone.m_nTotalRecords = m_nTotalRecords;
+    clone.m_lines = m_lines;
     clone.m_dtStart = m_dtStart;
     clone.m_dtEnd = m_dtEnd;
-    clone.m_bPortion = m_bPortion;
-    clone.m_nPortionStart = m_nPortionStart;
-    clone.m_nPortionCount = m_nPortionCount;
+    clone.m_run.Portion() = m_run.Portion();
     return S_OK;
 }
 
-// ---- handlers of file events
+// ---- listeners
 
 HRESULT CDataParser::AddFileEventHandler(IDispatch* pEventHandler)
 {
     if (!pEventHandler)
         return E_POINTER;
-    return Locked([&] {
-        com_ptr<IFileHandlerEvents>& pHandler = m_mapFileEventHandlers[pEventHandler];
-        if (!pHandler)
-            return query(pEventHandler, pHandler);
-        // A handler that is added again stays alive for good: nothing gives this
-        // reference back.
-        com_ptr<IFileHandlerEvents>(pHandler).detach();
-        return S_OK;
-    });
+    return Guarded([&] { return m_listeners.Add(*pEventHandler); });
 }
 
 HRESULT CDataParser::RemoveFileEventHandler(IDispatch* pEventHandler)
 {
     if (!pEventHandler)
         return E_POINTER;
-    return Locked([&] {
-        const auto entry = m_mapFileEventHandlers.find(pEventHandler);
-        if (entry != m_mapFileEventHandlers.end())
-            entry->second.reset();
-        return S_OK;
-    });
+    m_listeners.Remove(*pEventHandler);
+    return S_OK;
 }
 
 HRESULT CDataParser::RecordCountChange(ULONGLONG nNewCount, VARIANT_BOOL bComplete)
 {
-    std::vector<com_ptr<IFileHandlerEvents>> handlers;
-    Locked([&] {
-        for (const auto& [key, pHandler] : m_mapFileEventHandlers)
-            if (pHandler)
-                handlers.push_back(pHandler);
+    Guarded([&] {
+        m_listeners.RecordCountChange(nNewCount, bComplete);
         return S_OK;
     });
-    for (const auto& pHandler : handlers)
-        pHandler->RecordCountChange(nNewCount, bComplete);
-    return S_OK;
-}
-
-HRESULT CDataParser::PutData(VARIANT, ULONGLONG, ULONGLONG)
-{
     return S_OK;
 }
 
@@ -236,33 +191,33 @@ HRESULT CDataParser::PutData(VARIANT, ULONGLONG, ULONGLONG)
 
 HRESULT CDataParser::get_HasHeader(VARIANT_BOOL* pVal)
 {
-    return Locked([&] { return GiveOut(pVal, ToVariantBool(m_bHasHeader != 0)); });
+    return Locked([&] { return GiveOut(pVal, m_lines.bHasHeader != 0); });
 }
 
 HRESULT CDataParser::put_HasHeader(VARIANT_BOOL newVal)
 {
     return Locked([&] {
-        m_bHasHeader = newVal != VARIANT_FALSE;
+        m_lines.bHasHeader = newVal != VARIANT_FALSE;
         return S_OK;
     });
 }
 
 HRESULT CDataParser::get_HeaderOffset(ULONG* pVal)
 {
-    return Locked([&] { return GiveOut(pVal, m_nHeaderOffset); });
+    return Locked([&] { return GiveOut(pVal, m_lines.nHeaderOffset); });
 }
 
 HRESULT CDataParser::put_HeaderOffset(ULONG newVal)
 {
     return Locked([&] {
-        m_nHeaderOffset = newVal;
+        m_lines.nHeaderOffset = newVal;
         return S_OK;
     });
 }
 
 HRESULT CDataParser::get_AutoDetectCodePage(VARIANT_BOOL* pVal)
 {
-    return GiveOut(pVal, ToVariantBool(m_bAutoDetectCodePage));
+    return GiveOut(pVal, m_bAutoDetectCodePage.load());
 }
 
 HRESULT CDataParser::put_AutoDetectCodePage(VARIANT_BOOL newVal)
@@ -273,7 +228,7 @@ HRESULT CDataParser::put_AutoDetectCodePage(VARIANT_BOOL newVal)
 
 HRESULT CDataParser::get_DisableErrorNotify(VARIANT_BOOL* pVal)
 {
-    return GiveOut(pVal, ToVariantBool(m_bDisableErrorNotify));
+    return GiveOut(pVal, m_bDisableErrorNotify.load());
 }
 
 HRESULT CDataParser::put_DisableErrorNotify(VARIANT_BOOL newVal)

@@ -1,23 +1,18 @@
 // CDataParser: one quote file joined to one record parser.
 //
-// It knows which line of the file is the record at a position, what the first and
-// last dates are and in which direction the file runs; it serves parsed records
-// by number and runs conversions. What each method does is told in IDataParser.h.
+// It knows which line of the file is the record at a position, what the first and last dates
+// are and in which direction the file runs. It gives out parsed records by number, and starts
+// conversions (run/ConversionRun.h). IDataParser.h says what each operation does.
 //
-// Threads: one recursive lock an object guards all members but those marked
-// otherwise. It is held while records are parsed and during OnError2 of a sink, and
-// left before PutRecords and EndTransaction. Under it the locks of the record
-// parser and of the file handler are taken, never the process-wide proxy lock,
-// since a cancelled transaction enters here with that one held. A record parser that
-// is going to call its data parser takes this lock before its own (IDataParserLock).
-// ProcessRecord runs on the file's worker and reads the members that say where a
-// record lies without the lock: they must not be put while a run is on.
+// Threads: safe from any thread. One recursive lock an object guards all members but those
+// marked otherwise. It is held while records are parsed and during OnError2 of a sink, and left
+// before PutRecords and EndTransaction. Under it the locks of the record parser and of the file
+// handler are taken, never the process-wide proxy lock, since a cancelled transaction enters
+// here with that one held. A record parser that is going to call its data parser takes this
+// lock before its own (IDataParserLock).
 #pragma once
 
 #include <atomic>
-#include <string>
-#include <unordered_map>
-#include <vector>
 
 #include "interfaces/IAsyncTransaction.h"
 #include "interfaces/IDataParser.h"
@@ -28,15 +23,13 @@
 #include "module/ComObject.h"
 #include "module/Guarded.h"
 #include "platform/CriticalSection.h"
-#include "platform/Event.h"
 #include "platform/values.h"
-#include "src/data/BatchArray.h"
 #include "src/data/DateWithStatus.h"
-#include "src/data/RecordParserProxy.h"
+#include "src/data/FileListeners.h"
+#include "src/data/FileProxies.h"
+#include "src/data/LineRule.h"
+#include "src/data/run/ConversionRun.h"
 #include "src/files/IFileHandler.h"
-#include "src/files/ILineReader.h"
-#include "src/files/Proxies.h"
-#include "src/parsing/DataTypes.h"
 #include "src/parsing/IDataParserLock.h"
 
 namespace Hesperon::specifics {
@@ -45,12 +38,10 @@ class CDataParser : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::ID
                                      Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
                                      Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
                                      IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo,
-                                     IDataParserLock, IQRL_TabulexConverter::IReadState>
+                                     IDataParserLock, IQRL_TabulexConverter::IReadState>,
+                    private CConversionRun::IOwner
 {
 public:
-    // Records a batch: a run hands its lines on whenever their count is a multiple.
-    static constexpr std::size_t kBatchSize = 1000;
-
     HRESULT FinalConstruct();
     void FinalRelease();
 
@@ -104,110 +95,47 @@ public:
 
     // ---- IFileHandlerEvents, IFileHandlerEvents2
 
-    // Handed on to the registered handlers, without the lock.
     HRESULT STDMETHODCALLTYPE RecordCountChange(ULONGLONG nNewCount,
                                                 VARIANT_BOOL bComplete) override;
-    HRESULT STDMETHODCALLTYPE PutData(VARIANT vFields, ULONGLONG nFrom, ULONGLONG nCount) override;
+    HRESULT STDMETHODCALLTYPE PutData(VARIANT, ULONGLONG, ULONGLONG) override { return S_OK; }
     // One step of a run; only nIndex counts. S_FALSE: the run has ended well.
-    HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG nIndex, BSTR bsRecord,
-                                            VARIANT_BOOL bComplete) override;
+    HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG nIndex, BSTR, VARIANT_BOOL) override;
     HRESULT STDMETHODCALLTYPE get_StartPosition(ULONGLONG* pVal) override;
 
-    // ---- IAsyncTransaction, ISupportErrorInfo
+    // ---- IAsyncTransaction, ISupportErrorInfo, IDataParserLock, IReadState
 
     HRESULT STDMETHODCALLTYPE Cancel() override { return AbortConversion(); }
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID riid) override;
-
-    // ---- IDataParserLock
-
     void STDMETHODCALLTYPE EnterParser() override { m_lock.lock(); }
     void STDMETHODCALLTYPE LeaveParser() override { m_lock.unlock(); }
-
-    // ---- IReadState
-
     HRESULT STDMETHODCALLTYPE GetReadState(IQRL_TabulexConverter::ReadState* pState) override;
 
 private:
-    friend class CRecordBatch;          // parses the lines of a run
     friend struct DataParserTestAccess; // lets tests put a file of their own under it
 
     using IDataParserEvents = IQRL_TabulexConverter::IDataParserEvents;
-    using IFileHandlerEvents = IQRL_TabulexConverter::IFileHandlerEvents;
     using IRecordParser = IQRL_TabulexConverter::IRecordParser;
-
-    // What the file handler holds instead of this object. The links are cut under
-    // the proxy lock: do so without the object's lock.
-    struct FileProxies
-    {
-        com_ptr<CFileHandlerEventsProxy> pFileEvents;
-        com_ptr<CRecordParserProxy> pRecordParser;
-
-        HRESULT Create();
-        void Detach();
-    };
-
-    // How a batch or a run went.
-    struct Outcome
-    {
-        HRESULT hr;
-        bool bSinkKnows; // the sink has ended the run itself: no EndTransaction
-    };
-
-    // What a step of the run needs, held by the worker from step to step.
-    struct Run
-    {
-        com_ptr<IDataParserEvents> pEvents;
-        com_ptr<ILineReader> pLines;
-        com_ptr<IRecordParser> pRecordParser;
-
-        bool IsComplete() const { return pEvents && pLines && pRecordParser; }
-    };
 
     // Runs a call under the lock and without exceptions.
     template <class Call>
-    HRESULT Locked(Call call)
-    {
-        return Guarded([&] {
-            LockGuard lock(m_lock);
-            return call();
-        });
-    }
+    HRESULT Locked(Call call);
 
-    // ---- the record parser (DataParser.cpp)
+    // ---- the record parser, copies (DataParser.cpp)
 
-    HRESULT CreateRecordParser();
-    // Takes this object, or the one it was cloned from, out of the record parser.
     void UnlinkRecordParser();
     HRESULT BindRecordParser(IDispatch* pParser);
     HRESULT CopyTo(CDataParser& clone);
 
-    // ---- delivered columns (DataParserFields.cpp)
-
-    // Type id of an internal type name, -1 for none.
-    LONG Name2Type(BSTR bsName) const;
-    // Fills m_arFieldIndices with the fields that have a type.
-    HRESULT InitFieldsInfo();
-    HRESULT FillRecordBlock(SAFEARRAY* pArray, ULONG nFrom, ULONG nCount, ULONG nFields);
-
     // ---- the file; these throw what the file handler throws (DataParserFile.cpp)
 
     ULONGLONG Key() const { return reinterpret_cast<std::uintptr_t>(this); }
-    ULONGLONG LineOf(ULONGLONG nPosition) const
-    {
-        return m_bInvertedDirection ? m_nTotalRecords - nPosition - 1
-                                    : m_nHeaderOffset + nPosition + m_bHasHeader;
-    }
     com_ptr<IFileHandler> FileHandler();
     HRESULT OpenFile(string_view_t sName);
-    bool IsBoundTo(string_view_t sName);
     void RebindFile(const com_ptr<IFileHandler>& pHandler);
     HRESULT RenewProxies();
     void CloseFile();
-    // Takes the layout of the file for unknown.
     void ForgetLayout();
     void QueueCountEvents();
-    void DetectCodePage();
-    std::string SampleBytes();
     HRESULT SetPosition(ULONGLONG nPosition);
     HRESULT SetInverted(bool bInverted);
     HRESULT ReadCurrent(BSTR* pRecord);
@@ -217,90 +145,53 @@ private:
 
     HRESULT MinDateTime(VARIANT* pDate);
     HRESULT MaxDateTime(VARIANT* pDate);
-    HRESULT ParsedDateTime(BSTR bsRecord, VARIANT* pDate);
     void RefreshDateRange();
     void TakeDateRange(const SDateWithStatus& first, const SDateWithStatus& last);
     void InferResolution();
-    // Stores the date, clamped to the range of the file.
     HRESULT StoreDate(const VARIANT& value, SDateWithStatus& date);
     void RestartLayout();
-    void TakeWholeDateRange();
 
-    // ---- runs (RecordPipeline.cpp)
+    // ---- runs and enumerations of symbols (DataParserRuns.cpp)
 
     HRESULT StartWholeFile(IDispatch* pEventSink, ULONG_PTR nTranId);
-    HRESULT StartPortion(LONG_PTR hWnd, IDispatch* pEventSink, ULONGLONG StartPos, ULONGLONG Count,
+    HRESULT StartPortion(LONG_PTR hWnd, IDispatch* pEventSink, const SPortion& portion,
                          ULONG_PTR nTranId);
-    HRESULT PreparePortion(const com_ptr<IDataParserEvents>& pEvents, ULONGLONG StartPos,
-                           ULONGLONG Count);
-    static void TellNoFile(IDataParserEvents& events);
-    bool StartsBehindEnd(ULONGLONG StartPos);
-    HRESULT ResetRun();
+    bool StartsPastEnd(ULONGLONG StartPos);
+    HRESULT BeginRun(const com_ptr<IDataParserEvents>& pEvents, const SPortion* pPortion);
     HRESULT QueueRun(ULONG_PTR nTranId);
-    void RegisterTransaction(ULONG_PTR nTranId);
-    void UnregisterTransaction();
-    void PutSink(com_ptr<IDataParserEvents> pEvents);
-    com_ptr<IDataParserEvents> TakeSink();
-    bool RefreshRun();
-    HRESULT ReadLine(ULONGLONG nIndex);
-    bool IsLastPosition(ULONGLONG nIndex) const;
-    Outcome LastStep(ULONGLONG nIndex);
-    HRESULT EndRun(Outcome outcome);
-    // Parses the gathered lines, of which the last is the record at nLast, and
-    // delivers those that pass; empties m_sTempRecords.
-    Outcome InternalProcessRecords(ULONGLONG nLast, IRecordParser* pRecordParser,
-                                   IDataParserEvents* pHost);
-
-    // ---- enumerations of symbols (DataParserSymbols.cpp)
-
-    // kNoField where the file has no symbols.
     ULONG FindSymbolField();
-
-    // ---- settings check (SettingsCheck.cpp)
-
-    HRESULT CheckSettings(LONG_PTR hWnd, IDispatch* pEventSink);
-    // The names in quotes, separated by commas.
-    string_t LackedFieldList();
-    string_t DuplicatedField();
+    com_ptr<IFileHandler> RunFile() override { return m_pFileHandler; }
+    com_ptr<IRecordParser> RunRecordParser() override { return m_pRecordParser; }
 
     // ---- members
 
     CriticalSection m_lock;
     com_ptr<IRecordParser> m_pRecordParser;
     com_ptr<IFileHandler> m_pFileHandler; // null while no file is set
-    // A handler that was removed leaves its key with a null value.
-    std::unordered_map<IDispatch*, com_ptr<IFileHandlerEvents>> m_mapFileEventHandlers;
+    CFileListeners m_listeners;           // no lock
     ULONGLONG m_nPosition = 0;
-    Bstr m_sSymbolName;                              // null or empty: no filter
-    ULONG m_nLocale = 1252;                          // code page number
-    std::atomic<bool> m_bAutoDetectCodePage = false; // no lock
-    LONG m_bHasHeader = 0;                           // 0 or 1
-    ULONG m_nHeaderOffset = 0;                       // lines before the data or the header
-    bool m_bInvertedDirection = false;
-    ULONGLONG m_nTotalRecords = 0; // lines of the file, read when the direction is inverted
-    com_ptr<IDataParserEvents> m_pDataParserEvents; // null unless a run is on
-    CLineBuffer m_sTempRecords;                     // lines of the batch; the worker's
-    CBatchArray m_batchArray;                       // the worker's
-    Variant m_vTypeNames;                           // VT_ARRAY|VT_BSTR, never changes
-    std::vector<ULONG> m_arFieldIndices;            // field of each delivered column
-    SDateWithStatus m_dtStart, m_dtEnd;             // range of a conversion, inclusive
-    SDateWithStatus m_dtLast;                       // last record that passed the order check
-    bool m_bPortion = false;
-    ULONGLONG m_nPortionStart = 0, m_nPortionCount = 0;
-    ULONGLONG m_nLastSymbolHash = 0;                 // all ones before the first record
-    ULONG m_nSymbolField = 0;                        // kNoField: the file has no symbols
-    std::atomic<bool> m_bDisableErrorNotify = false; // no lock
-    Event m_hAbortEvent{Event::Kind::AutoReset};     // no lock
-    FileProxies m_proxies;
+    Bstr m_sSymbolName;     // null or empty: no filter
+    ULONG m_nLocale = 1252; // code page number
+    SLineRule m_lines;
+    ULONG m_nSymbolField = 0;           // kNoField: the file has no symbols
+    Variant m_vTypeNames;               // VT_ARRAY|VT_BSTR, never changes
+    SDateWithStatus m_dtStart, m_dtEnd; // range of a conversion, inclusive
+    std::atomic<bool> m_bAutoDetectCodePage = false, m_bDisableErrorNotify = false; // no lock
+    SFileProxies m_proxies;
+    CConversionRun m_run{*this, *this, m_lock, m_bDisableErrorNotify}; // has rules of its own
 
-    // The record parser's uncounted link points at this object, or, in a clone, at
-    // the object that is kept here for as long as the link stands.
+    // In a clone: the object to which the record parser's uncounted link points.
     com_ptr<CDataParser> m_pLinkOwner;
     bool m_bCountedInPool = false;
-    std::atomic<int> m_nRegistrations = 0; // entries of this object among the transactions
-    Run m_run;                             // the worker's; no lock
-    // Set under the lock whenever a member that m_run copies has changed.
-    std::atomic<bool> m_bRunStale = true;
 };
+
+template <class Call>
+HRESULT CDataParser::Locked(Call call)
+{
+    return Guarded([&] {
+        LockGuard lock(m_lock);
+        return call();
+    });
+}
 
 } // namespace Hesperon::specifics

@@ -1,5 +1,9 @@
-// First and last dates of a file, the range of a conversion, and what starts the
-// detection of a layout over.
+// First and last dates of a file, the range of a conversion, and what makes the record parser
+// find its layout again.
+//
+// The first date is that of position 0, the last that of the file's last line. If the last is
+// earlier, the file runs backwards: the two change places and the direction is inverted. Both
+// reads go through the record parser and change its current record.
 
 #include "diagnostics/FaultmereClient.h"
 #include "src/data/DataParser.h"
@@ -8,6 +12,22 @@
 using FaultmereUtil::Assert;
 
 namespace Hesperon::specifics {
+
+namespace {
+
+HRESULT ParsedDateTime(IQRL_TabulexConverter::IRecordParser* pRecordParser, BSTR bsRecord,
+                       VARIANT* pDate)
+{
+    if (!pDate)
+        return E_POINTER;
+    VariantInit(pDate);
+    if (!pRecordParser)
+        return E_FAIL;
+    const HRESULT hr = pRecordParser->Parse(bsRecord);
+    return SUCCEEDED(hr) ? pRecordParser->get_CurrentDateTime(pDate) : hr;
+}
+
+} // namespace
 
 // ---- dates of records
 
@@ -21,6 +41,9 @@ HRESULT CDataParser::GetMaxDateTime(VARIANT* vDate)
     return Locked([&] { return MaxDateTime(vDate); });
 }
 
+// A record parser that was reset finds its layout in the record that it gets here, and doesn't
+// parse that record. The date is then that of the record which the search has parsed last, or 0
+// if it has parsed none, and the result is S_OK.
 HRESULT CDataParser::MinDateTime(VARIANT* pDate)
 {
     if (!m_pFileHandler)
@@ -29,7 +52,7 @@ HRESULT CDataParser::MinDateTime(VARIANT* pDate)
     Bstr sRecord;
     if (SUCCEEDED(hr))
         hr = ReadCurrent(sRecord.put());
-    return SUCCEEDED(hr) ? ParsedDateTime(sRecord.get(), pDate) : hr;
+    return SUCCEEDED(hr) ? ParsedDateTime(m_pRecordParser.get(), sRecord.get(), pDate) : hr;
 }
 
 HRESULT CDataParser::MaxDateTime(VARIANT* pDate)
@@ -38,18 +61,7 @@ HRESULT CDataParser::MaxDateTime(VARIANT* pDate)
         return E_NOINTERFACE;
     Bstr sRecord;
     const HRESULT hr = ReadLast(sRecord.put());
-    return SUCCEEDED(hr) ? ParsedDateTime(sRecord.get(), pDate) : hr;
-}
-
-HRESULT CDataParser::ParsedDateTime(BSTR bsRecord, VARIANT* pDate)
-{
-    if (!pDate)
-        return E_POINTER;
-    VariantInit(pDate);
-    if (!m_pRecordParser)
-        return E_FAIL;
-    const HRESULT hr = m_pRecordParser->Parse(bsRecord);
-    return SUCCEEDED(hr) ? m_pRecordParser->get_CurrentDateTime(pDate) : hr;
+    return SUCCEEDED(hr) ? ParsedDateTime(m_pRecordParser.get(), sRecord.get(), pDate) : hr;
 }
 
 // ---- range of the file
@@ -66,26 +78,26 @@ HRESULT CDataParser::RefreshDateInfo(VARIANT_BOOL FindResolution)
     });
 }
 
-// The record that is studied is the header itself where the file has one: the
-// record parser looks for its columns in it.
+// Of a file with a header the record parser gets the header line, in which it looks for its
+// columns.
 void CDataParser::InferResolution()
 {
     Bstr sRecord;
     HRESULT hr;
-    if (m_bHasHeader)
-        hr = m_pFileHandler->GetRecord(m_nHeaderOffset, m_nLocale, sRecord.put());
+    if (m_lines.bHasHeader)
+        hr = m_pFileHandler->GetRecord(m_lines.nHeaderOffset, m_nLocale, sRecord.put());
     else if (SUCCEEDED(hr = SetPosition(0)))
         hr = ReadCurrent(sRecord.put());
     if (SUCCEEDED(hr) && m_pRecordParser)
         m_pRecordParser->FindResolution(sRecord.get());
 }
 
-// The flag of direction is cleared first, since setting it twice switches it back.
+// The direction is reset first, since setting the inverted one twice switches it back.
 void CDataParser::RefreshDateRange()
 {
     m_nSymbolField = 0;
     m_dtStart = m_dtEnd = {};
-    m_bInvertedDirection = false;
+    m_lines.bInvertedDirection = false;
     if (FAILED(SetPosition(0)) || !m_pRecordParser)
         return;
     Bstr sRecord;
@@ -138,6 +150,7 @@ HRESULT CDataParser::put_EndDateTime(VARIANT newVal)
     return Locked([&] { return StoreDate(newVal, m_dtEnd); });
 }
 
+// The date is clamped to the range of the file.
 HRESULT CDataParser::StoreDate(const VARIANT& value, SDateWithStatus& date)
 {
     Assert(VT_DATE == value.vt, "VT_DATE == newVal.vt");
@@ -166,7 +179,7 @@ HRESULT CDataParser::put_Locale(ULONG newVal)
     return S_OK;
 }
 
-// A file that can't be read leaves no dates, and its counting events all the same.
+// If the first line can't be read, there are no dates; count events are asked for all the same.
 void CDataParser::RestartLayout()
 {
     ForgetLayout();
@@ -175,12 +188,6 @@ void CDataParser::RestartLayout()
         Guarded([&] { return m_pFileHandler->GetRecord(0, m_nLocale, sRecord.put()); });
     if (SUCCEEDED(hr) && m_pRecordParser)
         m_pRecordParser->Parse(sRecord.get());
-    TakeWholeDateRange();
-    QueueCountEvents();
-}
-
-void CDataParser::TakeWholeDateRange()
-{
     Variant vMin, vMax;
     m_dtStart = m_dtEnd = {};
     GetMinDateTime(vMin.put());
@@ -193,6 +200,7 @@ void CDataParser::TakeWholeDateRange()
         put_InvertedDirection(VARIANT_TRUE);
         std::swap(m_dtStart, m_dtEnd);
     }
+    QueueCountEvents();
 }
 
 } // namespace Hesperon::specifics

@@ -1,12 +1,23 @@
 // The file under a data parser: opening, direction, positions, counts.
 
 #include "diagnostics/FaultmereClient.h"
+#include "src/data/CodePageSample.h"
 #include "src/data/DataParser.h"
 #include "src/files/FilePool.h"
 
 using FaultmereUtil::Assert;
 
 namespace Hesperon::specifics {
+
+namespace {
+
+bool IsFileOf(const com_ptr<IFileHandler>& pHandler, string_view_t sName)
+{
+    Bstr sBound;
+    return pHandler && SUCCEEDED(pHandler->GetFileName(sBound.put())) && sBound.view() == sName;
+}
+
+} // namespace
 
 com_ptr<IFileHandler> CDataParser::FileHandler()
 {
@@ -31,7 +42,7 @@ HRESULT CDataParser::put_FileName(BSTR newVal)
         try {
             return OpenFile(TextOf(newVal));
         } catch (...) {
-            // Another thread may have been closing the file at this moment.
+            // Another thread may have closed the file just then.
         }
     }
     return E_FAIL;
@@ -39,7 +50,7 @@ HRESULT CDataParser::put_FileName(BSTR newVal)
 
 HRESULT CDataParser::OpenFile(string_view_t sName)
 {
-    // The pool waits for its threads, so it is asked without the lock.
+    // The pool waits for its threads, so don't hold the lock.
     const com_ptr<IFileHandler> pHandler = FilePool::AttachFile(sName);
     if (!pHandler) {
         CloseFile();
@@ -47,7 +58,7 @@ HRESULT CDataParser::OpenFile(string_view_t sName)
     }
     {
         LockGuard lock(m_lock);
-        if (IsBoundTo(sName)) {
+        if (IsFileOf(m_pFileHandler, sName)) {
             RebindFile(pHandler);
             QueueCountEvents();
             return S_OK;
@@ -59,18 +70,11 @@ HRESULT CDataParser::OpenFile(string_view_t sName)
     LockGuard lock(m_lock);
     RebindFile(pHandler);
     if (m_bAutoDetectCodePage)
-        DetectCodePage();
+        m_nLocale = DetectCodePage(*m_pFileHandler.get(), m_nLocale);
     ForgetLayout();
     RefreshDateRange();
     QueueCountEvents();
     return S_OK;
-}
-
-bool CDataParser::IsBoundTo(string_view_t sName)
-{
-    Bstr sBound;
-    return m_pFileHandler && SUCCEEDED(m_pFileHandler->GetFileName(sBound.put())) &&
-           sBound.view() == sName;
 }
 
 void CDataParser::RebindFile(const com_ptr<IFileHandler>& pHandler)
@@ -78,18 +82,18 @@ void CDataParser::RebindFile(const com_ptr<IFileHandler>& pHandler)
     if (m_pFileHandler == pHandler)
         return;
     m_pFileHandler = pHandler;
-    m_bRunStale = true;
+    m_run.Replaced();
 }
 
 void CDataParser::CloseFile()
 {
-    FileProxies proxies;
+    SFileProxies proxies;
     com_ptr<IFileHandler> pHandler;
     {
         LockGuard lock(m_lock);
         std::swap(proxies, m_proxies);
         std::swap(pHandler, m_pFileHandler);
-        m_bRunStale = true;
+        m_run.Replaced();
     }
     proxies.Detach();
     if (pHandler)
@@ -100,9 +104,9 @@ void CDataParser::ForgetLayout()
 {
     if (m_pRecordParser)
         m_pRecordParser->Reset();
-    m_bHasHeader = 0;
-    m_nHeaderOffset = 0;
-    m_bInvertedDirection = false;
+    m_lines.bHasHeader = 0;
+    m_lines.nHeaderOffset = 0;
+    m_lines.bInvertedDirection = false;
 }
 
 HRESULT CDataParser::InvalidateFileInfo(VARIANT_BOOL Erase)
@@ -117,26 +121,11 @@ HRESULT CDataParser::InvalidateFileInfo(VARIANT_BOOL Erase)
 
 // ---- proxies
 
-HRESULT CDataParser::FileProxies::Create()
-{
-    const HRESULT hr = CreateObject(pFileEvents);
-    return SUCCEEDED(hr) ? CreateObject(pRecordParser) : hr;
-}
-
-void CDataParser::FileProxies::Detach()
-{
-    if (pFileEvents)
-        pFileEvents->Detach();
-    if (pRecordParser)
-        pRecordParser->Detach();
-    *this = {};
-}
-
-// Old links are cut before the new ones stand, so that no event of the old file
-// arrives for the new one.
+// The old links are cut before the new ones are made, so that no event of the old file is
+// taken for one of the new file.
 HRESULT CDataParser::RenewProxies()
 {
-    FileProxies proxies;
+    SFileProxies proxies;
     com_ptr<IRecordParser> pParser;
     {
         LockGuard lock(m_lock);
@@ -152,7 +141,7 @@ HRESULT CDataParser::RenewProxies()
     {
         LockGuard lock(m_lock);
         std::swap(proxies.pFileEvents, m_proxies.pFileEvents);
-        // A link to a parser that was replaced meanwhile must not stay.
+        // The record parser may have been replaced meanwhile; then the link must not stay.
         if (m_pRecordParser == pParser)
             std::swap(proxies.pRecordParser, m_proxies.pRecordParser);
     }
@@ -176,9 +165,9 @@ HRESULT CDataParser::GetCount(ULONGLONG* nCount, VARIANT_BOOL* bComplete)
         if (!nCount)
             return S_OK;
         const HRESULT hr = m_pFileHandler->GetCount(nCount, bComplete);
-        // Wraps for a file that is shorter than its header.
+        // Wraps if the file is shorter than its header.
         if (SUCCEEDED(hr))
-            *nCount -= m_nHeaderOffset + ULONGLONG(m_bHasHeader);
+            *nCount -= m_lines.FirstDataLine();
         return hr;
     });
 }
@@ -218,7 +207,7 @@ HRESULT CDataParser::get_InvertedDirection(VARIANT_BOOL* pVal)
     if (!pVal)
         return E_POINTER;
     LockGuard lock(m_lock);
-    *pVal = m_bInvertedDirection ? VARIANT_TRUE : VARIANT_FALSE;
+    *pVal = m_lines.bInvertedDirection ? VARIANT_TRUE : VARIANT_FALSE;
     return S_OK;
 }
 
@@ -232,18 +221,18 @@ HRESULT CDataParser::SetInverted(bool bInverted)
     if (bInverted && !m_pFileHandler)
         return E_UNEXPECTED;
     // Asking again for the inverted direction switches back.
-    if (!bInverted || m_bInvertedDirection) {
-        m_bInvertedDirection = false;
+    if (!bInverted || m_lines.bInvertedDirection) {
+        m_lines.bInvertedDirection = false;
         return S_OK;
     }
-    // There is no such line: looking for it walks through the whole file.
+    // No file has this line, so the search goes to the end and counts all lines.
     m_pFileHandler->SeekRecord(~0ull);
     VARIANT_BOOL bComplete = VARIANT_FALSE;
-    const HRESULT hr = m_pFileHandler->GetCount(&m_nTotalRecords, &bComplete);
+    const HRESULT hr = m_pFileHandler->GetCount(&m_lines.nTotalRecords, &bComplete);
     if (!Assert(SUCCEEDED(hr) && bComplete != VARIANT_FALSE,
                 "(((HRESULT)(hr)) >= 0) && ((VARIANT_BOOL)0) != bComplete"))
         return hr;
-    m_bInvertedDirection = true;
+    m_lines.bInvertedDirection = true;
     return S_OK;
 }
 
@@ -267,7 +256,7 @@ HRESULT CDataParser::SetPosition(ULONGLONG nPosition)
 {
     if (!m_pFileHandler)
         return E_FAIL;
-    const HRESULT hr = m_pFileHandler->SeekRecord(LineOf(nPosition));
+    const HRESULT hr = m_pFileHandler->SeekRecord(m_lines.LineOf(nPosition));
     if (hr == S_OK)
         m_nPosition = nPosition;
     return hr;
@@ -285,7 +274,7 @@ HRESULT CDataParser::ReadCurrent(BSTR* pRecord)
     if (!pRecord)
         return E_POINTER;
     *pRecord = nullptr;
-    return m_pFileHandler->GetRecord(LineOf(m_nPosition), m_nLocale, pRecord);
+    return m_pFileHandler->GetRecord(m_lines.LineOf(m_nPosition), m_nLocale, pRecord);
 }
 
 HRESULT CDataParser::get_LastRecord(BSTR* pVal)
@@ -300,10 +289,9 @@ HRESULT CDataParser::ReadLast(BSTR* pRecord)
     if (!pRecord)
         return E_POINTER;
     *pRecord = nullptr;
-    if (!m_bInvertedDirection)
+    if (!m_lines.bInvertedDirection)
         return m_pFileHandler->GetLastRecord(m_nLocale, pRecord);
-    const ULONGLONG nFirstLine = m_nHeaderOffset + ULONGLONG(m_bHasHeader);
-    return m_pFileHandler->GetRecord(nFirstLine, m_nLocale, pRecord);
+    return m_pFileHandler->GetRecord(m_lines.FirstDataLine(), m_nLocale, pRecord);
 }
 
 } // namespace Hesperon::specifics

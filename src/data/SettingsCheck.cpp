@@ -1,23 +1,24 @@
-// Whether the settings of a data parser can be converted at all. The state of the
-// parser is looked at, never the file.
+// The tests run in a fixed order: range of dates, resolution chosen, its name, its size, the
+// fields that it needs, fields that occur twice. The first fault ends the check.
+
+#include "src/data/SettingsCheck.h"
 
 #include "Simples/interface/ResourceStrings.h"
 #include "diagnostics/FaultmereClient.h"
 #include "platform/MessageBox.h"
-#include "src/data/DataParser.h"
 #include "src/data/ErrorDescription.h"
 #include "src/parsing/DataTypes.h"
 #include "src/values/LockedArray.h"
 
+using namespace IQRL_TabulexConverter;
 using FaultmereUtil::AssertOk;
 
 namespace Hesperon::specifics {
 
 namespace {
 
-// Tells the fault to the sink or, where that fails, to the person at the window.
-HRESULT ReportFault(LONG_PTR hWnd, IQRL_TabulexConverter::IDataParserEvents& events,
-                    const string_t& sMessage)
+// Reports to the sink or, if it refuses, to the person at the window.
+HRESULT ReportFault(LONG_PTR hWnd, IDataParserEvents& events, const string_t& sMessage)
 {
     constexpr LONG kNoLine = -1;
     Variant description;
@@ -40,58 +41,11 @@ string_t QuotedList(const LockedArray<BSTR>& names)
     return sList;
 }
 
-} // namespace
-
-HRESULT CDataParser::CheckConverterSettings(LONG_PTR hWnd, IDispatch* pEventSink)
-{
-    return Locked([&] { return CheckSettings(hWnd, pEventSink); });
-}
-
-HRESULT CDataParser::CheckSettings(LONG_PTR hWnd, IDispatch* pEventSink)
-{
-    com_ptr<IDataParserEvents> pEvents;
-    if (FAILED(query(pEventSink, pEvents)))
-        return E_NOINTERFACE;
-    const auto Fault = [&](unsigned nId, std::initializer_list<string_view_t> args = {}) {
-        return ReportFault(hWnd, *pEvents.get(), FormatResourceString(nId, args));
-    };
-
-    if (LowDayBits(m_dtStart.date) == 0 || LowDayBits(m_dtEnd.date) == 0)
-        return Fault(IDS_BAD_DATE_RANGE);
-    if (!m_pRecordParser)
-        return E_FAIL;
-    LONG nResolution = ResolutionNone;
-    m_pRecordParser->get_Resolution(&nResolution);
-    if (nResolution == ResolutionNone)
-        return Fault(IDS_NO_RESOLUTION);
-
-    Bstr sHostName;
-    const HRESULT hrName = pEvents->GetResolutionName(nResolution, sHostName.put());
-    if (FAILED(hrName))
-        return hrName;
-    const string_view_t sName = WithoutSize(sHostName.view());
-    LONG nSize = 0;
-    if (nResolution == ResolutionMinutes) {
-        m_pRecordParser->get_ResolutionSize(&nSize);
-        if (nSize == 0)
-            return Fault(IDS_NO_RESOLUTION_SIZE, {sName});
-    }
-
-    // A check that can't be made doesn't stand against the settings.
-    if (m_pRecordParser->IsValidResolution() != S_FALSE)
-        return hrName;
-    if (const string_t sFields = LackedFieldList(); !sFields.empty())
-        return Fault(IDS_LACKED_FIELDS, {sName, sFields});
-    if (const string_t sField = DuplicatedField(); !sField.empty())
-        return Fault(IDS_DUPLICATED_FIELD, {sField});
-    return hrName;
-}
-
-// Empty, with a report, where the record parser doesn't give an array of names.
-string_t CDataParser::LackedFieldList()
+// Empty, with a report, if the record parser doesn't give an array of names.
+string_t LackedFieldList(IRecordParser& parser)
 {
     Variant vFields;
-    const HRESULT hr = m_pRecordParser->get_LackedFields(vFields.put());
+    const HRESULT hr = parser.get_LackedFields(vFields.put());
     const bool bNames =
         SUCCEEDED(hr) && vFields.vt == (VT_ARRAY | VT_BSTR) && SafeArrayGetDim(vFields.parray) >= 1;
     if (!bNames) {
@@ -101,11 +55,74 @@ string_t CDataParser::LackedFieldList()
     return QuotedList(LockedArray<BSTR>(vFields.parray));
 }
 
-string_t CDataParser::DuplicatedField()
+string_t DuplicatedField(IRecordParser& parser)
 {
     Bstr sField;
-    AssertOk(m_pRecordParser->get_DuplicatedField(sField.put()));
+    AssertOk(parser.get_DuplicatedField(sField.put()));
     return sField.str();
+}
+
+// The check with its window and sink.
+class CSettingsCheck
+{
+public:
+    CSettingsCheck(LONG_PTR hWnd, IDataParserEvents& events) : m_hWnd(hWnd), m_events(events) {}
+
+    HRESULT Run(const SCheckedSettings& settings)
+    {
+        if (LowDayBits(settings.dtStart.date) == 0 || LowDayBits(settings.dtEnd.date) == 0)
+            return Fault(IDS_BAD_DATE_RANGE);
+        return settings.pRecordParser ? CheckResolution(*settings.pRecordParser) : E_FAIL;
+    }
+
+private:
+    HRESULT Fault(unsigned nId, std::initializer_list<string_view_t> args = {})
+    {
+        return ReportFault(m_hWnd, m_events, FormatResourceString(nId, args));
+    }
+
+    HRESULT CheckResolution(IRecordParser& parser)
+    {
+        LONG nResolution = ResolutionNone;
+        parser.get_Resolution(&nResolution);
+        if (nResolution == ResolutionNone)
+            return Fault(IDS_NO_RESOLUTION);
+        Bstr sHostName;
+        const HRESULT hrName = m_events.GetResolutionName(nResolution, sHostName.put());
+        if (FAILED(hrName))
+            return hrName;
+        const string_view_t sName = WithoutSize(sHostName.view());
+        LONG nSize = 0;
+        if (nResolution == ResolutionMinutes) {
+            parser.get_ResolutionSize(&nSize);
+            if (nSize == 0)
+                return Fault(IDS_NO_RESOLUTION_SIZE, {sName});
+        }
+        // A check that can't be made doesn't count against the settings.
+        return parser.IsValidResolution() == S_FALSE ? CheckFields(parser, sName, hrName) : hrName;
+    }
+
+    HRESULT CheckFields(IRecordParser& parser, string_view_t sName, HRESULT hrGood)
+    {
+        if (const string_t sFields = LackedFieldList(parser); !sFields.empty())
+            return Fault(IDS_LACKED_FIELDS, {sName, sFields});
+        if (const string_t sField = DuplicatedField(parser); !sField.empty())
+            return Fault(IDS_DUPLICATED_FIELD, {sField});
+        return hrGood;
+    }
+
+    const LONG_PTR m_hWnd;
+    IDataParserEvents& m_events;
+};
+
+} // namespace
+
+HRESULT CheckSettings(const SCheckedSettings& settings, LONG_PTR hWnd, IDispatch* pEventSink)
+{
+    com_ptr<IDataParserEvents> pEvents;
+    if (FAILED(query(pEventSink, pEvents)))
+        return E_NOINTERFACE;
+    return CSettingsCheck(hWnd, *pEvents.get()).Run(settings);
 }
 
 } // namespace Hesperon::specifics

@@ -7,6 +7,7 @@
 
 #include "Simples/interface/ResourceStrings.h"
 #include "src/data/DataParser.h"
+#include "src/data/DeliveredFields.h"
 #include "tests/data/FakeRecordParser.h"
 #include "tests/data/MemoryFile.h"
 #include "tests/data/RecordingSink.h"
@@ -30,14 +31,17 @@ struct DataParserTestAccess
     static void PutLastDate(CDataParser& parser, DATE last)
     {
         LockGuard lock(parser.m_lock);
-        parser.m_dtLast = {last, 0};
+        parser.m_run.m_order.dtLast = {last, 0};
     }
     static bool HasSink(CDataParser& parser)
     {
         LockGuard lock(parser.m_lock);
-        return static_cast<bool>(parser.m_pDataParserEvents);
+        return parser.m_run.HasSink();
     }
-    static LONG TypeOf(CDataParser& parser, BSTR bsName) { return parser.Name2Type(bsName); }
+    static LONG TypeOf(CDataParser& parser, BSTR bsName)
+    {
+        return Name2Type(parser.m_vTypeNames, bsName);
+    }
 };
 
 } // namespace Hesperon::specifics

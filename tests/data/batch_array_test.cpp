@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "src/data/BatchArray.h"
+#include "src/data/run/BatchArray.h"
 
 using namespace Hesperon::specifics;
 

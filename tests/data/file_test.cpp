@@ -178,6 +178,27 @@ TEST_F(FileTest, EmptyFileIsOpenedWithoutDates)
     EXPECT_EQ(parser->get_CurrentRecord(sRecord.put()), E_FAIL);
 }
 
+// A record parser that was reset only finds its layout in the record that it is given. A file of
+// one record has no other that it would parse meanwhile.
+TEST_F(FileTest, FirstDateRightAfterAResetIsZero)
+{
+    const std::string sHeader = "Date,Open,High,Low,Close,Volume\n";
+    for (const std::string& sText : {sHeader + Daily(1), Daily(1)}) {
+        SCOPED_TRACE(sText.substr(0, 120));
+        TempFile file(sText);
+        ASSERT_EQ(Open(*parser.get(), file), S_OK);
+        com_ptr<IDispatch> pObject;
+        ASSERT_EQ(parser->get_RecordParser(pObject.put()), S_OK);
+        ASSERT_EQ(pObject.as<IRecordParser>()->Reset(), S_OK);
+        for (const DATE expected : {0.0, kFirstDay}) {
+            Variant date;
+            EXPECT_EQ(parser->GetMinDateTime(date.put()), S_OK);
+            EXPECT_EQ(date.vt, VT_DATE);
+            EXPECT_EQ(date.date, expected);
+        }
+    }
+}
+
 TEST_F(FileTest, CountEventsComeUntilTheFileIsComplete)
 {
     TempFile file(Daily(5000));

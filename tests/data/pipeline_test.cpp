@@ -350,6 +350,47 @@ TEST_F(PipelineTest, FileTakenAwayDuringARunEndsItUnheard)
     EXPECT_FALSE(AsyncTransactionPool::CancelTransaction(kTransaction));
 }
 
+TEST_F(PipelineTest, LastStepAsksTheFileForItsCount)
+{
+    for (const int nLines : {0, 3, 1000, 1500}) {
+        SCOPED_TRACE(nLines);
+        CreateObject(sink);
+        Open(nLines ? Days(1, nLines) : std::vector<std::string>());
+        Convert();
+        EXPECT_EQ(file->calls, std::vector<std::string>{"GetCount"});
+    }
+}
+
+// ---- settings
+
+TEST_F(PipelineTest, SettingsOfARunAreThoseOfItsStart)
+{
+    Open(Days(1, 2500));
+    sink->onPutRecords = [&](std::size_t nBatch) {
+        if (nBatch == 1) {
+            parser->put_HeaderOffset(7);
+            parser->put_HasHeader(VARIANT_TRUE);
+            parser->put_SymbolName(Bstr(OLESTR("ABC")).get());
+            parser->put_InvertedDirection(VARIANT_TRUE);
+            Access::PutDates(*parser.get(), 5, 6);
+        }
+        return S_OK;
+    };
+    EXPECT_EQ(Convert(), S_FALSE);
+    EXPECT_EQ(sink->AllRows().size(), 2500u);
+    EXPECT_EQ(file->linesRead.back(), 2500u);
+}
+
+// The switch for reports of bad lines is the exception: a person may press it meanwhile.
+TEST_F(PipelineTest, BadLinesMayBeSilencedDuringARun)
+{
+    Open({"1,1", "?,2", "?,3", "4,4"});
+    sink->onBadLine = [&](const auto&) { return parser->put_DisableErrorNotify(VARIANT_TRUE); };
+    EXPECT_EQ(Convert(), S_FALSE);
+    EXPECT_EQ(sink->badLines.size(), 1u);
+    EXPECT_EQ(sink->AllRows().size(), 2u);
+}
+
 // ---- what is left behind
 
 TEST_F(PipelineTest, SinkIsLetGoAtTheEnd)

@@ -1,16 +1,16 @@
-// How a sink hears of the bad lines of a batch.
+// How bad lines are reported to the sink.
 
-#include "src/data/RecordBatch.h"
+#include "src/data/run/RecordBatch.h"
 #include "src/parsing/DataTypes.h"
 
 namespace Hesperon::specifics {
 
 ULONGLONG CRecordBatch::LineNumber() const
 {
-    return m_parser.LineOf(m_nFirst + m_nRow + m_nSkipped);
+    return m_settings.lines.LineOf(m_nFirst + m_nRow + m_nSkipped);
 }
 
-// A date that is fine leaves the time to blame.
+// If the date has no error, the time must have one.
 HRESULT CRecordBatch::ShowDateTimeIncrementError()
 {
     Bstr sError;
@@ -22,7 +22,7 @@ HRESULT CRecordBatch::ShowDateTimeIncrementError()
         if (FAILED(hr))
             return hr;
         if (hr != S_FALSE || uiType == TypeTime)
-            return TellSink(*nField, sError.get());
+            return Report(*nField, sError.get());
     }
     return E_INVALIDARG;
 }
@@ -34,14 +34,14 @@ HRESULT CRecordBatch::ShowResolutionCheckError(BSTR sError)
 
 HRESULT CRecordBatch::ShowFieldError(std::size_t nColumn)
 {
-    const ULONG nField = m_parser.m_arFieldIndices[nColumn];
+    const ULONG nField = m_settings.arFieldIndices[nColumn];
     Bstr sError;
     const HRESULT hr = m_pRecordParser->GetFieldError(sError.put(), nField);
-    return FAILED(hr) ? hr : TellSink(nField, sError.get());
+    return FAILED(hr) ? hr : Report(nField, sError.get());
 }
 
-// Lines and fields count from 1 for the sink.
-HRESULT CRecordBatch::TellSink(ULONG nField, BSTR sError)
+// The sink counts lines and fields from 1.
+HRESULT CRecordBatch::Report(ULONG nField, BSTR sError)
 {
     return m_pHost->OnError2(static_cast<LONG_PTR>(LineNumber() + 1), static_cast<LONG>(nField + 1),
                              sError);
@@ -49,7 +49,7 @@ HRESULT CRecordBatch::TellSink(ULONG nField, BSTR sError)
 
 std::optional<ULONG> CRecordBatch::FindField(unsigned uiType)
 {
-    for (const ULONG nField : m_parser.m_arFieldIndices) {
+    for (const ULONG nField : m_settings.arFieldIndices) {
         Bstr sName;
         m_pRecordParser->GetFieldName(sName.put(), nField);
         if (sName.view() == TypeName(uiType))

@@ -1,21 +1,26 @@
-#include "src/data/RecordBatch.h"
+// How the lines of a batch become rows. The current line is that at m_nRow + m_nSkipped: a line
+// that passes fills the row m_nRow and counts there, one that is rejected counts in m_nSkipped. At
+// the end the array is cut to m_nRow records.
+
+#include "src/data/run/RecordBatch.h"
 
 #include "diagnostics/FaultmereClient.h"
 #include "src/data/SymbolHash.h"
+#include "src/parsing/DataTypes.h"
 #include "src/parsing/IBatchLock.h"
 
 using FaultmereUtil::Assert;
 
 namespace Hesperon::specifics {
 
-CRecordBatch::CRecordBatch(CDataParser& parser, ULONGLONG nLast,
+CRecordBatch::CRecordBatch(CConversionRun& run, ULONGLONG nLast,
                            IQRL_TabulexConverter::IRecordParser* pRecordParser,
                            IQRL_TabulexConverter::IDataParserEvents* pHost)
-    : m_parser(parser), m_pRecordParser(pRecordParser), m_pHost(pHost),
-      m_array(parser.m_batchArray), m_nCount(parser.m_sTempRecords.size()),
+    : m_run(run), m_settings(run.Settings()), m_order(run.Order()), m_memory(run.Memory()),
+      m_pRecordParser(pRecordParser), m_pHost(pHost), m_nCount(m_memory.lines.size()),
       m_nFirst(nLast - m_nCount + 1),
-      // Without columns a batch ends the run, unless a check of a line says otherwise.
-      m_hr(parser.m_arFieldIndices.empty() ? S_FALSE : S_OK)
+      // A batch without columns ends the run, unless the check of a line sets S_OK.
+      m_hr(m_settings.arFieldIndices.empty() ? S_FALSE : S_OK)
 {
     Assert(m_pRecordParser != nullptr, "pRecordParser");
     Assert(m_pHost != nullptr, "pHost");
@@ -27,10 +32,11 @@ HRESULT CRecordBatch::Parse()
     ULONG nFields = 0;
     HRESULT hr = m_pRecordParser->get_FieldCount(&nFields);
     if (SUCCEEDED(hr))
-        hr = m_array.Prepare(static_cast<ULONG>(ColumnCount()), static_cast<ULONG>(m_nCount));
+        hr =
+            m_memory.array.Prepare(static_cast<ULONG>(ColumnCount()), static_cast<ULONG>(m_nCount));
     if (FAILED(hr))
         return hr;
-    m_cells.emplace(m_array.get());
+    m_cells.emplace(m_memory.array.get());
     hr = ParseLines();
     m_cells.reset();
     return hr;
@@ -60,111 +66,14 @@ HRESULT CRecordBatch::Deliver()
 {
     if (m_nSkipped != 0) {
         SAFEARRAYBOUND records{static_cast<ULONG>(m_nCount - m_nSkipped), 0};
-        SafeArrayRedim(m_array.get(), &records);
+        SafeArrayRedim(m_memory.array.get(), &records);
     }
     VARIANT vRecords;
     VariantInit(&vRecords);
     vRecords.vt = VT_ARRAY | VT_VARIANT;
-    vRecords.parray = m_array.get();
+    vRecords.parray = m_memory.array.get();
     const HRESULT hr = m_pHost->PutRecords(vRecords, m_nCount);
     return hr != S_OK ? hr : m_hr;
-}
-
-// ---- the checks of a line
-
-CRecordBatch::Line CRecordBatch::ParseLine()
-{
-    Assert(SysStringLen(CurrentLine()) != 0, "!m_sTempRecords[n + nSkipRecordCount].IsEmpty()");
-    // A line that doesn't parse shows in its date and its fields.
-    m_pRecordParser->Parse(CurrentLine());
-
-    SDateWithStatus date;
-    Line line = ReadDateTime(date);
-    if (line == Line::Passed && !IsFirstOfRun())
-        line = CheckOrder();
-    if (line != Line::Passed)
-        return line;
-    // From here on the line counts for the order of the next one.
-    m_parser.m_dtLast = date;
-    line = CheckRange(date);
-    return line == Line::Passed ? FillRow() : line;
-}
-
-CRecordBatch::Line CRecordBatch::ReadDateTime(SDateWithStatus& date)
-{
-    if (m_pRecordParser->get_CurrentDateTime(m_vDateTime.put()) != S_OK)
-        return RejectBadDateTime();
-    date.date = m_vDateTime.date;
-    return Line::Passed;
-}
-
-// The first record of a symbol begins a sequence of its own: a file may be sorted by
-// symbol and then by date.
-CRecordBatch::Line CRecordBatch::CheckOrder()
-{
-    bool bNewSymbol = false;
-    if (m_parser.m_nSymbolField != kNoField) {
-        const Line line = CheckSymbol(bNewSymbol);
-        if (line != Line::Passed)
-            return line;
-    }
-    return bNewSymbol ? Line::Passed : CheckResolution();
-}
-
-CRecordBatch::Line CRecordBatch::CheckSymbol(bool& bNewSymbol)
-{
-    Bstr sSymbol;
-    m_hr = m_pRecordParser->GetFieldText(CurrentLine(), m_parser.m_nSymbolField, sSymbol.put());
-    if (FAILED(m_hr))
-        return Line::Failed;
-    const Bstr& sFilter = m_parser.m_sSymbolName;
-    if (!sFilter.view().empty() &&
-        VarBstrCmp(sSymbol.get(), sFilter.get(), LOCALE_USER_DEFAULT, 0) != VARCMP_EQ)
-        return Line::Rejected;
-    const ULONGLONG nHash = SymbolHash(sSymbol.view());
-    bNewSymbol = nHash != m_parser.m_nLastSymbolHash;
-    m_parser.m_nLastSymbolHash = nHash;
-    return Line::Passed;
-}
-
-CRecordBatch::Line CRecordBatch::CheckResolution()
-{
-    VARIANT vLast;
-    VariantInit(&vLast);
-    vLast.vt = VT_DATE;
-    vLast.date = m_parser.m_dtLast.date;
-    Bstr sError;
-    const HRESULT hr = m_pRecordParser->CheckResolution(vLast, sError.put(), m_pHost);
-    if (FAILED(hr))
-        return Fail(hr);
-    m_hr = S_OK;
-    return hr == S_OK ? Line::Passed : RejectBadOrder(sError.get());
-}
-
-CRecordBatch::Line CRecordBatch::CheckRange(const SDateWithStatus& date)
-{
-    if (date < m_parser.m_dtStart)
-        return Line::Rejected;
-    if (!(m_parser.m_dtEnd < date))
-        return Line::Passed;
-    // Records come in ascending order, so no later one can lie in the range.
-    m_hr = S_FALSE;
-    return Line::Finished;
-}
-
-CRecordBatch::Line CRecordBatch::FillRow()
-{
-    const std::size_t nColumns = ColumnCount();
-    VARIANT* const row = m_cells->Data() + m_nRow * nColumns;
-    for (std::size_t k = 0; k < nColumns; ++k) {
-        if (m_pRecordParser->GetFieldValue(&row[k], m_parser.m_arFieldIndices[k]) == S_OK)
-            continue;
-        // The row is filled again by the next record.
-        for (std::size_t i = 0; i <= k; ++i)
-            VariantClear(&row[i]);
-        return RejectBadField(k);
-    }
-    return Line::Passed;
 }
 
 // ---- what becomes of a bad line
@@ -175,32 +84,114 @@ CRecordBatch::Line CRecordBatch::Fail(HRESULT hr)
     return Line::Failed;
 }
 
-CRecordBatch::Line CRecordBatch::TakeAnswer(HRESULT hrAnswer)
+// A sink that answers with anything but S_OK ends the run; a cancel has ended it already.
+template <class Ask>
+CRecordBatch::Line CRecordBatch::Reject(Ask ask)
 {
-    return hrAnswer == S_OK ? Line::Rejected : Fail(E_INVALIDARG);
-}
-
-CRecordBatch::Line CRecordBatch::RejectBadDateTime()
-{
-    if (m_parser.m_bDisableErrorNotify)
+    if (m_run.IsSilent())
         return Line::Rejected;
-    return TakeAnswer(ShowDateTimeIncrementError());
+    return !m_run.IsCancelled() && ask() == S_OK ? Line::Rejected : Fail(E_INVALIDARG);
 }
 
-CRecordBatch::Line CRecordBatch::RejectBadOrder(BSTR sError)
+// ---- the checks of a line
+
+CRecordBatch::Line CRecordBatch::ParseLine()
 {
+    Assert(SysStringLen(CurrentLine()) != 0, "!m_sTempRecords[n + nSkipRecordCount].IsEmpty()");
+    // If the line doesn't parse, the checks of its date and its fields fail.
+    m_pRecordParser->Parse(CurrentLine());
+
+    SDateWithStatus date;
+    Line line = ReadDateTime(date);
+    if (line == Line::Passed && !IsFirstOfRun())
+        line = CheckOrder();
+    if (line != Line::Passed)
+        return line;
+    // From here on the next line is compared with this one, also if this one is rejected.
+    m_order.dtLast = date;
+    line = CheckRange(date);
+    return line == Line::Passed ? FillRow() : line;
+}
+
+CRecordBatch::Line CRecordBatch::ReadDateTime(SDateWithStatus& date)
+{
+    if (m_pRecordParser->get_CurrentDateTime(m_vDateTime.put()) != S_OK)
+        return Reject([&] { return ShowDateTimeIncrementError(); });
+    date.date = m_vDateTime.date;
+    return Line::Passed;
+}
+
+// The order isn't checked where the symbol changes: a file may be sorted by symbol and then by
+// date.
+CRecordBatch::Line CRecordBatch::CheckOrder()
+{
+    bool bNewSymbol = false;
+    if (m_settings.nSymbolField != kNoField) {
+        const Line line = CheckSymbol(bNewSymbol);
+        if (line != Line::Passed)
+            return line;
+    }
+    return bNewSymbol ? Line::Passed : CheckResolution();
+}
+
+CRecordBatch::Line CRecordBatch::CheckSymbol(bool& bNewSymbol)
+{
+    Bstr sSymbol;
+    m_hr = m_pRecordParser->GetFieldText(CurrentLine(), m_settings.nSymbolField, sSymbol.put());
+    if (FAILED(m_hr))
+        return Line::Failed;
+    const Bstr& sFilter = m_settings.sSymbolName;
+    if (!sFilter.view().empty() &&
+        VarBstrCmp(sSymbol.get(), sFilter.get(), LOCALE_USER_DEFAULT, 0) != VARCMP_EQ)
+        return Line::Rejected;
+    const ULONGLONG nHash = SymbolHash(sSymbol.view());
+    bNewSymbol = nHash != m_order.nLastSymbolHash;
+    m_order.nLastSymbolHash = nHash;
+    return Line::Passed;
+}
+
+CRecordBatch::Line CRecordBatch::CheckResolution()
+{
+    VARIANT vLast;
+    VariantInit(&vLast);
+    vLast.vt = VT_DATE;
+    vLast.date = m_order.dtLast.date;
+    Bstr sError;
+    const HRESULT hr = m_pRecordParser->CheckResolution(vLast, sError.put(), m_pHost);
+    if (FAILED(hr))
+        return Fail(hr);
+    m_hr = S_OK;
+    if (hr == S_OK)
+        return Line::Passed;
     if (!sError)
         return Fail(E_INVALIDARG);
-    if (m_parser.m_bDisableErrorNotify)
-        return Line::Rejected;
-    return TakeAnswer(ShowResolutionCheckError(sError));
+    return Reject([&] { return ShowResolutionCheckError(sError.get()); });
 }
 
-CRecordBatch::Line CRecordBatch::RejectBadField(std::size_t nColumn)
+CRecordBatch::Line CRecordBatch::CheckRange(const SDateWithStatus& date)
 {
-    if (m_parser.m_bDisableErrorNotify)
+    if (date < m_settings.dtStart)
         return Line::Rejected;
-    return TakeAnswer(ShowFieldError(nColumn));
+    if (!(m_settings.dtEnd < date))
+        return Line::Passed;
+    // Records come in ascending order, so no later one lies in the range.
+    m_hr = S_FALSE;
+    return Line::Finished;
+}
+
+CRecordBatch::Line CRecordBatch::FillRow()
+{
+    const std::size_t nColumns = ColumnCount();
+    VARIANT* const row = m_cells->Data() + m_nRow * nColumns;
+    for (std::size_t k = 0; k < nColumns; ++k) {
+        if (m_pRecordParser->GetFieldValue(&row[k], m_settings.arFieldIndices[k]) == S_OK)
+            continue;
+        // The next record fills this row again.
+        for (std::size_t i = 0; i <= k; ++i)
+            VariantClear(&row[i]);
+        return Reject([&] { return ShowFieldError(k); });
+    }
+    return Line::Passed;
 }
 
 } // namespace Hesperon::specifics

@@ -1,7 +1,8 @@
-// CBatchArray: the array of the records of a batch, column by record, columns running fastest.
+// CBatchArray: the array of the records of a batch. Its first index is the column, its second the
+// record; the columns of a record lie side by side.
 //
-// It serves one batch after the other, so that 200 KB aren't given back to the system and
-// taken again for each. Used by one thread.
+// One array serves batch after batch: to allocate and free 200 KB for each costs time. Used by
+// one thread.
 #pragma once
 
 #include "platform/values.h"
@@ -12,8 +13,8 @@ namespace Hesperon::specifics {
 class CBatchArray
 {
 public:
-    // All cells empty. What was handed out before goes, except an array that somebody has
-    // locked or that has another shape: that one is given up.
+    // Gives an array of this shape with all cells empty. The array from before is used again,
+    // unless somebody has locked it or it has another shape: then it is given up.
     HRESULT Prepare(ULONG nColumns, ULONG nRecords)
     {
         if (!Fits(nColumns, nRecords))

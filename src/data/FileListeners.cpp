@@ -1,0 +1,71 @@
+#include "src/data/FileListeners.h"
+
+#include <algorithm>
+
+namespace Hesperon::specifics {
+
+using IQRL_TabulexConverter::IFileHandlerEvents;
+
+HRESULT CFileListeners::Add(IDispatch& listener)
+{
+    LockGuard lock(m_lock);
+    Listener& pEntry = m_mapFileEventHandlers[&listener];
+    if (!pEntry)
+        return query(&listener, pEntry);
+    Listener(pEntry).detach();
+    return S_OK;
+}
+
+void CFileListeners::Remove(IDispatch& listener)
+{
+    Listener pRemoved; // let go of without the lock
+    LockGuard lock(m_lock);
+    if (const auto entry = m_mapFileEventHandlers.find(&listener);
+        entry != m_mapFileEventHandlers.end())
+        std::swap(entry->second, pRemoved);
+}
+
+void CFileListeners::Clear()
+{
+    std::unordered_map<IDispatch*, Listener> cleared;
+    LockGuard lock(m_lock);
+    std::swap(m_mapFileEventHandlers, cleared);
+}
+
+std::vector<CFileListeners::Listener> CFileListeners::Live()
+{
+    std::vector<Listener> live;
+    LockGuard lock(m_lock);
+    for (const auto& [key, pListener] : m_mapFileEventHandlers)
+        if (pListener)
+            live.push_back(pListener);
+    return live;
+}
+
+void CFileListeners::RecordCountChange(ULONGLONG nNewCount, VARIANT_BOOL bComplete)
+{
+    for (const Listener& pListener : Live()) {
+        const SCall call{std::this_thread::get_id(), pListener.get()};
+        if (!BeginCall(call))
+            continue;
+        pListener->RecordCountChange(nNewCount, bComplete);
+        EndCall(call);
+    }
+}
+
+bool CFileListeners::BeginCall(const SCall& call)
+{
+    LockGuard lock(m_lock);
+    if (std::ranges::find(m_calls, call) != m_calls.end())
+        return false;
+    m_calls.push_back(call);
+    return true;
+}
+
+void CFileListeners::EndCall(const SCall& call)
+{
+    LockGuard lock(m_lock);
+    std::erase(m_calls, call);
+}
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,200 @@
+#include "src/data/run/ConversionRun.h"
+
+#include "diagnostics/FaultmereClient.h"
+#include "module/Guarded.h"
+#include "module/OpenQuestion.h"
+#include "platform/MessageWindow.h"
+#include "src/data/run/RecordBatch.h"
+
+using FaultmereUtil::Assert;
+
+namespace Hesperon::specifics {
+
+// ---- sink
+
+com_ptr<CConversionRun::IDataParserEvents> CConversionRun::Sink()
+{
+    LockGuard lock(m_sinkLock);
+    return m_pSink;
+}
+
+// The worker holds the parser's lock while it waits for an answer about a bad line, which may
+// have to come from the calling thread.
+com_ptr<CConversionRun::IDataParserEvents> CConversionRun::TakeSink()
+{
+    LockPumping(m_lock);
+    LockGuard lock(m_lock, std::adopt_lock);
+    LockGuard sinkLock(m_sinkLock);
+    return std::exchange(m_pSink, nullptr);
+}
+
+void CConversionRun::LetGoOfSink()
+{
+    com_ptr<IDataParserEvents> pSink; // let go of without the lock
+    LockPumping(m_lock);
+    LockGuard lock(m_lock, std::adopt_lock);
+    if (!IsCancelled())
+        m_state = State::Idle;
+    pSink = TakeSink();
+}
+
+// ---- start
+
+void CConversionRun::Begin(com_ptr<IDataParserEvents> pSink, SRunSettings settings)
+{
+    m_settings = std::move(settings);
+    m_order = {};
+    LockGuard lock(m_sinkLock);
+    std::swap(m_pSink, pSink);
+    m_state = State::Queued;
+}
+
+void CConversionRun::Replaced()
+{
+    State running = State::Running;
+    m_state.compare_exchange_strong(running, State::Queued);
+}
+
+void CConversionRun::Close()
+{
+    m_entry.Unregister();
+    m_worker = {};
+}
+
+// ---- steps
+
+HRESULT CConversionRun::Step(ULONGLONG nIndex)
+{
+    if (m_state != State::Running)
+        if (const std::optional<Outcome> outcome = TakeOver())
+            return End(*outcome);
+
+    const HRESULT hrRead = ReadLine(nIndex);
+    const bool bLast = FAILED(hrRead) || m_worker.portion.EndsAt(nIndex, m_worker.lines);
+    const std::size_t nLines = m_memory.lines.size();
+    if (nLines != 0 && nLines % kBatchSize == 0) {
+        const Outcome outcome = ProcessLines(nIndex);
+        if (outcome.hr != S_OK)
+            return End(outcome);
+    }
+    return bLast ? End(LastStep(nIndex)) : hrRead;
+}
+
+std::optional<CConversionRun::Outcome> CConversionRun::TakeOver()
+{
+    SWorker old; // let go of without the lock
+    LockGuard lock(m_lock);
+    if (m_state != State::Queued || !Sink())
+        return Interruption();
+    SWorker now{OpenLines(m_owner.RunFile()), m_owner.RunRecordParser(), m_settings.lines,
+                m_settings.nLocale, m_portion};
+    old = std::exchange(m_worker, std::move(now));
+    if (!m_worker.pLines || !m_worker.pRecordParser)
+        return Outcome{E_INVALIDARG, true};
+    State queued = State::Queued;
+    if (!m_state.compare_exchange_strong(queued, State::Running))
+        return Interruption();
+    return {};
+}
+
+// How a run ends that was cancelled or whose sink was taken.
+CConversionRun::Outcome CConversionRun::Interruption() const
+{
+    return IsCancelled() ? Outcome{E_FAIL, false} : Outcome{E_INVALIDARG, true};
+}
+
+// At the end of the file the read fails.
+HRESULT CConversionRun::ReadLine(ULONGLONG nIndex)
+try {
+    CLineBuffer& lines = m_memory.lines;
+    const HRESULT hr =
+        m_worker.pLines->AppendRecord(m_worker.lines.LineOf(nIndex), m_worker.nLocale, lines);
+    if (FAILED(hr))
+        return hr;
+    const bool bHasText = SysStringLen(lines.back()) != 0;
+    Assert(bHasText, "*bsRecord");
+    Assert(bHasText, "!m_sTempRecords[ m_sTempRecords.GetCount() - 1 ].IsEmpty()");
+    return hr;
+} catch (...) {
+    return E_FAIL;
+}
+
+// The batch is taken to end with the record before nIndex, whose read has failed. Where it
+// ends with that of nIndex instead, in an inverted file and in a portion, line numbers of
+// errors in this batch are those of the position before.
+CConversionRun::Outcome CConversionRun::LastStep(ULONGLONG nIndex)
+{
+    com_ptr<IFileHandler> pFile;
+    {
+        LockGuard lock(m_lock);
+        pFile = m_owner.RunFile();
+    }
+    // The call belongs to the last step; its figures aren't used.
+    ULONGLONG nCount = 0;
+    VARIANT_BOOL bComplete = VARIANT_FALSE;
+    if (pFile)
+        pFile->GetCount(&nCount, &bComplete);
+    return ProcessLines(nIndex - 1);
+}
+
+CConversionRun::Outcome CConversionRun::ProcessLines(ULONGLONG nLast)
+{
+    std::unique_lock<CriticalSection> lock(m_lock);
+    if (m_memory.lines.empty())
+        return {S_OK, false};
+    const com_ptr<IDataParserEvents> pSink = Sink();
+    if (!pSink || IsCancelled())
+        return Interruption();
+    CRecordBatch batch(*this, nLast, m_worker.pRecordParser.get(), pSink.get());
+    const HRESULT hr = Guarded([&] { return batch.Parse(); });
+    m_memory.lines.clear();
+    lock.unlock();
+    if (FAILED(hr))
+        return {hr, hr == E_INVALIDARG};
+    return {batch.Deliver(), false};
+}
+
+// ---- end
+
+// The worker stops for any result but S_OK, so an end that went well is S_FALSE.
+HRESULT CConversionRun::End(Outcome outcome)
+{
+    // All is let go of before the sink hears of the end: it may start the next run in that
+    // call, under this number and on another file's worker.
+    m_memory.Release();
+    m_worker = {};
+    // Before the sink is taken: a cancel that still finds the number is to find the sink.
+    m_entry.Unregister();
+    const com_ptr<IDataParserEvents> pSink = TakeSinkAtEnd(outcome.bUnheard);
+    if (pSink && !outcome.bUnheard)
+        pSink->EndTransaction(SUCCEEDED(outcome.hr) ? VARIANT_TRUE : VARIANT_FALSE);
+    return outcome.hr == S_OK ? S_FALSE : outcome.hr;
+}
+
+// An end that goes unheard leaves the sink to a cancel that is on its way.
+com_ptr<CConversionRun::IDataParserEvents> CConversionRun::TakeSinkAtEnd(bool bUnheard)
+{
+    LockPumping(m_lock);
+    LockGuard lock(m_lock, std::adopt_lock);
+    State now = m_state;
+    if (bUnheard && (now == State::Aborting || !m_state.compare_exchange_strong(now, State::Idle)))
+        return {};
+    m_state = State::Idle;
+    return TakeSink();
+}
+
+// The mark comes first. It stops the worker at its next line, and keeps it from asking about
+// bad lines while this thread waits for the parser's lock.
+void CConversionRun::Cancel()
+{
+    m_state = State::Aborting;
+    if (const com_ptr<IDataParserEvents> pSink = Sink())
+        if (const auto pQuestions = pSink.as<IOpenQuestion>())
+            pQuestions->EndQuestions();
+    const com_ptr<IDataParserEvents> pSink = TakeSink();
+    m_entry.Unregister(); // before the end is told, as in End
+    if (pSink)
+        pSink->EndTransaction(VARIANT_FALSE);
+}
+
+} // namespace Hesperon::specifics

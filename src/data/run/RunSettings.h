@@ -1,0 +1,44 @@
+// What a run copies from its data parser when it starts, so that it needn't ask again.
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/values.h"
+#include "src/data/DateWithStatus.h"
+#include "src/data/LineRule.h"
+
+namespace Hesperon::specifics {
+
+struct SRunSettings
+{
+    SLineRule lines;
+    ULONG nLocale = 0;                 // code page number
+    SDateWithStatus dtStart, dtEnd;    // range of records to deliver, inclusive
+    Bstr sSymbolName;                  // null or empty: all symbols
+    ULONG nSymbolField = 0;            // kNoField: the file has no symbols
+    std::vector<ULONG> arFieldIndices; // field of each delivered column
+};
+
+// A part of the file, by positions. It outlasts the run that it was given for: later runs of
+// that parser, and of its clones, stop where it ends.
+struct SPortion
+{
+    bool bPortion = false;
+    ULONGLONG nStart = 0, nCount = 0;
+
+    ULONGLONG StartPosition() const { return bPortion ? nStart : 0; }
+
+    // Whether a run has no record after this one. The end of a whole file that runs forwards
+    // shows only when a record can't be read.
+    bool EndsAt(ULONGLONG nPosition, const SLineRule& lines) const
+    {
+        const ULONGLONG nLastInverted = lines.LastInvertedPosition();
+        if (!bPortion)
+            return lines.bInvertedDirection && nPosition == nLastInverted;
+        const ULONGLONG nLast = nCount + nStart - 1;
+        return nPosition == (lines.bInvertedDirection ? std::min(nLast, nLastInverted) : nLast);
+    }
+};
+
+} // namespace Hesperon::specifics
