@@ -13,13 +13,14 @@
 
 #include "interfaces/IProgressBox.h"
 #include "module/ComObject.h"
+#include "module/OpenQuestion.h"
 #include "src/UIComponents/ProgressState.h"
 
 namespace Hesperon::specifics::UILayer {
 
 class CProgressDlgNoHTML
     : public ComObject<CProgressDlgNoHTML, Dual<IQRL_TabulexConverter::IProgressDlg>,
-                       IQRL_TabulexConverter::IProgressBox>
+                       IQRL_TabulexConverter::IProgressBox, IOpenQuestion>
 {
 public:
     HRESULT FinalConstruct();
@@ -37,6 +38,10 @@ public:
     HRESULT STDMETHODCALLTYPE OnError(BSTR bsError) override;
     HRESULT STDMETHODCALLTYPE OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum,
                                        BSTR bsDescription) override;
+
+    // ---- IOpenQuestion
+
+    void STDMETHODCALLTYPE EndQuestions() override { m_pState->EndQuestions(); }
 
     // ---- IProgressDlg
 

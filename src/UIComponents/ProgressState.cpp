@@ -77,6 +77,14 @@ void CProgressState::Cancel(WindowHandle hWnd)
     Answer(hWnd);
 }
 
+void CProgressState::EndQuestions()
+{
+    LockGuard lock(m_lock);
+    m_bCancelled = true;
+    if (m_bQuestionOpen)
+        m_hContinue.Set();
+}
+
 // A thread with windows goes on dispatching: the press may come through one of them.
 HRESULT CProgressState::WaitForAnswer()
 {

@@ -55,6 +55,9 @@ public:
     // Wakes the worker, once per press.
     void Answer(WindowHandle hWnd);
     void Cancel(WindowHandle hWnd); // this question and those to come
+    // The run is cancelled from elsewhere: the question that is open is left, so that its
+    // answer ends the run, and those to come are answered at once.
+    void EndQuestions();
     // On the worker's thread, for a question that the window has opened.
     HRESULT WaitForAnswer();
 

@@ -7,6 +7,7 @@
 #include "diagnostics/FaultmereClient.h"
 #include "interfaces/ClassIds.h"
 #include "module/Guarded.h"
+#include "module/OpenQuestion.h"
 #include "src/front/BatchRewriting.h"
 #include "src/values/LockedArray.h"
 
@@ -154,6 +155,12 @@ HRESULT CConversionSession::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BS
         return S_OK;
     const com_ptr<IProgressBox> pBox = ProgressBox();
     return pBox ? pBox->OnError2(lptrLineNum, lptrFieldNum, bsDescription) : S_FALSE;
+}
+
+void CConversionSession::EndQuestions()
+{
+    if (const auto pQuestions = ProgressBox().as<IOpenQuestion>())
+        pQuestions->EndQuestions();
 }
 
 HRESULT CConversionSession::GetResolutionName(LONG nResolution, BSTR* pName) const

@@ -53,6 +53,8 @@ public:
     HRESULT OnError(const VARIANT& description);
     HRESULT OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BSTR bsDescription);
     HRESULT GetResolutionName(LONG nResolution, BSTR* pName) const;
+    // The run is being cancelled: nobody is asked about bad lines any more.
+    void EndQuestions();
 
 private:
     HRESULT ShowProgress(ULONGLONG nRecords);

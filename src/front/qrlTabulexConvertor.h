@@ -16,6 +16,7 @@
 #include "interfaces/IRecordParser.h"
 #include "interfaces/IqrlTabulexConvertor.h"
 #include "module/ComObject.h"
+#include "module/OpenQuestion.h"
 #include "src/front/ConversionSession.h"
 #include "src/front/ConvertorSettings.h"
 #include "src/values/qrlValueMultiplier.h"
@@ -25,7 +26,7 @@ namespace Hesperon::specifics {
 class CqrlTabulexConvertor
     : public ComObject<CqrlTabulexConvertor, Dual<IQRL_TabulexConverter::IqrlTabulexConvertor>,
                        Dual<IQRL_TabulexConverter::IDataParserEvents>,
-                       Dual<IQRL_TabulexConverter::IQRLGUITweak>>
+                       Dual<IQRL_TabulexConverter::IQRLGUITweak>, IOpenQuestion>
 {
 public:
     HRESULT FinalConstruct();
@@ -85,6 +86,10 @@ public:
     HRESULT STDMETHODCALLTYPE GetResolutionName(LONG Resolution, BSTR* Name) override;
     HRESULT STDMETHODCALLTYPE OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum,
                                        BSTR bsDescription) override;
+
+    // ---- IOpenQuestion
+
+    void STDMETHODCALLTYPE EndQuestions() override { m_session.EndQuestions(); }
 
     // ---- IQRLGUITweak
 

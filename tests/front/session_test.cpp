@@ -236,6 +236,36 @@ TEST_F(Session, UnadviseWhileABadLineIsAskedAbout)
     }
 }
 
+// Another thread cancels the session while nobody answers its question, and this one wants the
+// lock that the cancel holds.
+TEST_F(Session, MayBeCancelledByAnotherThreadWhileABadLineIsAskedAbout)
+{
+    const TempFile other(Minutes(100));
+    std::thread canceller;
+    ScriptedView::Script script;
+    script.onAsk = [&](IProgressButtons&) {
+        Event cancelling(Event::Kind::ManualReset);
+        canceller = std::thread([&] {
+            const auto object = NewFront();
+            cancelling.Set();
+            EXPECT_EQ(object->Unadvise(sink.get()), S_OK);
+        });
+        cancelling.Wait();
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        EXPECT_EQ(Open(*front.get(), other), S_OK);
+        const auto second = NewSink();
+        EXPECT_EQ(front->DoConvert(second.get(), 0), S_OK);
+        PumpUntil([&] { return second->bEnded; });
+        EXPECT_EQ(second->transcript, DataEntries(0, 100, "commit"));
+    };
+    ScriptedView::Install(script);
+    OpenFile(WithBadLines(Minutes(5000), {1500, 1600}));
+    EXPECT_EQ(Convert(), DataEntries(1, 0, "rollback"));
+    canceller.join();
+    EXPECT_EQ(script.questions.size(), 1u);
+    PumpUntil([] { return !OwnsWindows(); }); // the views write to the script
+}
+
 TEST_F(Session, WithoutAViewBadLinesAreSkipped)
 {
     OpenFile(WithBadLines(Minutes(1200), {50, 60}));

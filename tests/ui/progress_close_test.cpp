@@ -87,6 +87,15 @@ TEST_F(ProgressClose, CloseOnAThirdThreadEndsAQuestion)
     EXPECT_EQ(log.Take().back(), "release");
 }
 
+TEST_F(ProgressClose, ACancelFromElsewhereEndsTheQuestionAndAsksNoMore)
+{
+    onAsk = [this](FakeView&) { std::thread([this] { box->EndQuestions(); }).join(); };
+    EXPECT_EQ(Error2(), S_FALSE);
+    log.Take();
+    EXPECT_EQ(Error2(), S_OK);
+    EXPECT_THAT(log.Take(), testing::Not(testing::Contains("ask")));
+}
+
 TEST_F(ProgressClose, APressBeforeCloseStillCounts)
 {
     onAsk = [this](FakeView& v) {
