@@ -1,6 +1,6 @@
 // What a record parser knows: the layout of the file's records and the record
-// last parsed. The record parser owns one and guards it with its lock; detection,
-// refinement and inference work on it by reference.
+// last parsed. The record parser owns one and guards it with its lock; detection
+// works on it by reference.
 #pragma once
 
 #include <map>
@@ -18,7 +18,7 @@ inline constexpr std::size_t kNoColumn = ~std::size_t(0);
 
 struct ResolutionTemplate
 {
-    string_t sName; // the host's, optionally with "|size" behind it
+    string_t sName; // the host's, optionally with "|size" after it
     LONG nId;
 };
 
@@ -29,9 +29,17 @@ enum class ParsePhase
     Ready,   // Parse parses
 };
 
+// What becomes of columns that were predefined before.
+enum class OldEntries
+{
+    Keep,    // all stay; a column that has one gets no other
+    Replace, // those of columns that are entered again
+    Forget,  // all go
+};
+
 struct ParserState
 {
-    std::vector<CDataField> m_fields; // a column each, in file order
+    std::vector<CDataField> m_fields; // one for each column, in file order
     // Columns that the user or an earlier pass fixed; detection copies them.
     std::map<std::size_t, CDataField> m_predefinedFields;
     TypeTable m_types = DefaultTypes();
@@ -63,28 +71,29 @@ struct ParserState
         return i == kNoColumn ? nullptr : &m_fields[i];
     }
 
-    // Enters all Date and Time columns as predefined, as they stand. An entry that a
-    // column has already is replaced or, with bKeepEntries, stays.
-    void PredefineDatesAndTimes(bool bKeepEntries = false)
+    // Enters all Date and Time columns as predefined, as they stand.
+    void PredefineDatesAndTimes(OldEntries old)
     {
+        if (old == OldEntries::Forget)
+            m_predefinedFields.clear();
         for (std::size_t i = 0; i < m_fields.size(); ++i) {
             const unsigned uiType = m_fields[i].GetType();
             if (uiType != TypeDate && uiType != TypeTime)
                 continue;
-            if (bKeepEntries)
+            if (old == OldEntries::Keep)
                 m_predefinedFields.try_emplace(i, m_fields[i]);
             else
                 m_predefinedFields.insert_or_assign(i, m_fields[i]);
         }
     }
 
-    // Settles the dividers by this record unless they are.
-    void FindDivider(string_view_t sRecord)
+    // The next record that is parsed is the first of a layout.
+    void ForgetColumns()
     {
-        if (m_bDividerFound)
-            return;
-        m_bDividerFound = true;
-        m_dividers = FindDividers(sRecord);
+        m_phase = ParsePhase::Reset;
+        m_fields.clear();
+        m_predefinedFields.clear();
+        m_bHasHeader = false;
     }
 };
 

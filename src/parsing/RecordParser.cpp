@@ -3,7 +3,6 @@
 #include "platform/values.h"
 #include "src/parsing/ColumnParsing.h"
 #include "src/parsing/RecordText.h"
-#include "src/parsing/detection/RecordSource.h"
 
 namespace Hesperon::specifics {
 
@@ -27,12 +26,12 @@ HRESULT CRecordParser::Parse(BSTR bsRecord)
     {
         LockGuard lock(m_cs);
         if (m_state.m_phase != ParsePhase::Reset)
-            return Guarded([&] { return ParseText(TextOf(bsRecord)); });
+            return Guarded([&] { return ParseSample(TextOf(bsRecord)); });
     }
-    return LockedWithLink([&] { return ParseText(TextOf(bsRecord)); });
+    return LockedWithLink([&] { return ParseSample(TextOf(bsRecord)); });
 }
 
-HRESULT CRecordParser::ParseText(string_view_t sRecord)
+HRESULT CRecordParser::ParseSample(string_view_t sRecord)
 {
     sRecord = sRecord.substr(0, kMaxText);
     switch (m_state.m_phase) {
@@ -40,7 +39,7 @@ HRESULT CRecordParser::ParseText(string_view_t sRecord)
         return S_OK;
     case ParsePhase::Reset:
         m_state.m_phase = ParsePhase::Ready;
-        return specifics::FindResolution(m_state, *this, sRecord, 0);
+        return Detect(DetectionCause::FirstRecord, sRecord);
     case ParsePhase::Ready:
         break;
     }
@@ -73,37 +72,14 @@ HRESULT CRecordParser::Reset()
     return Locked([&] {
         m_state.m_bAutoHeader = true;
         m_state.m_bDividerFound = false;
-        ForgetColumns();
+        m_state.ForgetColumns();
         return S_OK;
     });
-}
-
-void CRecordParser::ForgetColumns()
-{
-    m_state.m_phase = ParsePhase::Reset;
-    m_state.m_fields.clear();
-    m_state.m_predefinedFields.clear();
-    m_state.m_bHasHeader = false;
 }
 
 HRESULT CRecordParser::RecreateFealds()
 {
-    return LockedWithLink([&]() -> HRESULT {
-        ForgetColumns();
-        IDataParser* p = m_state.m_pDataParser;
-        if (!p)
-            return E_UNEXPECTED;
-        p->put_InvertedDirection(VARIANT_FALSE);
-        p->put_HasHeader(VARIANT_FALSE);
-        p->put_HeaderOffset(0);
-        p->put_Position(0);
-        Bstr record;
-        if (SUCCEEDED(p->get_CurrentRecord(record.put())) && record) {
-            ParseText(record.view());
-            RefreshDates();
-        }
-        return S_OK;
-    });
+    return LockedWithLink([&] { return Detect(DetectionCause::Dividers); });
 }
 
 HRESULT CRecordParser::IsHeader(BSTR bsRecord)
@@ -114,10 +90,21 @@ HRESULT CRecordParser::IsHeader(BSTR bsRecord)
     });
 }
 
-void CRecordParser::RefreshDates(VARIANT_BOOL bFindResolution)
+HRESULT CRecordParser::Detect(DetectionCause cause, string_view_t sRecord)
 {
-    if (m_state.m_pDataParser)
-        m_state.m_pDataParser->RefreshDateInfo(bFindResolution);
+    return LayoutDetection(m_state, *this, m_report).Run(cause, sRecord);
+}
+
+void CRecordParser::KeepDetectionReport(bool bKeep)
+{
+    LockGuard lock(m_cs);
+    m_report.Keep(bKeep);
+}
+
+std::vector<DetectionNote> CRecordParser::GetDetectionNotes()
+{
+    LockGuard lock(m_cs);
+    return m_report.Notes();
 }
 
 // ---- links ----------------------------------------------------------------------
@@ -180,18 +167,11 @@ HRESULT CRecordParser::get_LinesToSkip(ULONG* pVal)
 HRESULT CRecordParser::put_LinesToSkip(ULONG newVal)
 {
     return LockedWithLink([&]() -> HRESULT {
-        IDataParser* p = m_state.m_pDataParser;
-        if (!p)
+        if (!m_state.m_pDataParser)
             return E_UNEXPECTED;
         m_state.m_bAutoHeader = false;
-        p->put_HeaderOffset(newVal);
-        p->put_Position(0);
-        Bstr record;
-        if (const HRESULT hr = p->get_CurrentRecord(record.put()); FAILED(hr))
-            return hr;
-        m_state.PredefineDatesAndTimes();
-        specifics::FindResolution(m_state, *this, record.view(), 0);
-        return m_state.m_fields.empty() ? S_FALSE : S_OK;
+        m_state.m_pDataParser->put_HeaderOffset(newVal);
+        return Detect(DetectionCause::SkippedLines);
     });
 }
 

@@ -15,7 +15,7 @@
 #include "src/parsing/IBatchLock.h"
 #include "src/parsing/LinkLock.h"
 #include "src/parsing/ParserState.h"
-#include "src/parsing/detection/ResolutionInference.h"
+#include "src/parsing/detection/LayoutDetection.h"
 
 namespace Hesperon::specifics {
 
@@ -84,6 +84,12 @@ public:
     HRESULT STDMETHODCALLTYPE get_Environment(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Environment(BSTR newVal) override;
 
+    // ---- what detection decided (RecordParser.cpp)
+
+    // Off at first. Each run of the detection then leaves its notes.
+    void KeepDetectionReport(bool bKeep);
+    std::vector<DetectionNote> GetDetectionNotes();
+
     // ---- IBatchLock
     bool STDMETHODCALLTYPE EnterBatch() override;
     void STDMETHODCALLTYPE LeaveBatch() override { m_cs.unlock(); }
@@ -128,22 +134,16 @@ private:
         });
     }
 
-    HRESULT ParseText(string_view_t sRecord);
-    void ForgetColumns();
-    void RefreshDates(VARIANT_BOOL bFindResolution = VARIANT_FALSE);
-    HRESULT DetectFromFirstRecord();
-
-    // SampleParser
-    HRESULT ParseSample(string_view_t sRecord) override { return ParseText(sRecord); }
+    // SampleParser; Parse goes through it too
+    HRESULT ParseSample(string_view_t sRecord) override;
     HRESULT SampleValue(std::size_t nColumn, VARIANT* pValue) override;
 
+    HRESULT Detect(DetectionCause cause, string_view_t sRecord = {});
     HRESULT ValueOf(std::size_t nField, VARIANT* pValue);
-    string_view_t CurrentText(std::size_t nField) const;
-    bool BreaksResolution(double fSpan) const;
-    HRESULT ResolutionErrorText(IDispatch* pHost, BSTR* pText) const;
 
     CriticalSection m_cs; // guards all below
     ParserState m_state;
+    DetectionReport m_report;
     IQRL_TabulexConverter::IFileHandlerEvents* m_pEventHandler = nullptr; // not counted
     com_ptr<IQRL_TabulexConverter::IValueMultiplier> m_pPriceMultiplier;  // null: values stay
     com_ptr<IQRL_TabulexConverter::IValueMultiplier> m_pVolumeMultiplier;

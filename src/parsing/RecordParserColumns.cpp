@@ -64,7 +64,7 @@ HRESULT CRecordParser::SetFieldName(ULONG nField, BSTR bsName)
         const unsigned uiType = bsName ? FindType(TextOf(bsName)) : kNoType;
         const HRESULT hr = SetFieldType(nField, static_cast<LONG>(uiType));
         if (SUCCEEDED(hr))
-            RefreshDates();
+            Detect(DetectionCause::Stamps);
         return hr;
     });
 }
@@ -92,17 +92,12 @@ HRESULT CRecordParser::SetFieldTemplate(BSTR bsTemplate, ULONG nField)
             return E_INVALIDARG;
         field.SetTemplate(sTemplate);
         m_state.m_types[uiType].AddTemplate(sTemplate, false);
-        if (!m_state.m_bSmartResolution) {
-            RefreshDates();
-            return S_OK;
-        }
+        if (!m_state.m_bSmartResolution)
+            return Detect(DetectionCause::Stamps);
         FaultmereUtil::Assert(m_state.m_predefinedFields.contains(nField),
                               "m_predefinedFields.end() != "
                               "m_predefinedFields.find((size_t)nField)");
-        m_state.m_predefinedFields.clear();
-        m_state.PredefineDatesAndTimes();
-        RefreshDates(VARIANT_TRUE);
-        return S_OK;
+        return Detect(DetectionCause::Template);
     };
     return LockedWithLink([&] { return WithColumn(nField, E_INVALIDARG, change); });
 }

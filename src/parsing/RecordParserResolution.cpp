@@ -8,8 +8,7 @@
 #include "interfaces/IDataParserEvents.h"
 #include "src/parsing/ColumnParsing.h"
 #include "src/parsing/RecordParser.h"
-#include "src/parsing/detection/FieldConstructor.h"
-#include "src/parsing/detection/FieldTypeRefinement.h"
+#include "src/parsing/detection/ResolutionFit.h"
 #include "src/values/TextArray.h"
 
 namespace Hesperon::specifics {
@@ -28,6 +27,28 @@ constexpr double kUnitsPerDay[RESOLUTIONS_COUNT] = {0, 0, 0, 0, 86400, 1440, 1, 
 double WholeUnits(double fSpan, double fUnitsPerDay)
 {
     return std::trunc((fSpan + std::copysign(kHalfSecond, fSpan)) * fUnitsPerDay);
+}
+
+bool BreaksResolution(const ParserState& state, double fSpan)
+{
+    const double fUnitsPerDay = kUnitsPerDay[state.m_nResolution];
+    if (fUnitsPerDay == 0)
+        return false;
+    const double fLeast =
+        state.m_nResolution == ResolutionWeeks ? kMinWeek : state.m_nResolutionSize;
+    return WholeUnits(fSpan, fUnitsPerDay) < fLeast;
+}
+
+HRESULT ResolutionErrorText(IDispatch* pHost, LONG nResolution, BSTR* pText)
+{
+    com_ptr<IDataParserEvents> events;
+    if (!pHost || FAILED(query(pHost, events)))
+        return E_NOINTERFACE;
+    Bstr name;
+    if (const HRESULT hr = events->GetResolutionName(nResolution, name.put()); FAILED(hr))
+        return hr;
+    *pText = NewBstr(FormatResourceString(IDS_RESOLUTION_BROKEN, {WithoutSize(name.view())}));
+    return S_OK;
 }
 
 bool IsVector(const VARIANT& value, VARTYPE vt)
@@ -53,8 +74,7 @@ HRESULT ReadResolutionTemplate(SAFEARRAY* ids, SAFEARRAY* names, LONG i, Resolut
 
 HRESULT CRecordParser::FindResolution(BSTR bsRecord)
 {
-    return LockedWithLink(
-        [&] { return specifics::FindResolution(m_state, *this, TextOf(bsRecord), 1); });
+    return LockedWithLink([&] { return Detect(DetectionCause::Request, TextOf(bsRecord)); });
 }
 
 HRESULT CRecordParser::CheckResolution(VARIANT LastDateTime, BSTR* ResolutionError,
@@ -76,33 +96,11 @@ HRESULT CRecordParser::CheckResolution(VARIANT LastDateTime, BSTR* ResolutionErr
             *ResolutionError = NewBstr(LoadResourceString(IDS_NEGATIVE_INCREMENT));
             return S_FALSE;
         }
-        if (!BreaksResolution(current - LastDateTime.date))
+        if (!BreaksResolution(m_state, current - LastDateTime.date))
             return S_OK;
-        const HRESULT hr = ResolutionErrorText(pHost, ResolutionError);
+        const HRESULT hr = ResolutionErrorText(pHost, m_state.m_nResolution, ResolutionError);
         return FAILED(hr) ? hr : S_FALSE;
     });
-}
-
-bool CRecordParser::BreaksResolution(double fSpan) const
-{
-    const double fUnitsPerDay = kUnitsPerDay[m_state.m_nResolution];
-    if (fUnitsPerDay == 0)
-        return false;
-    const double fLeast =
-        m_state.m_nResolution == ResolutionWeeks ? kMinWeek : m_state.m_nResolutionSize;
-    return WholeUnits(fSpan, fUnitsPerDay) < fLeast;
-}
-
-HRESULT CRecordParser::ResolutionErrorText(IDispatch* pHost, BSTR* pText) const
-{
-    com_ptr<IDataParserEvents> events;
-    if (!pHost || FAILED(query(pHost, events)))
-        return E_NOINTERFACE;
-    Bstr name;
-    if (const HRESULT hr = events->GetResolutionName(m_state.m_nResolution, name.put()); FAILED(hr))
-        return hr;
-    *pText = NewBstr(FormatResourceString(IDS_RESOLUTION_BROKEN, {WithoutSize(name.view())}));
-    return S_OK;
 }
 
 HRESULT CRecordParser::RecalcResolutionSize()
@@ -114,8 +112,8 @@ HRESULT CRecordParser::IsValidResolution()
 {
     return Locked([&] {
         const bool bValid = m_state.m_nResolution != ResolutionNone &&
-                            HasRequiredTypes(m_state, RequiredTypes(m_state.m_nResolution)) &&
-                            !HasDuplicates(m_state);
+                            LackingType(m_state, m_state.m_nResolution) == kNoType &&
+                            DuplicatedType(m_state) == kNoType;
         return bValid ? S_OK : S_FALSE;
     });
 }
@@ -160,14 +158,8 @@ HRESULT CRecordParser::get_DuplicatedField(BSTR* pVal)
     if (!pVal)
         return E_POINTER;
     return Locked([&] {
-        string_view_t sName;
-        for (std::size_t i = 0; i < m_state.m_fields.size() && sName.empty(); ++i) {
-            const unsigned uiType = m_state.m_fields[i].GetType();
-            for (std::size_t j = i + 1; j < m_state.m_fields.size() && uiType != kNoType; ++j)
-                if (m_state.m_fields[j].GetType() == uiType)
-                    sName = TypeName(uiType);
-        }
-        *pVal = NewBstr(sName);
+        const unsigned uiType = DuplicatedType(m_state);
+        *pVal = NewBstr(uiType == kNoType ? string_view_t() : TypeName(uiType));
         return S_OK;
     });
 }
@@ -192,28 +184,8 @@ HRESULT CRecordParser::put_Resolution(LONG newVal)
         m_state.m_bAutoHeader = false;
         m_state.m_nResolution = newVal;
         m_state.m_nResolutionSize = 0;
-        if (FAILED(DetectFromFirstRecord()))
-            return S_FALSE;
-        Steps steps;
-        if (newVal == ResolutionMinutes && SampleSteps(m_state, *this, steps))
-            m_state.m_nResolutionSize = steps.wMinute;
-        return S_OK;
+        return FAILED(Detect(DetectionCause::Resolution)) ? S_FALSE : S_OK;
     });
-}
-
-// Builds the columns anew under the resolution that stands, keeping date and time.
-HRESULT CRecordParser::DetectFromFirstRecord()
-{
-    RecordSource source(m_state.m_pDataParser);
-    string_t sRecord;
-    if (source.Seek(0))
-        source.Read(sRecord);
-    m_state.m_predefinedFields.clear();
-    m_state.PredefineDatesAndTimes();
-    const HRESULT hr = CFieldConstructor(m_state).ProcessRecord(sRecord, true, 0);
-    if (SUCCEEDED(hr))
-        RefineFieldTypes(m_state, 0);
-    return hr;
 }
 
 HRESULT CRecordParser::get_ResolutionSize(LONG* pVal)
@@ -280,7 +252,7 @@ HRESULT CRecordParser::put_UseBarsEndTime(VARIANT_BOOL newVal)
         const bool bChanged = bUse != m_state.m_bUseBarsEndTime;
         m_state.m_bUseBarsEndTime = bUse;
         if (bChanged && m_state.m_nResolution == ResolutionMinutes)
-            RefreshDates();
+            Detect(DetectionCause::Stamps);
         return S_OK;
     });
 }

@@ -26,6 +26,13 @@ string_t FaultText(const CDataField& field, string_view_t sText)
     return FormatResourceString(IDS_TEMPLATE_REFUSES, {sText, field.GetTemplate()});
 }
 
+// The field's text in the record last parsed; empty where the record lacks it.
+string_view_t CurrentText(const ParserState& state, std::size_t nField)
+{
+    return FilledFieldAt(state.m_sCurrentRecord, state.m_dividers, nField)
+        .value_or(string_view_t());
+}
+
 HRESULT HandOut(const com_ptr<IValueMultiplier>& multiplier, IDispatch** pVal)
 {
     if (!pVal)
@@ -63,7 +70,7 @@ HRESULT CRecordParser::ValueOf(std::size_t nField, VARIANT* pValue)
             Apply(m_pVolumeMultiplier, pValue);
         return S_OK;
     }
-    *pValue = Variant::FromText(CurrentText(nField)).detach();
+    *pValue = Variant::FromText(CurrentText(m_state, nField)).detach();
     return uiType == TypeSymbol ? S_OK : S_FALSE;
 }
 
@@ -71,12 +78,6 @@ HRESULT CRecordParser::SampleValue(std::size_t nColumn, VARIANT* pValue)
 {
     // A sample can be the first record of all, which then builds the columns anew.
     return nColumn < m_state.m_fields.size() ? ValueOf(nColumn, pValue) : E_FAIL;
-}
-
-string_view_t CRecordParser::CurrentText(std::size_t nField) const
-{
-    return FilledFieldAt(m_state.m_sCurrentRecord, m_state.m_dividers, nField)
-        .value_or(string_view_t());
 }
 
 HRESULT CRecordParser::GetFieldError(BSTR* bsError, ULONG nField)
@@ -88,7 +89,7 @@ HRESULT CRecordParser::GetFieldError(BSTR* bsError, ULONG nField)
             *bsError = NewBstr(LoadResourceString(IDS_FIELD_IS_GOOD));
             return S_FALSE;
         }
-        *bsError = NewBstr(FaultText(field, CurrentText(nField)));
+        *bsError = NewBstr(FaultText(field, CurrentText(m_state, nField)));
         return S_OK;
     });
 }

@@ -46,6 +46,7 @@ public:
 
     IQRL_TabulexConverter::IRecordParser* operator->() const { return m_parser.get(); }
     IQRL_TabulexConverter::IRecordParser* Parser() const { return m_parser.get(); }
+    Hesperon::specifics::CRecordParser* Object() const { return m_parser.get(); }
     MemoryFile& File() const { return *m_file.get(); }
 
     HRESULT Offer(const std::vector<OfferedResolution>& resolutions) const;

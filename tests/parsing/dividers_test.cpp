@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "src/parsing/ParserState.h"
 #include "src/parsing/detection/Dividers.h"
+#include "src/parsing/detection/FieldConstructor.h"
 #include "tests/parsing/FieldText.h"
 
 using namespace Hesperon::specifics;
@@ -116,8 +116,10 @@ TEST(Dividers, CharactersBeyondTheSetDivideNothing)
 TEST(Dividers, AreSettledOnce)
 {
     ParserState state;
-    state.FindDivider(OLESTR("a;b"));
-    state.FindDivider(OLESTR("a,b"));
+    DetectionReport report;
+    CFieldConstructor columns(state, report);
+    columns.FindDivider(OLESTR("a;b"));
+    columns.FindDivider(OLESTR("a,b"));
     EXPECT_TRUE(state.m_bDividerFound);
     EXPECT_EQ("T;", ShownDividers(state.m_dividers));
 }

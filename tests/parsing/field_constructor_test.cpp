@@ -2,6 +2,7 @@
 
 #include "src/parsing/RecordText.h"
 #include "src/parsing/detection/FieldConstructor.h"
+#include "src/parsing/detection/FieldTypeRefinement.h"
 #include "tests/parsing/Layout.h"
 
 using namespace Hesperon::specifics;
@@ -10,20 +11,29 @@ namespace {
 
 using Lines = std::vector<string_t>;
 
-// Builds the columns of a file in memory, as the detection of a layout begins.
+// Builds and refines the columns of a file in memory, as the detection of a layout begins.
 class FieldConstructor : public testing::Test
 {
 protected:
-    HRESULT Build(Lines lines, int nFlag = 0)
+    HRESULT Build(Lines lines, FirstColumn firstColumn = FirstColumn::MayBeSymbol)
     {
         m_file = MemoryFile::Of(std::move(lines));
         m_state.m_pDataParser = m_file.get();
-        return Build(m_file->m_lines.at(0), nFlag);
+        return Build(m_file->m_lines.at(0), firstColumn);
     }
-    HRESULT Build(const string_t& sRecord, int nFlag, bool bRebuild = true)
+    HRESULT Build(const string_t& sRecord, FirstColumn firstColumn = FirstColumn::MayBeSymbol,
+                  HeaderSearch header = HeaderSearch::Anew)
     {
-        m_state.FindDivider(sRecord);
-        return CFieldConstructor(m_state).ProcessRecord(NormalisedRecord(sRecord), bRebuild, nFlag);
+        FindDivider(sRecord);
+        const HRESULT hr =
+            CFieldConstructor(m_state, m_report).ProcessRecord(NormalisedRecord(sRecord), header);
+        if (SUCCEEDED(hr))
+            RefineFieldTypes(m_state, firstColumn, m_report);
+        return hr;
+    }
+    void FindDivider(const string_t& sRecord)
+    {
+        CFieldConstructor(m_state, m_report).FindDivider(sRecord);
     }
     std::string Columns() const { return ShownColumns(m_state.m_fields); }
     std::string ColumnsOf(Lines lines, LONG nResolution = ResolutionNone)
@@ -36,6 +46,7 @@ protected:
 
     com_ptr<MemoryFile> m_file;
     ParserState m_state;
+    DetectionReport m_report;
 };
 
 using HeaderColumns = FieldConstructor;
@@ -117,9 +128,9 @@ TEST_F(DataColumns, AheadOfTheDateBecomeTheSymbolUnlessThatIsForbidden)
 {
     const Lines lines = {OLESTR("ES,01/02/2003,1.5")};
     m_state.m_nResolution = ResolutionMinutes;
-    EXPECT_EQ(S_OK, Build(lines, 0));
+    EXPECT_EQ(S_OK, Build(lines));
     EXPECT_EQ("Symbol, Date *m/*d/*y, Open", Columns());
-    EXPECT_EQ(S_OK, Build(lines, 1));
+    EXPECT_EQ(S_OK, Build(lines, FirstColumn::IsNoSymbol));
     EXPECT_EQ("-, Date *m/*d/*y, Open", Columns());
 }
 
@@ -144,7 +155,7 @@ TEST_F(DataColumns, ComeFromTheGivenRecordWhileHeadersAreLookedFor)
     m_file = MemoryFile::Of({OLESTR("01/02/2003,09:30")});
     m_file->m_nHeaderOffset = 3;
     m_state.m_pDataParser = m_file.get();
-    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003,1.5"), 0));
+    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003,1.5")));
     EXPECT_EQ("Date *m/*d/*y, Open", Columns());
     EXPECT_EQ(0u, m_file->m_nHeaderOffset);
 }
@@ -155,8 +166,8 @@ TEST_F(DataColumns, ComeFromTheFirstPositionOnceLinesAreSkippedByHand)
     m_file->m_nHeaderOffset = 1;
     m_state.m_pDataParser = m_file.get();
     m_state.m_bAutoHeader = false;
-    m_state.FindDivider(OLESTR("a,b"));
-    EXPECT_EQ(S_OK, Build(OLESTR("not,this"), 0));
+    FindDivider(OLESTR("a,b"));
+    EXPECT_EQ(S_OK, Build(OLESTR("not,this")));
     EXPECT_EQ("Date *m/*d/*y, Open", Columns());
     EXPECT_EQ(1u, m_file->m_nHeaderOffset);
 }
@@ -166,10 +177,10 @@ TEST_F(DataColumns, HandOnWhatTheDataParserFailsWith)
     m_file = MemoryFile::Of({OLESTR("01/02/2003,1.5")});
     m_state.m_pDataParser = m_file.get();
     m_file->m_bBadOffset = true;
-    EXPECT_EQ(E_ACCESSDENIED, Build(OLESTR("01/02/2003,1.5"), 0));
+    EXPECT_EQ(E_ACCESSDENIED, Build(OLESTR("01/02/2003,1.5")));
     m_state.m_bAutoHeader = false;
     m_file->m_badLines = {0};
-    EXPECT_EQ(E_FAIL, Build(OLESTR("01/02/2003,1.5"), 0));
+    EXPECT_EQ(E_FAIL, Build(OLESTR("01/02/2003,1.5")));
     EXPECT_TRUE(m_state.m_fields.empty());
 }
 
@@ -198,7 +209,7 @@ TEST_F(TestsAgainstTheFile, EndWithTheResultSoFarWhereTheFileEnds)
     // The last record isn't asked for in a file of fewer than ten.
     EXPECT_EQ("Date *m/*d/*y", ColumnsOf(Repeated(OLESTR("01/02/2003"), 9)));
     m_file->m_nReads = 0;
-    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003"), 0));
+    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003")));
     EXPECT_EQ(9u + 1u, m_file->m_nReads); // and one read ahead of the refinement
 }
 
@@ -208,7 +219,7 @@ TEST_F(TestsAgainstTheFile, EndWithTheResultSoFarAtAReadThatFails)
     m_file = MemoryFile::Of(lines);
     m_file->m_badLines = {3};
     m_state.m_pDataParser = m_file.get();
-    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003"), 0));
+    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003")));
     EXPECT_EQ("Date *m/*d/*y", Columns());
 }
 
@@ -321,8 +332,8 @@ TEST_F(HeaderColumns, KeepTheLinesThatWereSkippedByHand)
     m_file->m_nHeaderOffset = 1;
     m_state.m_pDataParser = m_file.get();
     m_state.m_bAutoHeader = false;
-    m_state.FindDivider(OLESTR("a,b"));
-    EXPECT_EQ(S_OK, Build(OLESTR("any"), 0));
+    FindDivider(OLESTR("a,b"));
+    EXPECT_EQ(S_OK, Build(OLESTR("any")));
     EXPECT_EQ(1u, m_file->m_nHeaderOffset);
     EXPECT_EQ("Date,Open", Shown(m_state.m_strHeader));
 }
@@ -357,7 +368,7 @@ TEST_F(HeaderColumns, StandWhenTheColumnsAreBuiltAgain)
 {
     ColumnsOf({OLESTR("Date,Open"), OLESTR("01/02/2003,1.5")});
     m_state.m_nResolution = ResolutionTick;
-    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003,1.5"), 0, false));
+    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003,1.5"), FirstColumn::MayBeSymbol, HeaderSearch::Keep));
     EXPECT_EQ("Date,Open", Shown(m_state.m_strHeader));
     EXPECT_EQ("Date *m/*d/*y, Price", Columns());
 }
@@ -365,7 +376,7 @@ TEST_F(HeaderColumns, StandWhenTheColumnsAreBuiltAgain)
 TEST_F(HeaderColumns, AreForgottenWithTheirHeader)
 {
     ColumnsOf({OLESTR("Date,Close"), OLESTR("01/02/2003,1.5")});
-    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003,1.5"), 0));
+    EXPECT_EQ(S_OK, Build(OLESTR("01/02/2003,1.5")));
     EXPECT_FALSE(m_state.m_bHasHeader);
     EXPECT_EQ("", Shown(m_state.m_strHeader));
     EXPECT_EQ("Date *m/*d/*y, Open", Columns());

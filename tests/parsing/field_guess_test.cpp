@@ -57,24 +57,24 @@ TEST(HeaderWords, NameTheirTypes)
     };
     for (const Row& row : kRows) {
         SCOPED_TRACE(Shown(row.sCell));
-        EXPECT_EQ(row.uiType, GetTypeFromField(row.sCell, {}));
+        EXPECT_EQ(row.uiType, GetTypeFromField(row.sCell, {}).uiType);
     }
 }
 
 TEST(HeaderWords, TotalVolumeMeansVolume)
 {
-    EXPECT_EQ(TypeVolume, GetTypeFromField(OLESTR("Total Volume"), {}));
-    EXPECT_EQ(TypeVolume, GetTypeFromField(OLESTR("Total-Volume"), {}));
+    EXPECT_EQ(TypeVolume, GetTypeFromField(OLESTR("Total Volume"), {}).uiType);
+    EXPECT_EQ(TypeVolume, GetTypeFromField(OLESTR("Total-Volume"), {}).uiType);
     // The exception is for the exact letters.
-    EXPECT_EQ(TypeTotalVolume, GetTypeFromField(OLESTR("total volume"), {}));
+    EXPECT_EQ(TypeTotalVolume, GetTypeFromField(OLESTR("total volume"), {}).uiType);
 }
 
 TEST(HeaderWords, ThatFitNothingReadAsDate)
 {
     for (string_view_t sCell : {OLESTR("zzz"), OLESTR("Q"), OLESTR("\u0144")}) {
         SCOPED_TRACE(Shown(sCell));
-        EXPECT_EQ(TypeDate, GetTypeFromField(sCell, {}));
-        EXPECT_EQ(kNoType, GetTypeFromField(sCell, Types({TypeDate})));
+        EXPECT_EQ(TypeDate, GetTypeFromField(sCell, {}).uiType);
+        EXPECT_EQ(kNoType, GetTypeFromField(sCell, Types({TypeDate})).uiType);
     }
 }
 
@@ -82,7 +82,7 @@ TEST(HeaderWords, WithoutLettersHaveNoType)
 {
     for (string_view_t sCell : {OLESTR(""), OLESTR("1"), OLESTR("2003-12"), OLESTR("\u0131")}) {
         SCOPED_TRACE(Shown(sCell));
-        EXPECT_EQ(kNoType, GetTypeFromField(sCell, {}));
+        EXPECT_EQ(kNoType, GetTypeFromField(sCell, {}).uiType);
     }
 }
 
@@ -105,17 +105,17 @@ TEST(HeaderWords, GoOnToTheNextBestTypeWhenOnesWereTried)
     };
     for (const Row& row : kRows) {
         SCOPED_TRACE(Shown(row.sCell) + testing::PrintToString(row.tried.size()));
-        EXPECT_EQ(row.uiType, GetTypeFromField(row.sCell, Types(row.tried)));
+        EXPECT_EQ(row.uiType, GetTypeFromField(row.sCell, Types(row.tried)).uiType);
     }
-    EXPECT_EQ(kNoType, GetTypeFromField(OLESTR("Date"), TypeSet().set()));
+    EXPECT_EQ(kNoType, GetTypeFromField(OLESTR("Date"), TypeSet().set()).uiType);
 }
 
 TEST(HeaderWords, OfUnlikelyLengthAreReportedAndHaveNoType)
 {
     ReportLog reports;
-    EXPECT_EQ(TypeDate, GetTypeFromField(string_t(259, 'D'), {}));
+    EXPECT_EQ(TypeDate, GetTypeFromField(string_t(259, 'D'), {}).uiType);
     EXPECT_TRUE(reports.Texts().empty());
-    EXPECT_EQ(kNoType, GetTypeFromField(string_t(260, 'D'), {}));
+    EXPECT_EQ(kNoType, GetTypeFromField(string_t(260, 'D'), {}).uiType);
     EXPECT_THAT(reports.Texts(), testing::ElementsAre("[WARNING] FieldLength 260 > MAX_PATH"));
 }
 

@@ -31,9 +31,9 @@ protected:
         m_state.m_fields = ColumnsOf(types);
         m_state.m_nResolution = nResolution;
     }
-    std::string Refined(int nFlag = 0)
+    std::string Refined(FirstColumn firstColumn = FirstColumn::MayBeSymbol)
     {
-        RefineFieldTypes(m_state, nFlag);
+        RefineFieldTypes(m_state, firstColumn, m_report);
         std::string s;
         for (const CDataField& field : m_state.m_fields) {
             const unsigned uiType = field.GetType();
@@ -51,6 +51,7 @@ protected:
 
     com_ptr<MemoryFile> m_file;
     ParserState m_state;
+    DetectionReport m_report;
 };
 
 using SymbolRule = Refinement;
@@ -85,30 +86,32 @@ TEST_F(SymbolRule, TakesAColumnAheadOfTheDate)
     struct SymbolRow
     {
         std::initializer_list<unsigned> types;
-        int nFlag;
+        FirstColumn firstColumn;
         bool bHasHeader;
         const char* szRefined;
     };
+    constexpr auto kMayBe = FirstColumn::MayBeSymbol, kIsNone = FirstColumn::IsNoSymbol;
     const SymbolRow kRows[] = {
-        {{kNone, kDate}, 0, false, "Symbol, Date"},
-        {{kOpen, kDate}, 0, false, "Symbol, Date"},
-        {{kTime, kDate}, 0, false, "Symbol, Date"},
-        {{kOpen, kDate}, 0, true, "Symbol, Date"},
-        {{kOpen, kDate}, 1, false, "Open, Date"},
-        {{TypeSymbol, kDate}, 0, false, "Symbol, Date"},
-        {{TypeSymbol, kDate}, 1, false, "-, Date"},
-        {{TypeSymbol, kOpen}, 0, false, "-, Open"},
-        {{kOpen, TypeSymbol, kDate}, 0, false, "Symbol, -, Date"},
-        {{kDate, TypeSymbol}, 0, false, "Date, Symbol"},
-        {{kDate, kOpen}, 0, false, "Date, Open"},
-        {{kOpen, kHigh}, 0, false, "Open, High"},
-        {{}, 0, false, ""},
+        {{kNone, kDate}, kMayBe, false, "Symbol, Date"},
+        {{kOpen, kDate}, kMayBe, false, "Symbol, Date"},
+        {{kTime, kDate}, kMayBe, false, "Symbol, Date"},
+        {{kOpen, kDate}, kMayBe, true, "Symbol, Date"},
+        {{kOpen, kDate}, kIsNone, false, "Open, Date"},
+        {{TypeSymbol, kDate}, kMayBe, false, "Symbol, Date"},
+        {{TypeSymbol, kDate}, kIsNone, false, "-, Date"},
+        {{TypeSymbol, kOpen}, kMayBe, false, "-, Open"},
+        {{kOpen, TypeSymbol, kDate}, kMayBe, false, "Symbol, -, Date"},
+        {{kDate, TypeSymbol}, kMayBe, false, "Date, Symbol"},
+        {{kDate, kOpen}, kMayBe, false, "Date, Open"},
+        {{kOpen, kHigh}, kMayBe, false, "Open, High"},
+        {{}, kMayBe, false, ""},
     };
     for (const SymbolRow& row : kRows) {
-        SCOPED_TRACE(std::string(row.szRefined) + ", flag " + std::to_string(row.nFlag));
+        SCOPED_TRACE(std::string(row.szRefined) +
+                     (row.firstColumn == kIsNone ? ", no symbol" : ""));
         Prepare(row.types, {OLESTR("1,2,3")}, ResolutionMinutes);
         m_state.m_bHasHeader = row.bHasHeader;
-        EXPECT_EQ(row.szRefined, Refined(row.nFlag));
+        EXPECT_EQ(row.szRefined, Refined(row.firstColumn));
     }
 }
 

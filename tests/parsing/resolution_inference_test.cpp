@@ -4,7 +4,7 @@
 
 #include "src/parsing/ColumnParsing.h"
 #include "src/parsing/RecordText.h"
-#include "src/parsing/detection/ResolutionInference.h"
+#include "src/parsing/detection/StepSampling.h"
 #include "tests/parsing/Layout.h"
 #include "tests/parsing/QuoteLines.h"
 

@@ -1,3 +1,12 @@
+// A header's word is compared with each type's name, letter by letter, whatever the order of
+// the letters: the score is the number of letters that both have, over the length of the
+// longer one. The first of the highest scores wins, but Date takes over from Symbol always,
+// so that a word that is like nothing reads as a Date, which the data then refutes.
+//
+// A field's text is held against the types from the lowest id upward, and against the
+// templates of a type in the order of its list; the first that takes it wins. Numbers have
+// no templates to walk: their text decides.
+
 #include "src/parsing/detection/FieldGuess.h"
 
 #include <algorithm>
@@ -30,6 +39,22 @@ double Score(unsigned uiType, string_view_t sLetters)
     const string_view_t sName = TypeName(uiType);
     return static_cast<double>(FindMatchCount(sName, sLetters)) /
            static_cast<double>(std::max(sName.size(), sLetters.size()));
+}
+
+WordGuess MostAlike(string_view_t sLetters, const TypeSet& tried)
+{
+    WordGuess best;
+    for (unsigned uiType = 0; uiType < TYPES_COUNT; ++uiType) {
+        // Volume is meant where a header says Total Volume.
+        if (best.uiType == TypeVolume && sLetters == OLESTR("TotalVolume"))
+            break;
+        if (tried[uiType])
+            continue;
+        const double fScore = Score(uiType, sLetters);
+        if (fScore > best.fScore || uiType == TypeDate)
+            best = {uiType, fScore};
+    }
+    return best;
 }
 
 string_view_t WithoutSign(string_view_t sField)
@@ -92,33 +117,16 @@ TemplateGuess NumberGuess(unsigned uiType, bool bTakes, const std::set<int>& exc
 
 } // namespace
 
-unsigned GetTypeFromField(string_view_t sCell, const TypeSet& tried)
+WordGuess GetTypeFromField(string_view_t sCell, const TypeSet& tried)
 {
     if (tried.all())
-        return kNoType;
+        return {};
     if (sCell.size() >= kMaxCell) {
         FaultmereUtil::Trace(fmt::format("[WARNING] FieldLength {} > MAX_PATH", sCell.size()));
-        return kNoType;
+        return {};
     }
     const string_t sLetters = NameLetters(sCell);
-    if (sLetters.empty())
-        return kNoType;
-
-    double fBest = 0.0;
-    unsigned uiResult = kNoType;
-    for (unsigned uiType = 0; uiType < TYPES_COUNT; ++uiType) {
-        // Volume is meant where a header says Total Volume.
-        if (uiResult == TypeVolume && sLetters == OLESTR("TotalVolume"))
-            break;
-        if (tried[uiType])
-            continue;
-        const double fScore = Score(uiType, sLetters);
-        if (fScore > fBest || uiType == TypeDate) {
-            fBest = fScore;
-            uiResult = uiType;
-        }
-    }
-    return uiResult;
+    return sLetters.empty() ? WordGuess() : MostAlike(sLetters, tried);
 }
 
 TemplateGuess GuessTypeAndTemplate(unsigned uiFrom, string_view_t sField, const TypeTable& types,

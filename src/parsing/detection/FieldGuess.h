@@ -11,10 +11,16 @@ namespace Hesperon::specifics {
 
 using TypeSet = std::bitset<TYPES_COUNT>;
 
+struct WordGuess
+{
+    unsigned uiType = kNoType;
+    double fScore = 0; // share of the letters that agree, 1 for all
+};
+
 // Type whose name shares most letters with the cell's word, of those that weren't
-// tried; kNoType where the cell has no letters or all types were tried. Date takes
+// tried; none where the cell has no letters or all types were tried. Date takes
 // over whatever its score, so it is the answer for words that fit nothing.
-unsigned GetTypeFromField(string_view_t sCell, const TypeSet& tried);
+WordGuess GetTypeFromField(string_view_t sCell, const TypeSet& tried);
 
 struct TemplateGuess
 {

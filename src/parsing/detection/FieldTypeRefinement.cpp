@@ -1,6 +1,10 @@
-// Up to 20 passes. A pass runs the rules in order and ends with the first
-// that changes something; the refinement ends with a pass that changes nothing.
-// Files whose swaps keep undoing each other stop at the limit.
+// The rule for a symbol runs once, also for a file with a header. Then, without a header,
+// up to 20 passes follow. A pass runs the rules in order and ends with the first that
+// changes something; the refinement ends with a pass that changes nothing. Files whose
+// swaps keep undoing each other stop at the limit.
+//
+// A rule looks at ten records, 100 apart, until one of them shows what it looks for; the
+// last three rules look at the record that was sampled last by any rule.
 
 #include "src/parsing/detection/FieldTypeRefinement.h"
 
@@ -22,10 +26,40 @@ constexpr ULONGLONG kSamples = 10;
 constexpr ULONGLONG kSampleDistance = 100;
 constexpr double kAlike = 0.75; // quotient from which two values are of one size
 
+// Notes the columns whose types a rule changes.
+class TypeChanges
+{
+public:
+    TypeChanges(const ParserState& state, DetectionReport& report, RefinementRule rule)
+        : m_state(state), m_report(report), m_rule(rule)
+    {
+        if (report.IsKept())
+            for (const CDataField& field : state.m_fields)
+                m_before.push_back(field.GetType());
+    }
+
+    void Note(ULONGLONG nRecord) const
+    {
+        for (std::size_t i = 0; i < m_before.size(); ++i)
+            if (const unsigned uiType = m_state.m_fields[i].GetType(); uiType != m_before[i])
+                m_report.Add([&, this] {
+                    return ColumnRetyped{m_rule, i, m_before[i], uiType, nRecord};
+                });
+    }
+
+private:
+    const ParserState& m_state;
+    DetectionReport& m_report;
+    const RefinementRule m_rule;
+    std::vector<unsigned> m_before; // empty while there is no report
+};
+
 class Refinement
 {
 public:
-    explicit Refinement(ParserState& state) : m_state(state), m_source(state.m_pDataParser) {}
+    Refinement(ParserState& state, DetectionReport& report)
+        : m_state(state), m_report(report), m_source(state.m_pDataParser)
+    {}
 
     void Run()
     {
@@ -35,22 +69,34 @@ public:
     }
 
 private:
-    using Rule = bool (Refinement::*)(); // true: something changed
+    struct Rule
+    {
+        RefinementRule name;
+        bool (Refinement::*apply)(); // true: something changed
+    };
 
     bool RunPass()
     {
         static constexpr Rule kRules[] = {
-            &Refinement::DropUpAndDownTicks,
-            &Refinement::DropUpAndDownVolumes,
-            &Refinement::FillOpenInterest,
-            &Refinement::OrderVolumeAndOpenInterest,
-            &Refinement::FindVolumeAmongPrices,
-            &Refinement::OrderBar,
-            &Refinement::OrderTotals,
-            &Refinement::OrderTicksAndVolumes,
-            &Refinement::FindSum,
+            {RefinementRule::UpAndDownTicks, &Refinement::DropUpAndDownTicks},
+            {RefinementRule::UpAndDownVolumes, &Refinement::DropUpAndDownVolumes},
+            {RefinementRule::OpenInterest, &Refinement::FillOpenInterest},
+            {RefinementRule::VolumeAndOpenInterest, &Refinement::OrderVolumeAndOpenInterest},
+            {RefinementRule::VolumeAmongPrices, &Refinement::FindVolumeAmongPrices},
+            {RefinementRule::Bar, &Refinement::OrderBar},
+            {RefinementRule::Totals, &Refinement::OrderTotals},
+            {RefinementRule::TicksAndVolumes, &Refinement::OrderTicksAndVolumes},
+            {RefinementRule::Sum, &Refinement::FindSum},
         };
-        return std::ranges::any_of(kRules, [this](Rule rule) { return (this->*rule)(); });
+        return std::ranges::any_of(kRules, [this](const Rule& rule) { return Apply(rule); });
+    }
+
+    bool Apply(const Rule& rule)
+    {
+        const TypeChanges changes(m_state, m_report, rule.name);
+        const bool bChanged = (this->*rule.apply)();
+        changes.Note(m_nSample);
+        return bChanged;
     }
 
     // ---- columns
@@ -72,7 +118,7 @@ private:
 
     // ---- samples
 
-    // Calls visit() on each sampled record until it gives true; gives whether one did.
+    // Calls visit() on each sampled record until it gives true; gives whether it did.
     // A position that isn't there ends the samples.
     template <class Visit>
     bool AnySample(Visit visit)
@@ -83,6 +129,7 @@ private:
             string_t sRecord;
             if (FAILED(m_source.Read(sRecord)))
                 continue;
+            m_nSample = i * kSampleDistance;
             m_sSample = std::move(sRecord);
             ParseColumns(m_state, *m_sSample);
             if (visit())
@@ -114,8 +161,8 @@ private:
     bool DropUpAndDownTicks() { return DropUpAndDown(TypeUpTicks, TypeDownTicks, TypeTotalTicks); }
     bool DropUpAndDownVolumes() { return DropUpAndDown(TypeUpVolume, TypeDownVolume, TypeVolume); }
 
-    // Up and down columns don't survive; where they aren't the parts of the total, the
-    // larger of them is the total.
+    // Up and down columns don't survive. Where one of them is above the total in the first
+    // sample in which they don't add up, that one is the total.
     bool DropUpAndDown(unsigned uiUp, unsigned uiDown, unsigned uiTotal)
     {
         if (!Has(uiUp) && !Has(uiDown))
@@ -314,33 +361,37 @@ private:
     }
 
     ParserState& m_state;
+    DetectionReport& m_report;
     RecordSource m_source;
     unsigned m_nPass = 0;
     std::optional<string_t> m_sSample; // the last record that any rule sampled
+    ULONGLONG m_nSample = kLastRecord; // its position; kLastRecord for none
 };
 
-// A column ahead of the date takes the symbol, whatever it holds.
-void PlaceSymbol(ParserState& state, int flag)
+// The first column is the symbol, whatever it holds, unless it is the date.
+void PlaceSymbol(ParserState& state, FirstColumn firstColumn)
 {
     if (state.m_fields[0].GetType() == TypeDate)
         return;
     if (CDataField* symbol = state.Column(TypeSymbol))
         symbol->SetTypeAndTemplate(kNoType, {});
-    if (state.Column(TypeDate) && flag == 0)
+    if (state.Column(TypeDate) && firstColumn == FirstColumn::MayBeSymbol)
         state.m_fields[0].SetTypeAndTemplate(TypeSymbol, OLESTR("*"));
 }
 
 } // namespace
 
-void RefineFieldTypes(ParserState& state, int flag)
+void RefineFieldTypes(ParserState& state, FirstColumn firstColumn, DetectionReport& report)
 {
     if (state.m_fields.empty())
         return;
-    PlaceSymbol(state, flag);
+    const TypeChanges changes(state, report, RefinementRule::Symbol);
+    PlaceSymbol(state, firstColumn);
+    changes.Note(kLastRecord);
     string_t sRecord;
     if (state.m_bHasHeader || FAILED(RecordSource(state.m_pDataParser).Read(sRecord)))
         return;
-    Refinement(state).Run();
+    Refinement(state, report).Run();
 }
 
 } // namespace Hesperon::specifics

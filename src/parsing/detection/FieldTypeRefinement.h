@@ -5,11 +5,18 @@
 #pragma once
 
 #include "src/parsing/ParserState.h"
+#include "src/parsing/detection/DetectionReport.h"
 
 namespace Hesperon::specifics {
 
-// Works on state.m_fields in place. flag other than 0 forbids taking the first
-// column for a symbol.
-void RefineFieldTypes(ParserState& state, int flag);
+// Whether a first column that isn't the date is taken for the symbol.
+enum class FirstColumn
+{
+    MayBeSymbol,
+    IsNoSymbol,
+};
+
+// Works on state.m_fields in place.
+void RefineFieldTypes(ParserState& state, FirstColumn firstColumn, DetectionReport& report);
 
 } // namespace Hesperon::specifics

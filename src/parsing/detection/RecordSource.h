@@ -16,7 +16,7 @@ public:
     // True only where the position exists.
     bool Seek(ULONGLONG nPosition) { return m_p && m_p->put_Position(nPosition) == S_OK; }
 
-    // The record at the position that Seek went to; empty on failure.
+    // The record at the position that Seek went to, or the last one; empty on failure.
     HRESULT Read(string_t& sRecord)
     {
         return Read(sRecord, &IQRL_TabulexConverter::IDataParser::get_CurrentRecord);
@@ -24,6 +24,12 @@ public:
     HRESULT ReadLast(string_t& sRecord)
     {
         return Read(sRecord, &IQRL_TabulexConverter::IDataParser::get_LastRecord);
+    }
+
+    // As Read, but not normalised; null on failure.
+    HRESULT ReadRaw(Bstr& record)
+    {
+        return m_p ? m_p->get_CurrentRecord(record.put()) : E_UNEXPECTED;
     }
 
 private:

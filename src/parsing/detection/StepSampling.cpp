@@ -1,10 +1,14 @@
-#include "src/parsing/detection/ResolutionInference.h"
+// Up to 100 records are parsed, from the first on. Two steps are measured side by side:
+// days between the dates, in 16 bits, and minutes between the stamps, in 32. The step of a
+// path is the smallest one that occurs, if all are multiples of it, and else 1. A step of
+// 0 makes the path fail, and so does one of more minutes than 16 bits hold, as every step
+// backwards is. Where days are known, minutes aren't.
+
+#include "src/parsing/detection/StepSampling.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "platform/values.h"
-#include "src/parsing/detection/FieldConstructor.h"
 #include "src/parsing/detection/RecordSource.h"
 #include "src/values/CaseFold.h"
 
@@ -15,31 +19,9 @@ constexpr ULONGLONG kSampledRecords = 100;
 constexpr std::uint32_t kHoursPerDay = 24;
 constexpr std::uint32_t kMinutesPerHour = 60;
 constexpr std::uint32_t kMaxMinuteStep = 65535;
-constexpr WORD kWeek = 7;
 
-// Size behind the last bar of the offered name of a resolution; 0 for none.
-LONG HostSize(const ParserState& state, LONG nResolution)
-{
-    const auto offered =
-        std::ranges::find(state.m_resolutionTemplates, nResolution, &ResolutionTemplate::nId);
-    if (offered == state.m_resolutionTemplates.end())
-        return 0;
-    const std::size_t nBar = offered->sName.rfind('|');
-    if (nBar == string_t::npos)
-        return 0;
-    return std::max<LONG>(0, TextToInt32(string_view_t(offered->sName).substr(nBar + 1)));
-}
-
-bool IsOffered(const ParserState& state, LONG nResolution)
-{
-    return std::ranges::any_of(state.m_resolutionTemplates,
-                               [=](auto& offered) { return offered.nId == nResolution; });
-}
-
-// ---- steps ----------------------------------------------------------------------
-
-// The smallest step between consecutive values, and whether all are its multiples. A
-// change of the symbol starts over: the step across it counts as 1 in the minimum.
+// The steps of one path. A change of the symbol counts as a step of 1 in the minimum,
+// whatever the step across it is.
 template <class Number>
 class StepPath
 {
@@ -176,98 +158,11 @@ private:
     StepPath<std::uint32_t> m_minutes;
 };
 
-// ---- inference ------------------------------------------------------------------
-
-class Inference
-{
-public:
-    Inference(ParserState& state, SampleParser& parser, string_view_t sRecord, int flag)
-        : m_state(state), m_parser(parser), m_sRecord(sRecord), m_nFlag(flag)
-    {}
-
-    HRESULT Run()
-    {
-        const HRESULT hr = CFieldConstructor(m_state).ProcessRecord(m_sRecord, true, m_nFlag);
-        if (FAILED(hr) || m_state.Index(TypeDate) == kNoColumn)
-            return hr;
-        m_state.PredefineDatesAndTimes(true);
-        const std::vector<CDataField> firstLook = m_state.m_fields;
-        Steps steps;
-        if (SampleSteps(m_state, m_parser, steps) && FitsSteps(steps))
-            return S_OK;
-        if (Fits(ResolutionTickBars, 0) || Fits(ResolutionTick, 1) || Fits(ResolutionCountBars, 0))
-            return S_OK;
-        m_state.m_nResolution = ResolutionNone;
-        m_state.m_fields = firstLook;
-        return hr;
-    }
-
-private:
-    bool FitsSteps(const Steps& steps)
-    {
-        return (steps.wDay == kWeek && Fits(ResolutionWeeks, 1)) ||
-               (steps.wDay != 0 && Fits(ResolutionDays, 1)) || FitsMinutes(steps.wMinute);
-    }
-
-    bool FitsMinutes(WORD wMinute)
-    {
-        if (wMinute == 0)
-            return false;
-        const LONG nHostSize = HostSize(m_state, ResolutionMinutes);
-        if (nHostSize == 0)
-            return Fits(ResolutionMinutes, wMinute);
-        return wMinute % nHostSize == 0 && Fits(ResolutionMinutes, nHostSize);
-    }
-
-    // Rebuilds the columns with the types that this resolution admits.
-    bool Fits(LONG nResolution, LONG nSize)
-    {
-        if (!IsOffered(m_state, nResolution))
-            return false;
-        m_state.m_nResolution = nResolution;
-        if (FAILED(CFieldConstructor(m_state).ProcessRecord(m_sRecord, false, m_nFlag)) ||
-            !HasRequiredTypes(m_state, RequiredTypes(nResolution)) || HasDuplicates(m_state))
-            return false;
-        m_state.m_nResolutionSize = nSize;
-        return true;
-    }
-
-    ParserState& m_state;
-    SampleParser& m_parser;
-    const string_view_t m_sRecord;
-    const int m_nFlag;
-};
-
 } // namespace
-
-HRESULT FindResolution(ParserState& state, SampleParser& parser, string_view_t sRecord, int flag)
-{
-    state.FindDivider(sRecord);
-    const string_t sNormalised = NormalisedRecord(sRecord);
-    state.m_nResolution = ResolutionNone;
-    state.m_nResolutionSize = 0;
-    return Inference(state, parser, sNormalised, flag).Run();
-}
 
 bool SampleSteps(ParserState& state, SampleParser& parser, Steps& steps)
 {
     return StepSampler(state, parser).Run(steps);
-}
-
-bool HasRequiredTypes(const ParserState& state, std::span<const unsigned> required)
-{
-    return std::ranges::all_of(required,
-                               [&](unsigned uiType) { return state.Index(uiType) != kNoColumn; });
-}
-
-bool HasDuplicates(const ParserState& state)
-{
-    for (std::size_t i = 0; i < state.m_fields.size(); ++i) {
-        const unsigned uiType = state.m_fields[i].GetType();
-        if (uiType != kNoType && state.Index(uiType) != i)
-            return true;
-    }
-    return false;
 }
 
 } // namespace Hesperon::specifics
