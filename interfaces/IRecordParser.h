@@ -16,8 +16,8 @@ struct IRecordParser : IDispatch
 {
     // ---- operations
 
-    // Parses a record into the columns; the first one after Reset is used to find
-    // the layout instead. At most 511 characters are looked at.
+    // Parses a record into the columns. The first one after Reset is not parsed but used
+    // to find the layout. At most 511 characters are looked at.
     virtual HRESULT STDMETHODCALLTYPE Parse(BSTR bsRecord) = 0;
     virtual HRESULT STDMETHODCALLTYPE Clone(IDispatch** newObj) = 0;
     // Forgets the layout.
@@ -30,7 +30,7 @@ struct IRecordParser : IDispatch
     // breaks the order or the resolution, and ResolutionError says how.
     virtual HRESULT STDMETHODCALLTYPE CheckResolution(VARIANT LastDateTime, BSTR* ResolutionError,
                                                       IDispatch* pHost) = 0;
-    // Kept as a slot; S_FALSE.
+    // Does nothing; S_FALSE. Keeps its place in the interface.
     virtual HRESULT STDMETHODCALLTYPE RecalcResolutionSize() = 0;
     // S_OK if no field of the text looks like data.
     virtual HRESULT STDMETHODCALLTYPE IsHeader(BSTR bsRecord) = 0;
@@ -39,8 +39,8 @@ struct IRecordParser : IDispatch
     // The name of an unassigned column, then those of the admitted types:
     // VT_ARRAY|VT_BSTR.
     virtual HRESULT STDMETHODCALLTYPE GetTypeNames(VARIANT* TypeNames) = 0;
-    // Value of a field of the record last parsed. S_FALSE: the field doesn't parse,
-    // and Value is its text.
+    // Value of a field of the record last parsed. S_FALSE: the field doesn't parse, or
+    // its value is of another kind than the column's type asks for, and Value is its text.
     virtual HRESULT STDMETHODCALLTYPE GetFieldValue(VARIANT* Value, ULONG nField) = 0;
     // The resolutions that may be inferred: VT_ARRAY|VT_I4 ids and, in the same
     // order, VT_ARRAY|VT_BSTR names, a name optionally followed by "|size".
@@ -55,8 +55,15 @@ struct IRecordParser : IDispatch
     virtual HRESULT STDMETHODCALLTYPE GetTemplates(VARIANT* Templates, BSTR bsTypeName) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetTemplates(VARIANT Templates, BSTR bsTypeName) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetFieldName(BSTR* bsName, ULONG nIndex) = 0;
+    // Sets the column's type by its name; an unknown or null one unassigns it. Then the
+    // data parser reads its dates again. E_INVALIDARG, and no reading, for a column that
+    // isn't there.
     virtual HRESULT STDMETHODCALLTYPE SetFieldName(ULONG nField, BSTR bsName) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetFieldTemplate(BSTR* bsTemplate, ULONG nField) = 0;
+    // For Date and Time; other columns are left alone, with S_OK. The template is cut at
+    // 511 characters and joins the list of its type. Then the data parser reads its dates
+    // again and, with SmartResolutionEnabled, first infers layout and resolution around
+    // all Date and Time columns as they stand.
     virtual HRESULT STDMETHODCALLTYPE SetFieldTemplate(BSTR bsTemplate, ULONG nField) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetFieldType(ULONG nField, LONG* nType) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetFieldType(ULONG nField, LONG nType) = 0;
@@ -81,10 +88,18 @@ struct IRecordParser : IDispatch
     virtual HRESULT STDMETHODCALLTYPE get_Environment(BSTR* pVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_Environment(BSTR newVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_Resolution(LONG* pVal) = 0;
+    // Builds the columns anew with the types that the resolution admits; dates and times
+    // stay as they are. The value in force changes nothing; one out of range is
+    // E_INVALIDARG. S_FALSE if the first record can't be read or shows no columns: the
+    // resolution is set, and there are no columns then.
     virtual HRESULT STDMETHODCALLTYPE put_Resolution(LONG newVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_ResolutionSize(LONG* pVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE put_ResolutionSize(LONG newVal) = 0;
     virtual HRESULT STDMETHODCALLTYPE get_LinesToSkip(ULONG* pVal) = 0;
+    // Finds the layout anew from the first record after these lines; dates and times stay
+    // as they are, and header lines are no longer looked for. S_FALSE if no columns are
+    // found. E_FAIL if the file has no such record: the number is kept, and so are the
+    // columns.
     virtual HRESULT STDMETHODCALLTYPE put_LinesToSkip(ULONG newVal) = 0;
     // IValueMultiplier objects; E_NOINTERFACE from a get of none.
     virtual HRESULT STDMETHODCALLTYPE get_PriceMultiplier(IDispatch** pVal) = 0;

@@ -201,8 +201,15 @@ TEST_F(Types, SetByNameRefreshTheDates)
     EXPECT_EQ(S_OK, m_file->SetFieldName(3, nullptr));
     EXPECT_EQ("Date *m/*d/*y, Time *h:mm, Open, -", m_file.Columns());
     EXPECT_EQ("ffff", Refreshes());
-    EXPECT_EQ(E_INVALIDARG, SetName(OLESTR("Open"), 4));
     EXPECT_EQ("1.5", m_file.Value(2)); // parsed by the refresh
+}
+
+TEST_F(Types, SetByNameForAColumnThatIsNotThereRefreshNothing)
+{
+    EXPECT_EQ(E_INVALIDARG, SetName(OLESTR("Open"), 4));
+    EXPECT_EQ(E_INVALIDARG, SetName(OLESTR("no name"), 4));
+    EXPECT_EQ("", Refreshes());
+    EXPECT_EQ("Date *m/*d/*y, Time *h:mm, Open, High", m_file.Columns());
 }
 
 TEST(TypeNames, AreThoseThatTheResolutionAdmits)

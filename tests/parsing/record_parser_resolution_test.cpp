@@ -77,6 +77,17 @@ TEST(ChosenResolution, GivesASoftNoWhereTheFileShowsNoColumns)
     EXPECT_EQ(S_FALSE, file->put_Resolution(ResolutionTick));
 }
 
+TEST(ChosenResolution, EmptiesTheColumnsWhereTheFirstRecordCanNotBeRead)
+{
+    ParsedFile file(MinuteLines(Evenly(5, 12), kBar));
+    ASSERT_EQ(S_OK, file.Load());
+    file.File().m_badLines = {0};
+    EXPECT_EQ(S_FALSE, file->put_Resolution(ResolutionMinutes));
+    EXPECT_EQ("", file.Columns());
+    EXPECT_EQ(ResolutionMinutes, file.Resolution());
+    EXPECT_EQ(0, file.Size());
+}
+
 TEST(ChosenResolution, IsOneOfEight)
 {
     ParsedFile file(MinuteLines(Evenly(5, 12), kBar));
@@ -87,7 +98,7 @@ TEST(ChosenResolution, IsOneOfEight)
 
 TEST(ChosenResolution, TakesTheHeaderFromTheFirstPosition)
 {
-    // Header lines are no longer looked for, and the first position is behind the header.
+    // Header lines are no longer looked for, and the first position is after the header.
     ParsedFile file({OLESTR("Date,Close"), OLESTR("01/02/2003,1.5"), OLESTR("01/03/2003,1.5")});
     ASSERT_EQ(S_OK, file.Load());
     EXPECT_EQ("Date *m/*d/*y, Close", file.Columns());
@@ -177,26 +188,28 @@ TEST(ResolutionsColumns, AreRequiredAndUnique)
     struct Row
     {
         LONG nResolution;
-        std::vector<LONG> types; // of the columns behind the date
+        std::vector<LONG> types; // of the columns after the date
         HRESULT hrValid;
         const char* szLacked;
         const char* szDuplicated;
     };
+    constexpr LONG kTime = TypeTime, kOpen = TypeOpen, kHigh = TypeHigh, kLow = TypeLow,
+                   kClose = TypeClose, kPrice = TypePrice, kNone = -1;
     const Row kRows[] = {
-        {ResolutionNone, {3, 4, 5, 6}, S_FALSE, "", ""},
-        {ResolutionSeconds, {-1, -1, -1, -1}, S_OK, "", ""},
-        {ResolutionSeconds, {3, -1, 3, -1}, S_FALSE, "", "Open"},
-        {ResolutionDays, {3, 4, 5, 6}, S_OK, "", ""},
-        {ResolutionDays, {3, 4, -1, 6}, S_FALSE, "Low", ""},
-        {ResolutionDays, {-1, -1, -1, -1}, S_FALSE, "Open, High, Low, Close", ""},
-        {ResolutionDays, {3, 4, 4, 6}, S_FALSE, "Low", "High"},
-        {ResolutionDays, {4, 3, 3, 4}, S_FALSE, "Low, Close", "High"},
-        {ResolutionWeeks, {3, 4, 5, 6}, S_OK, "", ""},
-        {ResolutionMinutes, {3, 4, 5, 6}, S_FALSE, "Time", ""},
-        {ResolutionTickBars, {3, 4, 5, 6}, S_FALSE, "Time", ""},
-        {ResolutionCountBars, {3, 4, 5, 2}, S_FALSE, "Close", ""},
-        {ResolutionTick, {3, 4, 5, 6}, S_FALSE, "Time", ""}, // the close is the price
-        {ResolutionTick, {2, 7, -1, -1}, S_OK, "", ""},
+        {ResolutionNone, {kOpen, kHigh, kLow, kClose}, S_FALSE, "", ""},
+        {ResolutionSeconds, {kNone, kNone, kNone, kNone}, S_OK, "", ""},
+        {ResolutionSeconds, {kOpen, kNone, kOpen, kNone}, S_FALSE, "", "Open"},
+        {ResolutionDays, {kOpen, kHigh, kLow, kClose}, S_OK, "", ""},
+        {ResolutionDays, {kOpen, kHigh, kNone, kClose}, S_FALSE, "Low", ""},
+        {ResolutionDays, {kNone, kNone, kNone, kNone}, S_FALSE, "Open, High, Low, Close", ""},
+        {ResolutionDays, {kOpen, kHigh, kHigh, kClose}, S_FALSE, "Low", "High"},
+        {ResolutionDays, {kHigh, kOpen, kOpen, kHigh}, S_FALSE, "Low, Close", "High"},
+        {ResolutionWeeks, {kOpen, kHigh, kLow, kClose}, S_OK, "", ""},
+        {ResolutionMinutes, {kOpen, kHigh, kLow, kClose}, S_FALSE, "Time", ""},
+        {ResolutionTickBars, {kOpen, kHigh, kLow, kClose}, S_FALSE, "Time", ""},
+        {ResolutionCountBars, {kOpen, kHigh, kLow, kTime}, S_FALSE, "Close", ""},
+        {ResolutionTick, {kOpen, kHigh, kLow, kClose}, S_FALSE, "Time", ""}, // Close becomes Price
+        {ResolutionTick, {kTime, kPrice, kNone, kNone}, S_OK, "", ""},
     };
     for (const Row& row : kRows) {
         SCOPED_TRACE(testing::PrintToString(row.nResolution) + " with " +

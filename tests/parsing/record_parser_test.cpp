@@ -186,6 +186,22 @@ TEST(LinesToSkip, KeepTheDateThatStands)
     EXPECT_EQ("Date *d/*m/*y, Open", file.Columns());
 }
 
+TEST(LinesToSkip, BeyondTheEndOfTheFileFailAndLeaveTheColumns)
+{
+    ParsedFile file(Lines(3, OLESTR("01/02/2003,1.5")));
+    ASSERT_EQ(S_OK, file.Load());
+    for (ULONG nLines : {3u, 1000u}) {
+        SCOPED_TRACE(nLines);
+        EXPECT_EQ(E_FAIL, file->put_LinesToSkip(nLines));
+        EXPECT_EQ("Date *m/*d/*y, Open", file.Columns());
+        ULONG nKept = 0;
+        EXPECT_EQ(S_OK, file->get_LinesToSkip(&nKept));
+        EXPECT_EQ(nLines, nKept);
+    }
+    EXPECT_EQ(S_OK, file->put_LinesToSkip(2));
+    EXPECT_EQ("Date *m/*d/*y, Open", file.Columns());
+}
+
 TEST(LinesToSkip, FixTheDatesAndTimesAsTheyStand)
 {
     struct Row
@@ -228,7 +244,7 @@ TEST(LinesToSkip, NeedADataParser)
 
 // ---- headers -------------------------------------------------------------------------------
 
-TEST(RecordParser, TellsHeadersFromData)
+TEST(RecordParser, DistinguishesHeadersFromData)
 {
     struct Row
     {
