@@ -9,6 +9,7 @@
 #include "platform/values.h"
 #include "src/parsing/DataTypes.h"
 #include "src/parsing/templates/IQDParseImpl.h"
+#include "src/parsing/templates/TextTests.h"
 #include "tests/parsing/PlainTemplate.h"
 
 using namespace Hesperon::specifics;

@@ -7,6 +7,7 @@
 namespace Hesperon::specifics {
 
 using IQRL_TabulexConverter::IDataParser;
+#include "src/parsing/templates/TextTests.h"
 using IQRL_TabulexConverter::IFileHandlerEvents;
 
 bool CRecordParser::EnterBatch()

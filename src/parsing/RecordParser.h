@@ -11,7 +11,6 @@
 #include "interfaces/IValueMultiplier.h"
 #include "module/ComObject.h"
 #include "module/Guarded.h"
-#include "platform/CriticalSection.h"
 #include "src/parsing/IBatchLock.h"
 #include "src/parsing/LinkLock.h"
 #include "src/parsing/ParserState.h"

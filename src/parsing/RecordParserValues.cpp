@@ -5,6 +5,7 @@
 #include "src/parsing/ColumnParsing.h"
 #include "src/parsing/RecordParser.h"
 #include "src/parsing/RecordText.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 

@@ -5,7 +5,7 @@
 
 #include "platform/CodePage.h"
 #include "src/parsing/TextSets.h"
-#include "src/parsing/templates/IQDParseImpl.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 namespace {

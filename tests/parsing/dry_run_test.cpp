@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "src/parsing/DataTypes.h"
+#include "src/parsing/templates/TemplateDryRun.h"
 #include "tests/parsing/FieldText.h"
 
 using namespace Hesperon::specifics;

@@ -6,7 +6,6 @@
 
 #include "platform/CodePage.h"
 #include "src/parsing/RecordText.h"
-#include "src/parsing/templates/IQDParseImpl.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/support/Seed.h"
 

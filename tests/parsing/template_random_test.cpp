@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "src/parsing/DataTypes.h"
+#include "src/parsing/templates/TemplateDryRun.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/parsing/PlainTemplate.h"
 #include "tests/support/Seed.h"

@@ -5,8 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "platform/values.h"
-#include "src/parsing/templates/IQDParseImpl.h"
+#include "src/parsing/templates/MonthNames.h"
 #include "src/parsing/templates/NumberText.h"
+#include "src/parsing/templates/TextTests.h"
 #include "src/values/CaseFold.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/support/ReportLog.h"

@@ -10,6 +10,7 @@
 #include "src/parsing/detection/FieldConstructor.h"
 
 #include "src/parsing/RecordText.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 namespace {

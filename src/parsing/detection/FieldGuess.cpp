@@ -15,6 +15,8 @@
 
 #include "diagnostics/FaultmereClient.h"
 #include "src/parsing/TextSets.h"
+#include "src/parsing/templates/TemplateDryRun.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 namespace {

@@ -17,6 +17,7 @@
 #include "src/parsing/ColumnParsing.h"
 #include "src/parsing/RecordText.h"
 #include "src/parsing/detection/RecordSource.h"
+#include "src/parsing/templates/NumberText.h"
 
 namespace Hesperon::specifics {
 namespace {

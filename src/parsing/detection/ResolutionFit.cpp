@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "src/parsing/templates/NumberText.h"
+
 namespace Hesperon::specifics {
 namespace {
 

@@ -13,6 +13,7 @@
 namespace Hesperon::specifics {
 
 namespace {
+#include "src/parsing/templates/TextTests.h"
 
 constexpr LONGLONG kTicksPerMillisecond = 10'000;
 constexpr LONGLONG kTicksPerDay = 864'000'000'000;

@@ -15,10 +15,10 @@
 #include "src/parsing/templates/MathValue.h"
 #include "src/parsing/templates/TemplateMatcher.h"
 #include "src/parsing/templates/TemplateVariables.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 
-inline constexpr std::size_t kMaxText = 511; // characters of a template, field or record
 using IQRL_TabulexConverter::kNoType;
 
 class CDataField
@@ -108,33 +108,5 @@ private:
     SDay m_lastDay;    // of the last date worked out
     DATE m_lastDate = 0;
 };
-
-// ---- tests of a text ---------------------------------------------------------
-
-// Digits and ".,-+" only; true for the empty text.
-bool IsFloatText(string_view_t sText);
-// Digits and "-+" only; with bAllowFraction also ".,", where nothing but zeros may
-// follow the first '.' (or, without one, the first ',').
-bool IsIntegerText(string_view_t sText, bool bAllowFraction);
-// One of the ten template dividers ":/\.,=|-_ ", by the character's low byte.
-bool IsTemplateDivider(OLECHAR c);
-// Cuts trailing dividers off, and keeps leading ones; a text of dividers stays.
-string_view_t RemoveBoundaryDividers(string_view_t sText);
-// Pairs of equal letters, ignoring case; see the .cpp for the walk. Null-free texts.
-std::size_t FindMatchCount(string_view_t sFirst, string_view_t sSecond);
-// 0 to 11 for a month's short name in English or the user's language, else -1.
-int FindMonthIndex(string_view_t sText);
-
-// Whether the template could take the text, judged by lengths and digits alone;
-// evaluation may still refuse. uiType is 1 (Date) or 2 (Time).
-bool CouldTake(unsigned uiType, string_view_t sTemplate, string_view_t sText);
-
-// ---- numbers, as the platform's runtime reads them ----------------------------
-
-// The longest readable head after leading blanks, else 0; the decimal mark is a point.
-double TextToDouble(string_view_t sText);
-// The same for whole numbers, saturating at the ends of the type.
-LONGLONG TextToInt64(string_view_t sText);
-LONG TextToInt32(string_view_t sText);
 
 } // namespace Hesperon::specifics

@@ -1,11 +1,15 @@
-// Month names are compared by a 32-bit hash of their lower-cased text.
+// A name is found by the 32-bit hash of its lower-cased text, h * 33 + unit for each unit:
+// first among the English short names, then among those of the user's language. Texts with
+// the same hash count as the same name.
+
+#include "src/parsing/templates/MonthNames.h"
 
 #include <algorithm>
 #include <array>
 #include <optional>
 
 #include "platform/values.h"
-#include "src/parsing/templates/IQDParseImpl.h"
+#include "src/parsing/templates/TextTests.h"
 #include "src/values/CaseFold.h"
 
 namespace Hesperon::specifics {

@@ -6,7 +6,7 @@
 
 #include <fast_float/fast_float.h>
 
-#include "src/parsing/templates/IQDParseImpl.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 

@@ -17,6 +17,14 @@ bool ReadIntegerText(string_view_t sText, LONGLONG& value);
 bool ReadDigits(string_view_t sText, LONGLONG& value);
 
 // ---- details -------------------------------------------------------------------
+// ---- any text, as the platform's runtime reads it
+
+// The longest readable head after leading blanks, else 0; the decimal mark is a point.
+double TextToDouble(string_view_t sText);
+// The same for whole numbers, saturating at the ends of the type.
+LONGLONG TextToInt64(string_view_t sText);
+LONG TextToInt32(string_view_t sText);
+
 
 constexpr bool IsDigit(OLECHAR c)
 {

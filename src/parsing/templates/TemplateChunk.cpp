@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "src/parsing/templates/IQDParseImpl.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 

@@ -8,6 +8,7 @@ namespace Hesperon::specifics {
 
 class TemplateCompiler
 {
+#include "src/parsing/templates/TextTests.h"
 public:
     TemplateCompiler(CompiledTemplate& target, const TemplateVariables& vars)
         : m_target(target), m_vars(vars)

@@ -1,5 +1,8 @@
-// CouldTake: detection's quick look ahead of an evaluation. It converts nothing and
-// knows no variables.
+// Template and text are walked chunk by chunk as in an evaluation, but nothing is converted
+// and letters aren't looked up: a sign at the start of each piece is skipped, lengths must
+// fit, and in a date digits must stand where the template wants them.
+
+#include "src/parsing/templates/TemplateDryRun.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <span>
 
-#include "src/parsing/templates/IQDParseImpl.h"
+#include "src/parsing/templates/MonthNames.h"
 #include "src/parsing/templates/NumberText.h"
 #include "src/values/CaseFold.h"
 
@@ -12,6 +12,7 @@ namespace Hesperon::specifics {
 
 namespace {
 
+#include "src/parsing/templates/TextTests.h"
 // Behind a leading '-' the seconds start at 1 and not at 0; one '+' is passed over.
 string_view_t SkipTimeSign(string_view_t sText, tagMATHVALUE& seconds)
 {

@@ -1,11 +1,10 @@
-// The tests of a text that fields and detection share.
+#include "src/parsing/templates/TextTests.h"
 
 #include <algorithm>
 #include <array>
 #include <bitset>
 
 #include "diagnostics/FaultmereClient.h"
-#include "src/parsing/templates/IQDParseImpl.h"
 #include "src/values/CaseFold.h"
 
 namespace Hesperon::specifics {
