@@ -1,3 +1,7 @@
+// Dates become day numbers by table: the day of January 1 of the year, the offset of the
+// month, and the day. Day numbers become dates by the conversion of Fliegel and Van
+// Flandern. Each step has a form that throws and one that gives false.
+
 #include "datetime/CalendarTables.h"
 #include "datetime/RangeFault.h"
 #include "datetime/qrlDateTime.h"
@@ -31,8 +35,8 @@ namespace {
 
 constexpr char kDateToJulian[] = "details::DateToJulianImpl";
 
-// The check of the day's range catches the case before; this one keeps the table
-// of a common year safe should that check ever change.
+// The check of the day's range has caught this case already. This one keeps the table of
+// a common year safe if that check ever changes.
 void CheckLeapDay(const TDate& aDate, bool bLeap)
 {
     if (!bLeap && aDate.Month == 2 && aDate.Day == 29) [[unlikely]]

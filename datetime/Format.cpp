@@ -1,3 +1,7 @@
+// The value is split into all fields that a specifier can name, then the format is walked
+// once. A table gives each specifier its field and the writer for it; the writers differ in
+// what they do when room runs out.
+
 #include <algorithm>
 #include <array>
 
@@ -74,7 +78,7 @@ private:
     std::size_t m_nFirst;
 };
 
-// The buffer while it is filled. m_nRoom leaves a unit for the terminator.
+// The buffer while it is filled. m_nRoom is its size without the terminator.
 class Output
 {
 public:
@@ -96,7 +100,7 @@ public:
         m_nPos += sText.copy(m_pBuffer + m_nPos, nFits);
     }
 
-    // As PutCut, but always leaves a unit of the room free.
+    // As PutCut, but always leaves one unit free.
     void PutPrinted(string_view_t sText) { PutCut(sText.substr(0, m_nRoom - m_nPos - 1)); }
 
     // All of the text or, if there is none or too little room, the end of the buffer.

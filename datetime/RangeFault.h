@@ -1,4 +1,4 @@
-// Range checks whose failure tells function, argument, range and value.
+// Range checks. The text of a failure names function, argument, range and value.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace qrlDateTime::details {
 
-// Joins the pieces as a stream prints them, in no locale's manner.
+// Joins the pieces as a stream prints them in the classic locale.
 template <class... Pieces>
 std::string JoinPieces(const Pieces&... pieces)
 {
@@ -19,8 +19,8 @@ std::string JoinPieces(const Pieces&... pieces)
     return text.str();
 }
 
-// Number is std::int64_t or double. Kept out of the callers, so that a check costs
-// them two comparisons and a call that isn't made.
+// Number is std::int64_t or double. Not inline, so that a check that passes costs its
+// caller two comparisons.
 template <class Number>
 [[noreturn]] void ThrowOutOfRange(const char* szFunction, const char* szArgument, std::int64_t nLow,
                                   std::int64_t nHigh, Number value)

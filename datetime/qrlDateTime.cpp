@@ -1,3 +1,7 @@
+// A date is kept as ticks. A SYSTEMTIME becomes ticks field by field, after all fields have
+// been checked; ticks become a SYSTEMTIME by division. An OLE date is rounded to units of 10
+// microseconds first.
+
 #include "datetime/qrlDateTime.h"
 
 #include "datetime/CalendarTables.h"
@@ -27,7 +31,7 @@ struct FieldRange
     WORD nLow, nHigh;
 };
 
-// In the order in which faults are told.
+// In the order in which the fields are checked.
 constexpr FieldRange kFieldRanges[] = {
     {&SYSTEMTIME::wMilliseconds, "aDate.wMilliseconds", 0, 999},
     {&SYSTEMTIME::wSecond, "aDate.wSecond", 0, 59},

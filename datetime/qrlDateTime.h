@@ -2,12 +2,11 @@
 //
 // Dates are of the proleptic Gregorian calendar, without a time zone. A day number
 // counts whole days from 1899-12-30, so 2 is Monday, 1900-01-01. Valid dates are
-// days 2 to 65380, that is 1900-01-01 to 2078-12-31; day 0, the date part of a
-// value that is only a time, is let through where that is said.
+// days 2 to 65380, that is 1900-01-01 to 2078-12-31. Day 0 is the date part of a value
+// that is only a time; the calls that take it say so.
 //
 // A value out of range throws std::range_error, whose text names the function, the
-// argument, the range and the value. What a failed call was to change then stands
-// as before.
+// argument, the range and the value. A call that throws has changed nothing.
 //
 // Nothing here has state beyond its arguments: all of it may run on any thread. One
 // SDateTime isn't shared between threads.
@@ -67,10 +66,9 @@ struct SDateTime
     // if that is given. Throws outside days 2 to 65380.
     SYSTEMTIME ToSYSTEMTIME(SYSTEMTIME* aOut = nullptr) const;
 
-    // Writes the value as the format tells into szBuffer, with a terminator, and
-    // gives the position of the terminator. Text behind the capacity is cut off
-    // without an error. Throws, whatever the format, on a date that is neither
-    // valid nor day 0.
+    // Writes the value into szBuffer as the format says, with a terminator, and gives
+    // the position of the terminator. Text beyond the capacity is cut off without an
+    // error. A date that is neither valid nor day 0 throws, whatever the format.
     //
     //   %H %M %S  hour, minute, second, two digits   %s  second, no leading zero
     //   %d %m %y  day, month, year modulo 100, two digits   %Y  year, four digits

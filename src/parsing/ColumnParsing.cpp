@@ -1,3 +1,9 @@
+// A record's fields go to the columns in their order, empty ones skipped; a column computes
+// its value when it is asked for. The value of a date or a time is first normalised with
+// the other: whole days of the hour go over to the date, which is how 24:00 becomes 00:00 of
+// the next day. That happens while the column asked has no value yet, and on variables, so
+// doing it again changes nothing.
+
 #include "src/parsing/ColumnParsing.h"
 
 #include <algorithm>
@@ -81,7 +87,7 @@ bool SuitsType(unsigned uiType, VARTYPE vt)
     return !IsVolumeType(uiType) || vt == VT_I8 || vt == VT_R8;
 }
 
-// Adds the bar size to the stamp. Where a part has no date value all stays as it was.
+// Adds the bar size to the stamp. If a part has no value, both stay as they were.
 void MoveToBarEnd(ParserState& state)
 {
     CDataField* parts[] = {state.Column(TypeDate), state.Column(TypeTime)};

@@ -7,8 +7,8 @@
 
 namespace Hesperon::specifics {
 
-// Gives each column its text. Columns beyond the end of the record are left
-// invalid. Bars of minutes are moved to their end where that is asked for.
+// Gives each column its text. Columns beyond the end of the record become invalid. The
+// stamps of minute bars are moved to the bar's end if UseBarsEndTime says so.
 void ParseColumns(ParserState& state, string_view_t sRecord);
 
 // The value of a column. Date and Time are normalised together first, so that an hour
@@ -17,8 +17,8 @@ void ParseColumns(ParserState& state, string_view_t sRecord);
 // when its type changes. What *pValue holds after a failure owns no memory.
 HRESULT ColumnValue(ParserState& state, CDataField& field, VARIANT* pValue);
 
-// Date plus time of the record last parsed; E_INVALIDARG without a Date column,
-// E_FAIL where one of the columns doesn't parse.
+// Date plus time of the record last parsed. E_INVALIDARG without a Date column, E_FAIL if
+// one of the two has no value.
 HRESULT RecordDateTime(ParserState& state, DATE& date);
 
 } // namespace Hesperon::specifics

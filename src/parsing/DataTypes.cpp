@@ -19,7 +19,8 @@ namespace {
 
 // ---- default templates ---------------------------------------------------------
 
-// The order settles what an ambiguous text is: 01/02/03 starts with its year.
+// Detection takes the first that fits, so the order settles what an ambiguous text is:
+// 01/02/03 starts with its year.
 constexpr string_view_t kDateTemplates[] = {
     OLESTR("*y/*m/*d"),  OLESTR("*m/*d/*y"),  OLESTR("yyyymmdd"),  OLESTR("yymmdd"),
     OLESTR("*d.*m.*y"),  OLESTR("*d/*m/*y"),  OLESTR("*dmmyyyy"),  OLESTR("*dmmyy"),
@@ -57,7 +58,7 @@ std::span<const string_view_t> DefaultTemplatesOf(unsigned uiType)
 
 // ---- types by resolution -------------------------------------------------------
 
-using TypeMask = std::uint32_t; // a bit a type
+using TypeMask = std::uint32_t; // one bit per type
 
 template <std::size_t N>
 constexpr TypeMask MaskOf(const FieldType (&types)[N])

@@ -27,14 +27,14 @@ using IQRL_TabulexConverter::kWholeRecord;
 string_view_t TypeName(unsigned uiType);
 // The same in the user's language.
 string_view_t LocalizedTypeName(unsigned uiType);
-// Id of an internal name (exact compare); kNoType for none.
+// Id of an internal name, compared exactly; kNoType for none.
 unsigned FindType(string_view_t sName);
 
-// Whether a resolution admits a type. Both must be in range; a report is made and
-// false given where they aren't.
+// Whether a resolution admits a type. One that is out of range is reported as a fault of
+// the program, and the result is false.
 bool IsValidType(unsigned uiType, LONG nResolution);
-// The types that a resolution can't do without, in the order in which lacks are
-// told; empty for resolutions 0 and 4 and those out of range.
+// The types that a resolution can't do without, in the order in which missing ones are
+// reported; empty for resolutions 0 and 4 and those out of range.
 std::span<const unsigned> RequiredTypes(LONG nResolution);
 
 // The host's name of a resolution without the size that may stand after its last "|".

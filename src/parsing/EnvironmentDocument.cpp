@@ -28,6 +28,7 @@ void Append(string_t& s, std::initializer_list<string_view_t> parts)
         s += sPart;
 }
 
+// Adds each template to the list of the type that was named before it.
 class CTemplateReader final : public CXMLPropertyListImpl
 {
 public:
@@ -59,6 +60,7 @@ private:
     string_view_t m_sType;
 };
 
+// Of the front object's part only the folder is used.
 class CFolderReader final : public CXMLPropertyListImpl
 {
 public:

@@ -33,7 +33,7 @@ bool ReadTemplates(string_view_t sText, TypeTable& types);
 
 string_t WriteEnvironment(string_view_t sFolder, string_view_t sTemplates);
 
-// Leaves the folder alone where the text tells none. False as above.
+// Leaves the folder as it is if the text has none. False as above.
 bool ReadFolder(string_view_t sText, string_t& sFolder);
 
 } // namespace Hesperon::specifics

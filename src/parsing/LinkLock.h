@@ -1,6 +1,7 @@
-// LinkLock: the lock of a record parser, behind that of the data parser that it is linked
-// to. A data parser calls its record parser with its lock held, so operations of a record
-// parser that may call the data parser take both, in this order.
+// LinkLock holds two locks: first that of the data parser that a record parser is linked
+// to, then the record parser's own. A data parser calls its record parser with its lock
+// held, so operations of a record parser that may call the data parser take both in this
+// order.
 #pragma once
 
 #include "interfaces/IDataParser.h"

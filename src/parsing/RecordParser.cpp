@@ -1,15 +1,20 @@
+// Parsing, the state that it goes through, and the links of a record parser. An object does
+// nothing before its first Reset; the first record after a Reset shows the layout, and all
+// later ones are parsed with it.
+
 #include "src/parsing/RecordParser.h"
 
 #include "platform/values.h"
 #include "src/parsing/ColumnParsing.h"
 #include "src/parsing/RecordText.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 
 using IQRL_TabulexConverter::IDataParser;
-#include "src/parsing/templates/TextTests.h"
 using IQRL_TabulexConverter::IFileHandlerEvents;
 
+// Finding the layout needs the data parser's lock first, so no batch may begin with it.
 bool CRecordParser::EnterBatch()
 {
     m_cs.lock();
@@ -50,6 +55,8 @@ HRESULT CRecordParser::ParseSample(string_view_t sRecord)
     return S_OK;
 }
 
+// A copy works on its own from now on, but shares the multipliers, and its link stays that
+// of the source until someone puts another.
 HRESULT CRecordParser::Clone(IDispatch** newObj)
 {
     if (!newObj)
@@ -68,6 +75,7 @@ HRESULT CRecordParser::Clone(IDispatch** newObj)
     });
 }
 
+// Dividers that were found stay in m_dividers, but count as not found.
 HRESULT CRecordParser::Reset()
 {
     return Locked([&] {
@@ -165,6 +173,7 @@ HRESULT CRecordParser::get_LinesToSkip(ULONG* pVal)
     });
 }
 
+// From here on header lines are no longer looked for: the user knows better.
 HRESULT CRecordParser::put_LinesToSkip(ULONG newVal)
 {
     return LockedWithLink([&]() -> HRESULT {

@@ -1,9 +1,8 @@
 // CRecordParser: turns one text record into typed field values, and works the
 // layout of the file out by itself. See interfaces/IRecordParser.h for the contract.
 //
-// Threads: one recursive lock an object guards its state. Operations that may call the
-// data parser take that one's lock first, so that the order of the two is the same
-// whether a call comes in here or comes from the data parser.
+// Threads: each object has one recursive lock, which guards its state. Operations that may
+// call the data parser take the data parser's lock first; see LinkLock.h.
 #pragma once
 
 #include "interfaces/IFileHandlerEvents.h"
@@ -85,7 +84,7 @@ public:
 
     // ---- what detection decided (RecordParser.cpp)
 
-    // Off at first. Each run of the detection then leaves its notes.
+    // Off at first. While it is on, each run of the detection replaces the notes.
     void KeepDetectionReport(bool bKeep);
     std::vector<DetectionNote> GetDetectionNotes();
 
@@ -93,7 +92,7 @@ public:
     bool STDMETHODCALLTYPE EnterBatch() override;
     void STDMETHODCALLTYPE LeaveBatch() override { m_cs.unlock(); }
 
-    // ---- links (RecordParser.cpp)
+    // ---- links; a data parser and an event handler aren't counted (RecordParser.cpp)
     HRESULT STDMETHODCALLTYPE get_DataParser(IDispatch** pVal) override;
     HRESULT STDMETHODCALLTYPE put_DataParser(IDispatch* newVal) override;
     HRESULT STDMETHODCALLTYPE get_EventHandler(IDispatch** pVal) override;
@@ -102,7 +101,7 @@ public:
     HRESULT STDMETHODCALLTYPE put_LinesToSkip(ULONG newVal) override;
 
 private:
-    // Runs a body under the lock; what it throws becomes a result code.
+    // Runs a body under the lock; an exception becomes a result code.
     template <class Body>
     HRESULT Locked(Body body) noexcept
     {
@@ -122,7 +121,7 @@ private:
         });
     }
 
-    // The column's body under the lock, or hrBadIndex where there is no such column.
+    // Runs a body on a column under the lock; hrBadIndex if there is no such column.
     template <class Body>
     HRESULT WithColumn(ULONG nField, HRESULT hrBadIndex, Body body) noexcept
     {
@@ -140,7 +139,7 @@ private:
     HRESULT Detect(DetectionCause cause, string_view_t sRecord = {});
     HRESULT ValueOf(std::size_t nField, VARIANT* pValue);
 
-    CriticalSection m_cs; // guards all below
+    CriticalSection m_cs; // guards all members below
     ParserState m_state;
     DetectionReport m_report;
     IQRL_TabulexConverter::IFileHandlerEvents* m_pEventHandler = nullptr; // not counted

@@ -79,6 +79,8 @@ HRESULT CRecordParser::GetFieldTemplate(BSTR* bsTemplate, ULONG nField)
     });
 }
 
+// A template that a person chose is the base for what detection finds next, and so are the
+// other dates and times: all are fixed as they stand.
 HRESULT CRecordParser::SetFieldTemplate(BSTR bsTemplate, ULONG nField)
 {
     const auto change = [&](CDataField& field) -> HRESULT {
@@ -112,6 +114,7 @@ HRESULT CRecordParser::GetFieldType(ULONG nField, LONG* nType)
     });
 }
 
+// The value of the record last parsed stays in the column until the next one.
 HRESULT CRecordParser::SetFieldType(ULONG nField, LONG nType)
 {
     if (nType < -1)
@@ -151,6 +154,7 @@ HRESULT CRecordParser::get_FieldDividers(LONG* pVal)
     });
 }
 
+// The dividers that a person chose count as found, so the next detection keeps them.
 HRESULT CRecordParser::put_FieldDividers(LONG newVal)
 {
     return LockedWithLink([&] {

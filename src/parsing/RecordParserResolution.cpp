@@ -1,5 +1,6 @@
-// The resolution of a record parser: finding it, choosing it, holding records
-// against it.
+// The resolution of a record parser: finding it, choosing it, and checking that a record
+// follows the one before it as the resolution asks. The time between the two, rounded to
+// half a second, is counted in whole units of the resolution, and must be one step at least.
 
 #include <cmath>
 
@@ -20,7 +21,7 @@ namespace {
 constexpr double kHalfSecond = 5.787037037037037e-6; // in days
 constexpr double kMinWeek = 7;
 
-// Units a day of the step that a resolution demands; 0 where it demands none.
+// Units per day of the step that a resolution demands; 0 if it demands none.
 constexpr double kUnitsPerDay[RESOLUTIONS_COUNT] = {0, 0, 0, 0, 86400, 1440, 1, 1};
 
 // Whole units in a span of days, to the nearest half second.
@@ -174,6 +175,7 @@ HRESULT CRecordParser::get_Resolution(LONG* pVal)
     });
 }
 
+// The columns come from the file again, so a record that was parsed before is gone.
 HRESULT CRecordParser::put_Resolution(LONG newVal)
 {
     return LockedWithLink([&]() -> HRESULT {
@@ -245,6 +247,7 @@ HRESULT CRecordParser::get_UseBarsEndTime(VARIANT_BOOL* pVal)
     });
 }
 
+// The stamps of minute bars change, and with them the first and the last date.
 HRESULT CRecordParser::put_UseBarsEndTime(VARIANT_BOOL newVal)
 {
     return LockedWithLink([&] {

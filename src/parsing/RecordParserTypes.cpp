@@ -102,6 +102,7 @@ HRESULT CRecordParser::GetTemplateItem(BSTR bsTypeName, LONG nIndex, BSTR* bsNam
     });
 }
 
+// A column that uses the template keeps it.
 HRESULT CRecordParser::RemoveTemplate(ULONG nField, BSTR Template)
 {
     return WithColumn(nField, E_INVALIDARG, [&](const CDataField& field) {
@@ -122,6 +123,7 @@ HRESULT CRecordParser::get_Environment(BSTR* pVal)
     });
 }
 
+// Lists aren't emptied first: what is read is added to them.
 HRESULT CRecordParser::put_Environment(BSTR newVal)
 {
     return Locked([&] { return ReadTemplates(TextOf(newVal), m_state.m_types) ? S_OK : S_FALSE; });

@@ -19,6 +19,7 @@ void Apply(const com_ptr<IValueMultiplier>& multiplier, VARIANT* value)
         multiplier->ApplyTransform(value);
 }
 
+// A number with a fraction is a fault of its own in a volume: its text would do elsewhere.
 string_t FaultText(const CDataField& field, string_view_t sText)
 {
     if (IsVolumeType(field.GetType()) && IsFloatText(sText))
@@ -60,6 +61,7 @@ HRESULT CRecordParser::GetFieldValue(VARIANT* Value, ULONG nField)
     return WithColumn(nField, E_FAIL, [&](CDataField&) { return ValueOf(nField, Value); });
 }
 
+// A symbol is its text. Any other column that has no value gives its text with S_FALSE.
 HRESULT CRecordParser::ValueOf(std::size_t nField, VARIANT* pValue)
 {
     CDataField& field = m_state.m_fields[nField];
@@ -77,7 +79,7 @@ HRESULT CRecordParser::ValueOf(std::size_t nField, VARIANT* pValue)
 
 HRESULT CRecordParser::SampleValue(std::size_t nColumn, VARIANT* pValue)
 {
-    // A sample can be the first record of all, which then builds the columns anew.
+    // A sample may be the first record after a reset, which builds the columns anew.
     return nColumn < m_state.m_fields.size() ? ValueOf(nColumn, pValue) : E_FAIL;
 }
 

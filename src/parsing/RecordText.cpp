@@ -1,3 +1,7 @@
+// A record is normalised in place: first runs of blanks and tabs collapse, then quotes and
+// brackets go, so blanks that stood on both sides of a quote stay two. Both tests look at
+// the low byte of a character only. Then the record is walked from divider to divider.
+
 #include "src/parsing/RecordText.h"
 
 #include <algorithm>
@@ -12,7 +16,7 @@ namespace {
 
 constexpr std::size_t kTextRecordLimit = 259; // bytes
 
-// Membership by low byte. The terminator counts as a member of every set.
+// Tests the low byte of a character. The terminator 0 is a member of every set.
 class LowByteSet
 {
 public:

@@ -1,8 +1,8 @@
 // The text of a record: normalising, and splitting into fields.
 //
-// Fields are counted in two ways. Parsing passes over empty fields, so in "a,,b"
-// the b is field 1; the index reader counts them, and there b is field 2. Blanks
-// and tabs at both ends of a field are cut first.
+// Fields are counted in two ways. Parsing skips empty fields, so in "a,,b" the b is
+// field 1; FieldAt counts them, and there b is field 2. Blanks and tabs at both ends of a
+// field are cut first.
 #pragma once
 
 #include <optional>
@@ -26,7 +26,7 @@ public:
         : m_sRest(sRecord), m_dividers(dividers)
     {}
 
-    // To the next field, also an empty one; false behind the last. An empty record
+    // To the next field, which may be empty; false after the last one. An empty record
     // has one empty field.
     bool Next();
     // To the next field that isn't empty.
@@ -40,18 +40,18 @@ private:
     bool m_bEnd = false;
 };
 
-// The index reader: field nIndex with empty ones counted; nothing if there are fewer.
+// Field nIndex with empty ones counted; nothing if there are fewer.
 std::optional<string_view_t> FieldAt(string_view_t sRecord, const DividerSet& dividers,
                                      std::size_t nIndex);
-// Field nIndex with empty ones passed over.
+// Field nIndex with empty ones skipped; nothing if there are fewer.
 std::optional<string_view_t> FilledFieldAt(string_view_t sRecord, const DividerSet& dividers,
                                            std::size_t nIndex);
 
 // Whether no field looks like data: like a number, or like a date or time.
 bool IsHeaderRecord(string_view_t sRecord, const DividerSet& dividers);
 
-// Whether the record, in the ANSI code page, is a line of text short enough to be
-// one of quotes: not empty, below 259 bytes, no control bytes but tab, CR and LF.
+// Whether the record can be a line of quotes: in the ANSI code page it isn't empty, is
+// shorter than 259 bytes, and has no control bytes but tab, CR and LF.
 bool IsTextRecord(string_view_t sRecord);
 
 } // namespace Hesperon::specifics

@@ -1,5 +1,5 @@
-// Comparing text without regard to case, one unit at a time and without allocation
-// for ASCII. Thread-safe.
+// Comparing text without regard to case, one unit at a time. Allocates nothing for ASCII.
+// Thread-safe.
 #pragma once
 
 #include "platform/component.h"

@@ -1,3 +1,8 @@
+// The text is read from left to right, tag by tag: white space, then either a run of text up
+// to the next '<', or a tag. A tag's name ends at white space or '>', and decides what
+// follows: a comment is skipped to its "-->", attributes are read and dropped, and the
+// content of script and style is skipped to the end tag of the same kind.
+
 #include "src/values/XHMTLBaseImpl.h"
 
 #include "src/values/CaseFold.h"
@@ -64,7 +69,7 @@ bool CXHMTLBaseImpl::ScanElement()
     STag tag;
     if (!ScanTag(tag))
         return false;
-    Tell(tag);
+    Report(tag);
     if (!StepOverTagEnd())
         return false;
     const bool bRaw = tag.eClass == TagClass::Script || tag.eClass == TagClass::Style;
@@ -156,13 +161,13 @@ bool CXHMTLBaseImpl::SkipRawContent(TagClass eClass)
             continue;
         if (!SkipAttributes(tag))
             return false;
-        Tell(tag);
+        Report(tag);
         return StepOverTagEnd();
     }
     return false;
 }
 
-void CXHMTLBaseImpl::Tell(const STag& tag)
+void CXHMTLBaseImpl::Report(const STag& tag)
 {
     if (tag.eClass == TagClass::Comment)
         return;
@@ -200,7 +205,8 @@ void CXHMTLBaseImpl::SkipSpace()
         ++m_nPos;
 }
 
-// To the first place of the text at or behind nFrom; stays where it is for none.
+// To the first place of sWhat at or after nFrom. False, and the position stays, if there
+// is none.
 bool CXHMTLBaseImpl::SkipTo(string_view_t sWhat, std::size_t nFrom)
 {
     const std::size_t nFound = m_sText.find(sWhat, nFrom);

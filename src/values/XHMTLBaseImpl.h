@@ -1,13 +1,12 @@
 // CXHMTLBaseImpl: a tolerant scanner of documents made of tags and text.
 //
 // It calls the derived class for each start tag, end tag and run of text, in the order
-// in which they stand. Tags needn't match, attributes are read and dropped, comments
-// and processing instructions pass unheard, and so does what stands in a script or
-// style element. A '/' within a tag ends it: the character behind it is stepped over
-// unseen. Entities aren't known.
+// in which they stand. Tags needn't match. Attributes, comments, processing instructions
+// and the content of script and style elements are skipped. A '/' within a tag ends it,
+// and the character after it is skipped unseen. Entities aren't known.
 //
-// The names and texts that are told are parts of the scanned text, without the double
-// quotes at both ends. Not synchronised.
+// Names and texts are parts of the scanned text, without the double quotes at both ends.
+// Not synchronised.
 #pragma once
 
 #include "platform/component.h"
@@ -17,9 +16,9 @@ namespace Hesperon::specifics {
 class CXHMTLBaseImpl
 {
 public:
-    // Reads up to the end of the text or its first zero. False where that ends within a
-    // tag, a comment or a raw element, or behind text that no tag follows; what stood
-    // before has been told by then.
+    // Reads up to the end of the text or its first zero. False if that end is inside a
+    // tag, a comment, or the content of script or style, or if no tag follows the last
+    // run of text. What stands before has been reported by then.
     bool Scan(string_view_t sText);
 
 protected:
@@ -29,9 +28,9 @@ protected:
     ~CXHMTLBaseImpl() = default;
 
     virtual void OnStartElement(string_view_t sName) = 0;
-    // Comes at once behind the start of an element that closes itself.
+    // Called at once after the start of an element that closes itself.
     virtual void OnEndElement(string_view_t sName) = 0;
-    // Without the white space ahead of the text.
+    // Without the white space in front of the text.
     virtual void OnCharacters(string_view_t sText) = 0;
 
 private:
@@ -62,7 +61,7 @@ private:
     bool SkipAttributes(STag& tag);
     bool SkipAttribute();
     bool SkipRawContent(TagClass eClass);
-    void Tell(const STag& tag);
+    void Report(const STag& tag);
     bool StepOverTagEnd();
 
     bool AtEnd() const { return m_nPos == m_sText.size(); }

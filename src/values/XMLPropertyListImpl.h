@@ -1,8 +1,8 @@
 // CXMLPropertyListImpl: reads the texts of known elements out of a document.
 //
-// It keeps a mask of the known elements that are open, a bit an element, and hands
-// each text on with it. Names are matched with case; elements that aren't known
-// change nothing. An element's end closes it however often it was opened.
+// It keeps a mask of the known elements that are open, one bit per element, and hands
+// each text on with that mask. Names are matched with case. Unknown elements change
+// nothing. One end tag closes an element, however often it was opened.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,8 @@ namespace Hesperon::specifics {
 class CXMLPropertyListImpl : private CXHMTLBaseImpl
 {
 public:
-    // With no element open at first. False where the text can't be read to its end; the
-    // texts before the fault have been told.
+    // Begins with no element open. False if the document can't be read to its end; the
+    // texts before the fault have been handed on.
     bool Read(string_view_t sText);
 
 protected:

@@ -1,3 +1,7 @@
+// A table has a row for each power of ten, with a function for integers and one for floats.
+// Selecting a row arms AnalyzeValue, which replaces itself by one of the row's two functions
+// at the first value.
+
 #include "src/values/qrlValueMultiplier.h"
 
 #include <algorithm>
@@ -185,7 +189,7 @@ BYTE CqrlValueMultiplier::Code() const
     return kRows[m_nCurrent].nCode;
 }
 
-// The row that stands already leaves a specialised transform alone.
+// Selecting the current row again leaves the transform as it is.
 HRESULT CqrlValueMultiplier::Select(std::uint64_t nRow)
 {
     if (nRow == std::size(kRows))

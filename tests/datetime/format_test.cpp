@@ -93,15 +93,15 @@ TEST(Format, DateAndTimeOfTheLocale)
     EXPECT_EQ(string_t(OLESTR("01:02:03")), kEarly.Format(OLESTR("%T")));
 }
 
-// How the end of the room cuts each kind of output: `nRoom` units are left of it
-// when the specifier is met, behind text that fills the rest.
+// How each kind of output is cut at the end of the buffer: nRoom units are left when the
+// specifier is reached; other text fills the rest.
 TEST(Format, TheEndOfTheRoomCuts)
 {
     struct CutRow
     {
         std::size_t nRoom;
         const OLECHAR* szFormat;
-        const OLECHAR* szTail; // what stands behind the filling
+        const OLECHAR* szTail; // what follows the filling
     };
     const CutRow kRows[] = {
         {3, OLESTR("abcd"), OLESTR("abc")},
@@ -110,14 +110,14 @@ TEST(Format, TheEndOfTheRoomCuts)
         {3, OLESTR("%Yx"), OLESTR("199")},
         {1, OLESTR("%Hx"), OLESTR("2")},
         {1, OLESTR("%sx"), OLESTR("5")},
-        // A printed number leaves a unit of the room to what follows.
+        // A printed number leaves one unit free.
         {4, OLESTR("%Fxy"), OLESTR("999x")},
         {3, OLESTR("%Fxy"), OLESTR("99x")},
         {2, OLESTR("%fxy"), OLESTR("9x")},
         {1, OLESTR("%fxy"), OLESTR("x")},
         {7, OLESTR("%Gxy"), OLESTR("999999x")},
         {6, OLESTR("%gxy"), OLESTR("99999x")},
-        // A text of the locale comes whole or ends the walk.
+        // A text of the locale is written whole, or it ends the walk.
         {8, OLESTR("%Tx"), OLESTR("23:58:59")},
         {9, OLESTR("%Tx"), OLESTR("23:58:59x")},
         {7, OLESTR("%Tx"), OLESTR("")},

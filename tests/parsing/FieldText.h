@@ -1,4 +1,4 @@
-// Words for tests of columns: what a parsed field reads as, in plain text.
+// Helpers for tests of columns: a parsed field's value in plain text.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Words for tests of layouts: columns, values and lists in plain text, and a record
+// Helpers for tests of layouts: columns, values and lists in plain text, and a record
 // parser joined to a file in memory.
 #pragma once
 

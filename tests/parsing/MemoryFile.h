@@ -1,6 +1,6 @@
 // MemoryFile: a data parser over lines in memory, for tests of what reads records
-// through IDataParser. It knows positions, header and direction; the rest answers
-// E_NOTIMPL. Not synchronised: the record parser's lock is what guards it.
+// through IDataParser. It has positions, header and direction; all else answers
+// E_NOTIMPL. Not synchronised: the record parser's lock guards it.
 #pragma once
 
 #include <set>
@@ -27,8 +27,8 @@ public:
     HRESULT STDMETHODCALLTYPE put_HeaderOffset(ULONG newVal) override;
     HRESULT STDMETHODCALLTYPE get_InvertedDirection(VARIANT_BOOL* pVal) override;
     HRESULT STDMETHODCALLTYPE put_InvertedDirection(VARIANT_BOOL newVal) override;
-    // Notes the call, and parses as a data parser does: on TRUE the resolution is
-    // found again, from the header line if there is one; then the first record is parsed.
+    // Notes the call, then does what a data parser does: TRUE first finds the resolution
+    // again, from the header line if there is one; then the first record is parsed.
     HRESULT STDMETHODCALLTYPE RefreshDateInfo(VARIANT_BOOL FindResolution) override;
 
     // ---- the file
@@ -48,9 +48,9 @@ public:
 
     // ---- what was asked for
 
-    std::vector<ULONGLONG> m_positions; // put, in order, also in vain
+    std::vector<ULONGLONG> m_positions; // all that were put, in order; some may have failed
     unsigned m_nReads = 0;
-    std::string m_refreshes; // a letter a call: 'F' with FindResolution, else 'f'
+    std::string m_refreshes; // one letter per call: 'F' with FindResolution, else 'f'
 
 private:
     // The line of a position; the count of lines where there is none.

@@ -1,5 +1,5 @@
-// The judge of the compiled matcher: the template language as an obvious walk over
-// one character at a time. Slow, and shares nothing with the matcher.
+// A plain implementation of the template language, one character at a time, that the
+// compiled matcher is compared with. It is slow and shares nothing with the matcher.
 #pragma once
 
 #include <map>

@@ -159,7 +159,7 @@ TEST_F(DetectionNotes, AreTakenOnlyWhenAskedFor)
     EXPECT_THAT(NotesOf(file), testing::IsEmpty());
 }
 
-TEST_F(DetectionNotes, TellTheStepsOfARunInTheirOrder)
+TEST_F(DetectionNotes, ListTheStepsOfARunInTheirOrder)
 {
     Load(DayLines(Evenly(7, 12), "1,2"), AllResolutions());
     EXPECT_EQ(Notes(), (Said{

@@ -21,7 +21,7 @@ TypeTable EmptyLists()
     return types;
 }
 
-// "Date *y/*m/*d; Time", an exclamation mark behind what can't be removed.
+// "Date *y/*m/*d; Time", an exclamation mark after what can't be removed.
 std::string Lists(const TypeTable& types)
 {
     const auto list = [&](unsigned uiType) {
@@ -153,7 +153,7 @@ TEST(TemplateDocument, IsReadByTheElementsThatAreOpen)
         {OLESTR("<R><T><N>date</N><N><E>*y</E></N></T></R>"), true, "Date; Time"},
         {OLESTR("<R><T><N>date</N>*y</T></R>"), true, "Date; Time"},
         {OLESTR("<R><T><N>date</N><E/>*y</T></R>"), true, "Date; Time"},
-        // Elements that aren't known change nothing, and names are told by case.
+        // Unknown elements change nothing, and names are matched with case.
         {OLESTR("<x><R><x/><T><N>date</N><x><E>*y</E></T></x></R></x>"), true, "Date *y; Time"},
         {OLESTR("<R><T><N>date</N><e>*y</e></T></R>"), true, "Date; Time"},
         // One end closes an element that was opened twice.
@@ -161,12 +161,12 @@ TEST(TemplateDocument, IsReadByTheElementsThatAreOpen)
         // The name holds until the next one.
         {OLESTR("<R><T><N>date</N></T><T><E>*y</E></T></R>"), true, "Date *y; Time"},
         {OLESTR("<R><T><N>date</N><N>time</N><E>*h</E></T></R>"), true, "Date; Time *h"},
-        // A comment parts a text in two.
+        // A comment splits a text in two.
         {OLESTR("<R><T><N>date</N><E>*y<!-- x -->*m</E></T></R>"), true, "Date *y *m; Time"},
         {OLESTR("<?xml version=\"1.0\"?><R><T><N>date</N><E>*y</E></T></R>"), true,
          "Date *y; Time"},
         {OLESTR("<R><T><N>date</N><E>\"\"</E></T></R>"), true, "Date; Time"},
-        // What was read ahead of a fault is kept.
+        // What was read before a fault is kept.
         {OLESTR("<R><T><N>date</N><E>*y</E><!-- "), false, "Date *y; Time"},
         {OLESTR("<R><T><N>date</N><E>*y</E></T></R>stray"), false, "Date *y; Time"},
         {OLESTR("<R><T><N>date</N><E>*y"), false, "Date; Time"},
@@ -235,7 +235,7 @@ struct FolderRow
     const char* sFolder; // "before" where it is left alone
 };
 
-TEST(EnvironmentDocument, TellsTheFolderByTheElementsThatAreOpen)
+TEST(EnvironmentDocument, FindsTheFolderByTheElementsThatAreOpen)
 {
     constexpr FolderRow kRows[] = {
         {OLESTR("<V><PATH>\" c:\\data \"</PATH></V>"), true, " c:\\data "},

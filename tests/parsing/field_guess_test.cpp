@@ -99,7 +99,7 @@ TEST(HeaderWords, GoOnToTheNextBestTypeWhenOnesWereTried)
         {OLESTR("T"), {TypeDate}, TypeTime},
         {OLESTR("Vol"), {}, TypeLow},
         {OLESTR("Vol"), {TypeLow}, TypeVolume},
-        {OLESTR("O"), {TypeDate}, TypeSymbol}, // nothing takes the symbol's full score away
+        {OLESTR("O"), {TypeDate}, TypeSymbol}, // Date, which would take the lead, was tried
         {OLESTR("O"), {TypeDate, TypeSymbol}, TypeOpen},
         {OLESTR("O"), {TypeDate, TypeSymbol, TypeOpen}, TypeLow},
     };
@@ -219,7 +219,7 @@ TEST(FieldTexts, AreSearchedForFromATypeUpward)
         SCOPED_TRACE(row.uiFrom);
         EXPECT_EQ(row.szGuess, Guess(OLESTR("100"), row.uiFrom));
     }
-    EXPECT_EQ("Volume int", Guess(OLESTR("1,000"), TypeVolume)); // nothing but zeros behind it
+    EXPECT_EQ("Volume int", Guess(OLESTR("1,000"), TypeVolume)); // only zeros follow the comma
 }
 
 TEST(FieldTexts, TakeOnlyTypesThatTheResolutionAdmits)

@@ -22,7 +22,7 @@ protected:
         return Shown(text.view());
     }
     HRESULT Put(string_view_t sText) const { return m_parser->put_Environment(Bstr(sText).get()); }
-    // The last template of the dates, an exclamation mark behind a default one.
+    // The last template of the dates, an exclamation mark after a default one.
     std::string LastDate() const
     {
         const Bstr type(OLESTR("Date"));

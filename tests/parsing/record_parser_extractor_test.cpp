@@ -12,7 +12,7 @@ namespace {
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;
 
-// What a property read gives: a code and an object, or nothing.
+// What reading a property gives: a code, and an object or nothing.
 struct Answer
 {
     HRESULT hr = S_OK;
@@ -111,7 +111,7 @@ TEST_F(RecordParserExtractor, TheMultiplierIsGivenWithANewReference)
     EXPECT_EQ(nBefore + 1, CountOf(*m_price.get()));
 }
 
-TEST_F(RecordParserExtractor, TellsWhyThereIsNoRecordParser)
+TEST_F(RecordParserExtractor, SaysWhyThereIsNoRecordParser)
 {
     struct Row
     {
@@ -144,7 +144,7 @@ TEST_F(RecordParserExtractor, WithoutADataParserTheStatusIsBlank)
     EXPECT_FALSE(CVolumeMultiplierExtractor(nullptr).GetMultiplier());
 }
 
-TEST_F(RecordParserExtractor, TellsWhyThereIsNoMultiplier)
+TEST_F(RecordParserExtractor, SaysWhyThereIsNoMultiplier)
 {
     struct Row
     {

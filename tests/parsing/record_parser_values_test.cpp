@@ -236,7 +236,7 @@ TEST(DateAndTime, AreNormalisedTogether)
             // A time that isn't valid rolls the date all the same.
             {"20031231,25:00", "2004-01-01", "not \"25:00\"", ""},
             {"20031231,-48:00", "2003-12-29", "not \"-48:00\"", ""},
-            // More days than 32 bits hold, and as many that the low bits say 1.
+            // More days than 32 bits hold; of the second number the low 32 bits are 1.
             {"20031231,51539592000:00", "2003-12-31", "not \"51539592000:00\"", ""},
             {"20031231,103079215128:00", "2003-12-31", "not \"103079215128:00\"", ""},
             {"20031231,9223372036854775807:00", "2003-12-31", "not \"9223372036854775807:00\"", ""},
@@ -383,7 +383,7 @@ TEST(BarsEndTime, IsForBarsOfMinutes)
 
 // ---- errors and texts ----------------------------------------------------------------------
 
-TEST_F(FieldValues, TellWhyTheyDoNotParse)
+TEST_F(FieldValues, SayWhyTheyDoNotParse)
 {
     ChineseTexts chinese;
     EXPECT_EQ(S_OK, m_file->SetFieldType(11, -1));

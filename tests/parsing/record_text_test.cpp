@@ -65,7 +65,7 @@ TEST(Normalising, DropsQuotesAndBracketsWhereverTheyStand)
         {OLESTR("(1)[2]"), "12"},
         {OLESTR("\"\"''"), ""},
         {OLESTR("<a>{b}"), "<a>{b}"},
-        // Blanks collapse before quotes go, so these come together again.
+        // Blanks collapse before quotes go, so those around a quote stay two.
         {OLESTR("a \" b"), "a  b"},
         {OLESTR("a  \""), "a "},
     };
@@ -103,7 +103,7 @@ TEST(Normalising, LooksAtNoMoreThan511Characters)
     EXPECT_EQ(509u, NormalisedRecord(OLESTR("\"\"") + string_t(600, 'x')).size());
 }
 
-// A character at a time, as plainly as it can be said.
+// A slow, plain implementation, one character at a time.
 string_t PlainlyNormalised(const string_t& sRecord)
 {
     const auto isBlank = [](OLECHAR c) { return c == ' ' || c == '\t'; };
@@ -139,7 +139,7 @@ struct SplitRow
     string_view_t sRecord;
     string_view_t sDividers;
     const char* szAll;    // empty fields counted; each field in brackets
-    const char* szFilled; // empty fields passed over
+    const char* szFilled; // empty fields skipped
 };
 
 constexpr SplitRow kSplits[] = {
@@ -222,7 +222,7 @@ TEST(HeaderRecords, HaveNoFieldThatLooksLikeData)
         {OLESTR("1-2"), false},
         {OLESTR("1/2/2003"), false},
         {OLESTR("9:30a"), false},
-        {OLESTR("9:30-10"), true}, // colon and hyphen are in neither set together
+        {OLESTR("9:30-10"), true}, // no set has both colon and hyphen
         {OLESTR("25-Dec-03"), true},
         {OLESTR("12ab"), true},
     };

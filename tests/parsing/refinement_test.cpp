@@ -189,10 +189,10 @@ TEST_F(Samples, NeedACurrentRecord)
 
 TEST_F(Refinement, StopsAtSwapsThatUndoEachOther)
 {
-    // On line 200 alone the Open is above the High, which its swap makes wrong elsewhere.
+    // Only on line 200 is the Open above the High; after the swap all other lines are wrong.
     Prepare({kDate, kOpen, kHigh}, LinesBut("d,1,2", 300, 200, "d,2,1"), ResolutionMinutes);
     EXPECT_EQ("Date, Open, High", Refined()); // as many swaps as passes, an even number
-    // 20 passes, whose hits are in turn the third sample and the first.
+    // In 20 passes the third sample and the first cause swaps in turn.
     EXPECT_EQ(10u * 3u + 10u, m_file->m_positions.size());
 }
 
@@ -234,7 +234,7 @@ TEST_F(Refinement, DropsUpAndDownVolumes)
 
 TEST_F(Refinement, EndsThePassInWhichItDropsThem)
 {
-    // The pass behind begins at the High, which is near the volume and far from the Low.
+    // The next pass begins at the High, which is near the volume and far from the Low.
     const char* szLine = "d,90,95,10,92,100,3,4,9";
     EXPECT_EQ(
         "Date, Open, Volume, Low, Close, High, -, -, Total Ticks",
@@ -288,7 +288,7 @@ TEST_F(Refinement, ComparesTotalsOnTheLastSampledRecord)
          "d,1,2,9,5",
          "Date, Open, High, Total Volume, Total Ticks",
          ResolutionNone},
-        // Nothing samples a record here.
+        // No rule samples a record here.
         {{kDate, kUnchangedVolume, kTotalVolume},
          "d,9,5",
          "Date, Unchanged Volume, Total Volume",
@@ -310,7 +310,7 @@ TEST_F(Refinement, ComparesTotalsOnTheLastSampledRecord)
 TEST_F(Refinement, FindsTheSumOfTwoColumns)
 {
     const Row kRows[] = {
-        // The parts are named, and dropped by the passes behind.
+        // The parts are named, and the next passes drop them.
         {{kDate, kOpen, kHigh, kVolume, kUnchangedTicks, kTotalTicks},
          "d,1,2,30,10,20",
          "Date, Open, High, Total Volume, Open Interest, -",
@@ -327,7 +327,7 @@ TEST_F(Refinement, FindsTheSumOfTwoColumns)
          "d,1,2,30,10,21",
          "Date, Open, High, Unchanged Volume, Unchanged Ticks, Total Ticks",
          ResolutionNone},
-        // Prices are no parts.
+        // A price isn't part of a sum.
         {{kDate, kOpen, kHigh, kUnchangedTicks, kTotalTicks},
          "d,10,20,30,31",
          "Date, Open, High, Unchanged Ticks, Total Ticks",

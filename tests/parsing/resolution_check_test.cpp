@@ -1,4 +1,4 @@
-// Records held against the resolution and the record before them.
+// Whether records follow the one before them as the resolution asks.
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ protected:
         EXPECT_EQ(S_OK, m_file.Parse(OLESTR("20030106,09:30")));
     }
 
-    // Against a record that stands fBefore days ahead of the one parsed.
+    // Against a record that is fBefore days before the one parsed.
     HRESULT Check(double fBefore)
     {
         Variant stamp;
@@ -141,7 +141,7 @@ TEST_F(ResolutionCheck, FailsWithoutWhatItNeeds)
     EXPECT_EQ(E_FAIL, m_file->CheckResolution(stamp, error.put(), m_host.get()));
 }
 
-TEST_F(ResolutionCheck, TellsANameWithoutASizeAsItIs)
+TEST_F(ResolutionCheck, NamesAResolutionWithoutASizeAsItIs)
 {
     m_host->m_sName = OLESTR("Minutes");
     ASSERT_EQ(S_OK, m_file->put_Resolution(ResolutionMinutes));

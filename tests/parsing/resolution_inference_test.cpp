@@ -154,7 +154,7 @@ TEST_F(StepSampling, TakesAChangeOfTheSymbolForAStepOfOne)
     }
 }
 
-TEST_F(StepSampling, TellsSymbolsApartOnThePathOfMinutesToo)
+TEST_F(StepSampling, NoticesSymbolsInMinutesToo)
 {
     const Lines lines = {OLESTR("A,20030106,09:30"), OLESTR("A,20030106,09:35"),
                          OLESTR("B,20030106,09:45"), OLESTR("B,20030106,09:50")};
@@ -253,7 +253,7 @@ TEST(Inference, FindsTheResolutionOfAFile)
 
 TEST(Inference, TakesOnlyWhatTheHostOffers)
 {
-    const Lines kWeeks = DayLines(Evenly(7, 12), kBar);
+    const Lines kWeekLines = DayLines(Evenly(7, 12), kBar);
     const Lines kFives = MinuteLines(Evenly(5, 12), kBar);
     const Lines kPrices = MinuteLines({0, 0, 1}, "1.5");
     struct OfferRow
@@ -263,18 +263,21 @@ TEST(Inference, TakesOnlyWhatTheHostOffers)
         LONG nResolution;
         LONG nSize;
     };
+    constexpr LONG kTick = ResolutionTick, kTickBars = ResolutionTickBars,
+                   kCountBars = ResolutionCountBars, kSeconds = ResolutionSeconds,
+                   kMinutes = ResolutionMinutes, kDays = ResolutionDays, kWeeks = ResolutionWeeks;
     const OfferRow kRows[] = {
-        {{7, 6}, kWeeks, ResolutionWeeks, 1},
-        {{6, 7}, kWeeks, ResolutionWeeks, 1},
-        {{6}, kWeeks, ResolutionDays, 1},
-        {{5, 2, 1, 3}, kWeeks, ResolutionNone, 0},
-        {{2, 1, 3, 5}, kFives, ResolutionMinutes, 5},
-        {{1, 2, 3}, kFives, ResolutionTickBars, 0},
-        {{3}, kFives, ResolutionCountBars, 0},
-        {{3, 1}, kFives, ResolutionTick, 1}, // the first price of a bar is one
-        {{6, 7}, kFives, ResolutionNone, 0},
-        {{2, 3}, kPrices, ResolutionNone, 0},
-        {{4}, kFives, ResolutionNone, 0}, // seconds are never inferred
+        {{kWeeks, kDays}, kWeekLines, ResolutionWeeks, 1},
+        {{kDays, kWeeks}, kWeekLines, ResolutionWeeks, 1},
+        {{kDays}, kWeekLines, ResolutionDays, 1},
+        {{kMinutes, kTickBars, kTick, kCountBars}, kWeekLines, ResolutionNone, 0},
+        {{kTickBars, kTick, kCountBars, kMinutes}, kFives, ResolutionMinutes, 5},
+        {{kTick, kTickBars, kCountBars}, kFives, ResolutionTickBars, 0},
+        {{kCountBars}, kFives, ResolutionCountBars, 0},
+        {{kCountBars, kTick}, kFives, ResolutionTick, 1}, // the first price of a bar is one
+        {{kDays, kWeeks}, kFives, ResolutionNone, 0},
+        {{kTickBars, kCountBars}, kPrices, ResolutionNone, 0},
+        {{kSeconds}, kFives, ResolutionNone, 0}, // seconds are never inferred
         {{}, kFives, ResolutionNone, 0},
     };
     for (const OfferRow& row : kRows) {
@@ -367,7 +370,7 @@ TEST(Inference, AskedForByTheHostMakesNoSymbol)
 
 TEST(Inference, KeepsThePredefinedDate)
 {
-    // The first ten records leave it open which is the day; the user knows.
+    // The first ten records don't show which number is the day; the user knows.
     ParsedFile file(Lines(12, OLESTR("01/02/2003,1.5")));
     EXPECT_EQ(S_OK, file.Load());
     EXPECT_EQ("Date *m/*d/*y, Open", file.Columns());

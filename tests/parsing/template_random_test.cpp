@@ -94,7 +94,7 @@ std::size_t SampleOf(Source& source, unsigned uiType, OLECHAR letter, std::size_
     }
 }
 
-// A text as the template would have it: numbers padded to the run, or of their own
+// A text that the template may take: numbers padded to the length of the run, or of any
 // length beside a star; often a month's name for three m, and a PM word.
 string_t Rendered(Source& source, unsigned uiType, string_view_t sTemplate)
 {

@@ -65,7 +65,7 @@ TEST(DateTemplate, ReadsMonthNames)
                              {OLESTR("*dmmmyy"), OLESTR("15jan04"), "2004-01-15"},
                              {OLESTR("*d-mmm-*y"), OLESTR("25-Dex-03"), kRefused},
                              {OLESTR("*d-mmm-*y"), OLESTR("25-012-03"), "2003-12-25"},
-                             // Under a star a month has to be digits.
+                             // A month that a star reads has to be digits.
                              {OLESTR("*d-*m-*y"), OLESTR("25-Dec-03"), kRefused},
                              {OLESTR("*d-*mmm-*y"), OLESTR("25-Dec-03"), "2003-12-25"},
                              {OLESTR("*d-*mmm-*y"), OLESTR("25-xDec-03"), kRefused},
@@ -209,7 +209,7 @@ TEST(TimeTemplate, TurnsTheHourByThePmWord)
                          });
 }
 
-// A '-' ahead of a time with seconds counts as one second.
+// A '-' in front of a time with seconds counts as one second.
 TEST(TimeTemplate, SignQuirkOfTimesWithSeconds)
 {
     ExpectRows(TypeTime, {
@@ -273,7 +273,7 @@ TEST(Chunk, QuestionMarkPassesOverOneCharacter)
                          });
 }
 
-// What stands behind a '?' within a run joins that run, whatever letter it is.
+// What follows a '?' within a run joins that run, whatever letter it is.
 TEST(Chunk, RunGoesOnBehindAnInnerQuestionMark)
 {
     ExpectRows(TypeTime, {

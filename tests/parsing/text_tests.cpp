@@ -162,7 +162,7 @@ TEST(MonthNames, UnknownNamesHaveNoIndex)
     }
 }
 
-// 'n' + 33 behind a letter one lower gives the same sum.
+// A letter lowered by one and a last letter raised by 33 give the same hash.
 TEST(MonthNames, EqualHashesAreEqualNames)
 {
     EXPECT_EQ(FindMonthIndex(OLESTR("j`\u008F")), 0);

@@ -8,5 +8,5 @@
 
 std::string Heard(string_view_t sDocument);
 
-// The same by a second implementation, a character at a time and as plain as can be.
+// The same by a second, plain implementation, one character at a time.
 std::string PlainlyHeard(string_view_t sDocument);

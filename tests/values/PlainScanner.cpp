@@ -1,5 +1,5 @@
-// The second implementation: a list of rules on a text with a zero behind it, where
-// running into the zero is thrown.
+// A second implementation of the scanner: a list of rules on a text that ends with a zero.
+// Reading the zero throws.
 
 #include <array>
 
@@ -40,7 +40,7 @@ std::string Trimmed(std::string s)
     return s;
 }
 
-// A name in letters that every class can be told by.
+// A name in letters by which every class can be recognised.
 std::string Class(const std::string& sName)
 {
     if (sName.substr(0, 3) == "!--")

@@ -1,4 +1,4 @@
-// The scanner of documents, a document a row.
+// The scanner of documents; each row is a document.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ void Check(const Row (&rows)[N])
     }
 }
 
-TEST(Scanner, TellsTagsAndTextInTheirOrder)
+TEST(Scanner, ReportsTagsAndTextInTheirOrder)
 {
     constexpr Row kRows[] = {
         {OLESTR(""), "ok"},
@@ -33,7 +33,7 @@ TEST(Scanner, TellsTagsAndTextInTheirOrder)
         {OLESTR("<A></B>"), "+A -B ok"}, // tags needn't match
         {OLESTR("<a><A>"), "+a +A ok"},
         {OLESTR("< A >x</ A >"), "+A 'x' -A ok"},
-        {OLESTR("< /A>"), "+/A ok"}, // the slash of an end tag stands at once
+        {OLESTR("< /A>"), "+/A ok"}, // the slash of an end tag must follow the '<'
         {OLESTR("<A><>"), "+A broken"},
         {OLESTR("<A></>"), "+A broken"},
         {OLESTR("<A></ >"), "+A broken"},
@@ -57,7 +57,7 @@ TEST(Scanner, EndsWithItsTextOrAtAZero)
         {OLESTR("< "), "broken"},
         {OLESTR("<A "), "broken"},
         {OLESTR("<A/"), "broken"},
-        {OLESTR("<A /"), "+A -A broken"}, // told, and then there is no end to step over
+        {OLESTR("<A /"), "+A -A broken"}, // reported before the missing end is noticed
     };
     Check(kRows);
     constexpr string_view_t kWithZero(OLESTR("<A>x</A>\0<B>stray"), 17);
@@ -71,7 +71,7 @@ TEST(Scanner, TrimsQuotesOnly)
         {OLESTR("<A>\"x\"</A>"), "+A 'x' -A ok"},
         {OLESTR("<A>\"\"\"x\"y\"\"</A>"), "+A 'x\"y' -A ok"},
         {OLESTR("<A>\" x \"</A>"), "+A ' x ' -A ok"},
-        {OLESTR("<A> x \t</A>"), "+A 'x {0009}' -A ok"}, // blanks ahead of the text go
+        {OLESTR("<A> x \t</A>"), "+A 'x {0009}' -A ok"}, // blanks in front of the text go
         {OLESTR("<A>x\" </A>"), "+A 'x\" ' -A ok"},
         {OLESTR("<A>\"\"</A>"), "+A '' -A ok"},
         {OLESTR("<A>\"</A>"), "+A '' -A ok"},
@@ -81,7 +81,7 @@ TEST(Scanner, TrimsQuotesOnly)
     Check(kRows);
 }
 
-TEST(Scanner, TellsTheEndOfAnElementThatClosesItself)
+TEST(Scanner, ReportsTheEndOfAnElementThatClosesItself)
 {
     constexpr Row kRows[] = {
         {OLESTR("<A/>"), "+A -A ok"},         {OLESTR("<A />"), "+A -A ok"},

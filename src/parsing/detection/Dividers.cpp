@@ -1,3 +1,7 @@
+// The record is walked once, and the strongest candidate in it wins. A comma thus wins over
+// the blanks and colons that dates and times bring along. If a blank was in the lead before
+// the winner came, it may join a date and a time in the first field: then it divides too.
+
 #include "src/parsing/detection/Dividers.h"
 
 #include <algorithm>
@@ -13,8 +17,8 @@ constexpr std::size_t kBlankRank = 1;
 struct Ranking
 {
     std::optional<std::size_t> nWinner; // rank in the list of candidates
-    // How many candidates stood before the blank that became the best so far. It
-    // serves as a character index all the same.
+    // Number of candidates before the blank that took the lead. Used as a character index
+    // on purpose.
     std::optional<std::size_t> nBeforeBlank;
 };
 
@@ -36,8 +40,8 @@ Ranking RankCandidates(string_view_t sRecord)
     return ranking;
 }
 
-// A blank and a digit ahead of the first winner: a date and a time joined by the
-// blank, which are two columns.
+// Whether a blank and a digit occur between nFrom and the first winner: a date and a time
+// joined by the blank, which are two columns.
 bool BlankJoinsDateAndTime(string_view_t sRecord, std::size_t nFrom, OLECHAR winner)
 {
     const std::size_t nEnd = sRecord.find(winner);

@@ -7,8 +7,8 @@
 
 namespace Hesperon::specifics {
 
-// The characters that can divide fields, weakest first: when several occur in a
-// record the one furthest back in this list wins. Bit n of a mask stands for
+// The characters that can divide fields, weakest first: of those that occur in a record
+// the last one in this list wins. Bit n of a mask stands for
 // character n.
 inline constexpr string_view_t kDividerCandidates = OLESTR(": ,;|\t");
 
@@ -26,9 +26,9 @@ private:
     std::array<bool, 128> m_is{};
 };
 
-// The dividers that a record shows: the winner of the candidates and the tab, and
-// the blank where it joins a date and a time. With no candidate in the record the
-// winner is the character 0.
+// The dividers that a record shows: the strongest candidate and the tab, and the blank too
+// if it joins a date and a time. Without a candidate in the record the first is the
+// character 0.
 DividerSet FindDividers(string_view_t sRecord);
 
 } // namespace Hesperon::specifics

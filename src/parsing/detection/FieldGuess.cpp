@@ -76,7 +76,7 @@ bool TakesSample(unsigned uiType, string_view_t sTemplate, string_view_t sSample
     return probe.IsValid();
 }
 
-// A text may hold several samples, a line each; the template must take them all.
+// A text may hold several samples, one per line; the template must take them all.
 bool TakesText(unsigned uiType, string_view_t sTemplate, string_view_t sText)
 {
     while (true) {

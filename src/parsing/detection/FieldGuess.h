@@ -17,9 +17,9 @@ struct WordGuess
     double fScore = 0; // share of the letters that agree, 1 for all
 };
 
-// Type whose name shares most letters with the cell's word, of those that weren't
-// tried; none where the cell has no letters or all types were tried. Date takes
-// over whatever its score, so it is the answer for words that fit nothing.
+// Of the types that weren't tried, the one whose name shares most letters with the
+// cell's word; none if the cell has no letters or all types were tried. Date takes the
+// lead whatever its score, so it is the answer for words that fit nothing.
 WordGuess GetTypeFromField(string_view_t sCell, const TypeSet& tried);
 
 struct TemplateGuess
@@ -30,14 +30,14 @@ struct TemplateGuess
     bool IsEmpty() const { return sTemplate.empty(); }
 };
 
-// First type from uiFrom upward (kNoType: from the first), of those in the table
-// and not in use, with a template that takes the text; of that, the first template
-// that isn't excluded.
+// The first type from uiFrom upward (kNoType: from the lowest) that is in the table, isn't
+// used, and has a template that takes the text; with the first such template that isn't
+// excluded.
 TemplateGuess GuessTypeAndTemplate(unsigned uiFrom, string_view_t sField, const TypeTable& types,
                                    const std::set<int>& excluded, const TypeSet& used);
 
-// First template of this one type that takes the text. Numbers must do without a
-// comma here.
+// The first template of this one type that takes the text. Here numbers must not have a
+// comma.
 TemplateGuess GuessTemplate(unsigned uiType, string_view_t sField, const TypeTable& types,
                             const std::set<int>& excluded);
 

@@ -1,5 +1,5 @@
-// The records of the file behind a record parser, normalised, as detection reads
-// them. Without a data parser every read fails.
+// The records of a file as detection reads them: through the data parser, and normalised.
+// Without a data parser every read fails.
 #pragma once
 
 #include "interfaces/IDataParser.h"

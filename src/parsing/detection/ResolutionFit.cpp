@@ -7,6 +7,7 @@
 namespace Hesperon::specifics {
 namespace {
 
+// A resolution may be offered by several names; the first one counts.
 auto FindOffer(const ParserState& state, LONG nResolution)
 {
     return std::ranges::find(state.m_resolutionTemplates, nResolution, &ResolutionTemplate::nId);

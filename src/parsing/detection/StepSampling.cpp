@@ -71,6 +71,7 @@ private:
     bool m_bFailed = false;
 };
 
+// Reads the records and feeds both paths.
 class StepSampler
 {
 public:
@@ -137,6 +138,7 @@ private:
         return string_t(TextOf(value.bstrVal));
     }
 
+    // A path that failed leaves its step as it is.
     bool Result(Steps& steps) const
     {
         const bool bDays = !m_days.HasFailed();

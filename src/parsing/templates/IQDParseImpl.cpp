@@ -1,3 +1,7 @@
+// A text is evaluated into the variables that the template declares: a number by reading it,
+// a date or a time by the compiled template. Then the validity rules look at the variables.
+// The value is computed from them when it is asked for, and kept until the next text.
+
 #include "src/parsing/templates/IQDParseImpl.h"
 
 #include <algorithm>
@@ -9,11 +13,11 @@
 #include "src/parsing/DataTypes.h"
 #include "src/parsing/templates/NumberText.h"
 #include "src/parsing/templates/TemplateChunk.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 
 namespace {
-#include "src/parsing/templates/TextTests.h"
 
 constexpr LONGLONG kTicksPerMillisecond = 10'000;
 constexpr LONGLONG kTicksPerDay = 864'000'000'000;
@@ -25,7 +29,7 @@ bool IsBetween(LONGLONG value, LONGLONG min, LONGLONG max)
     return value >= min && value <= max;
 }
 
-// Without regard to leap years: 29 February stands in every year.
+// Leap years aren't looked at: every year has a 29 February.
 LONGLONG DaysOfMonth(LONGLONG nMonth)
 {
     constexpr LONGLONG kDays[] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -138,7 +142,7 @@ HRESULT CDataField::Evaluate(string_view_t sText)
     return m_compiled.Evaluate(sText, m_vars);
 }
 
-// A number that can't be read leaves the one before it.
+// A text that can't be read leaves the number of the text before it.
 template <class Number>
 HRESULT CDataField::EvaluateNumber(OLECHAR letter, string_view_t sText,
                                    bool (*read)(string_view_t, Number&),
@@ -230,7 +234,7 @@ HRESULT CDataField::ComputeValue()
     return S_OK;
 }
 
-// The bars of a day follow each other, so most dates are that of the line before.
+// The bars of a day follow each other, so most dates are equal to that of the line before.
 DATE CDataField::ComputeDate()
 {
     const SDay day{static_cast<WORD>(m_vars.IntegerOr0(OLESTR('y'))),

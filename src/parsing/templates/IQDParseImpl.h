@@ -1,5 +1,5 @@
 // CDataField: one column of a record, with its type, its template, and the value
-// of the text last parsed. The template language is told in docs/templates.md.
+// of the text last parsed. docs/templates.md documents the template language.
 //
 // A template is compiled when type or template change; parsing runs the compiled
 // form and allocates nothing. Not synchronised: the record parser's lock guards
@@ -26,8 +26,8 @@ class CDataField
 public:
     // A Date without a template.
     CDataField() = default;
-    // A copy takes type, valid flag, cached value, and the template as GetTemplate
-    // gives it. Its variables are built anew and stand at 0.
+    // A copy takes the type, the valid flag, the cached value, and the template as
+    // GetTemplate gives it. Its variables are 0.
     CDataField(const CDataField& other);
     CDataField& operator=(const CDataField& other);
     CDataField(CDataField&&) noexcept = default;
@@ -70,11 +70,11 @@ public:
     tagMATHVALUE* FindVariable(OLECHAR letter);
     // Its integer value, 0 if it isn't declared.
     LONGLONG VariableOr0(OLECHAR letter);
-    // The hour as the PM word makes it, if the template has one: 0 to 24 while valid.
+    // The hour with the PM word taken into account; 0 to 24 in a valid text.
     LONGLONG HourOfDay();
 
-    // Exchanges type, template, valid flag and cached value; the variables of both
-    // stand at 0 afterwards.
+    // Exchanges type, template, valid flag and cached value. Afterwards the variables of
+    // both are 0.
     void Swap(CDataField& other);
 
 private:

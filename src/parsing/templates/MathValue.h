@@ -19,6 +19,7 @@ struct tagMATHVALUE
     };
     std::uint8_t nFlags;
 
+    // Both set kSet.
     static tagMATHVALUE Integer(LONGLONG value);
     static tagMATHVALUE Double(double value);
     bool IsInteger() const { return nFlags & kInteger; }

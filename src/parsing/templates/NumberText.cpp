@@ -1,3 +1,9 @@
+// The head of a text that reads as a number is scanned once, its digits gathered in 64 bits.
+// If they fit a double exactly, and the power of ten does too, the value is the quotient of
+// the two, which is correctly rounded. Longer numbers and exponents go through a general
+// conversion. Whole numbers are summed up below zero, where there is room for one more, and
+// stop at the ends of the type.
+
 #include "src/parsing/templates/NumberText.h"
 
 #include <algorithm>
@@ -38,7 +44,7 @@ string_view_t SkipBlanks(string_view_t sText)
 struct DecimalHead
 {
     std::uint64_t nMantissa = 0;
-    std::size_t nScale = 0;  // digits behind the mark
+    std::size_t nScale = 0;  // digits after the mark
     std::size_t nDigits = 0; // digits in all
     std::size_t nSize = 0;   // characters, with sign and mark
     bool bNegative = false;

@@ -1,10 +1,11 @@
-// Conversions of a column's text that test and read it in one pass. Texts are at
-// most kMaxText characters. No locale, no allocation.
+// Numbers in texts of at most kMaxText characters. No locale, no allocation.
 #pragma once
 
 #include "platform/component.h"
 
 namespace Hesperon::specifics {
+
+// ---- a column's text, tested and read in one pass
 
 // True if IsFloatText holds; value is then what TextToDouble gives with the first
 // ',' taken as a point. Else value stays.
@@ -16,7 +17,6 @@ bool ReadIntegerText(string_view_t sText, LONGLONG& value);
 // True for digits only, and for the empty text, which is 0. Saturates.
 bool ReadDigits(string_view_t sText, LONGLONG& value);
 
-// ---- details -------------------------------------------------------------------
 // ---- any text, as the platform's runtime reads it
 
 // The longest readable head after leading blanks, else 0; the decimal mark is a point.
@@ -25,6 +25,7 @@ double TextToDouble(string_view_t sText);
 LONGLONG TextToInt64(string_view_t sText);
 LONG TextToInt32(string_view_t sText);
 
+// ---- details -------------------------------------------------------------------
 
 constexpr bool IsDigit(OLECHAR c)
 {
@@ -36,7 +37,7 @@ bool ReadManyDigits(string_view_t sText, LONGLONG& value);
 
 inline bool ReadDigits(string_view_t sText, LONGLONG& value)
 {
-    constexpr std::size_t kSafeDigits = 18; // any so many fit 64 bits
+    constexpr std::size_t kSafeDigits = 18; // a number of up to 18 digits fits 64 bits
     if (sText.size() > kSafeDigits)
         return ReadManyDigits(sText, value);
     LONGLONG sum = 0;

@@ -25,6 +25,8 @@ ChunkCut CutChunk(string_view_t sPattern)
     return {sPattern.substr(0, at), sPattern.substr(at + 1), sPattern[at], false};
 }
 
+// A star in front is looked for first, so a chunk with one at each end is malformed by the
+// one that is left; and so is a star alone.
 TemplateChunk::TemplateChunk(string_view_t sChunk) : m_sSymbols(sChunk)
 {
     if (sChunk.starts_with(kStar)) {

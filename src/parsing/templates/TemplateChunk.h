@@ -1,5 +1,5 @@
-// The grammar of a template above its letters: pattern and PM word, chunks between
-// dividers, and where a star stands in a chunk.
+// How a template is cut: into pattern and PM word, the pattern into chunks at its
+// dividers, and a chunk into its star and its other symbols.
 #pragma once
 
 #include "platform/component.h"
@@ -12,14 +12,14 @@ inline constexpr OLECHAR kSkip = OLESTR('?');
 
 // The template up to its first '@'.
 string_view_t PatternOf(string_view_t sTemplate);
-// What stands behind that '@'.
+// What follows that '@'.
 string_view_t PmWordOf(string_view_t sTemplate);
 
 // What a divider cuts off the front of a pattern.
 struct ChunkCut
 {
     string_view_t sChunk;
-    string_view_t sRest; // behind the divider
+    string_view_t sRest; // after the divider
     OLECHAR cDivider;    // meaningless for the last chunk
     bool bLast;          // no divider: the chunk takes the whole rest
 };

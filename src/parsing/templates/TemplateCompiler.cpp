@@ -1,14 +1,19 @@
-// The constructor of CompiledTemplate: from symbols to chunks, runs and steps.
+// The constructor of CompiledTemplate. A pattern is cut into chunks at its dividers. The
+// symbols of a chunk are taken in the order in which they are matched and joined to runs:
+// a run begins at a variable's letter and goes on while the same letter follows; a '?'
+// inside it passes over a character, and the symbol after that belongs to the run whatever
+// it is. A star belongs to the last run of its chunk. A letter that the type doesn't
+// declare ends the chunk with a run that no text matches.
 
 #include "src/parsing/DataTypes.h"
 #include "src/parsing/templates/TemplateChunk.h"
 #include "src/parsing/templates/TemplateMatcher.h"
+#include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {
 
 class TemplateCompiler
 {
-#include "src/parsing/templates/TextTests.h"
 public:
     TemplateCompiler(CompiledTemplate& target, const TemplateVariables& vars)
         : m_target(target), m_vars(vars)
@@ -32,7 +37,7 @@ private:
 
     void AddChunk(const ChunkCut& cut);
     void AddRuns(const TemplateChunk& symbols);
-    // Both give the number of the symbol behind what they added.
+    // Both give the number of the first symbol after what they added.
     std::size_t AddLeadingSkips(const TemplateChunk& symbols);
     std::size_t AddVariable(const TemplateChunk& symbols, std::size_t nSymbol);
     void AddTake(OLECHAR cSymbol, OLECHAR cVariable);
@@ -85,7 +90,6 @@ std::size_t TemplateCompiler::AddLeadingSkips(const TemplateChunk& symbols)
     return nCount;
 }
 
-// Behind a '?' the next symbol belongs to the run whatever it is.
 std::size_t TemplateCompiler::AddVariable(const TemplateChunk& symbols, std::size_t nSymbol)
 {
     const OLECHAR cVariable = symbols.Symbol(nSymbol);
@@ -126,8 +130,8 @@ void TemplateCompiler::AddTake(OLECHAR cSymbol, OLECHAR cVariable)
         {.bSkip = false, .bDigit = WantsDigit(cSymbol), .bMayEnd = MayEndAt(cSymbol, cVariable)});
 }
 
-// A text that ends ahead of a '?' has nothing to skip, and ends ahead of what
-// follows.
+// A text that ends before a '?' has nothing to skip, so it ends before the symbol
+// after that.
 void TemplateCompiler::AddSkip(const TemplateChunk& symbols, std::size_t nSymbol, OLECHAR cVariable)
 {
     const bool bLast = nSymbol + 1 == symbols.SymbolCount();
@@ -137,8 +141,7 @@ void TemplateCompiler::AddSkip(const TemplateChunk& symbols, std::size_t nSymbol
          .bMayEnd = bLast || MayEndAt(symbols.Symbol(nSymbol + 1), cVariable)});
 }
 
-// At the end of the text a run may stop inside itself or ahead of another
-// variable, which then gets nothing.
+// A text may end inside a run, or before another variable, which then gets nothing.
 bool TemplateCompiler::MayEndAt(OLECHAR cSymbol, OLECHAR cVariable) const
 {
     return cSymbol == cVariable || m_vars.Declares(cSymbol);

@@ -26,9 +26,9 @@ bool LengthFits(const TemplateChunk& chunk, string_view_t sText)
                            : sText.size() == chunk.SymbolCount();
 }
 
-// Which symbols of a Date chunk want a digit, asked in matching order. A '?' passes
-// over a character at the start of a chunk or behind a symbol that took one; the
-// symbol behind an inner '?' always takes one, even if it is a '?' itself.
+// Which symbols of a Date chunk want a digit, asked in the order of matching. A '?' skips a
+// character at the start of a chunk, or after a symbol that took one. The symbol after such
+// an inner '?' always takes one, even if it is a '?' itself.
 class DigitRule
 {
 public:

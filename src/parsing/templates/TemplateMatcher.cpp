@@ -1,3 +1,9 @@
+// The text is cut at the dividers of the template, and each piece is matched against its
+// chunk, from the right if the chunk starts with a star, else from the left. The runs of a
+// chunk take their characters one after the other; what a run took is a number, a month's
+// name or the PM word, and is added to the run's variable. A run without a '?' inside is
+// one piece of the text and needs no copy.
+
 #include "src/parsing/templates/TemplateMatcher.h"
 
 #include <algorithm>
@@ -6,14 +12,14 @@
 
 #include "src/parsing/templates/MonthNames.h"
 #include "src/parsing/templates/NumberText.h"
+#include "src/parsing/templates/TextTests.h"
 #include "src/values/CaseFold.h"
 
 namespace Hesperon::specifics {
 
 namespace {
 
-#include "src/parsing/templates/TextTests.h"
-// Behind a leading '-' the seconds start at 1 and not at 0; one '+' is passed over.
+// After a leading '-' the seconds start at 1 instead of 0; then one '+' is skipped.
 string_view_t SkipTimeSign(string_view_t sText, tagMATHVALUE& seconds)
 {
     if (sText.starts_with(OLESTR('-'))) {
@@ -51,7 +57,8 @@ bool ReadNumberOrMonth(string_view_t sText, LONGLONG& value)
 
 } // namespace
 
-// What is left of a chunk's text, taken from the end that its direction says.
+// What is left of a chunk's text. Characters are taken from its right end if the chunk is
+// matched from the right.
 class ChunkText
 {
 public:
@@ -60,7 +67,7 @@ public:
     std::size_t Size() const { return m_sText.size(); }
     bool IsReversed() const { return m_bReversed; }
 
-    // In the text's order. REQUIRES nCount <= Size().
+    // In the text's order. REQUIRES: nCount <= Size().
     string_view_t Take(std::size_t nCount)
     {
         const std::size_t nLeft = m_sText.size() - nCount;
@@ -123,8 +130,8 @@ HRESULT CompiledTemplate::Evaluate(string_view_t sText, TemplateVariables& vars)
     return hr;
 }
 
-// A text that ends ahead of the template matches: what it leaves at 0 is for the
-// validity rules to judge.
+// A text that ends before the template does matches. The variables that it didn't reach
+// stay 0, and the validity rules judge them.
 HRESULT CompiledTemplate::MatchChunks(string_view_t sText, TemplateVariables& vars) const
 {
     for (const Chunk& chunk : m_chunks) {

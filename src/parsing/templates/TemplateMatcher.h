@@ -1,10 +1,10 @@
 // CompiledTemplate: a Date or Time template in the form that texts are matched
 // with. See docs/templates.md for the language.
 //
-// A pattern becomes chunks, a chunk becomes runs of one variable, and a run knows
-// how many characters it takes; what a template leaves open is only how many its
-// stars take. Matching reads the text once, allocates nothing, and may run on
-// several threads at once.
+// A pattern becomes chunks, and a chunk becomes runs of one variable each. A run knows
+// how many characters it takes; only the number that a star takes depends on the text.
+// Matching reads the text once, allocates nothing, and may run on several threads at
+// once.
 #pragma once
 
 #include <cstdint>
@@ -40,7 +40,7 @@ private:
     {
         bool bSkip;   // the character is passed over
         bool bDigit;  // only a digit may stand here
-        bool bMayEnd; // a text that ends ahead of this symbol matches
+        bool bMayEnd; // a text that ends before this symbol matches
     };
 
     enum class RunKind : std::uint8_t
@@ -51,13 +51,13 @@ private:
         Undeclared // a symbol that no text matches; the last run of its chunk
     };
 
-    // Symbols that are converted together, in matching order.
+    // Symbols that are converted together, in the order in which they are matched.
     struct Run
     {
         RunKind kind = RunKind::Number;
         bool bDigits = false;     // its own symbols take digits only
-        bool bStar = false;       // it takes the rest of the text, too
-        bool bStarDigits = false; // of which all must be digits
+        bool bStar = false;       // it also takes the rest of the text
+        bool bStarDigits = false; // that rest must be digits
         bool bSparse = false;     // has a '?' inside
         std::uint8_t nSlot = 0;
         std::uint16_t nFirstStep = 0;
@@ -66,7 +66,7 @@ private:
 
     struct Chunk
     {
-        OLECHAR cDivider = 0; // behind it, unless it is the last
+        OLECHAR cDivider = 0; // after it, unless it is the last
         bool bLast = false;
         bool bWellFormed = false;
         bool bStar = false;

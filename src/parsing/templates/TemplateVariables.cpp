@@ -29,6 +29,8 @@ void TemplateVariables::Declare(OLECHAR letter, tagMATHVALUE value)
     m_declared = static_cast<std::uint8_t>(m_declared | 1 << slot);
 }
 
+// Numbers always have their variable. Dates and times have those whose letters occur in the
+// pattern, and the validity rules ask which of them must.
 void TemplateVariables::Build(unsigned uiType, string_view_t sPattern)
 {
     m_declared = 0;

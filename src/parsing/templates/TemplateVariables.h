@@ -1,6 +1,6 @@
 // TemplateVariables: the variables that one column's template declares.
 //
-// A flat table with a fixed slot a letter, so that matching neither searches nor
+// A flat table with a fixed slot for each letter, so that matching neither searches nor
 // allocates. Which letters a template may declare depends on the column's type:
 // Date d, m, y; Time f, h, m, s, t; prices f; whole numbers i.
 #pragma once
@@ -16,7 +16,7 @@ namespace Hesperon::specifics {
 class TemplateVariables
 {
 public:
-    // Slots are for the matcher, which looks a letter up once a template.
+    // Slots are for the matcher, which looks a letter up once, when a template is set.
     static constexpr int kSlots = 8;
     static constexpr int kNoSlot = -1;
     static constexpr int SlotOf(OLECHAR letter);
@@ -50,7 +50,7 @@ private:
     void Declare(OLECHAR letter, tagMATHVALUE value);
 
     std::array<tagMATHVALUE, kSlots> m_values{};
-    std::uint8_t m_declared = 0; // a bit a slot
+    std::uint8_t m_declared = 0; // one bit per slot
 };
 
 // A switch, so that the slot of a literal is known to the compiler.

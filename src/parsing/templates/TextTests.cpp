@@ -74,9 +74,9 @@ string_view_t RemoveBoundaryDividers(string_view_t sText)
     return nSize > 0 ? sText.substr(0, nSize) : sText;
 }
 
-// Each character of the first text takes the first equal one of the second that
-// no other has taken. A single character counts as if it were all of the first
-// text, so that one letter can name a column.
+// Each character of the first text takes the first equal one of the second that is still
+// free. If the second text is a single character, its match counts as the whole first text,
+// so that one letter can name a column.
 std::size_t FindMatchCount(string_view_t sFirst, string_view_t sSecond)
 {
     const std::size_t nWeight = sSecond.size() == 1 ? sFirst.size() : 1;
