@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/Seed.h"
-#include "tools/tabulex/output/Formats.h"
+#include "tools/tabulex/text/Formats.h"
 
 using namespace tabulex;
 

@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include "tools/tabulex/output/TemporaryFile.h"
 #include "tools/tabulex/system/Files.h"
 #include "tools/tabulex/system/Paths.h"
-#include "tools/tabulex/system/TemporaryFile.h"
 
 using namespace tabulex;
 namespace fs = std::filesystem;

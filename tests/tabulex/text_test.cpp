@@ -1,9 +1,9 @@
 // Text between UTF-16 and UTF-8, widths, and near misses of words.
 #include <gtest/gtest.h>
 
-#include "tools/tabulex/options/Suggestion.h"
-#include "tools/tabulex/output/TextTable.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Suggestion.h"
+#include "tools/tabulex/text/Text.h"
+#include "tools/tabulex/text/TextTable.h"
 
 using namespace tabulex;
 

@@ -10,12 +10,12 @@
 #include "interfaces/NativeHost.h"
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/options/CommandLine.h"
-#include "tools/tabulex/options/Suggestion.h"
-#include "tools/tabulex/run/Interrupt.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Files.h"
+#include "tools/tabulex/system/Interrupt.h"
 #include "tools/tabulex/system/Surroundings.h"
 #include "tools/tabulex/system/Terminal.h"
+#include "tools/tabulex/text/Suggestion.h"
 
 using namespace tabulex;
 

@@ -5,12 +5,13 @@
 #include <fmt/ranges.h>
 
 #include "tools/tabulex/commands/Commands.h"
+#include "tools/tabulex/host/Columns.h"
 #include "tools/tabulex/host/Environment.h"
 #include "tools/tabulex/host/Properties.h"
 #include "tools/tabulex/host/SettingsCheck.h"
-#include "tools/tabulex/output/OutputTargets.h"
-#include "tools/tabulex/run/Interrupt.h"
+#include "tools/tabulex/options/OutputTargets.h"
 #include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/Interrupt.h"
 #include "tools/tabulex/system/Paths.h"
 
 namespace tabulex {

@@ -2,10 +2,10 @@
 
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/commands/InspectReport.h"
-#include "tools/tabulex/commands/Results.h"
 #include "tools/tabulex/host/Environment.h"
 #include "tools/tabulex/host/FileLayout.h"
-#include "tools/tabulex/output/Formats.h"
+#include "tools/tabulex/output/Results.h"
+#include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
 

@@ -5,9 +5,9 @@
 
 #include "tools/tabulex/commands/RecordTable.h"
 #include "tools/tabulex/host/SettingsCheck.h"
-#include "tools/tabulex/output/Formats.h"
 #include "tools/tabulex/system/Fault.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

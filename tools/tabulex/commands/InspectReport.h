@@ -4,8 +4,8 @@
 #include <string>
 
 #include "tools/tabulex/commands/Commands.h"
-#include "tools/tabulex/commands/Results.h"
 #include "tools/tabulex/host/FileLayout.h"
+#include "tools/tabulex/output/Results.h"
 
 namespace tabulex {
 

@@ -1,6 +1,6 @@
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/commands/RecordTable.h"
-#include "tools/tabulex/commands/Results.h"
+#include "tools/tabulex/output/Results.h"
 
 namespace tabulex {
 

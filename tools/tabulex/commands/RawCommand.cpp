@@ -1,8 +1,8 @@
 #include <fmt/format.h>
 
 #include "tools/tabulex/commands/Commands.h"
-#include "tools/tabulex/commands/Results.h"
 #include "tools/tabulex/host/Properties.h"
+#include "tools/tabulex/output/Results.h"
 #include "tools/tabulex/system/Fault.h"
 
 namespace tabulex {

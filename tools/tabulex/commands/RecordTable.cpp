@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/tabulex/host/Columns.h"
 #include "tools/tabulex/host/Properties.h"
 #include "tools/tabulex/output/CellText.h"
 

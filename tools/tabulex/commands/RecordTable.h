@@ -9,9 +9,10 @@
 #include <vector>
 
 #include "platform/values.h"
-#include "tools/tabulex/host/Columns.h"
-#include "tools/tabulex/output/Formats.h"
-#include "tools/tabulex/output/TextTable.h"
+#include "tools/tabulex/host/Host.h"
+#include "tools/tabulex/output/Column.h"
+#include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/TextTable.h"
 
 namespace tabulex {
 

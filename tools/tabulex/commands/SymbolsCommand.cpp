@@ -3,12 +3,12 @@
 #include "interfaces/NativeHost.h"
 #include "platform/values.h"
 #include "tools/tabulex/commands/Commands.h"
-#include "tools/tabulex/commands/Results.h"
+#include "tools/tabulex/host/DataSink.h"
 #include "tools/tabulex/host/Settings.h"
-#include "tools/tabulex/run/DataSink.h"
-#include "tools/tabulex/run/Interrupt.h"
+#include "tools/tabulex/output/Results.h"
 #include "tools/tabulex/system/Fault.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/system/Interrupt.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

@@ -4,11 +4,11 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/tabulex/commands/Commands.h"
-#include "tools/tabulex/commands/Results.h"
 #include "tools/tabulex/host/Properties.h"
 #include "tools/tabulex/output/CellText.h"
+#include "tools/tabulex/output/Results.h"
+#include "tools/tabulex/output/TemporaryFile.h"
 #include "tools/tabulex/system/Fault.h"
-#include "tools/tabulex/system/TemporaryFile.h"
 
 namespace tabulex {
 

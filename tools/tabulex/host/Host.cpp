@@ -10,10 +10,10 @@
 #include "interfaces/ClassIds.h"
 #include "interfaces/Module.h"
 #include "tools/tabulex/host/Properties.h"
-#include "tools/tabulex/options/Suggestion.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Files.h"
 #include "tools/tabulex/system/Paths.h"
+#include "tools/tabulex/text/Suggestion.h"
 
 namespace tabulex {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/values.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/values.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

@@ -7,9 +7,9 @@
 #include "tools/tabulex/host/ColumnSettings.h"
 #include "tools/tabulex/host/Environment.h"
 #include "tools/tabulex/host/Properties.h"
-#include "tools/tabulex/options/Suggestion.h"
-#include "tools/tabulex/output/Formats.h"
 #include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/Suggestion.h"
 
 namespace tabulex {
 

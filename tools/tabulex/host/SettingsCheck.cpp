@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "tools/tabulex/host/DataSink.h"
 #include "tools/tabulex/host/Properties.h"
-#include "tools/tabulex/run/DataSink.h"
 #include "tools/tabulex/system/Fault.h"
 
 namespace tabulex {

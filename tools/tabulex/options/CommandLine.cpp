@@ -6,9 +6,9 @@
 #include <fmt/format.h>
 
 #include "tools/tabulex/options/CommandDefinitions.h"
-#include "tools/tabulex/options/Suggestion.h"
-#include "tools/tabulex/output/OutputTargets.h"
+#include "tools/tabulex/options/OutputTargets.h"
 #include "tools/tabulex/system/Terminal.h"
+#include "tools/tabulex/text/Suggestion.h"
 
 namespace tabulex {
 

@@ -8,8 +8,8 @@
 #include <fmt/ranges.h>
 
 #include "tools/tabulex/options/OptionValues.h"
-#include "tools/tabulex/options/Suggestion.h"
-#include "tools/tabulex/output/Formats.h"
+#include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/Suggestion.h"
 
 namespace tabulex {
 

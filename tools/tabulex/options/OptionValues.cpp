@@ -5,7 +5,7 @@
 
 #include <fmt/format.h>
 
-#include "tools/tabulex/output/Formats.h"
+#include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
 

@@ -1,7 +1,7 @@
 #include "tools/tabulex/output/CellText.h"
 
 #include "platform/values.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "tools/tabulex/host/Columns.h"
-#include "tools/tabulex/output/Formats.h"
+#include "tools/tabulex/output/Column.h"
+#include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
 

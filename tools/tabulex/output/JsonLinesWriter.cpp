@@ -6,7 +6,7 @@
 
 #include "platform/values.h"
 #include "tools/tabulex/output/CellText.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

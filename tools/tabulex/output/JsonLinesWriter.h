@@ -3,8 +3,8 @@
 
 #include <string_view>
 
-#include "tools/tabulex/output/Formats.h"
 #include "tools/tabulex/output/RowWriter.h"
+#include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
 

@@ -9,7 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/tabulex/host/Columns.h"
+#include "platform/component.h"
+#include "tools/tabulex/output/Column.h"
 #include "tools/tabulex/system/ExitStatus.h"
 
 namespace tabulex {

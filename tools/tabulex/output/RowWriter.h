@@ -5,7 +5,8 @@
 
 #include <string>
 
-#include "tools/tabulex/host/Columns.h"
+#include "platform/component.h"
+#include "tools/tabulex/output/Column.h"
 
 namespace tabulex {
 

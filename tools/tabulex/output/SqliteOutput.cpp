@@ -11,7 +11,7 @@
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Paths.h"
 #include "tools/tabulex/system/SqliteLibrary.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

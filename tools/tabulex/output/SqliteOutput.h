@@ -8,10 +8,10 @@
 // whole numbers INTEGER; an empty cell is NULL.
 #pragma once
 
-#include "tools/tabulex/output/Formats.h"
 #include "tools/tabulex/output/RowOutput.h"
 #include "tools/tabulex/output/Sqlite.h"
 #include "tools/tabulex/output/StagedFile.h"
+#include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
 

@@ -5,10 +5,11 @@
 #include <fmt/format.h>
 
 #include "interfaces/NativeHost.h"
+#include "tools/tabulex/host/Columns.h"
 #include "tools/tabulex/host/Properties.h"
-#include "tools/tabulex/run/Interrupt.h"
 #include "tools/tabulex/run/ProgressView.h"
 #include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/Interrupt.h"
 
 namespace tabulex {
 

@@ -3,7 +3,7 @@
 #include <new>
 
 #include "platform/values.h"
-#include "tools/tabulex/run/Interrupt.h"
+#include "tools/tabulex/system/Interrupt.h"
 
 namespace tabulex {
 

@@ -1,8 +1,8 @@
 // ConversionSink: receives a conversion and hands its rows to an output.
 #pragma once
 
+#include "tools/tabulex/host/DataSink.h"
 #include "tools/tabulex/output/RowOutput.h"
-#include "tools/tabulex/run/DataSink.h"
 #include "tools/tabulex/run/ErrorReporter.h"
 
 namespace tabulex {

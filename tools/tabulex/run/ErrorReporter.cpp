@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "tools/tabulex/output/CsvWriter.h"
-#include "tools/tabulex/run/Interrupt.h"
+#include "tools/tabulex/system/Interrupt.h"
 
 namespace tabulex {
 

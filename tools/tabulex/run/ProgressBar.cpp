@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-#include "tools/tabulex/output/Formats.h"
+#include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
 

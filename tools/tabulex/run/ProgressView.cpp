@@ -2,9 +2,9 @@
 
 #include "interfaces/ControlTable.h"
 #include "interfaces/NativeHost.h"
-#include "tools/tabulex/output/Formats.h"
-#include "tools/tabulex/run/Interrupt.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/system/Interrupt.h"
+#include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

@@ -25,11 +25,6 @@ bool WantsColour(When choice, Stream stream)
     return TakesSequences(stream);
 }
 
-std::string Bold(std::string_view text, bool bColour)
-{
-    return bColour ? fmt::format("\033[1m{}{}", text, kPlain) : std::string(text);
-}
-
 Console::Console(bool bColour, bool bQuiet, bool bVerbose)
     : m_bColour(bColour), m_bQuiet(bQuiet), m_bVerbose(bVerbose)
 {}

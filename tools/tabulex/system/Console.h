@@ -23,9 +23,6 @@ enum class When
 // Whether colours go to a stream: by choice, then NO_COLOR, then the terminal.
 bool WantsColour(When choice, Stream stream);
 
-// Text between escape sequences where `bColour` says so.
-std::string Bold(std::string_view text, bool bColour);
-
 class Console
 {
 public:

@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 
 #include "tools/tabulex/system/Paths.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

@@ -1,4 +1,4 @@
-#include "tools/tabulex/run/Interrupt.h"
+#include "tools/tabulex/system/Interrupt.h"
 
 #include <csignal>
 #include <cstdlib>

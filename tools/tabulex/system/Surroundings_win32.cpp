@@ -1,6 +1,6 @@
 #include "tools/tabulex/system/Surroundings.h"
 
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 #include <shellapi.h>
 

@@ -1,4 +1,4 @@
-#include "tools/tabulex/commands/Results.h"
+#include "tools/tabulex/output/Results.h"
 
 #include <fmt/format.h>
 

@@ -22,6 +22,9 @@ string_t PathFromBytes(std::string_view bytes);
 // Terminal columns that the text takes: two for wide East Asian characters.
 std::size_t DisplayWidth(std::string_view utf8);
 
+// Text between escape sequences where `bColour` says so.
+std::string Bold(std::string_view text, bool bColour);
+
 bool EqualIgnoringCase(std::string_view a, std::string_view b);
 std::string LowerCase(std::string_view text); // ASCII letters only
 

@@ -1,9 +1,9 @@
-#include "tools/tabulex/run/DataSink.h"
+#include "tools/tabulex/host/DataSink.h"
 
 #include <new>
 
 #include "platform/values.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

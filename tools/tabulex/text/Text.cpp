@@ -1,7 +1,8 @@
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 #include <algorithm>
-#include <span>
+
+#include <fmt/format.h>
 
 namespace tabulex {
 
@@ -169,6 +170,11 @@ std::size_t DisplayWidth(std::string_view utf8)
         utf8.remove_prefix(std::max<std::size_t>(nLength, 1));
     }
     return nWidth;
+}
+
+std::string Bold(std::string_view text, bool bColour)
+{
+    return bColour ? fmt::format("\033[1m{}\033[0m", text) : std::string(text);
 }
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b)

@@ -1,11 +1,11 @@
-#include "tools/tabulex/options/Suggestion.h"
+#include "tools/tabulex/text/Suggestion.h"
 
 #include <algorithm>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

@@ -1,4 +1,4 @@
-#include "tools/tabulex/system/TemporaryFile.h"
+#include "tools/tabulex/output/TemporaryFile.h"
 
 #include <chrono>
 #include <random>

@@ -1,4 +1,4 @@
-#include "tools/tabulex/output/OutputTargets.h"
+#include "tools/tabulex/options/OutputTargets.h"
 
 #include <algorithm>
 
@@ -6,7 +6,7 @@
 
 #include "tools/tabulex/system/Files.h"
 #include "tools/tabulex/system/Paths.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

@@ -1,9 +1,8 @@
-#include "tools/tabulex/output/TextTable.h"
+#include "tools/tabulex/text/TextTable.h"
 
 #include <algorithm>
 
-#include "tools/tabulex/system/Console.h"
-#include "tools/tabulex/system/Text.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 

@@ -1,4 +1,4 @@
-#include "tools/tabulex/output/Formats.h"
+#include "tools/tabulex/text/Formats.h"
 
 #include <charconv>
 #include <chrono>
