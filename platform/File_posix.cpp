@@ -8,98 +8,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/Utf8.h"
+
 namespace {
 
 constexpr char32_t kEscape = 0xDC00; // plus the byte
-constexpr char32_t kReplacement = 0xFFFD;
 
 int Descriptor(std::intptr_t handle)
 {
     return static_cast<int>(handle);
-}
-
-bool IsTrail(unsigned char byte)
-{
-    return (byte & 0xC0) == 0x80;
-}
-
-bool IsHigh(char32_t c)
-{
-    return c >= 0xD800 && c < 0xDC00;
-}
-bool IsLow(char32_t c)
-{
-    return c >= 0xDC00 && c < 0xE000;
-}
-
-// Length of the UTF-8 sequence that the lead byte begins and the least character
-// that needs that many bytes; 0 for a byte that begins none.
-struct LeadByte
-{
-    std::size_t nLength;
-    char32_t least;
-};
-
-LeadByte ClassifyLead(unsigned char byte)
-{
-    if (byte < 0x80)
-        return {1, 0};
-    if (byte >= 0xC2 && byte < 0xE0)
-        return {2, 0x80};
-    if (byte >= 0xE0 && byte < 0xF0)
-        return {3, 0x800};
-    if (byte >= 0xF0 && byte < 0xF5)
-        return {4, 0x10000};
-    return {0, 0};
-}
-
-// Takes a character from the front; a byte that isn't part of one comes as its escape.
-char32_t TakeCharacter(std::string_view& bytes)
-{
-    const auto first = static_cast<unsigned char>(bytes.front());
-    const LeadByte lead = ClassifyLead(first);
-    char32_t c = lead.nLength <= 1 ? first : first & (0x7Fu >> lead.nLength);
-    bool bValid = lead.nLength != 0 && lead.nLength <= bytes.size();
-    for (std::size_t n = 1; bValid && n < lead.nLength; ++n) {
-        const auto byte = static_cast<unsigned char>(bytes[n]);
-        bValid = IsTrail(byte);
-        c = c << 6 | (byte & 0x3Fu);
-    }
-    bValid = bValid && c >= lead.least && c <= 0x10FFFF && !IsHigh(c) && !IsLow(c);
-    bytes.remove_prefix(bValid ? lead.nLength : 1);
-    return bValid ? c : kEscape + first;
-}
-
-void AppendUnits(char32_t c, string_t& out)
-{
-    if (c < 0x10000) {
-        out.push_back(static_cast<OLECHAR>(c));
-        return;
-    }
-    out.push_back(static_cast<OLECHAR>(0xD7C0 + (c >> 10)));
-    out.push_back(static_cast<OLECHAR>(0xDC00 + (c & 0x3FF)));
-}
-
-void AppendBytes(char32_t c, std::string& out)
-{
-    const auto trail = [&](int nShift) {
-        out.push_back(static_cast<char>(0x80 | (c >> nShift & 0x3F)));
-    };
-    if (c < 0x80)
-        out.push_back(static_cast<char>(c));
-    else if (c < 0x800) {
-        out.push_back(static_cast<char>(0xC0 | c >> 6));
-        trail(0);
-    } else if (c < 0x10000) {
-        out.push_back(static_cast<char>(0xE0 | c >> 12));
-        trail(6);
-        trail(0);
-    } else {
-        out.push_back(static_cast<char>(0xF0 | c >> 18));
-        trail(12);
-        trail(6);
-        trail(0);
-    }
 }
 
 // Without O_NONBLOCK a pipe's name would hang the caller until somebody writes.
@@ -186,11 +103,7 @@ std::optional<std::size_t> File::ReadAt(std::uint64_t offset, void* buffer, std:
 
 string_t PathFromBytes(std::string_view bytes)
 {
-    string_t path;
-    path.reserve(bytes.size());
-    while (!bytes.empty())
-        AppendUnits(TakeCharacter(bytes), path);
-    return path;
+    return Utf8::Decode(bytes, [](unsigned char n) { return kEscape + n; });
 }
 
 // A surrogate that is neither of a pair nor an escape can't be part of a name.
@@ -198,16 +111,12 @@ std::string PathToBytes(string_view_t path)
 {
     std::string bytes;
     bytes.reserve(path.size());
-    for (std::size_t n = 0; n < path.size(); ++n) {
-        const char32_t c = path[n];
-        const char32_t next = n + 1 < path.size() ? path[n + 1] : 0;
-        if (IsHigh(c) && IsLow(next)) {
-            AppendBytes(((c & 0x3FF) << 10) + (next & 0x3FF) + 0x10000, bytes);
-            ++n;
-        } else if (c >= kEscape + 0x80 && c <= kEscape + 0xFF)
+    while (!path.empty()) {
+        const char32_t c = Utf8::TakeFront(path);
+        if (c >= kEscape + 0x80 && c <= kEscape + 0xFF)
             bytes.push_back(static_cast<char>(c - kEscape));
         else
-            AppendBytes(IsHigh(c) || IsLow(c) ? kReplacement : c, bytes);
+            Utf8::Append(bytes, Utf8::IsSurrogate(c) ? Utf8::kReplacement : c);
     }
     return bytes;
 }
