@@ -86,7 +86,7 @@ TEST(Offers, AreIdsAndNames)
 
 namespace {
 
-std::vector<std::pair<LONG, std::string>> RowsOf(const std::vector<HostResolution>& resolutions)
+std::vector<std::pair<LONG, std::string>> RowsOf(const std::vector<ResolutionOffer>& resolutions)
 {
     ResolutionOffers offers("None");
     for (const auto& resolution : resolutions)

@@ -110,7 +110,7 @@ void SetUpComponent(const GeneralOptions& general)
 ResolutionOffers MakeOffers(const GeneralOptions& general)
 {
     ResolutionOffers offers(LanguageOf(general) == TABULEX_LANGUAGE_CHINESE ? "无" : "None");
-    for (const HostResolution& resolution : general.resolutions)
+    for (const ResolutionOffer& resolution : general.resolutions)
         if (!offers.Add(resolution))
             throw Fault{ExitStatus::Refused,
                         fmt::format("--offer: '{}' is offered twice", resolution.sName)};

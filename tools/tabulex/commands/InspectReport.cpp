@@ -59,7 +59,7 @@ std::string ReadinessText(const Host& host)
     std::string fault = WhyNotConvertible(host);
     if (!fault.empty())
         return fault;
-    return host.HasColumn(kDateType) ? "yes" : "no column holds a date";
+    return host.HasColumn(TypeDate) ? "yes" : "no column holds a date";
 }
 
 void AddRow(Results& results, std::string_view label, std::string_view text)
@@ -89,7 +89,8 @@ void AddFirstRows(const Host& host, bool bColour, Results& results)
         results.Add('\n' + table.Take("  "));
 }
 
-// The count wraps below zero where a file has fewer lines than stand before its data.
+// The component subtracts the lines before the data without a guard: a file that has fewer
+// gives a number below zero, wrapped.
 void AddCount(const Host& host, Results& results)
 {
     const ULONGLONG nCount = host.CountRecords();

@@ -30,7 +30,7 @@ std::vector<Variant> ReadFields(const Host& host, ULONGLONG nPosition, std::size
         FAILED(host.Data().ParseRecords(block.put(), static_cast<ULONG>(nPosition), 1)))
         return cells;
     for (std::size_t i = 0; i < nColumns; ++i) {
-        // The record's index goes on from its position.
+        // The first index of the block is the record's position.
         LONG indices[] = {static_cast<LONG>(nPosition), static_cast<LONG>(i)};
         cells.emplace_back();
         SafeArrayGetElement(block.parray, indices, cells.back().put());
@@ -38,8 +38,8 @@ std::vector<Variant> ReadFields(const Host& host, ULONGLONG nPosition, std::size
     return cells;
 }
 
-// In a file that is read backwards the lines before the data stand behind the last
-// record and can be read, but are none. Such a file is counted by then.
+// In a file that is read backwards the lines before the data come after the last record: they
+// can be read, but are no records. Such a file has been counted by then.
 ULONGLONG KnownEnd(const Host& host)
 {
     ULONGLONG nCount = 0;
@@ -94,7 +94,7 @@ bool RecordTable::IsInRange(const std::vector<Variant>& cells) const
 bool RecordTable::IsOfSymbol(const std::vector<Variant>& cells) const
 {
     ULONG nField = 0;
-    if (m_sSymbol.empty() || m_host.Records().GetFieldIndex(kSymbolType, &nField) != S_OK)
+    if (m_sSymbol.empty() || m_host.Records().GetFieldIndex(TypeSymbol, &nField) != S_OK)
         return true;
     return cells[nField].vt == VT_BSTR && ToUtf8(TextOf(cells[nField].bstrVal)) == m_sSymbol;
 }

@@ -58,7 +58,7 @@ ExitStatus Symbols(const Context& context, const std::string& file)
     const Deferral deferral;
     Host host(context.offers);
     OpenWithSettings(host, file, context.options.settings, context.console);
-    if (!host.HasColumn(kSymbolType))
+    if (!host.HasColumn(TypeSymbol))
         throw Fault{ExitStatus::Refused, "the file has no Symbol column"};
     Results results;
     const com_ptr<SymbolSink> sink(new SymbolSink(results));

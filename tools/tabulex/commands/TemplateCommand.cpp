@@ -16,8 +16,8 @@ namespace {
 
 using nlohmann::ordered_json;
 
-// A template is tried on a column, and columns come from a file: this one has a
-// single column of whatever stands in it once no character divides.
+// A template is tried on a column, and columns come from a file. Without dividers this file
+// has a single column.
 constexpr std::string_view kOneColumn = "10\n";
 constexpr LONG kNoDividers = 0;
 
@@ -34,19 +34,19 @@ void RequireAccepted(HRESULT hr, std::string_view what)
         throw Fault{ExitStatus::Refused, fmt::format("{} is refused: {}", what, HexOf(hr))};
 }
 
-// Only Date and Time have templates of their own; the others take the one they have.
-void SetTemplate(const Host& host, LONG nType, const std::string& sTemplate)
+// Only Date and Time columns can be given a template; the other types have a fixed one.
+void SetTemplate(const Host& host, unsigned uiType, const std::string& sTemplate)
 {
-    if (nType == kDateType || nType == kTimeType) {
+    if (uiType == TypeDate || uiType == TypeTime) {
         if (sTemplate.empty())
-            throw Fault{ExitStatus::Usage, "the template is empty"};
+            throw Fault{ExitStatus::Usage, "the template is empty; give one such as '*y-*m-*d'"};
         RequireAccepted(host.Records().SetFieldTemplate(Bstr(FromUtf8(sTemplate)).get(), 0),
                         "the template");
         return;
     }
     Bstr fixed;
     host.Records().GetFieldTemplate(fixed.put(), 0);
-    const char* pszPattern = nType == kSymbolType            ? "*"
+    const char* pszPattern = uiType == TypeSymbol            ? "*"
                              : ToUtf8(fixed.view()) == "int" ? "*i"
                                                              : "*i.*f";
     if (sTemplate != pszPattern && sTemplate != ToUtf8(fixed.view()))
@@ -68,15 +68,15 @@ Trial Try(const Host& host, const std::string& text)
     return trial;
 }
 
-std::string ValueText(const Trial& trial, LONG nType)
+std::string ValueText(const Trial& trial, unsigned uiType)
 {
     DateText dates;
     std::string text;
-    AppendCell(text, nType == kDateType ? ColumnKind::Date : ColumnKind::Time, trial.value, dates);
+    AppendCell(text, uiType == TypeDate ? ColumnKind::Date : ColumnKind::Time, trial.value, dates);
     return text;
 }
 
-ordered_json JsonOf(const Trial& trial, LONG nType)
+ordered_json JsonOf(const Trial& trial, unsigned uiType)
 {
     ordered_json json = {{"valid", trial.bValid}};
     if (!trial.bValid) {
@@ -87,7 +87,7 @@ ordered_json JsonOf(const Trial& trial, LONG nType)
     } else if (trial.value.vt == VT_I8) {
         json["value"] = trial.value.llVal;
     } else {
-        json["value"] = ValueText(trial, nType);
+        json["value"] = ValueText(trial, uiType);
     }
     return json;
 }
@@ -99,17 +99,17 @@ ExitStatus TryTemplate(const Context& context)
     const TemplateOptions& options = context.options.trial;
     const TemporaryFile file(kOneColumn); // outlives who holds it open
     Host host(context.offers);
-    const LONG nType = host.RequireType(options.sType, "TYPE");
+    const unsigned uiType = host.RequireType(options.sType, "TYPE");
     host.Open(file.Path());
     RequireAccepted(host.Records().put_FieldDividers(kNoDividers), "an undivided line");
-    RequireAccepted(host.Records().SetFieldType(0, nType), "the type");
-    SetTemplate(host, nType, options.sTemplate);
+    RequireAccepted(host.Records().SetFieldType(0, static_cast<LONG>(uiType)), "the type");
+    SetTemplate(host, uiType, options.sTemplate);
     const Trial trial = Try(host, options.sText);
     Results results;
     if (context.options.bJson)
-        results.Add(JsonOf(trial, nType).dump() + '\n');
+        results.Add(JsonOf(trial, uiType).dump() + '\n');
     else if (trial.bValid)
-        results.Add(ValueText(trial, nType) + '\n');
+        results.Add(ValueText(trial, uiType) + '\n');
     else // the component's text begins with a blank
         context.console.Error(
             std::string_view(trial.sReason)

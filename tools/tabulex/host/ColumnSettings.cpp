@@ -38,7 +38,8 @@ bool ReadsRecord(const Host& host, ULONG nField, HRESULT (IDataParser::*record)(
     return host.Records().GetFieldValue(value.put(), nField) == S_OK;
 }
 
-// The ends of the file tell day and month apart more often than neighbours do.
+// Two records far apart show which is the day and which the month more often than two
+// neighbours do.
 bool ReadsFirstAndLast(const Host& host, ULONG nField)
 {
     return host.Data().put_Position(0) == S_OK &&
@@ -53,7 +54,7 @@ void FindTemplate(const Host& host, const ColumnSetting& column)
     host.Records().GetTemplates(templates.put(), Bstr(FromUtf8(column.sType)).get());
     auto candidates = TextsOf(templates);
     if (!candidates.empty())
-        candidates.pop_back(); // stands for the entry of a template by hand
+        candidates.pop_back(); // an empty entry, under which users type one of their own
     for (const std::string& candidate : candidates) {
         SetTemplate(host, column, candidate);
         if (ReadsFirstAndLast(host, column.nField))
@@ -72,24 +73,24 @@ void RequireColumn(const Host& host, const ColumnSetting& column)
                     fmt::format("--column {}: the file has {} columns", column.nField + 1, nCount)};
 }
 
-void SetType(const Host& host, const ColumnSetting& column, LONG nType)
+void SetType(const Host& host, const ColumnSetting& column, unsigned uiType)
 {
     Bstr name; // null for none
-    if (nType != kNoType)
-        name = Bstr(FromUtf8(host.TypeNames()[static_cast<std::size_t>(nType)]));
+    if (uiType != kNoType)
+        name = Bstr(FromUtf8(host.TypeNames()[uiType]));
     const HRESULT hr = host.Records().SetFieldName(column.nField, name.get());
     if (FAILED(hr))
         throw Fault{ExitStatus::Refused, fmt::format("--column {}: type {} is refused: {}",
                                                      column.nField + 1, column.sType, HexOf(hr))};
 }
 
-// Setting a type empties the template, so one that stood is set again.
-void ApplyDated(const Host& host, ColumnSetting column, LONG nType)
+// Setting a type empties the template, so the one from before is set again.
+void ApplyDated(const Host& host, ColumnSetting column, unsigned uiType)
 {
-    column.sType = host.TypeNames()[static_cast<std::size_t>(nType)];
-    if (column.sTemplate.empty() && host.ColumnType(column.nField) == nType)
+    column.sType = host.TypeNames()[uiType];
+    if (column.sTemplate.empty() && host.ColumnType(column.nField) == uiType)
         column.sTemplate = TemplateOf(host, column.nField);
-    SetType(host, column, nType);
+    SetType(host, column, uiType);
     if (column.sTemplate.empty())
         FindTemplate(host, column);
     else
@@ -100,18 +101,18 @@ void ApplyColumn(const Host& host, const ColumnSetting& column)
 {
     RequireColumn(host, column);
     const bool bNone = EqualIgnoringCase(column.sType, kNone);
-    const LONG nType =
+    const unsigned uiType =
         bNone ? kNoType
               : host.RequireType(column.sType, fmt::format("--column {}", column.nField + 1));
-    if (nType == kDateType || nType == kTimeType) {
-        ApplyDated(host, column, nType);
+    if (uiType == TypeDate || uiType == TypeTime) {
+        ApplyDated(host, column, uiType);
         return;
     }
     if (!column.sTemplate.empty())
         throw Fault{ExitStatus::Refused,
                     fmt::format("--column {}: only Date and Time columns take a template",
                                 column.nField + 1)};
-    SetType(host, column, nType);
+    SetType(host, column, uiType);
 }
 
 } // namespace

@@ -6,20 +6,19 @@ namespace tabulex {
 
 namespace {
 
-ColumnKind KindOf(LONG nType)
+ColumnKind KindOf(unsigned uiType)
 {
-    switch (nType) {
+    switch (uiType) {
     case kNoType:
         return ColumnKind::None;
-    case kSymbolType:
+    case TypeSymbol:
         return ColumnKind::Symbol;
-    case kDateType:
+    case TypeDate:
         return ColumnKind::Date;
-    case kTimeType:
+    case TypeTime:
         return ColumnKind::Time;
     }
-    return nType >= kFirstPriceType && nType <= kLastPriceType ? ColumnKind::Price
-                                                               : ColumnKind::Whole;
+    return IQRL_TabulexConverter::IsPriceType(uiType) ? ColumnKind::Price : ColumnKind::Whole;
 }
 
 } // namespace

@@ -21,9 +21,9 @@ using IQRL_TabulexConverter::CLSID_CqrlTabulexConvertor;
 
 namespace {
 
-// Behind the last record of any file, and far enough from the end of the number
-// range that adding the header's lines doesn't wrap.
-constexpr ULONGLONG kBehindEveryFile = ULONGLONG(1) << 62;
+// After the last record of any file, and far enough from the end of the number range that
+// adding the header's lines doesn't wrap.
+constexpr ULONGLONG kAfterEveryFile = ULONGLONG(1) << 62;
 
 void Require(HRESULT hr, const char* pszWhat)
 {
@@ -31,7 +31,7 @@ void Require(HRESULT hr, const char* pszWhat)
         throw Fault{ExitStatus::Refused, fmt::format("{} failed: {}", pszWhat, HexOf(hr))};
 }
 
-// The component only says that it failed; the system is asked once more for the reason.
+// The component only reports that it failed, so the system is asked for the reason.
 std::string WhyNotOpened(const std::string& path)
 {
     std::error_code error;
@@ -39,8 +39,8 @@ std::string WhyNotOpened(const std::string& path)
         return "is a folder";
     errno = 0;
     if (std::FILE* file = OpenFile(path, FileMode::Read)) {
-        std::fclose(file); // it can be by now, or is of a kind that the component refuses
-        return "can't be opened";
+        std::fclose(file); // it can by now, or it is of a kind that the component refuses
+        return "can't be opened; give the name of a regular file";
     }
     return std::strerror(errno);
 }
@@ -64,11 +64,11 @@ Host::Host(const ResolutionOffers& offers) : m_offers(offers)
             "getting the record parser");
     m_records = records.as<IRecordParser>();
     Require(m_records ? S_OK : E_NOINTERFACE, "getting the record parser");
-    for (const HostResolution& resolution : m_offers.Offered())
+    for (const ResolutionOffer& resolution : m_offers.Offered())
         Require(m_front->AddResolutionTemplate(resolution.nHostId,
                                                Bstr(FromUtf8(resolution.sName)).get()),
                 "offering the resolutions");
-    // Before a file is open no resolution limits the list, so it holds all types.
+    // While no file is open no resolution limits the list, so it holds all types.
     Variant names;
     Require(m_records->GetTypeNames(names.put()), "getting the field types");
     m_typeNames = TextsOf(names);
@@ -86,50 +86,51 @@ void Host::Open(const std::string& path)
         throw Fault{ExitStatus::FileFault, fmt::format("can't be read: {}", HexOf(hr))};
 }
 
-LONG Host::TypeOf(std::string_view name) const
+unsigned Host::TypeOf(std::string_view name) const
 {
     const auto at = std::ranges::find_if(
         m_typeNames, [&](const std::string& type) { return EqualIgnoringCase(type, name); });
-    return at == m_typeNames.end() ? kNoType : static_cast<LONG>(at - m_typeNames.begin());
+    return at == m_typeNames.end() ? kNoType : static_cast<unsigned>(at - m_typeNames.begin());
 }
 
-LONG Host::RequireType(std::string_view name, std::string_view option) const
+unsigned Host::RequireType(std::string_view name, std::string_view option) const
 {
-    const LONG nType = TypeOf(name);
-    if (nType != kNoType)
-        return nType;
+    const unsigned uiType = TypeOf(name);
+    if (uiType != kNoType)
+        return uiType;
     throw Fault{ExitStatus::Usage, fmt::format("{}: there is no field type '{}'; {}", option, name,
                                                SuggestOrList(name, m_typeNames))};
 }
 
-LONG Host::ColumnType(ULONG nField) const
+unsigned Host::ColumnType(ULONG nField) const
 {
-    LONG nType = kNoType;
-    return SUCCEEDED(m_records->GetFieldType(nField, &nType)) ? nType : kNoType;
+    LONG nType = 0;
+    return SUCCEEDED(m_records->GetFieldType(nField, &nType)) ? static_cast<unsigned>(nType)
+                                                              : kNoType;
 }
 
 std::string Host::ColumnName(ULONG nField) const
 {
-    const auto nType = static_cast<std::size_t>(ColumnType(nField));
-    return nType < m_typeNames.size() ? m_typeNames[nType] : std::string();
+    const unsigned uiType = ColumnType(nField);
+    return uiType < m_typeNames.size() ? m_typeNames[uiType] : std::string();
 }
 
-bool Host::HasColumn(LONG nType) const
+bool Host::HasColumn(unsigned uiType) const
 {
     ULONG nField = 0;
-    return m_records->GetFieldIndex(nType, &nField) == S_OK;
+    return m_records->GetFieldIndex(static_cast<LONG>(uiType), &nField) == S_OK;
 }
 
-// Seeking behind the end fails, but leaves the whole file counted and the position as
-// it was.
+// Seeking beyond the end fails, but counts the whole file and leaves the position as it
+// was.
 ULONGLONG Host::CountRecords() const
 {
-    m_data->put_Position(kBehindEveryFile);
+    m_data->put_Position(kAfterEveryFile);
     ULONGLONG nCount = 0;
     VARIANT_BOOL bComplete = VARIANT_FALSE;
     const HRESULT hr = m_data->GetCount(&nCount, &bComplete);
     if (FAILED(hr) || bComplete == VARIANT_FALSE)
-        throw Fault{ExitStatus::FileFault, "the records can't be counted"};
+        throw Fault{ExitStatus::FileFault, "the records can't be counted to the end of the file"};
     return nCount;
 }
 

@@ -1,5 +1,5 @@
-// Host: the component's object with its parsers, set up as a host does, and the lists
-// that the host keeps beside it.
+// Host: the component's object with its parsers, set up as hosts set it up, and the lists
+// that a host keeps beside it.
 //
 // The calls throw Fault where the work can't go on. Used by one thread; the parsers
 // themselves may be used from any.
@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "interfaces/FieldsAndResolutions.h"
 #include "interfaces/IDataParser.h"
 #include "interfaces/IRecordParser.h"
 #include "interfaces/IqrlTabulexConvertor.h"
@@ -20,13 +21,11 @@ using IQRL_TabulexConverter::IDataParser;
 using IQRL_TabulexConverter::IqrlTabulexConvertor;
 using IQRL_TabulexConverter::IRecordParser;
 
-// Field types that the tool treats in a way of its own, by the component's ids.
-inline constexpr LONG kNoType = -1; // an unassigned column
-inline constexpr LONG kSymbolType = 0;
-inline constexpr LONG kDateType = 1;
-inline constexpr LONG kTimeType = 2;
-inline constexpr LONG kFirstPriceType = 3; // the types behind the last one are whole numbers
-inline constexpr LONG kLastPriceType = 7;
+// Field types, by the component's ids; the interfaces carry them as LONG.
+using IQRL_TabulexConverter::kNoType; // an unassigned column
+using IQRL_TabulexConverter::TypeDate;
+using IQRL_TabulexConverter::TypeSymbol;
+using IQRL_TabulexConverter::TypeTime;
 
 // An object of one of the component's classes.
 template <class Interface>
@@ -35,8 +34,8 @@ HRESULT CreateComponent(REFCLSID clsid, com_ptr<Interface>& result);
 class Host
 {
 public:
-    // The offers must outlive the host. No file is open yet, so that settings which
-    // shape the detection can be made before Open.
+    // The offers must outlive the host. No file is open yet, so that settings on which the
+    // detection depends can be made before Open.
     explicit Host(const ResolutionOffers& offers);
 
     // Throws Fault with the reason where the file can't be opened.
@@ -51,20 +50,20 @@ public:
     // Internal names of all field types; the index is the type id.
     const std::vector<std::string>& TypeNames() const { return m_typeNames; }
     // Id of a name, whatever its case; kNoType if there is none.
-    LONG TypeOf(std::string_view name) const;
+    unsigned TypeOf(std::string_view name) const;
     // The same, but throws Fault for an unknown one. `option` is what the user gave it to.
-    LONG RequireType(std::string_view name, std::string_view option) const;
+    unsigned RequireType(std::string_view name, std::string_view option) const;
 
     // Columns count from 0 in file order. kNoType for an unassigned one, and for one
     // that the file doesn't have.
-    LONG ColumnType(ULONG nField) const;
+    unsigned ColumnType(ULONG nField) const;
     // Empty for an unassigned column.
     std::string ColumnName(ULONG nField) const;
     // Whether any column has this type.
-    bool HasColumn(LONG nType) const;
+    bool HasColumn(unsigned uiType) const;
 
-    // Data records, without the header and what stands before it. Walks to the end of
-    // the file, so it takes time on a large one; throws Fault if that fails.
+    // The number of data records, without the header and the lines before it. Walks to the
+    // end of the file, which takes time on a large one; throws Fault if that fails.
     ULONGLONG CountRecords() const;
 
     // Another parser on the same open file, on which position n is line n: for reading

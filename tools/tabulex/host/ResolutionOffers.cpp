@@ -2,51 +2,53 @@
 
 #include <algorithm>
 
+#include "interfaces/FieldsAndResolutions.h"
 #include "platform/values.h"
 #include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 
+using namespace IQRL_TabulexConverter;
+
 namespace {
 
-// Host ids in the order of the component's resolutions.
-constexpr LONG kHostIds[] = {0, 1, 1, 8, 9, 2, 4, 5};
-// Two resolutions that the host knows under one id.
-constexpr LONG kTick = 1;
-constexpr LONG kTickBars = 2;
-
-LONG SlotOf(LONG nHostId)
+// Of the two that a host knows under one id, the first.
+LONG ResolutionOf(LONG nHostId)
 {
-    const auto* at = std::ranges::find(kHostIds, nHostId);
-    return at == std::end(kHostIds) ? 0 : static_cast<LONG>(at - kHostIds);
+    const auto* at = std::ranges::find(kHostResolutions, nHostId);
+    return at == std::end(kHostResolutions) ? ResolutionNone
+                                            : static_cast<LONG>(at - kHostResolutions);
 }
 
 } // namespace
 
-const std::vector<HostResolution>& DefaultResolutions()
+const std::vector<ResolutionOffer>& DefaultResolutions()
 {
-    static const std::vector<HostResolution> resolutions = {
-        {1, "Ticks"},   {1, "Tick Bars"}, {8, "Count Bars"}, {9, "Seconds"},
-        {2, "Minutes"}, {4, "Days"},      {5, "Weeks"},
+    static const std::vector<ResolutionOffer> resolutions = {
+        {HostResolutionTicks, "Ticks"},          {HostResolutionTicks, "Tick Bars"},
+        {HostResolutionCountBars, "Count Bars"}, {HostResolutionSeconds, "Seconds"},
+        {HostResolutionMinutes, "Minutes"},      {HostResolutionDays, "Days"},
+        {HostResolutionWeeks, "Weeks"},
     };
     return resolutions;
 }
 
-ResolutionOffers::ResolutionOffers(std::string sNone) : m_rows{{0, std::move(sNone)}} {}
+ResolutionOffers::ResolutionOffers(std::string sNone) : m_rows{{ResolutionNone, std::move(sNone)}}
+{}
 
-bool ResolutionOffers::Add(const HostResolution& resolution)
+bool ResolutionOffers::Add(const ResolutionOffer& offer)
 {
-    if (std::ranges::find(m_rows, resolution.sName, &Row::sName) != m_rows.end())
+    if (std::ranges::find(m_rows, offer.sName, &Row::sName) != m_rows.end())
         return false;
-    m_offered.push_back(resolution);
-    LONG nSlot = SlotOf(resolution.nHostId);
-    if (nSlot == kTick && FindId(kTick))
-        nSlot = kTickBars;
-    const auto row = std::ranges::find(m_rows, nSlot, &Row::nId);
+    m_offered.push_back(offer);
+    LONG nId = ResolutionOf(offer.nHostId);
+    if (nId == ResolutionTick && FindId(ResolutionTick))
+        nId = ResolutionTickBars;
+    const auto row = std::ranges::find(m_rows, nId, &Row::nId);
     if (row != m_rows.end())
-        row->sName = resolution.sName;
+        row->sName = offer.sName;
     else
-        m_rows.push_back({nSlot, resolution.sName});
+        m_rows.push_back({nId, offer.sName});
     return true;
 }
 

@@ -13,14 +13,14 @@
 namespace tabulex {
 
 // One resolution as a host knows it.
-struct HostResolution
+struct ResolutionOffer
 {
     LONG nHostId;
     std::string sName;
 };
 
 // What the tool offers where the command line says nothing else.
-const std::vector<HostResolution>& DefaultResolutions();
+const std::vector<ResolutionOffer>& DefaultResolutions();
 
 class ResolutionOffers
 {
@@ -28,13 +28,13 @@ public:
     // `sNone` is the display name of the row for none.
     explicit ResolutionOffers(std::string sNone);
 
-    // False, and no change, for a name that is in the list already. A second offer
-    // of the host's id for ticks becomes the one for bars of ticks; an id that
-    // names nothing renames the row for none.
-    bool Add(const HostResolution& resolution);
+    // False, and no change, for a name that is in the list already. The rule is the
+    // component's: a second offer of the host's id for ticks becomes the one for bars of
+    // ticks, and an id that names nothing renames the row for none.
+    bool Add(const ResolutionOffer& offer);
 
     // In the order in which they were added, by the host's ids.
-    const std::vector<HostResolution>& Offered() const { return m_offered; }
+    const std::vector<ResolutionOffer>& Offered() const { return m_offered; }
 
     // In the order of the offer, which is the order in which they are tried.
     struct Row
@@ -50,11 +50,11 @@ public:
     const Row* FindName(std::string_view name) const;
 
 private:
-    std::vector<HostResolution> m_offered;
+    std::vector<ResolutionOffer> m_offered;
     std::vector<Row> m_rows;
 };
 
-// The name before its last "|", behind which a size may stand.
+// The name up to its last "|", after which there may be a size.
 std::string_view WithoutSize(std::string_view name);
 
 } // namespace tabulex

@@ -17,20 +17,25 @@ using IQRL_TabulexConverter::IValueMultiplier;
 
 namespace {
 
+constexpr const char* kNoDates =
+    "{} is refused: the dates of the file can't be read; name their column by --column N=Date";
+
 [[noreturn]] void Refuse(std::string message)
 {
     throw Fault{ExitStatus::Refused, std::move(message)};
 }
 
-// S_FALSE and E_FAIL are how the component says that the file can't be read that way.
+// The component gives S_FALSE and E_FAIL where the file can't be read that way.
 void RequireAccepted(HRESULT hr, std::string_view option)
 {
     if (hr != S_OK)
         Refuse(fmt::format("{} is refused: {}", option,
-                           hr == S_FALSE || hr == E_FAIL ? "the file doesn't fit it" : HexOf(hr)));
+                           hr == S_FALSE || hr == E_FAIL
+                               ? "the file can't be read that way; see 'tabulex inspect'"
+                               : HexOf(hr)));
 }
 
-// The multipliers are the component's own; they are set by the names that they tell.
+// The multipliers are the component's own; they are set by the names that they list.
 void SetMultiplier(IDispatch* object, const std::string& name, std::string_view option)
 {
     com_ptr<IValueMultiplier> multiplier;
@@ -64,7 +69,7 @@ void ApplyMultipliers(Host& host, const Settings& settings)
     }
 }
 
-// Each of these makes the component find the columns anew.
+// After each of these the component finds the columns anew.
 void ApplyLayout(Host& host, const Settings& settings)
 {
     if (settings.nDividers)
@@ -93,7 +98,7 @@ const ResolutionOffers::Row* FindResolution(const Host& host, std::string_view t
 {
     const std::string_view name = WithoutSize(text);
     if (host.Offers().FindName(name))
-        Refuse(fmt::format("--resolution '{}' isn't offered; the size behind the '|' is a whole "
+        Refuse(fmt::format("--resolution '{}' isn't offered; the size after the '|' is a whole "
                            "number from 1",
                            text));
     std::vector<std::string> names;
@@ -102,14 +107,15 @@ const ResolutionOffers::Row* FindResolution(const Host& host, std::string_view t
     Refuse(fmt::format("--resolution '{}' isn't offered; {}", text, SuggestOrList(name, names)));
 }
 
-// Some resolutions have a fixed size and keep it without a word.
+// Some resolutions have a fixed size and keep it without a failure.
 void ApplySize(Host& host, LONG nSize)
 {
     RequireAccepted(host.Records().put_ResolutionSize(nSize), "--size");
     const LONG nStands = Get(host.Records(), &IRecordParser::get_ResolutionSize);
     if (nStands != nSize)
         Refuse(
-            fmt::format("--size {} is refused: the size of this resolution is {}", nSize, nStands));
+            fmt::format("--size {} is refused: the size of this resolution is {}; leave --size out",
+                        nSize, nStands));
 }
 
 void ApplyResolution(Host& host, const Settings& settings)
@@ -133,13 +139,13 @@ void ApplySymbol(Host& host, const Settings& settings)
 {
     if (!settings.sSymbol)
         return;
-    if (!host.HasColumn(kSymbolType))
-        Refuse("--symbol is refused: the file has no Symbol column");
+    if (!host.HasColumn(TypeSymbol))
+        Refuse("--symbol is refused: the file has no Symbol column; name one by --column N=Symbol");
     RequireAccepted(host.Data().put_SymbolName(Bstr(FromUtf8(*settings.sSymbol)).get()),
                     "--symbol");
 }
 
-// A range beside the file's own is moved to its nearest end by the component.
+// The component moves a range outside of the file's own to the nearest end of that.
 void WarnOfClamping(Host& host, const Settings& settings, DATE dtFirst, DATE dtLast,
                     Console& console)
 {
@@ -147,10 +153,10 @@ void WarnOfClamping(Host& host, const Settings& settings, DATE dtFirst, DATE dtL
     const DATE dtEnd = GetDate(host.Data(), &IDataParser::get_EndDateTime);
     if (settings.dtFrom && *settings.dtFrom > dtLast)
         console.Warning(
-            fmt::format("--from lies behind the last record; {} is used", DateTimeText(dtStart)));
+            fmt::format("--from is after the last record; {} is used", DateTimeText(dtStart)));
     if (settings.dtTo && *settings.dtTo < dtFirst)
         console.Warning(
-            fmt::format("--to lies before the first record; {} is used", DateTimeText(dtEnd)));
+            fmt::format("--to is before the first record; {} is used", DateTimeText(dtEnd)));
 }
 
 void ApplyRange(Host& host, const Settings& settings, Console& console)
@@ -158,12 +164,12 @@ void ApplyRange(Host& host, const Settings& settings, Console& console)
     const DATE dtFirst = GetDate(host.Data(), &IDataParser::get_StartDateTime);
     const DATE dtLast = GetDate(host.Data(), &IDataParser::get_EndDateTime);
     if (settings.dtFrom && settings.dtTo && *settings.dtFrom > *settings.dtTo)
-        Refuse("--from lies behind --to");
+        Refuse("--from is after --to");
     if (settings.dtFrom &&
         FAILED(host.Data().put_StartDateTime(Variant::FromDate(*settings.dtFrom))))
-        Refuse("--from is refused: the file's own dates can't be read");
+        Refuse(fmt::format(kNoDates, "--from"));
     if (settings.dtTo && FAILED(host.Data().put_EndDateTime(Variant::FromDate(*settings.dtTo))))
-        Refuse("--to is refused: the file's own dates can't be read");
+        Refuse(fmt::format(kNoDates, "--to"));
     WarnOfClamping(host, settings, dtFirst, dtLast, console);
 }
 
@@ -174,12 +180,12 @@ void OpenWithSettings(Host& host, const std::string& path, const Settings& setti
 {
     if (!settings.sEnvironment.empty())
         ReadEnvironment(host, settings.sEnvironment);
-    ApplyMultipliers(host, settings); // sampling reads values, so they stand before
+    ApplyMultipliers(host, settings); // opening samples values, so they come first
     host.Open(path);
     if (settings.nCodePage)
         RequireAccepted(host.Data().put_Locale(*settings.nCodePage), "--code-page");
     ApplyLayout(host, settings);
-    // Ahead of the resolution, whose size is sampled from the dates.
+    // Before the resolution, whose size is sampled from the dates.
     ApplyColumns(host, settings.columns);
     ApplyResolution(host, settings);
     if (settings.bBarEndTime)

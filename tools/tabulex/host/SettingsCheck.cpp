@@ -17,15 +17,15 @@ std::string CheckSettings(const Host& host)
     return sink->FaultText();
 }
 
-// Without a date a run would end in the middle and say nothing.
+// Without a Date column a run would end without a result.
 std::string WhyNotRunnable(const Host& host)
 {
     constexpr DATE kLastDay = 0xFFFF; // records are delivered with days of 16 bits
-    if (!host.HasColumn(kDateType))
-        return "no column holds a date, so nothing can be converted";
+    if (!host.HasColumn(TypeDate))
+        return "no column holds a date, so nothing can be converted; name it by --column N=Date";
     if (GetDate(host.Data(), &IDataParser::get_EndDateTime) >= kLastDay + 1)
-        return "its dates reach behind 2079-06-04, the last day that can be delivered; end the "
-               "range by --to";
+        return "the file has dates after 2079-06-04, the last day that can be delivered; end the "
+               "range there by --to 2079-06-04";
     return {};
 }
 

@@ -11,7 +11,7 @@ namespace tabulex {
 
 namespace {
 
-// The bit of a divider is its place here.
+// The place of a divider here is the number of its bit.
 constexpr std::string_view kDividers = ": ,;|\t";
 constexpr ULONGLONG kMostColumns = 100'000; // more than a record's 511 characters can hold
 
@@ -20,7 +20,7 @@ constexpr ULONGLONG kMostColumns = 100'000; // more than a record's 511 characte
     throw std::invalid_argument(fmt::format("'{}' is not {}", text, form));
 }
 
-HostResolution ReadOffer(const std::string& text)
+ResolutionOffer ReadOffer(const std::string& text)
 {
     const std::size_t nEquals = text.find('=');
     LONG nId = 0;
@@ -83,9 +83,9 @@ Portion ReadPortion(const std::string& text)
     return {*nStart, *nCount};
 }
 
-std::vector<HostResolution> ReadOffers(const std::string& text)
+std::vector<ResolutionOffer> ReadOffers(const std::string& text)
 {
-    std::vector<HostResolution> offers;
+    std::vector<ResolutionOffer> offers;
     for (std::size_t nAt = 0; nAt < text.size();) {
         const std::size_t nComma = std::min(text.find(',', nAt), text.size());
         offers.push_back(ReadOffer(text.substr(nAt, nComma - nAt)));

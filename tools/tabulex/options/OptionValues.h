@@ -1,5 +1,5 @@
-// Values of options that have a form of their own. Each reader throws
-// std::invalid_argument with one sentence for the user.
+// Readers of option values that have a form of their own. Each throws std::invalid_argument
+// with one sentence for the user.
 #pragma once
 
 #include <string>
@@ -17,7 +17,7 @@ LONG ReadDividers(const std::string& text);
 ColumnSetting ReadColumn(const std::string& text);
 // "START:COUNT", both from 0.
 Portion ReadPortion(const std::string& text);
-// "id=name,id=name,..."; an empty text offers nothing.
-std::vector<HostResolution> ReadOffers(const std::string& text);
+// "id=name,id=name,..."; an empty text gives no offers.
+std::vector<ResolutionOffer> ReadOffers(const std::string& text);
 
 } // namespace tabulex

@@ -16,7 +16,7 @@ struct GeneralOptions
 {
     std::optional<std::string> sLanguage; // "zh" or "en"; empty: by the locale
     std::optional<std::string> sEncoding; // empty: the locale's
-    std::vector<HostResolution> resolutions = DefaultResolutions();
+    std::vector<ResolutionOffer> resolutions = DefaultResolutions();
     When colour = When::Auto;
     std::string sReportLog; // file of the component's reports, "-" standard error; empty: none
     bool bQuiet = false;
@@ -53,7 +53,7 @@ struct RangeOptions
     std::optional<ULONGLONG> nCount;
 };
 
-// raw; of both, the count wins
+// raw; if both are set, the count is printed
 struct RawOptions
 {
     bool bLast = false;
@@ -68,11 +68,11 @@ struct TemplateOptions
     std::string sText;
 };
 
-// All that was said. Options that the command doesn't take keep their defaults.
+// Everything that was given. Options that the command doesn't take have their defaults.
 struct Options
 {
     std::string sCommand;           // name of the command
-    std::vector<std::string> files; // as given, bytes of the system
+    std::vector<std::string> files; // as given, in the system's bytes
     GeneralOptions general;
     Settings settings; // of all commands that decode records
     InspectOptions inspect;

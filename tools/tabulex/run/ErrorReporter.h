@@ -28,7 +28,7 @@ struct BadLine
     std::string sMessage;
 };
 
-inline constexpr LONG kWholeRecord = 65535;
+using IQRL_TabulexConverter::kWholeRecord;
 
 class ErrorReporter
 {
