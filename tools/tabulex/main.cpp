@@ -9,6 +9,7 @@
 
 #include "interfaces/NativeHost.h"
 #include "tools/tabulex/commands/Commands.h"
+#include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/options/CommandLine.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Files.h"
@@ -21,16 +22,17 @@ using namespace tabulex;
 
 namespace {
 
-using FileCommand = ExitStatus (*)(const Context&, const std::string&);
+using FileCommand = ExitStatus (*)(const Context&, Host&, const std::string&);
 
-// One bad file doesn't keep the others from their turn.
+// After a file that fails the others still have their turn.
 template <FileCommand run>
 ExitStatus ForEachFile(const Context& context)
 {
     ExitStatus status = ExitStatus::Done;
     for (const std::string& file : context.options.files) {
         try {
-            status = Worse(status, run(context, file));
+            Host host(context.offers);
+            status = Worse(status, OnReadFile(host, [&] { return run(context, host, file); }));
         } catch (const Fault& fault) {
             context.console.Error(fmt::format("{}: {}", file, fault.sMessage));
             status = Worse(status, fault.status);
@@ -51,7 +53,7 @@ constexpr Command kCommands[] = {
     {"environment", PrintEnvironment}, {"template", TryTemplate},
 };
 
-// The first of the locale's variables that says anything counts, then the system.
+// The first of the locale's variables that isn't empty counts, then the system.
 bool IsChineseLocale()
 {
     for (const char* pszName : {"LC_ALL", "LC_MESSAGES", "LANG"})
@@ -84,7 +86,7 @@ void SetEncoding(const std::string& name)
                                    "of a code page")};
 }
 
-// The component would be silent about a log that it can't write.
+// The component doesn't report a log that it can't write.
 void SetReportLog(const std::string& path)
 {
     if (!path.empty() && path != "-") {
@@ -134,6 +136,9 @@ ExitStatus Run(const std::vector<std::string>& arguments)
     } catch (const Fault& fault) {
         console.Error(fault.sMessage);
         return fault.status;
+    } catch (const std::bad_alloc&) {
+        console.Error(kOutOfMemory);
+        return ExitStatus::FileFault;
     } catch (const std::exception& fault) {
         console.Error(fault.what());
         return ExitStatus::FileFault;

@@ -4,9 +4,8 @@
 
 namespace tabulex {
 
-ExitStatus Check(const Context& context, const std::string& file)
+ExitStatus Check(const Context& context, Host& host, const std::string& file)
 {
-    Host host(context.offers);
     OpenWithSettings(host, file, context.options.settings, context.console);
     const std::string fault = WhyNotConvertible(host);
     if (!fault.empty())

@@ -1,9 +1,9 @@
-// The commands. Each runs for one file (convert, environment: for all, template: for none), writes
-// its result to standard output and throws Fault where it can't.
+// The commands. Each writes its result to standard output, and throws Fault where it can't.
 #pragma once
 
 #include <string>
 
+#include "tools/tabulex/host/Host.h"
 #include "tools/tabulex/options/Options.h"
 #include "tools/tabulex/system/Console.h"
 
@@ -19,12 +19,17 @@ struct Context
 };
 
 // One command each, by their names; what they print stands in the help.
-ExitStatus Inspect(const Context& context, const std::string& file);
+
+// These run once for each file, on a host that has none yet. Whoever runs them looks
+// whether all reads went well.
+ExitStatus Inspect(const Context& context, Host& host, const std::string& file);
+ExitStatus Preview(const Context& context, Host& host, const std::string& file);
+ExitStatus Check(const Context& context, Host& host, const std::string& file);
+ExitStatus Raw(const Context& context, Host& host, const std::string& file);
+ExitStatus Symbols(const Context& context, Host& host, const std::string& file);
+
+// These run once for all files, or need none.
 ExitStatus Convert(const Context& context);
-ExitStatus Preview(const Context& context, const std::string& file);
-ExitStatus Check(const Context& context, const std::string& file);
-ExitStatus Raw(const Context& context, const std::string& file);
-ExitStatus Symbols(const Context& context, const std::string& file);
 ExitStatus PrintEnvironment(const Context& context);
 ExitStatus TryTemplate(const Context& context);
 

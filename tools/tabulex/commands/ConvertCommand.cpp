@@ -8,6 +8,7 @@
 #include "tools/tabulex/host/Columns.h"
 #include "tools/tabulex/host/Environment.h"
 #include "tools/tabulex/host/Properties.h"
+#include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/host/SettingsCheck.h"
 #include "tools/tabulex/options/OutputTargets.h"
 #include "tools/tabulex/system/Fault.h"
@@ -23,11 +24,11 @@ namespace {
 // In the order of RunResult.
 constexpr const char* kResultNames[] = {"commit", "rollback", "refused"};
 
-// A folder for outputs, which goes again if none came into it.
+// A folder for outputs, which is removed if it is still empty at the end.
 class OutputFolder
 {
 public:
-    // Where it can't be made, the outputs tell why.
+    // Where it can't be made, the outputs fail and give the reason.
     explicit OutputFolder(const std::string& path) : m_path(PathOf(path))
     {
         std::error_code ignored;
@@ -47,7 +48,7 @@ private:
     bool m_bMade;
 };
 
-// Questions need someone to see them and someone to answer.
+// A question must be seen by somebody who can answer it.
 OnBadLine ActionOf(const ConvertOptions& options)
 {
     const bool bTerminal = IsTerminal(Stream::Input) && IsTerminal(Stream::Error);
@@ -97,6 +98,7 @@ public:
 private:
     Outcome RunOne(std::size_t nFile);
     Outcome Convert(const std::string& file, const ConversionOptions& options);
+    void Prepare(Host& host, const std::string& file) const;
     ConversionOptions OptionsOf(std::size_t nFile);
     void RequireDistinctFiles(const ConversionOptions& options) const;
     void FinishRejects(Outcome& outcome);
@@ -109,7 +111,7 @@ private:
     bool m_bCommitted = false; // any of the files
 };
 
-// Faults are told here, since a file's summary is its last line in any case.
+// Prints the summary here, since it is the last line of a file in any case.
 ExitStatus ConversionSeries::Run()
 {
     ExitStatus status = ExitStatus::Done;
@@ -128,7 +130,7 @@ ExitStatus ConversionSeries::Run()
     return bInterrupted ? ExitStatus::Interrupted : status;
 }
 
-// One bad file doesn't keep the others from their turn.
+// After a file that fails the others are still converted.
 Outcome ConversionSeries::RunOne(std::size_t nFile)
 {
     try {
@@ -145,10 +147,7 @@ Outcome ConversionSeries::Convert(const std::string& file, const ConversionOptio
 {
     RequireDistinctFiles(options);
     Host host(m_context.offers);
-    OpenWithSettings(host, file, m_context.options.settings, m_context.console);
-    m_context.console.Note(
-        fmt::format("{}: {}; {}", file, DescribeResolution(host), DescribeColumns(host)));
-    RequireRunnable(host, !m_convert.bNoCheck);
+    OnReadFile(host, [&] { Prepare(host, file); });
     const Outcome outcome =
         RunConversion(host, m_context.console, file, options, m_context.options.settings.portion);
     if (m_convert.bSaveEnvironment && outcome.result == RunResult::Commit && !m_convert.bDryRun)
@@ -156,7 +155,16 @@ Outcome ConversionSeries::Convert(const std::string& file, const ConversionOptio
     return outcome;
 }
 
-// A table that this call has made takes the rows of its further files, too.
+// Opens the file and makes sure that it can be converted.
+void ConversionSeries::Prepare(Host& host, const std::string& file) const
+{
+    OpenWithSettings(host, file, m_context.options.settings, m_context.console);
+    m_context.console.Note(
+        fmt::format("{}: {}; {}", file, DescribeResolution(host), DescribeColumns(host)));
+    RequireRunnable(host, !m_convert.bNoCheck);
+}
+
+// The rows of further files go to the table that this call has made for the first.
 ConversionOptions ConversionSeries::OptionsOf(std::size_t nFile)
 {
     ConversionOptions options;
@@ -180,7 +188,9 @@ void ConversionSeries::RequireDistinctFiles(const ConversionOptions& options) co
         });
     };
     if (isRead(options.output.sPath) || isRead(m_convert.sRejects))
-        throw Fault{ExitStatus::Usage, "the output would replace a file that is read"};
+        throw Fault{
+            ExitStatus::Usage,
+            "the output would replace a file that is read; give another name by -o or --rejects"};
 }
 
 void ConversionSeries::FinishRejects(Outcome& outcome)

@@ -4,6 +4,7 @@
 #include "tools/tabulex/commands/InspectReport.h"
 #include "tools/tabulex/host/Environment.h"
 #include "tools/tabulex/host/FileLayout.h"
+#include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/output/Results.h"
 #include "tools/tabulex/text/Formats.h"
 
@@ -58,9 +59,8 @@ ordered_json JsonOf(const FileLayout& layout, const std::optional<ULONGLONG>& nR
 
 } // namespace
 
-ExitStatus Inspect(const Context& context, const std::string& file)
+ExitStatus Inspect(const Context& context, Host& host, const std::string& file)
 {
-    Host host(context.offers);
     if (const std::string& path = context.options.settings.sEnvironment; !path.empty())
         ReadEnvironment(host, path);
     host.Open(file);
@@ -74,7 +74,10 @@ ExitStatus Inspect(const Context& context, const std::string& file)
             nRecords = host.CountRecords();
         results.Add(JsonOf(layout, nRecords).dump(1) + '\n');
     }
+    RequireRead(host);
     results.Finish();
+    if (!context.options.inspect.bNoCount)
+        RequireNoGrowth(host);
     return ExitStatus::Done;
 }
 

@@ -9,8 +9,8 @@
 
 namespace tabulex {
 
-// Counting the records of a large file takes longer than all else, so their number
-// stands last and the rest is written before.
+// Counting the records of a large file takes longer than everything else, so their number
+// comes last, after the rest has been written.
 void WriteReport(const Host& host, const std::string& file, const FileLayout& layout,
                  const Context& context, Results& results);
 

@@ -1,7 +1,7 @@
 // RecordTable: decoded records as rows of a table, for people.
 //
 // Rows inside the import range, and of the import's symbol, are marked with "*". A field
-// that can't be read stands as its text. Reading a record moves the parser's position and
+// that can't be read is shown as its text. Reading a record moves the parser's position and
 // current record; used by one thread.
 #pragma once
 
@@ -19,10 +19,10 @@ namespace tabulex {
 class RecordTable
 {
 public:
-    // The layout of the host's file is taken as it stands now.
+    // Takes the layout of the host's file as it is now.
     RecordTable(const Host& host, bool bColour);
 
-    // Adds the record at a position. False behind the last one.
+    // Adds the record at a position. False after the last one.
     bool Add(ULONGLONG nPosition);
     // See TextTable::Take.
     std::string Take(std::string_view indent = "") { return m_table.Take(indent); }
@@ -33,7 +33,7 @@ private:
 
     const Host& m_host;
     std::vector<Column> m_columns;
-    ULONGLONG m_nKnownEnd; // no record stands there or behind
+    ULONGLONG m_nKnownEnd; // there is no record here or after
     DATE m_dtStart;        // of the import range; both ends belong to it
     DATE m_dtEnd;
     std::string m_sSymbol; // of the import; empty for all

@@ -1,9 +1,9 @@
 #include <optional>
 
-#include "interfaces/NativeHost.h"
 #include "platform/values.h"
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/host/DataSink.h"
+#include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/host/Settings.h"
 #include "tools/tabulex/output/Results.h"
 #include "tools/tabulex/system/Fault.h"
@@ -14,15 +14,13 @@ namespace tabulex {
 
 namespace {
 
-constexpr unsigned kPumpMilliseconds = 50;
-
 // Shows each symbol as it comes: a large file may have few.
 class SymbolSink : public DataSink
 {
 public:
     explicit SymbolSink(Results& results) : m_results(results) {}
 
-    // The fault of a write, which can't leave through the component.
+    // A fault of writing, which can't be thrown through the component.
     const std::optional<Fault>& WriteFault() const { return m_fault; }
 
     HRESULT STDMETHODCALLTYPE DataChanged(VARIANT Data) override
@@ -42,36 +40,29 @@ private:
     std::optional<Fault> m_fault;
 };
 
-void PumpToTheEnd(Host& host, SymbolSink& sink)
-{
-    while (!sink.HasEnded() && !sink.IsLetGoOf()) {
-        if (Interrupted())
-            host.Front().Unadvise(&sink);
-        TabulexPumpMessages(kPumpMilliseconds);
-    }
-}
-
 } // namespace
 
-ExitStatus Symbols(const Context& context, const std::string& file)
+ExitStatus Symbols(const Context& context, Host& host, const std::string& file)
 {
     const Deferral deferral;
-    Host host(context.offers);
     OpenWithSettings(host, file, context.options.settings, context.console);
     if (!host.HasColumn(TypeSymbol))
-        throw Fault{ExitStatus::Refused, "the file has no Symbol column"};
+        throw Fault{ExitStatus::Refused,
+                    "the file has no Symbol column; name one by --column N=Symbol"};
     Results results;
     const com_ptr<SymbolSink> sink(new SymbolSink(results));
     if (FAILED(host.Front().DoEnumSymbols(sink.get())))
-        throw Fault{ExitStatus::Refused, "the symbols can't be told"};
+        throw Fault{ExitStatus::Refused, "the symbols can't be listed"};
     PumpToTheEnd(host, *sink.get());
     if (Interrupted())
         return ExitStatus::Interrupted;
     if (sink->WriteFault())
         throw *sink->WriteFault();
     if (!sink->IsCommitted())
-        throw Fault{ExitStatus::Refused, "the symbols can't be told to the end"};
+        throw Fault{ExitStatus::Refused, "listing the symbols failed; the list is incomplete"};
+    RequireRead(host);
     results.Finish();
+    RequireNoGrowth(host);
     return ExitStatus::Done;
 }
 

@@ -5,6 +5,7 @@
 
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/host/Properties.h"
+#include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/output/CellText.h"
 #include "tools/tabulex/output/Results.h"
 #include "tools/tabulex/output/TemporaryFile.h"
@@ -100,11 +101,13 @@ ExitStatus TryTemplate(const Context& context)
     const TemporaryFile file(kOneColumn); // outlives who holds it open
     Host host(context.offers);
     const unsigned uiType = host.RequireType(options.sType, "TYPE");
-    host.Open(file.Path());
-    RequireAccepted(host.Records().put_FieldDividers(kNoDividers), "an undivided line");
-    RequireAccepted(host.Records().SetFieldType(0, static_cast<LONG>(uiType)), "the type");
-    SetTemplate(host, uiType, options.sTemplate);
-    const Trial trial = Try(host, options.sText);
+    const Trial trial = OnReadFile(host, [&] {
+        host.Open(file.Path());
+        RequireAccepted(host.Records().put_FieldDividers(kNoDividers), "an undivided line");
+        RequireAccepted(host.Records().SetFieldType(0, static_cast<LONG>(uiType)), "the type");
+        SetTemplate(host, uiType, options.sTemplate);
+        return Try(host, options.sText);
+    });
     Results results;
     if (context.options.bJson)
         results.Add(JsonOf(trial, uiType).dump() + '\n');

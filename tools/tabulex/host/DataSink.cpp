@@ -2,14 +2,17 @@
 
 #include <new>
 
+#include "interfaces/NativeHost.h"
 #include "platform/values.h"
+#include "tools/tabulex/host/Host.h"
+#include "tools/tabulex/system/Interrupt.h"
 #include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 
 namespace {
 
-// The text stands second in the three elements of an error description.
+// The text is the second of the three elements of an error description.
 std::string TextOfDescription(const VARIANT& description)
 {
     if (description.vt != (VT_ARRAY | VT_VARIANT) || !description.parray)
@@ -23,7 +26,7 @@ std::string TextOfDescription(const VARIANT& description)
 
 } // namespace
 
-// Late-bound callers get the interface, but no calls by number.
+// Late-bound callers get the interface, but can't call by number.
 HRESULT DataSink::QueryInterface(REFIID riid, void** ppv)
 {
     if (!ppv)
@@ -92,6 +95,15 @@ HRESULT DataSink::Rollback()
 {
     m_end = End::Rollback;
     return S_OK;
+}
+
+void PumpToTheEnd(const Host& host, DataSink& sink)
+{
+    while (!sink.HasEnded() && !sink.IsLetGoOf()) {
+        if (Interrupted())
+            host.Front().Unadvise(&sink);
+        TabulexPumpMessages(kPumpMilliseconds);
+    }
 }
 
 } // namespace tabulex

@@ -1,5 +1,5 @@
-// DataSink: the part of a session's sink that all of the tool's sinks share: its end,
-// and the text of a fault.
+// DataSink: what all sinks of the tool have in common: how the session ended, and the text
+// of a fault.
 //
 // Late-bound calls aren't offered. All calls come on the thread that started the
 // session, while it pumps.
@@ -11,6 +11,8 @@
 
 namespace tabulex {
 
+class Host;
+
 class DataSink : public IQRL_TabulexConverter::IqrlTabulexDataSink
 {
 public:
@@ -19,13 +21,13 @@ public:
     DataSink(const DataSink&) = delete;
     DataSink& operator=(const DataSink&) = delete;
 
-    // Why the settings were refused, in the component's words; empty if they weren't.
+    // Why the settings were refused, in the component's words; empty if they were accepted.
     const std::string& FaultText() const { return m_sFault; }
 
     bool HasEnded() const { return m_end != End::None; }
     // Ended, and well.
     bool IsCommitted() const { return m_end == End::Commit; }
-    // Only the tool holds the sink: no session does any more.
+    // Nobody but the tool holds the sink any more.
     bool IsLetGoOf() const { return m_nRefs == 1; }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID riid, void** ppv) override;
@@ -55,5 +57,12 @@ private:
     End m_end = End::None;
     std::string m_sFault;
 };
+
+// How soon PumpToTheEnd notices an interrupt; calls of the session end its wait at once.
+inline constexpr unsigned kPumpMilliseconds = 50;
+
+// Dispatches messages until the session of this sink is over; an interrupt cancels it. A
+// session that has let go of its sink without an end won't report one any more.
+void PumpToTheEnd(const Host& host, DataSink& sink);
 
 } // namespace tabulex

@@ -10,6 +10,7 @@
 #include "interfaces/ClassIds.h"
 #include "interfaces/Module.h"
 #include "tools/tabulex/host/Properties.h"
+#include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Files.h"
 #include "tools/tabulex/system/Paths.h"
@@ -84,6 +85,7 @@ void Host::Open(const std::string& path)
         throw Fault{ExitStatus::FileFault, WhyNotOpened(path)};
     if (FAILED(hr))
         throw Fault{ExitStatus::FileFault, fmt::format("can't be read: {}", HexOf(hr))};
+    RequireRead(*this);
 }
 
 unsigned Host::TypeOf(std::string_view name) const

@@ -38,7 +38,8 @@ public:
     // detection depends can be made before Open.
     explicit Host(const ResolutionOffers& offers);
 
-    // Throws Fault with the reason where the file can't be opened.
+    // Throws Fault with the reason where the file can't be opened, or not be read for its
+    // layout.
     void Open(const std::string& path);
 
     // Never null; all live as long as the host.

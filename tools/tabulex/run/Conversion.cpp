@@ -7,6 +7,7 @@
 #include "interfaces/NativeHost.h"
 #include "tools/tabulex/host/Columns.h"
 #include "tools/tabulex/host/Properties.h"
+#include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/run/ProgressView.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Interrupt.h"
@@ -15,8 +16,7 @@ namespace tabulex {
 
 namespace {
 
-// How soon an interrupt is heard; whatever comes of the session wakes the wait at once.
-constexpr unsigned kPumpMilliseconds = 50;
+constexpr const char* kNoReason = "the conversion failed, and the component gives no reason";
 
 // The state of one conversion.
 class Run
@@ -39,10 +39,14 @@ public:
 private:
     void OpenOutputs(const std::vector<Column>& columns);
     void Start();
-    void PumpToTheEnd();
+    void WaitForEnd();
     void Stop();
     Counts CountLines() const;
+    ULONGLONG MostLinesRead() const;
     void Finish(Outcome& outcome);
+    void RequireWholeFile(Outcome& outcome);
+    void RequireReason(Outcome& outcome);
+    bool ReachesEnd() const;
     void FinishOutput(Outcome& outcome);
     void FinishRejects(Outcome& outcome);
     void Fail(const std::string& fault, ExitStatus status, Outcome& outcome);
@@ -66,7 +70,7 @@ Outcome Run::Execute()
     OpenOutputs(columns);
     m_sink = com_ptr<ConversionSink>(new ConversionSink(columns.size(), m_output.get(), m_errors));
     Start();
-    PumpToTheEnd();
+    WaitForEnd();
     Outcome outcome;
     Finish(outcome);
     return outcome;
@@ -83,8 +87,8 @@ void Run::OpenOutputs(const std::vector<Column>& columns)
         m_options.rejects->Open();
 }
 
-// A portion is checked by the component as it starts, whatever was checked before; its
-// finding comes through the sink.
+// The component checks the settings of a portion when it starts, whatever was checked
+// before, and reports a fault to the sink.
 void Run::Start()
 {
     IqrlTabulexConvertor& front = m_host.Front();
@@ -92,24 +96,18 @@ void Run::Start()
         m_portion ? front.DoConvertPortion(0, m_sink.get(), m_portion->nStart, m_portion->nCount)
                   : front.DoConvert(m_sink.get(), 0);
     if (FAILED(hr))
-        throw Fault{ExitStatus::Refused, m_sink->FaultText().empty()
-                                             ? fmt::format("the run can't start: {}", HexOf(hr))
-                                             : m_sink->FaultText()};
+        throw Fault{ExitStatus::Refused,
+                    m_sink->FaultText().empty()
+                        ? fmt::format("the conversion can't start: {}", HexOf(hr))
+                        : m_sink->FaultText()};
 }
 
-// A session that nobody holds any more, and that hasn't told its end, never will.
-void Run::PumpToTheEnd()
+void Run::WaitForEnd()
 {
-    while (!m_sink->HasEnded() && !m_sink->IsLetGoOf()) {
-        if (Interrupted())
-            m_host.Front().Unadvise(m_sink.get());
-        TabulexPumpMessages(kPumpMilliseconds);
-    }
+    PumpToTheEnd(m_host, *m_sink.get());
     m_bar.ShowEnd(m_sink->Rows());
     while (m_views.IsOnShow())
         TabulexPumpMessages(kPumpMilliseconds);
-    if (!m_sink->HasEnded())
-        m_console.Error(fmt::format("{}: the run ended without a result", m_sFile));
 }
 
 void Run::Stop()
@@ -118,20 +116,25 @@ void Run::Stop()
         m_host.Front().Unadvise(m_sink.get());
 }
 
-// The sink hears of rows only. All batches but a run's last are full.
+// The sink is told of rows only. Each batch but the last of a run has kBatchLines lines.
 Counts Run::CountLines() const
+{
+    ULONGLONG nLines = std::min(m_sink->Batches() * kBatchLines, MostLinesRead());
+    if (m_portion)
+        nLines = std::min(nLines, m_portion->nCount);
+    nLines = std::max(nLines, m_sink->Rows());
+    return {m_sink->Batches(), m_sink->Rows(), nLines - m_sink->Rows()};
+}
+
+// The number of records from the run's start to the end of the file, or to the place where
+// reading failed: no more lines than these have been read.
+ULONGLONG Run::MostLinesRead() const
 {
     ULONGLONG nRecords = 0;
     VARIANT_BOOL bComplete = VARIANT_FALSE;
     m_host.Data().GetCount(&nRecords, &bComplete);
-    ULONGLONG nLines = m_sink->Batches() * kBatchLines;
-    if (m_portion) {
-        nLines = std::min(nLines, m_portion->nCount);
-        nRecords -= std::min(nRecords, m_portion->nStart);
-    }
-    if (bComplete != VARIANT_FALSE)
-        nLines = std::min(nLines, nRecords);
-    return {m_sink->Batches(), m_sink->Rows(), nLines - m_sink->Rows()};
+    const ULONGLONG nEnd = std::min(nRecords, FaultPosition(m_host).value_or(nRecords));
+    return nEnd - std::min(nEnd, m_portion ? m_portion->nStart : 0);
 }
 
 void Run::Finish(Outcome& outcome)
@@ -139,15 +142,61 @@ void Run::Finish(Outcome& outcome)
     m_errors.Flush();
     outcome.counts = CountLines();
     outcome.result = m_sink->IsCommitted() ? RunResult::Commit : RunResult::Rollback;
-    // The rejects first: where they fail, the rows must not appear either.
+    RequireWholeFile(outcome);
+    // The rejects come first: if they fail, the rows must not appear either.
     FinishRejects(outcome);
     FinishOutput(outcome);
-    if (outcome.result == RunResult::Rollback)
-        outcome.status =
-            Worse(outcome.status, Interrupted() ? ExitStatus::Interrupted : ExitStatus::Refused);
+    RequireReason(outcome);
+}
+
+// A rollback must have a reason that was reported. The user knows of an interrupt.
+void Run::RequireReason(Outcome& outcome)
+{
+    if (outcome.result == RunResult::Commit)
+        return;
     if (m_errors.HasTooMany())
-        m_console.Error(fmt::format("{}: more bad lines than --max-errors {} allows", m_sFile,
-                                    *m_options.errors.nMost));
+        m_console.Error(
+            fmt::format("{}: more bad lines than --max-errors {} allows; nothing was written",
+                        m_sFile, *m_options.errors.nMost));
+    else if (outcome.status == ExitStatus::Done && !Interrupted() && !m_errors.HasStopped())
+        Fail(fmt::format("{}: {}; nothing was written", m_sFile,
+                         m_sink->IsOutOfMemory() ? kOutOfMemory : kNoReason),
+             m_sink->IsOutOfMemory() ? ExitStatus::FileFault : ExitStatus::Refused, outcome);
+    outcome.status =
+        Worse(outcome.status, Interrupted() ? ExitStatus::Interrupted : ExitStatus::Refused);
+}
+
+// A reader that has gone got what it wanted.
+void Run::RequireWholeFile(Outcome& outcome)
+{
+    if (m_output && m_output->IsReaderGone())
+        return;
+    auto fault = FindReadFault(m_host);
+    if (!fault && outcome.result == RunResult::Commit) {
+        fault = FindGrowth(m_host);
+        if (fault && !ReachesEnd())
+            return;
+    }
+    if (fault)
+        Fail(fmt::format("{}: {}", m_sFile, fault->sMessage), fault->status, outcome);
+}
+
+// Whether the run would have gone on with what was added to the file.
+bool Run::ReachesEnd() const
+{
+    IDataParser& data = m_host.Data();
+    ULONGLONG nRecords = 0;
+    VARIANT_BOOL bComplete = VARIANT_FALSE;
+    data.GetCount(&nRecords, &bComplete);
+    if (bComplete == VARIANT_FALSE)
+        return false; // it ended by itself before
+    if (m_portion)
+        return m_portion->nCount > nRecords - std::min(nRecords, m_portion->nStart);
+    if (GetFlag(data, &IDataParser::get_InvertedDirection))
+        return GetDate(data, &IDataParser::get_StartDateTime) <=
+               GetDate(data, &IDataParser::GetMinDateTime);
+    return GetDate(data, &IDataParser::get_EndDateTime) >=
+           GetDate(data, &IDataParser::GetMaxDateTime);
 }
 
 void Run::FinishOutput(Outcome& outcome)
@@ -160,7 +209,7 @@ void Run::FinishOutput(Outcome& outcome)
         m_output->Discard();
     const std::string fault = m_output->FaultText();
     if (fault.empty() || m_output->IsReaderGone())
-        return; // a closed pipe is the reader's choice and no fault
+        return; // a reader may close its pipe: that is no fault
     const std::string& path = m_options.output.sPath;
     Fail(path == "-" ? fmt::format("standard output can't be written: {}", fault)
                      : fmt::format("'{}' can't be written: {}", path, fault),

@@ -1,6 +1,7 @@
 // Conversion: one run over one opened file, from its start to its summary.
 //
-// The caller's thread pumps meanwhile: rows, questions and progress all come on it.
+// The caller's thread dispatches messages meanwhile: rows, questions and progress all come
+// on it.
 #pragma once
 
 #include <optional>
@@ -18,7 +19,7 @@ struct ConversionOptions
 {
     OutputOptions output;
     RejectsFile* rejects = nullptr; // null for none; must outlive the run
-    bool bDryRun = false;           // all is done, nothing is written
+    bool bDryRun = false;           // everything is done, but nothing is written
     ErrorReporter::Options errors;
     When progress = When::Auto;
 };
@@ -34,11 +35,11 @@ struct Counts
 {
     ULONGLONG nBatches = 0;
     ULONGLONG nDelivered = 0; // rows
-    ULONGLONG nSkipped = 0;   // lines counted but not delivered
+    ULONGLONG nSkipped = 0;   // lines that were read but not delivered
 };
 
-// How a run ended. The status is Done with a commit only; a rollback has the reason
-// that weighs most.
+// How a run ended. The status is Done only with a commit; after a rollback it is that of the
+// most serious reason.
 struct Outcome
 {
     RunResult result = RunResult::Refused;
@@ -47,8 +48,9 @@ struct Outcome
 };
 
 // Doesn't check the settings. Throws Fault where the run never begins: an output that
-// can't be written, or settings that the component refuses. Nothing is left then, and
-// nothing after a rollback but the rejects.
+// can't be written, or settings that the component refuses; nothing is left then. After a
+// rollback only the rejects are left. A run that didn't read the whole of what was asked
+// for is rolled back (see ReadCheck.h).
 Outcome RunConversion(Host& host, Console& console, const std::string& file,
                       const ConversionOptions& options, const std::optional<Portion>& portion);
 

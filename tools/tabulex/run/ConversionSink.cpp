@@ -9,8 +9,7 @@ namespace tabulex {
 
 namespace {
 
-// Cells of a batch where they lie: the columns of a record side by side, a record after
-// the other.
+// The cells of a batch, in place: record after record, each with its columns side by side.
 class Cells
 {
 public:
@@ -49,10 +48,11 @@ try {
     const HRESULT hr = TakeBatch(Data.parray);
     return SUCCEEDED(hr) && Interrupted() ? E_ABORT : hr;
 } catch (const std::bad_alloc&) {
+    m_bOutOfMemory = true;
     return E_OUTOFMEMORY;
 }
 
-// A reader that has seen enough ends the run as a complete one.
+// A reader that closes its pipe ends the run well.
 HRESULT ConversionSink::TakeBatch(SAFEARRAY* records)
 {
     const Cells cells(records);

@@ -7,7 +7,7 @@
 
 namespace tabulex {
 
-// Lines that the component gathers for a batch; only a run's last one has fewer.
+// Lines in a batch; only the last batch of a run has fewer.
 inline constexpr ULONGLONG kBatchLines = 1000;
 
 class ConversionSink : public DataSink
@@ -22,6 +22,8 @@ public:
     // Of all batches that came, whatever the end.
     ULONGLONG Batches() const { return m_nBatches; }
     ULONGLONG Rows() const { return m_nRows; }
+    // A batch couldn't be kept, which ended the run.
+    bool IsOutOfMemory() const { return m_bOutOfMemory; }
 
     HRESULT STDMETHODCALLTYPE DataChanged(VARIANT Data) override;
 
@@ -33,6 +35,7 @@ private:
     ErrorReporter& m_errors;
     ULONGLONG m_nBatches = 0;
     ULONGLONG m_nRows = 0;
+    bool m_bOutOfMemory = false;
 };
 
 } // namespace tabulex

@@ -9,7 +9,8 @@ namespace tabulex {
 
 namespace {
 
-// A message that quotes a joined line holds its line ends; it stays one line.
+// A message may quote lines that the component has joined. Their line ends are written as
+// escapes, so that a message is one line.
 std::string OneLine(const std::string& text)
 {
     std::string result;
@@ -33,14 +34,14 @@ ErrorReporter::ErrorReporter(const Host& host, Console& console, std::string fil
     : m_host(host), m_console(console), m_sFile(std::move(file)), m_options(options),
       m_rejects(rejects)
 {
-    // Reading a line back moves the file's cursor, which costs the conversion time.
+    // Reading a line again takes time, so it is done only where its text is wanted.
     if (rejects || options.action == OnBadLine::Ask)
         m_texts.emplace(host);
 }
 
-bool ErrorReporter::Tell(const BadLine& bad)
+bool ErrorReporter::Report(const BadLine& bad)
 {
-    ++m_nTold;
+    ++m_nReported;
     const std::string place =
         bad.nField == kWholeRecord ? std::string() : fmt::format("field {}: ", bad.nField);
     fmt::format_to(std::back_inserter(m_sLines), "{}:{}: {}{}\n", m_sFile, bad.nLine, place,
@@ -48,7 +49,8 @@ bool ErrorReporter::Tell(const BadLine& bad)
     const std::string text = m_texts ? m_texts->Of(bad.nLine, m_nBatchStart) : std::string();
     if (m_rejects)
         AppendReject(bad, text);
-    return !HasTooMany() && Decide(text);
+    m_bStopped = HasTooMany() || !Decide(text);
+    return !m_bStopped;
 }
 
 bool ErrorReporter::Decide(const std::string& text)
@@ -64,8 +66,8 @@ bool ErrorReporter::Decide(const std::string& text)
     return Ask(text);
 }
 
-// An answer that isn't understood is asked for again; the end of the input, and an
-// interrupt while waiting, cancel.
+// Asks again after an answer that isn't understood. The end of the input and an interrupt
+// cancel.
 bool ErrorReporter::Ask(const std::string& text)
 {
     Flush();
@@ -76,7 +78,7 @@ bool ErrorReporter::Ask(const std::string& text)
             m_console.Print("\n");
             return false;
         }
-        // Setting this bit makes ASCII letters small.
+        // With this bit set an ASCII letter is a small one.
         switch (answer->empty() ? '\0' : (*answer)[0] | 0x20) {
         case 's':
             return true;

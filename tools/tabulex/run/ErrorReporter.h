@@ -1,5 +1,5 @@
-// ErrorReporter: tells the bad lines of one conversion, decides whether it goes on,
-// and keeps the rejects.
+// ErrorReporter: reports the bad lines of one conversion, decides whether it goes on, and
+// writes the rejects.
 //
 // Error lines are gathered and written a batch at a time. Used by one thread.
 #pragma once
@@ -36,24 +36,26 @@ public:
     struct Options
     {
         OnBadLine action = OnBadLine::Skip;
-        std::optional<ULONGLONG> nMost; // bad lines that are borne
+        std::optional<ULONGLONG> nMost; // bad lines that are allowed; empty for any number
     };
 
-    // `file` is the name as the user gave it, `rejects` null where none are kept. All
-    // of these must outlive this.
+    // `file` is the name as the user gave it, `rejects` is null where none are kept. What is
+    // handed in must outlive this object.
     ErrorReporter(const Host& host, Console& console, std::string file, const Options& options,
                   RejectsFile* rejects);
 
-    // Tells the line, and asks about it where that is the action; an answer may take as
-    // long as the user does. False: the conversion is to end.
-    bool Tell(const BadLine& bad);
-    // A batch of so many lines is behind us: writes what was gathered.
+    // Reports the line, and asks the user about it where that is the action, for as long as
+    // the answer takes. False: the conversion is to end.
+    bool Report(const BadLine& bad);
+    // A batch of nLines lines has been delivered: writes what was gathered.
     void EndBatch(ULONGLONG nLines);
     // Writes what was gathered since.
     void Flush();
 
-    // More were told than are borne.
-    bool HasTooMany() const { return m_options.nMost && m_nTold > *m_options.nMost; }
+    // More lines were reported than are allowed.
+    bool HasTooMany() const { return m_options.nMost && m_nReported > *m_options.nMost; }
+    // The last call of Report gave false.
+    bool HasStopped() const { return m_bStopped; }
 
 private:
     bool Decide(const std::string& text);
@@ -64,11 +66,12 @@ private:
     Console& m_console;
     std::string m_sFile;
     Options m_options;
-    std::optional<BadLineText> m_texts; // only where the texts are wanted
+    std::optional<BadLineText> m_texts; // empty where no texts are wanted
     RejectsFile* m_rejects;
     std::string m_sLines;   // error lines not written yet
     std::string m_sRejects; // the same for rejects
-    ULONGLONG m_nTold = 0;
+    ULONGLONG m_nReported = 0;
+    bool m_bStopped = false;
     ULONGLONG m_nBatchStart = 0; // position
 };
 

@@ -19,7 +19,7 @@ struct ProgressViews::Run
 
 namespace {
 
-// Digits only; anything else, as what stands for no field, gives `nOther`.
+// The number that the text is; `nOther` for any other text, such as the word for no field.
 ULONGLONG NumberOr(const std::string& text, ULONGLONG nOther)
 {
     return ParseWhole(text).value_or(nOther);
@@ -69,7 +69,7 @@ void View::AskUser()
     const BadLine bad{NumberOr(TextAt(ProgressErrorLine), 0),
                       static_cast<LONG>(NumberOr(TextAt(ProgressErrorField), kWholeRecord)),
                       TextAt(ProgressErrorText)};
-    const bool bGoOn = m_run->errors->Tell(bad) && !Interrupted();
+    const bool bGoOn = m_run->errors->Report(bad) && !Interrupted();
     m_buttons->Press(bGoOn ? ProgressSkip : ProgressCancel);
 }
 

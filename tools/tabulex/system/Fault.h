@@ -11,7 +11,11 @@ namespace tabulex {
 struct Fault
 {
     ExitStatus status;
-    std::string sMessage; // one sentence for the user; may be empty when all is said
+    std::string sMessage; // one sentence for the user: what is wrong, and what to do
 };
+
+// The message where memory runs out; the status is FileFault.
+inline constexpr const char* kOutOfMemory =
+    "memory ran out; close other programs, and run the command again";
 
 } // namespace tabulex

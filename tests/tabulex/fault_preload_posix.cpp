@@ -1,0 +1,151 @@
+// A library that is loaded before the tool's own (LD_PRELOAD) and makes some of its reads or
+// one of its allocations fail. It stands in front of pread and malloc, counts their calls,
+// and passes on all but those that are to fail. The environment chooses them:
+//
+//   FAULT_FILE   the file whose reads are counted, from 0
+//   FAULT_READ   the first read that fails
+//   FAULT_COUNT  the number of reads that fail from there on; 1 unless given
+//   FAULT_KIND   a number: the read fails with this errno
+//                "short": the file seems to end in the middle of what that read asks for
+//                "cut=BYTES": the file is cut to this length before the read
+//                "grow=BYTES": this number of bytes is added to it before the read
+//   FAULT_MEMORY the allocation that fails, among those of FAULT_LEAST bytes and more, from 0
+//   FAULT_LOG    a file to which the numbers of counted reads and allocations are written
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+extern "C" void* __libc_malloc(std::size_t);
+
+namespace {
+
+const char* Setting(const char* pszName, const char* pszOther = "")
+{
+    const char* pszValue = std::getenv(pszName);
+    return pszValue ? pszValue : pszOther;
+}
+
+long NumberOf(const char* pszName, const char* pszOther)
+{
+    return std::atol(Setting(pszName, pszOther));
+}
+
+std::atomic<long> g_nReads = 0;
+std::atomic<long> g_nAllocations = 0;
+std::atomic<bool> g_bReady = false; // the settings below can be read
+long g_nLeast = 0;
+long g_nFailing = -1;
+
+// Read once, when the library is loaded: allocations before that aren't counted.
+struct Settings
+{
+    Settings()
+    {
+        g_nLeast = NumberOf("FAULT_LEAST", "4096");
+        g_nFailing = NumberOf("FAULT_MEMORY", "-1");
+        bFile = stat(Setting("FAULT_FILE"), &file) == 0;
+        nFirst = NumberOf("FAULT_READ", "-1");
+        nCount = NumberOf("FAULT_COUNT", "1");
+        pszKind = Setting("FAULT_KIND", "5");
+        g_bReady = true;
+    }
+    ~Settings()
+    {
+        g_bReady = false;
+        const char* pszLog = Setting("FAULT_LOG");
+        if (std::FILE* log = *pszLog ? std::fopen(pszLog, "w") : nullptr) {
+            std::fprintf(log, "%ld %ld\n", g_nReads.load(), g_nAllocations.load());
+            std::fclose(log);
+        }
+    }
+
+    bool IsCounted(int fd) const
+    {
+        struct stat info;
+        return bFile && fstat(fd, &info) == 0 && info.st_dev == file.st_dev &&
+               info.st_ino == file.st_ino;
+    }
+    bool Fails(long nRead) const
+    {
+        return nFirst >= 0 && nRead >= nFirst && nRead - nFirst < nCount;
+    }
+
+    struct stat file
+    {};
+    bool bFile;
+    long nFirst, nCount;
+    const char* pszKind;
+};
+const Settings g_settings;
+
+using Read = ssize_t (*)(int, void*, std::size_t, off_t);
+
+void ChangeFile(const char* pszKind)
+{
+    const char* pszFile = Setting("FAULT_FILE");
+    if (std::strncmp(pszKind, "cut=", 4) == 0) {
+        (void)!truncate(pszFile, std::atol(pszKind + 4));
+    } else if (const int fd = open(pszFile, O_WRONLY | O_APPEND); fd >= 0) {
+        for (long n = std::atol(pszKind + 5); n > 0; --n)
+            (void)!write(fd, "\n", 1);
+        close(fd);
+    }
+}
+
+ssize_t FailingRead(Read read, int fd, void* pBuffer, std::size_t nCount, off_t nOffset)
+{
+    static std::atomic<off_t> nEnd = -1; // where the file seems to end; -1 before that
+    const char* pszKind = g_settings.pszKind;
+    if (std::strcmp(pszKind, "short") == 0) {
+        if (nEnd < 0)
+            nEnd = nOffset + static_cast<off_t>(nCount / 2);
+        return nOffset < nEnd ? read(fd, pBuffer, static_cast<std::size_t>(nEnd - nOffset), nOffset)
+                              : 0;
+    }
+    if (std::strchr(pszKind, '=')) {
+        ChangeFile(pszKind);
+        return read(fd, pBuffer, nCount, nOffset);
+    }
+    errno = std::atoi(pszKind);
+    return -1;
+}
+
+ssize_t CountedRead(const char* pszName, int fd, void* pBuffer, std::size_t nCount, off_t nOffset)
+{
+    const auto read = reinterpret_cast<Read>(dlsym(RTLD_NEXT, pszName));
+    if (!g_bReady || !g_settings.IsCounted(fd))
+        return read(fd, pBuffer, nCount, nOffset);
+    return g_settings.Fails(g_nReads++) ? FailingRead(read, fd, pBuffer, nCount, nOffset)
+                                        : read(fd, pBuffer, nCount, nOffset);
+}
+
+} // namespace
+
+extern "C" {
+
+ssize_t pread(int fd, void* pBuffer, std::size_t nCount, off_t nOffset)
+{
+    return CountedRead("pread", fd, pBuffer, nCount, nOffset);
+}
+
+ssize_t pread64(int fd, void* pBuffer, std::size_t nCount, off_t nOffset)
+{
+    return CountedRead("pread64", fd, pBuffer, nCount, nOffset);
+}
+
+void* malloc(std::size_t nSize)
+{
+    if (g_bReady && nSize >= static_cast<std::size_t>(g_nLeast) && g_nAllocations++ == g_nFailing) {
+        errno = ENOMEM;
+        return nullptr;
+    }
+    return __libc_malloc(nSize);
+}
+}
