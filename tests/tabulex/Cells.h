@@ -27,7 +27,7 @@ inline const std::vector<tabulex::Column> kColumns = {
     {"Up Volume", tabulex::ColumnKind::Whole},
 };
 
-// Values for them: of 2003-12-25, 12:00.
+// A value for each of them; the moment is 2003-12-25, 12:00.
 inline std::vector<Variant> RowFor(string_view_t symbol)
 {
     std::vector<Variant> cells;

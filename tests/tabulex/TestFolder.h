@@ -1,4 +1,4 @@
-// TestFolder: a folder of a test's own, whose paths are UTF-8 as the tool's are.
+// TestFolder: a folder for one test, whose paths are UTF-8 like those of the tool.
 #pragma once
 
 #include <filesystem>

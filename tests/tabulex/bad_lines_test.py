@@ -1,4 +1,4 @@
-"""Bad lines: how they are told, kept, borne or refused, and asked about."""
+"""Bad lines: how they are reported, kept, allowed or refused, and asked about."""
 import csv
 import os
 import pty
@@ -37,7 +37,7 @@ class Messages(ToolTest):
 
     def test_stay_one_line_each(self):
         lines = SAMPLES["junk.csv"].lines()
-        lines[104] = "x"  # a line of one character is joined with the next
+        lines[104] = "x"  # a line of one character is joined to the next one
         path = self.file("a.csv", "\n".join(lines) + "\n")
         err = self.succeed("convert", path).err.splitlines()
         self.assertIn('"x\\n2003/', err[0])
@@ -165,7 +165,7 @@ class QuestionsOnATerminal(ToolTest):
             if select.select([main], [], [], 0.2)[0]:
                 try:
                     piece = os.read(main, 4096)
-                except OSError:  # the other side is closed
+                except OSError:  # the other end is closed
                     break
                 if not piece:
                     break

@@ -1,4 +1,4 @@
-"""Completions: every option of every command is in each, and the shells take them."""
+"""Completions: each has every option of every command, and the shells accept them."""
 import os
 import re
 import shutil
@@ -32,7 +32,7 @@ def needs(name):
 
 class CompletionTest(ToolTest):
     def help_options(self):
-        """By command ("" for none): the options that its help shows, by all their names."""
+        """All names of the options that the help of each command shows; "" is the tool itself."""
         overview = self.succeed("--help").out
         names = re.findall(r"^  (\w+)  ", overview.split("Commands:")[1].split("\n\n")[0], re.M)
         self.assertIn("convert", names)

@@ -97,7 +97,7 @@ class Verbosity(ToolTest):
     def test_quiet_says_nothing_of_a_good_run(self):
         self.assertEqual(self.succeed("convert", "-q", self.sample("tick.csv")).err, "")
 
-    def test_verbose_tells_the_settings_before_the_summary(self):
+    def test_verbose_reports_the_settings_before_the_summary(self):
         err = self.succeed("convert", "-v", self.sample("minute-5.csv")).err.splitlines()
         self.assertIn("resolution Minutes, size 5; columns Date, Time, Open", err[0])
         self.assertTrue(err[-1].startswith("batches=1 "))
@@ -124,7 +124,7 @@ class ProgressOnATerminal(ToolTest):
         try:
             while piece := os.read(main, 4096):
                 said += piece
-        except OSError:  # the other side is closed
+        except OSError:  # the other end is closed
             pass
         os.close(main)
         self.assertEqual(tool.wait(60), 0)

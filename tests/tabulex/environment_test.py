@@ -4,7 +4,7 @@ import unittest
 
 from tool import ToolTest
 
-TEMPLATE = "*y-*d-*m"  # that no file is taken to have by itself
+TEMPLATE = "*y-*d-*m"  # not built in, so it is never detected by itself
 DOCUMENT = ("<ENVIRONMENT><TABULEXCONVERTOR_ENVIRONMENT><PATH>\"/quotes\"</PATH>"
             "</TABULEXCONVERTOR_ENVIRONMENT><RECORD_PARSER_ENVIRONMENT><TYPE><NAME>\"Date\"</NAME>"
             f"<TEMPLATE>\"{TEMPLATE}\"</TEMPLATE></TYPE></RECORD_PARSER_ENVIRONMENT>"
@@ -60,7 +60,7 @@ class Environments(ToolTest):
                 self.assertEqual(self.read("bad.env"), text)
                 self.assertFalse(os.path.exists(self.path("out.csv")))
 
-    def test_that_cannot_be_read_are_told(self):
+    def test_that_cannot_be_read_are_reported(self):
         for path in (self.path("none.env"), self.folder):
             self.assertIn("can't be read", self.fail_with(3, "environment", path).err)
 

@@ -1,4 +1,4 @@
-// Files by their names, whatever language these are in.
+// Files whose names are in any language.
 #include <cerrno>
 
 #include <gtest/gtest.h>
@@ -12,7 +12,8 @@ using namespace tabulex;
 
 namespace {
 
-constexpr const char* kName = "\xE8\x82\xA1\xE7\xA5\xA8 \xC3\xA9.csv"; // in no single code page
+constexpr const char* kName =
+    "\xE8\x82\xA1\xE7\xA5\xA8 \xC3\xA9.csv"; // no code page has all of these
 
 bool Put(const std::string& path, FileMode mode, std::string_view text)
 {
@@ -36,7 +37,7 @@ std::string ContentOf(const std::string& path)
 
 } // namespace
 
-TEST(Files, AreWrittenAnewOrBehindWhatIsThere)
+TEST(Files, AreWrittenAnewOrAppendedTo)
 {
     const TestFolder folder;
     const std::string path = folder / kName;

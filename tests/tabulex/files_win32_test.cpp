@@ -1,4 +1,5 @@
-// Files where names have no case, devices have names, and a file in use can't be replaced.
+// Files on a system whose names ignore case, where devices have names and a file in use can't
+// be replaced.
 #include <fstream>
 #include <functional>
 
@@ -49,10 +50,10 @@ TEST(SystemErrors, AreOneLineWithoutItsEnd)
     const std::string text = SystemErrorText(ERROR_ACCESS_DENIED);
     EXPECT_NE(text, "");
     EXPECT_THAT(text, testing::Not(testing::EndsWith("\n")));
-    EXPECT_EQ(SystemErrorText(0x2FFFFFFF), ""); // there is none of this number
+    EXPECT_EQ(SystemErrorText(0x2FFFFFFF), ""); // no error has this number
 }
 
-TEST(SqliteWithoutALibrary, IsToldAndLeavesNothing)
+TEST(SqliteWithoutALibrary, IsReportedAndLeavesNothing)
 {
     if (HasSqlite())
         GTEST_SKIP() << "the library is there";

@@ -65,7 +65,7 @@ TEST(Prices, AreTheShortestPlainDecimal)
     }
 }
 
-// The quick way for few decimals must give what the library's conversion gives.
+// The fast way for few decimals must give the same as the library's conversion.
 TEST(Prices, AgreeWithTheLibraryOnRandomValues)
 {
     std::mt19937_64 random(Seed());
@@ -100,7 +100,7 @@ TEST(Times, ShowMillisecondsOnlyWhereThereAreAny)
     }
 }
 
-// A fraction that is short of a second by less than a tick isn't a second less.
+// A fraction that is less than a tick below a whole second is that second.
 TEST(Times, AreRoundedToMilliseconds)
 {
     EXPECT_EQ(TimeText(34'200'000 * kMillisecond - 1e-13), "09:30:00");
@@ -123,7 +123,7 @@ TEST(Dates, CountFromTheEndOf1899)
     for (const Row& row : rows) {
         SCOPED_TRACE(row.pszText);
         EXPECT_EQ(dates.Of(row.date), row.pszText);
-        EXPECT_EQ(dates.Of(row.date), row.pszText); // from the text that is kept
+        EXPECT_EQ(dates.Of(row.date), row.pszText); // the second time from the text that was kept
     }
 }
 

@@ -20,7 +20,7 @@ def moment(row):
 
 
 class EveryLayout(ToolTest):
-    found = {}  # by sample: one look serves all tests
+    found = {}  # by sample, so that each is inspected once for all tests
 
     def inspect(self, sample):
         if sample.name not in self.found:
@@ -52,7 +52,7 @@ class EveryLayout(ToolTest):
     def test_dates_are_those_of_the_first_and_last_record(self):
         for sample in SAMPLES.values():
             if sample.name == "symbols.csv":
-                continue  # not in the order of dates as a whole
+                continue  # the file as a whole isn't in the order of dates
             with self.subTest(sample.name):
                 found = self.inspect(sample)
                 self.assertEqual(found["start"], moment(sample.rows[0]))

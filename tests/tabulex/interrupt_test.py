@@ -35,7 +35,7 @@ class Interrupts(ToolTest):
                 self.assert_entries("big.csv")
 
     def test_end_the_program_at_once_the_second_time(self):
-        # Nobody reads, so the tool hangs in a write and can't roll anything back.
+        # Nobody reads the pipe, so the tool waits in a write and can't roll back.
         tool = subprocess.Popen([*TOOL, "convert", self.file("big.csv", minutes_text(100_000))],
                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
                                 env=environment())
@@ -55,7 +55,7 @@ class Interrupts(ToolTest):
 
         try:
             wait_until(writes_to_standard_output)
-        except OSError:  # not every system lets itself be looked at
+        except OSError:  # a system may not allow this
             time.sleep(2)
 
     def test_are_heard_while_a_question_stands(self):

@@ -45,7 +45,7 @@ public:
     }
     ~RunningTool()
     {
-        TerminateProcess(m_process.hProcess, 1); // where the test has failed
+        TerminateProcess(m_process.hProcess, 1); // if the test has failed
         CloseHandle(m_process.hProcess);
         CloseHandle(m_process.hThread);
     }
@@ -53,7 +53,7 @@ public:
     RunningTool& operator=(const RunningTool&) = delete;
 
     bool HasStarted() const { return m_bStarted; }
-    // The exit status; STILL_ACTIVE where it doesn't end.
+    // The exit status; STILL_ACTIVE if it doesn't end.
     DWORD Wait() const
     {
         DWORD nStatus = STILL_ACTIVE;
@@ -83,7 +83,7 @@ TEST(Interrupts, RollBackAndLeaveNothing)
     const RunningTool tool(folder);
     ASSERT_TRUE(tool.HasStarted());
     WaitFor(folder / "out.csv.0.part");
-    SetConsoleCtrlHandler(nullptr, TRUE); // not to this program, which is on the console too
+    SetConsoleCtrlHandler(nullptr, TRUE); // this program, which is on the same console, ignores it
     EXPECT_TRUE(GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0));
     EXPECT_EQ(tool.Wait(), static_cast<DWORD>(ExitStatus::Interrupted));
     EXPECT_EQ(folder.Entries(), 1u); // the quote file

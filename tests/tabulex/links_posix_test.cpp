@@ -1,4 +1,4 @@
-// Outputs on a system of links and devices.
+// Outputs whose names are links or devices.
 #include <filesystem>
 #include <fstream>
 #include <sstream>

@@ -1,4 +1,4 @@
-"""The manual page: complete, and without a fault for its formatters."""
+"""The manual page: complete, and formatted without warnings."""
 import os
 import re
 import shutil
@@ -32,7 +32,7 @@ class ManualPage(CompletionTest):
                     self.assertEqual(names, options)
                     self.assertIn(f"tabulex {command}", parts[command])
 
-    def test_tells_every_exit_status(self):
+    def test_lists_every_exit_status(self):
         part = read(PAGE).split(".SH EXIT STATUS\n")[1].split(".SH ")[0]
         statuses = re.findall(r"^  (\d+) ", self.succeed("--help").out.split("Exit status:")[1], re.M)
         self.assertEqual(re.findall(r"^\.TP\n\\fB(\d+)", part, re.M), statuses)

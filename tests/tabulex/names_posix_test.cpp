@@ -1,4 +1,4 @@
-// What is the same name.
+// Which names are the same.
 #include <gtest/gtest.h>
 
 #include "tools/tabulex/system/Files.h"

@@ -143,7 +143,7 @@ TEST(OutputFiles, MayBeWrittenTwoAtATimeUnderOneName)
     EXPECT_EQ(ContentOf(folder / "out.csv"), "second");
 }
 
-TEST(OutputFiles, TellWhyTheyCannotBeWritten)
+TEST(OutputFiles, ReportWhyTheyCannotBeWritten)
 {
     const TestFolder folder;
     OutputFile file;

@@ -1,4 +1,4 @@
-"""Where the rows go: files, devices, pipes, and what is left when that fails."""
+"""Where the rows go: files, devices and pipes, and what is left after a failure."""
 import os
 import subprocess
 import unittest
@@ -60,7 +60,7 @@ class Permissions(ToolTest):
 
 
 class Faults(ToolTest):
-    def test_a_place_that_cannot_be_written_is_told_before_the_run(self):
+    def test_a_place_that_cannot_be_written_is_reported_before_the_run(self):
         cases = [("missing/out.csv", "No such file or directory"), ("missing/out.db", "No such"),
                  ("missing/new/", "No such file or directory"), ("week.csv/", "Not a directory")]
         for name, reason in cases:

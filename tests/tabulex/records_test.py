@@ -14,7 +14,7 @@ class Preview(ToolTest):
         self.assertEqual(len(table), 21)
         self.assertEqual(table[1][:4], ["*", "0", "2003-01-13", "09:30:00"])
 
-    def test_starts_and_ends_where_it_is_told(self):
+    def test_starts_and_ends_where_the_options_say(self):
         for name, first, count, shown in (("long.csv", 1000, 3, 3), ("long.csv", 2498, 9, 2),
                                           ("long.csv", 5000, 5, 0), ("descending.csv", 24, 9, 1),
                                           ("descending.csv", 0, 0, 0)):

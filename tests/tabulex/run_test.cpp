@@ -11,7 +11,7 @@ using namespace tabulex;
 
 namespace {
 
-// An output that counts, and refuses what it is told to refuse.
+// An output that counts rows, and refuses them when a test says so.
 class FakeOutput : public RowOutput
 {
 public:

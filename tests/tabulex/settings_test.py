@@ -28,11 +28,11 @@ class Ranges(ToolTest):
                             "--to", "2003-01-22").rows()[1:]
         self.assertEqual([r[0] for r in rows], ["2003-01-20", "2003-01-21", "2003-01-22"])
 
-    def test_a_range_beside_the_file_is_told(self):
+    def test_a_range_outside_of_the_file_gives_a_warning(self):
         for option, word in (("--from", "2033-01-01"), ("--to", "1980-01-01")):
             with self.subTest(option):
                 err = self.succeed("convert", self.sample("week.csv"), option, word).err
-                self.assertIn(f"warning: {option} lies", err)
+                self.assertIn(f"warning: {option} is", err)
 
     def test_a_range_around_the_file_is_not(self):
         result = self.succeed("convert", self.sample("week.csv"), "--from", "1980-01-01", "--to",
@@ -43,7 +43,7 @@ class Ranges(ToolTest):
     def test_an_empty_range_is_refused(self):
         result = self.fail_with(1, "convert", self.sample("week.csv"), "--from", "2003-03-02",
                                 "--to", "2003-03-01")
-        self.assertIn("--from lies behind --to", result.err)
+        self.assertIn("--from is after --to", result.err)
 
     def test_anything_but_an_iso_date_is_wrong_usage(self):
         for text in ("13.01.2003", "2003-02-30", "tomorrow", "2003-01-13T25:00"):
@@ -230,7 +230,7 @@ class Check(ToolTest):
         result = self.succeed("check", self.sample("week.csv"))
         self.assertEqual((result.out, result.err), ("", ""))
 
-    def test_tells_the_fault(self):
+    def test_reports_the_fault(self):
         cases = [([], self.file("a.txt", "nothing of the kind\n"),
                   "The date range of the data is invalid."),
                  (["--offer", "5=Weeks"], self.sample("minute-5.csv"),

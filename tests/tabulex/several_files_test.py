@@ -114,7 +114,7 @@ class Tables(SeveralTest):
         self.assertEqual(self.summaries(result), ["refused", "refused"])
         self.assertEqual(self.count(), 20)
 
-    def test_go_on_behind_a_file_that_fails(self):
+    def test_go_on_after_a_file_that_fails(self):
         week, tick, junk = (self.sample(n) for n in ("week.csv", "tick.csv", "junk.csv"))
         cases = [([self.bad(), week, week], ["refused", "commit", "commit"], 1, 40),
                  ([week, tick, week], ["commit", "refused", "commit"], 1, 40),

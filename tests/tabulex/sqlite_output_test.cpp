@@ -38,7 +38,7 @@ protected:
         return options;
     }
 
-    // Writes a row a symbol, and commits.
+    // Writes a row for each symbol, and commits.
     void Load(const OutputOptions& options, std::initializer_list<string_view_t> symbols)
     {
         SqliteOutput output(options, kColumns);
@@ -47,7 +47,7 @@ protected:
         ASSERT_TRUE(output.Commit()) << output.FaultText();
     }
 
-    // The first column of what a statement gives.
+    // The first column of a statement's rows.
     std::vector<std::string> Query(const std::string& sql) const
     {
         SqliteDatabase database;
@@ -139,7 +139,7 @@ TEST_F(SqliteOutputs, KeepNumbersExactly)
                 ElementsAre("9007199254740993", "-9223372036854775808", "", "0"));
 }
 
-TEST_F(SqliteOutputs, TellColumnsOfOneNameApart)
+TEST_F(SqliteOutputs, GiveColumnsOfOneNameTwoNames)
 {
     const auto columns = WithDistinctNames({{"Date", ColumnKind::Date},
                                             {"Close", ColumnKind::Price},
@@ -211,7 +211,7 @@ TEST_F(SqliteOutputs, DoNotReplaceADatabaseThatCameMeanwhile)
     EXPECT_EQ(m_folder.Entries(), 1u);
 }
 
-TEST_F(SqliteOutputs, TellWhereTheyCannotBeMade)
+TEST_F(SqliteOutputs, ReportThatTheyCannotBeMade)
 {
     OutputOptions options = Options();
     options.sPath = m_folder / "missing/out.db";
@@ -233,7 +233,7 @@ TEST_F(SqliteOutputs, AppendToItOrReplaceItOnRequest)
 {
     for (OldTable oldTable : {OldTable::Append, OldTable::Replace}) {
         m_sPath = m_folder / (oldTable == OldTable::Append ? "a.db" : "r.db");
-        Load(Options(oldTable), {OLESTR("A")}); // there is none yet
+        Load(Options(oldTable), {OLESTR("A")}); // there is no table yet
         Load(Options(oldTable), {OLESTR("B"), OLESTR("C")});
     }
     EXPECT_THAT(Query("SELECT Symbol FROM quotes"), ElementsAre("B", "C"));
@@ -280,7 +280,7 @@ TEST_F(SqliteOutputs, RollBackToTheTableThatWasThere)
     Load(Options(), {OLESTR("A")});
     for (OldTable oldTable : {OldTable::Append, OldTable::Replace}) {
         SqliteOutput output(Options(oldTable), kColumns);
-        // More than SQLite keeps in memory, so that some of it is in the file.
+        // More than SQLite keeps in memory, so that part of it is in the file.
         const auto cells = RowFor(string_t(1000, OLECHAR('x')));
         for (int i = 0; i < 10'000; ++i)
             ASSERT_TRUE(output.Write(cells.data(), 1));

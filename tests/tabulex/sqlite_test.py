@@ -1,4 +1,4 @@
-"""convert into SQLite: what stands in the table, and what is left when it fails."""
+"""convert into SQLite: what the table holds, and what is left after a failure."""
 import datetime as dt
 import os
 import signal
@@ -13,7 +13,7 @@ NOTES = "CREATE TABLE notes (text); INSERT INTO notes VALUES ('kept')"
 
 
 def stored(value):
-    """A value as the table is to hold it."""
+    """A value in the form that the table must hold."""
     if isinstance(value, dt.time):
         return value.isoformat("milliseconds" if value.microsecond else "seconds")
     return value if isinstance(value, (int, float)) else str(value)
@@ -69,7 +69,7 @@ class Tables(SqliteTest):
         self.load("tick.csv", "--table", "My \"Quotes\"")
         self.assertEqual(self.query("SELECT name FROM sqlite_master"), [('My "Quotes"',)])
 
-    def test_tell_columns_of_one_name_apart(self):
+    def test_give_columns_of_one_name_two_names(self):
         self.load("week.csv", "--column", "3=Open", "--no-check")
         self.assertEqual([r[0] for r in self.query("SELECT name FROM pragma_table_info('quotes')")],
                          ["Date", "Open", "Open 2", "Low", "Close", "Volume"])
@@ -211,7 +211,7 @@ class Interrupts(SqliteTest):
 
 
 class WrongUsage(SqliteTest):
-    def test_is_told(self):
+    def test_is_reported(self):
         cases = [(["--format", "sqlite"], "--format sqlite can't be printed"),
                  (["--format", "sqlite", "-n"], "--format sqlite can't be printed"),
                  (["--append", "--replace", "-o", "x.db"], "exclude each other"),

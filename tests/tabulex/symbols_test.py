@@ -1,4 +1,4 @@
-"""The symbols of a file: each once, in the order in which they come."""
+"""The symbols of a file: each once, in the order of the records."""
 import signal
 import subprocess
 import unittest
@@ -14,7 +14,7 @@ def bars(symbol, count):
 
 
 class Symbols(ToolTest):
-    def test_are_told_once_each_in_order(self):
+    def test_are_listed_once_each_in_order(self):
         path = self.file("a.csv", HEADER + bars("MSFT", 30) + bars("IBM", 20) + bars("MSFT", 5))
         self.assertEqual(self.succeed("symbols", path).out, "MSFT\nIBM\n")
 

@@ -74,7 +74,7 @@ class Trials(ToolTest):
 
 
 class Traces(ToolTest):
-    def test_are_not_left_behind(self):
+    def test_are_removed_in_the_end(self):
         with tempfile.TemporaryDirectory() as folder:
             self.succeed("template", "Date", "*y/*m/*d", "03/1/1", env=environment(TMPDIR=folder))
             self.assertEqual(os.listdir(folder), [])

@@ -1,4 +1,4 @@
-// Files that go with an object.
+// Files that are removed with their object.
 #include <filesystem>
 #include <thread>
 

@@ -1,4 +1,4 @@
-// Text between UTF-16 and UTF-8, widths, and near misses of words.
+// Conversion between UTF-16 and UTF-8, widths, and suggestions for misspelt words.
 #include <gtest/gtest.h>
 
 #include "tools/tabulex/text/Suggestion.h"

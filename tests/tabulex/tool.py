@@ -12,11 +12,11 @@ import unittest
 
 import make_samples
 
-# The words of a call: what runs the program, where the system can't by itself, and the
-# program.
+# The command line of a call: the program, after a runner if the system can't run it by
+# itself.
 RUNNER = os.environ.get("TABULEX_RUNNER", "").split()
 TOOL = [*RUNNER, os.environ["TABULEX"]]
-# A runner of Windows programs can't hand on a name that the locale has no letters for.
+# A runner of Windows programs can't pass on a name with characters outside of the locale.
 LOCALE = "C.UTF-8" if RUNNER else "C"
 SAMPLES = {sample.name: sample for sample in make_samples.all_samples()}
 
@@ -49,7 +49,7 @@ def encoding_of(sample):
 
 
 def cell_text(value):
-    """A value as the tool is to print it."""
+    """A value in the form that the tool must print."""
     if isinstance(value, dt.time):
         return value.isoformat("milliseconds" if value.microsecond else "seconds")
     if isinstance(value, float):
@@ -101,7 +101,7 @@ class ToolTest(unittest.TestCase):
             return f.read()
 
     def run_tool(self, *args, most_bytes=None, **options):
-        """most_bytes: no file may grow beyond."""
+        """most_bytes: the size beyond which no file may grow."""
         options.setdefault("env", environment())
         options.setdefault("stdin", subprocess.DEVNULL)
         if most_bytes:
@@ -122,8 +122,9 @@ class ToolTest(unittest.TestCase):
         return result
 
     def run_on_small_disk(self, name, *args):
-        """In a file system of a megabyte with a copy of a file: status, output and errors.
-        The output lists what is there in the end, and whether the file is as before."""
+        """Runs the tool in a file system of a megabyte that holds a copy of a file; gives its
+        status, output and errors. The output ends with the names of the files that are there
+        afterwards, and with "unchanged" if the copy is."""
         script = ('cp "$1" "$0/copy" && mkdir "$0/disk" && mount -t tmpfs -o size=1m none "$0/disk"'
                   ' || exit 99; cd "$0/disk"; cp ../copy "$1"; name=$1; shift; "$@"; status=$?;'
                   ' ls -A; cmp -s ../copy "$name" && echo unchanged; exit $status')

@@ -1,4 +1,4 @@
-"""The command line: help, version, near misses, wrong usage."""
+"""The command line: help, version, misspelt words, wrong usage."""
 import unittest
 
 from tool import ToolTest
@@ -40,7 +40,7 @@ class Help(ToolTest):
 
 
 class WrongUsage(ToolTest):
-    def test_is_told_with_a_way_out(self):
+    def test_is_reported_with_a_next_step(self):
         cases = [([], "a command is needed", "--help"),
                  (["inspct", "x"], "did you mean 'inspect'?", "--help"),
                  (["covnert", "x"], "did you mean 'convert'?", "--help"),
@@ -79,7 +79,7 @@ class WrongUsage(ToolTest):
                 self.assertIn(message, result.err)
                 self.assertTrue(result.err.endswith(f"{way}'.\n"), result.err)
 
-    def test_a_bad_value_is_told_with_its_option_and_what_is_allowed(self):
+    def test_a_bad_value_is_reported_with_its_option_and_what_is_allowed(self):
         path = self.sample("week.csv")
         cases = [(["--lang", "e"], 2, "--lang: 'e' is not one of zh, en; did you mean 'en'?"),
                  (["--encoding", "gbkk"], 2, "--encoding: there is no encoding 'gbkk'; did you mean"
@@ -100,7 +100,7 @@ class WrongUsage(ToolTest):
                   " 'Minutes'?"),
                  (["--resolution", "Eon"], 1, "--resolution 'Eon' isn't offered; use one of None,"
                   " Ticks, Tick Bars, Count Bars, Seconds, Minutes, Days, Weeks"),
-                 (["--resolution", "Minutes|x"], 1, "the size behind the '|' is a whole number from 1"),
+                 (["--resolution", "Minutes|x"], 1, "the size after the '|' is a whole number from 1"),
                  (["--size", "x"], 2, "--size: 'x' is not a whole number from 1 to 2147483647"),
                  (["--dividers", "ab"], 2, "--dividers: 'ab' is not made of the dividers ':', ' ', ',',"
                   " ';', '|' and '\\t'"),

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes small quote files in many layouts, and knows what stands in them.
+"""Makes small quote files in many layouts, and knows what they hold.
 
     make_samples.py FOLDER          all of them
     make_samples.py --kept FOLDER   the dozen that is kept in samples/
@@ -71,7 +71,7 @@ def _mmm(d):
     return MONTHS[d.month - 1].capitalize()
 
 
-# How each template looks in a file.
+# The text of a date or time by each template.
 DATE_TEXTS = {
     "*y/*m/*d": lambda d: f"{d:%Y/%m/%d}",
     "*m/*d/*y": lambda d: f"{d:%m/%d/%Y}",
@@ -117,7 +117,7 @@ TIME_TEXTS = {
     "*h:*m tt@pm": lambda t: "{}:{:02} {}".format(_half_day(t)[0], t.minute, _half_day(t)[1]),
     "*h:*m:*s tt@pm": lambda t: "{}:{:02}:{:02} {}".format(_half_day(t)[0], t.minute, t.second,
                                                            _half_day(t)[1]),
-    # the digits behind the point are whole milliseconds
+    # the digits after the point are whole milliseconds
     "*h:*m:*s.*f": lambda t: f"{t:%H:%M:%S}.{t.microsecond // 1000}",
 }
 
@@ -125,7 +125,7 @@ BAR = ["Open", "High", "Low", "Close"]
 
 
 class Market:
-    """A price that wanders; the seed depends on the sample's name alone."""
+    """A price that moves at random, the seed being the sample's name."""
 
     def __init__(self, name):
         self.random = random.Random(f"{SEED} {name}")
@@ -146,7 +146,7 @@ class Market:
 
 
 def bars(name, start, step, count, symbol=None):
-    """Bars one step apart; a day from the first on where the step is whole days."""
+    """Bars one step apart, the first of them at `start`."""
     market = Market(f"{name} {symbol}")
     rows = []
     for i in range(count):
@@ -177,7 +177,7 @@ DAY = ["Date", *BAR, "Volume"]
 INTRADAY = ["Date", "Time", *BAR, "Volume"]
 TICK = ["Date", "Time", "Price", "Volume"]
 
-# Years in which a text can't be read by a template that stands before its own.
+# Years in which no template that is tried before its own can read a text.
 YEARS = {"*dmmyy": 1999, "ddmmy*": 2009}
 
 
@@ -186,7 +186,7 @@ def date_samples():
         name = f"date-{i + 1:02}.csv"
         start = dt.date(YEARS.get(template, 2003), 1, 13)
         blank = " " in template
-        columns = ["Symbol", *DAY] if blank else DAY  # a blank ahead of a comma divides
+        columns = ["Symbol", *DAY] if blank else DAY  # a blank before a comma divides
         yield Sample(name, columns, days(name, start, 18, "ABC" if blank else None),
                      date_template=template, divider=";" if "," in template else ",",
                      resolution=6, size=1, kept=template in ("*dmmmyyyy", "*d/*m/*y"))
@@ -213,7 +213,7 @@ def divider_samples():
         name = f"divider-{word}.txt"
         yield Sample(name, INTRADAY, minutes(name, 20), divider=divider, resolution=5, size=1,
                      kept=word in ("tab", "blank"))
-    # A colon divides only where nothing else does, so neither dates nor times hold one.
+    # A colon divides only if nothing else does, so neither dates nor times may have one.
     yield Sample("divider-colon.txt", DAY, days("divider-colon", dt.date(2003, 1, 13), 20),
                  date_template="yyyymmdd", divider=":", resolution=6, size=1)
 
@@ -249,7 +249,7 @@ def layout_samples():
                  final_newline=False, resolution=6, size=1)
     yield Sample("preamble.csv", DAY, days("preamble", start, 20),
                  preamble=("Source,Example", "Currency,EUR"), resolution=6, size=1)
-    # The first hundred lines are looked at to find the resolution.
+    # The resolution is found from the first hundred lines.
     yield Sample("junk.csv", DAY, days("junk", start, 130),
                  junk={105: "junk line", 110: "2003/01/30,x,1,1,1,1", 126: "--- end of page ---"},
                  resolution=6, size=1, kept=True)

@@ -1,4 +1,4 @@
-// Writes what is made of the command line's definition at build time:
+// Run by the build: writes files that are made from the definition of the command line.
 //   tabulex_generate bash|zsh|fish OUTPUT
 //   tabulex_generate man OUTPUT TEMPLATE
 #include <cstdio>

@@ -11,7 +11,7 @@ namespace tabulex {
 
 namespace {
 
-// "--option=value" comes as three words.
+// Bash hands "--option=value" over as three words.
 constexpr const char* kScript = R"(# Completion of tabulex for bash.
 
 _tabulex()
@@ -57,10 +57,11 @@ void AddName(std::vector<std::string>& names, const OptionNode& option)
     names.push_back(option.sLong);
 }
 
-// What follows an option that takes a value; an option means the same everywhere.
+// The cases of options that take a value, for all commands together, since an option means
+// the same in each.
 std::string ValueCases(const CommandTree& tree)
 {
-    std::map<std::string, std::vector<std::string>> names; // by what is completed
+    std::map<std::string, std::vector<std::string>> names; // of options, by action
     std::set<std::string> seen;
     for (const CommandNode& command : tree.commands)
         for (const OptionNode& option : command.options) {
@@ -79,7 +80,7 @@ std::string ValueCases(const CommandTree& tree)
     return cases;
 }
 
-// What may follow otherwise: options, and words or paths without a dash.
+// The case of a command: its options, and words or paths that don't begin with a dash.
 std::string CommandCase(const CommandNode& command, const std::string& others)
 {
     std::vector<std::string> words;

@@ -10,7 +10,7 @@ namespace tabulex {
 
 namespace {
 
-// Names of values and arguments that stand for a place in the file system.
+// Names of values and arguments that are paths.
 constexpr std::string_view kPaths[] = {"FILE", "OUT"};
 
 bool IsPath(std::string_view name)
@@ -27,7 +27,7 @@ std::vector<std::string> Split(const std::string& text, char separator)
     return parts;
 }
 
-// Words in small letters with a bar between them are what the value may be.
+// A value's name that is words in small letters with bars between them lists the choices.
 std::vector<std::string> ChoicesOf(const std::string& value)
 {
     const bool bWords = value.find('|') != value.npos &&

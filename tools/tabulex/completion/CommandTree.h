@@ -1,5 +1,6 @@
-// CommandTree: the commands and their options as plain data, read from the definition
-// of the command line, for what is written of it: completions, the manual page.
+// CommandTree: the commands and their options as plain data, read from the definition of the
+// command line. Completions and the manual page are written from it, by walking its commands
+// and their options in the order of the help.
 #pragma once
 
 #include <string>
@@ -40,13 +41,13 @@ struct CommandNode
 
 struct CommandTree
 {
-    CommandNode tool; // what may stand before a command
+    CommandNode tool; // options that may come before a command
     std::vector<CommandNode> commands;
 };
 
 CommandTree ReadCommandTree();
 
-// The group of options that belong to one command alone and have no heading of their own.
+// The group of options that belong to a single command and have no heading of their own.
 inline constexpr const char* kOwnGroup = "Options";
 
 } // namespace tabulex

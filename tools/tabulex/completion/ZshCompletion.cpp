@@ -32,7 +32,8 @@ _tabulex()
 _tabulex "$@"
 )";
 
-// Text within single quotes, in which some characters mean something to _arguments.
+// Text for single quotes, with a backslash before each character that _arguments would
+// interpret.
 std::string Escaped(std::string_view text, std::string_view meaningful)
 {
     std::string result;
@@ -48,7 +49,7 @@ std::string Escaped(std::string_view text, std::string_view meaningful)
     return result;
 }
 
-// What stands behind the description of an option that takes a value.
+// What follows the description of an option that takes a value.
 std::string ValueOf(const OptionNode& option)
 {
     if (!option.TakesValue())

@@ -23,7 +23,7 @@ struct Closer
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-// Where something fails, errno tells why.
+// On a failure errno has the reason.
 std::optional<std::string> ReadBytes(const std::string& path)
 {
     const std::unique_ptr<std::FILE, Closer> file(OpenFile(path, FileMode::Read));
@@ -54,8 +54,8 @@ void ReadEnvironment(Host& host, const std::string& path)
     const HRESULT hr = host.Front().put_Environment(Bstr(FromUtf8(ReadText(path))).get());
     if (hr == E_INVALIDARG)
         throw Fault{ExitStatus::Refused,
-                    fmt::format("'{}' holds no environment: its text can't be read to the end as "
-                                "a document of tags",
+                    fmt::format("'{}' holds no environment: its text isn't a document of tags that "
+                                "are all closed",
                                 path)};
     if (FAILED(hr))
         throw Fault{ExitStatus::Refused,

@@ -17,7 +17,7 @@ struct LayoutColumn
 
 struct FileLayout
 {
-    std::optional<LONG> nDividers; // mask; empty where there are none to tell
+    std::optional<LONG> nDividers; // mask; empty where no line has been parsed
     bool bHasHeader = false;
     ULONG nHeaderOffset = 0;               // lines before the header, or before the data
     std::optional<std::string> sHeader;    // line that names the columns

@@ -15,7 +15,7 @@ struct ColumnSetting
 {
     ULONG nField;          // from 0
     std::string sType;     // name of a field type, or "none"
-    std::string sTemplate; // empty: the one that stands, or the first that fits
+    std::string sTemplate; // empty: the present one, or the first that fits
 };
 
 struct Portion
@@ -44,8 +44,8 @@ struct Settings
 };
 
 // Opens the file and applies the settings in the order in which they build on each
-// other. Throws Fault for the first that is refused. Settings that stand but mean
-// less than the user may think are told as warnings.
+// other. Throws Fault for the first that is refused. A setting that is accepted but has
+// less effect than the user may expect gives a warning.
 void OpenWithSettings(Host& host, const std::string& path, const Settings& settings,
                       Console& console);
 

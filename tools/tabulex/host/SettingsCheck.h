@@ -1,4 +1,4 @@
-// Whether a file can be converted with the settings that stand.
+// Whether a file can be converted with the settings as they are.
 #pragma once
 
 #include <string>
@@ -11,10 +11,10 @@ namespace tabulex {
 // Fault where the check itself fails.
 std::string CheckSettings(const Host& host);
 
-// What the check doesn't look at, but no run can do without; empty if nothing.
+// Faults that the check doesn't look for, though no run can do with them; empty if none.
 std::string WhyNotRunnable(const Host& host);
 
-// Of both the first.
+// What CheckSettings finds, or else what WhyNotRunnable does; empty if neither finds a fault.
 std::string WhyNotConvertible(const Host& host);
 
 } // namespace tabulex

@@ -13,7 +13,7 @@ namespace tabulex {
 
 namespace {
 
-// Text that means nothing to roff.
+// Text in which roff sees no requests or escapes.
 std::string Plain(std::string_view text)
 {
     std::string result;
@@ -45,7 +45,7 @@ std::string Italic(std::string_view text)
     return "\\fI" + Plain(text) + "\\fR";
 }
 
-// Words to choose from stand as they are typed.
+// Words to choose from are bold, since they are typed as they are.
 std::string ValueOf(const OptionNode& option)
 {
     return option.choices.empty() ? Italic(option.sValue) : Bold(option.sValue);
@@ -76,7 +76,7 @@ std::string Synopsis(const CommandTree& tree)
     return text + Bold("tabulex --help") + "\n.br\n" + Bold("tabulex --version");
 }
 
-// Names of the commands that have options of a group, in their order.
+// The names of the commands that have options of a group, in their order.
 std::vector<std::string> TakersOf(const CommandTree& tree, const std::string& group)
 {
     std::vector<std::string> names;
@@ -86,7 +86,7 @@ std::vector<std::string> TakersOf(const CommandTree& tree, const std::string& gr
     return names;
 }
 
-// Told once for all the commands that share it.
+// A group is described once for all the commands that share it.
 bool IsShared(const CommandTree& tree, const std::string& group)
 {
     return group != kOwnGroup && TakersOf(tree, group).size() > 1;

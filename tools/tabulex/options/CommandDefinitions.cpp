@@ -10,10 +10,10 @@ namespace {
 void AddInspect(CLI::App& app, Options& options)
 {
     CLI::App& command =
-        *app.add_subcommand("inspect", "Show the layout that a file is found to have");
+        *app.add_subcommand("inspect", "Show what is found out about the layout of a file");
     SetHelp(command, "  tabulex inspect quotes.csv\n  tabulex inspect --json quotes.csv");
     AddFiles(command, options, true);
-    command.add_flag("--json", options.bJson, "One JSON object a file");
+    command.add_flag("--json", options.bJson, "One JSON object for each file");
     command.add_flag("--no-count", options.inspect.bNoCount,
                      "Don't count the records, which reads the whole file");
     AddEnvironment(command, options.settings);
@@ -48,7 +48,7 @@ void AddPreview(CLI::App& app, Options& options)
 void AddCheck(CLI::App& app, Options& options)
 {
     CLI::App& command =
-        *app.add_subcommand("check", "Tell whether a file can be converted, or why not");
+        *app.add_subcommand("check", "Check whether a file can be converted, or why not");
     SetHelp(command, "  tabulex check quotes.csv\n"
                      "  tabulex check quotes.csv --resolution 'Minutes|5'");
     AddFiles(command, options, true);
@@ -81,7 +81,7 @@ void AddSymbols(CLI::App& app, Options& options)
 void AddEnvironmentCommand(CLI::App& app, Options& options)
 {
     CLI::App& command =
-        *app.add_subcommand("environment", "Put environment files together and print the result");
+        *app.add_subcommand("environment", "Merge environment files and print the result");
     SetHelp(command, "  tabulex environment mine.env\n"
                      "  tabulex environment mine.env yours.env > both.env");
     AddFiles(command, options, true);

@@ -1,4 +1,5 @@
-// The commands with their options, arguments and help: all that a command line may say.
+// The commands with their options, arguments and help: everything that a command line may
+// contain.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -7,7 +8,7 @@
 
 namespace tabulex {
 
-// Whatever is parsed by `app` goes to `options`, which must outlive it.
+// What `app` parses goes to `options`, which must outlive it.
 void DefineCommandLine(CLI::App& app, Options& options);
 
 } // namespace tabulex

@@ -39,8 +39,7 @@ std::string Unknown(std::string_view kind, const std::string& word,
                        near ? fmt::format("; did you mean '{}'?", *near) : "");
 }
 
-// The library tells values that are too few or too many in words of its own, which
-// name the option.
+// The library's own message about too few or too many values names the option.
 std::string WrongValues(const CLI::App& command, const std::string& message)
 {
     const std::size_t nAt = std::min(message.find("--"), message.size());
@@ -54,7 +53,7 @@ std::string WrongValues(const CLI::App& command, const std::string& message)
                                : fmt::format("{} needs a value: {}", name, option->get_type_name());
 }
 
-// What isn't understood says more than what is missing because of it.
+// A word that isn't understood says more than what is missing because of it.
 std::string UsageMessage(const CLI::App& app, const CLI::ParseError& fault)
 {
     const auto commands = app.get_subcommands();
@@ -71,8 +70,8 @@ std::string UsageMessage(const CLI::App& app, const CLI::ParseError& fault)
     return fault.what();
 }
 
-// Names the help of the command that was meant, where there is one.
-ExitStatus TellUsageError(const CLI::App& app, const std::string& message)
+// Names the help of the command that was given, if there is one.
+ExitStatus ReportUsageError(const CLI::App& app, const std::string& message)
 {
     const auto commands = app.get_subcommands();
     const std::string name = commands.empty() ? "" : " " + commands.front()->get_name();
@@ -98,8 +97,8 @@ std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments
         status = ExitStatus::Done;
         return std::nullopt;
     } catch (const CLI::ParseError& fault) {
-        status = TellUsageError(app, words.size() < 2 ? "a command is needed"
-                                                      : UsageMessage(app, fault));
+        status = ReportUsageError(app, words.size() < 2 ? "a command is needed"
+                                                        : UsageMessage(app, fault));
         return std::nullopt;
     }
     options.sCommand = app.get_subcommands().front()->get_name();
@@ -107,7 +106,7 @@ std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments
     if (options.convert.bSaveEnvironment && options.settings.sEnvironment.empty())
         contradiction = "--save-environment needs a file: give it by --environment";
     if (!contradiction.empty()) {
-        status = TellUsageError(app, contradiction);
+        status = ReportUsageError(app, contradiction);
         return std::nullopt;
     }
     return options;

@@ -7,8 +7,8 @@
 
 namespace tabulex {
 
-// Takes UTF-8, the program's name first. Empty where nothing is left to do: help or the
-// version was printed (status Done), or a usage error was told (status Usage).
+// Takes UTF-8, the program's name first. Empty if nothing is left to do: help or the version
+// was printed (status Done), or a usage error was reported (status Usage).
 std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments,
                                        ExitStatus& status);
 

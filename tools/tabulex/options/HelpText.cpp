@@ -12,7 +12,7 @@ constexpr std::size_t kOptionColumn = 34;
 
 constexpr ExitStatusText kExitStatuses[] = {
     {ExitStatus::Done, "done; a conversion was committed"},
-    {ExitStatus::Refused, "the data or the settings stand against it"},
+    {ExitStatus::Refused, "the data or the settings don't allow it"},
     {ExitStatus::Usage, "wrong usage"},
     {ExitStatus::FileFault, "a file can't be opened, read or written"},
     {ExitStatus::Interrupted, "interrupted"},
@@ -43,7 +43,7 @@ public:
 
     const std::string& Examples() const { return m_sExamples; }
 
-    // The value's name alone: the type and defaults stand in the description.
+    // The value's name alone; the description has the type and the default.
     std::string make_option_opts(const CLI::Option* option) const override
     {
         const std::string type = option->get_type_name();

@@ -1,4 +1,4 @@
-// What the help says beside the options: examples first, exit statuses last.
+// The parts of the help beside the options: examples come first, exit statuses last.
 #pragma once
 
 #include <span>
@@ -11,9 +11,9 @@
 namespace tabulex {
 
 // Sets the layout of the help, the footer and the examples of an app or a command.
-// The examples stand before everything else, each on a line of its own.
+// The examples come before everything else, each on a line of its own.
 void SetHelp(CLI::App& app, const char* pszExamples);
-// The lines that SetHelp was given.
+// The examples that SetHelp was given.
 std::string ExamplesOf(const CLI::App& app);
 
 struct ExitStatusText

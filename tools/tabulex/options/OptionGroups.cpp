@@ -21,8 +21,8 @@ std::string LongName(const std::string& names)
     return names.substr(names.find("--"));
 }
 
-// An option whose text is read by `read`; what that throws becomes a usage error which
-// names the option.
+// An option whose text is read by `read`; what that throws becomes a usage error with the
+// option's name.
 template <class Target, class Reader>
 CLI::Option* AddValue(CLI::App& app, const std::string& names, const std::string& type,
                       Target& target, Reader read, const std::string& description)
@@ -56,8 +56,8 @@ struct Word
     Value value;
 };
 
-// An option that takes one of some words, and names the nearest for any other. The
-// words stand for the value in the help.
+// An option that takes one of some words, and suggests the nearest for any other. The help
+// shows the words in place of the value's name.
 template <class Target, class Value, std::size_t N>
 CLI::Option* AddChoice(CLI::App& app, const std::string& names, const Word<Value> (&words)[N],
                        Target& target, const std::string& description)
@@ -124,7 +124,7 @@ void AddGeneral(CLI::App& app, GeneralOptions& general)
              "Append the component's own reports to FILE;\n'-' is standard error")
         ->group(group);
     app.add_flag("-q,--quiet", general.bQuiet, "No summary and no warnings")->group(group);
-    app.add_flag("-v,--verbose", general.bVerbose, "Tell what is done")->group(group);
+    app.add_flag("-v,--verbose", general.bVerbose, "Report what is done")->group(group);
 }
 
 void AddFiles(CLI::App& app, Options& options, bool bSeveral)
@@ -176,7 +176,7 @@ void AddLayoutSettings(CLI::App& app, Settings& settings)
         ->type_name("N=TYPE[:TEMPLATE]")
         ->group(group);
     AddValue(app, "--code-page", "N", settings.nCodePage, WholeUpTo<ULONG>(0, 0xFFFFFFFF),
-             "Number of the file's code page; only noted, since\ntext is read by --encoding")
+             "Number of the file's code page; has no effect on\ntext, which is read by --encoding")
         ->group(group);
     app.add_flag("--bar-end-time", settings.bBarEndTime,
                  "Times in the file are those of the bars' start:\nadd the bar size")
@@ -201,7 +201,7 @@ void AddImportRange(CLI::App& app, Settings& settings)
              "Last moment; a date alone is its 00:00")
         ->group(group);
     AddValue(app, "--portion", "START:COUNT", settings.portion, ReadPortion,
-             "COUNT records from position START (from 0);\nbad lines are skipped without a word")
+             "COUNT records from position START (from 0);\nbad lines aren't reported")
         ->group(group);
 }
 

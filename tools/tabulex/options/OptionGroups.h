@@ -10,13 +10,13 @@ namespace tabulex {
 
 void AddGeneral(CLI::App& app, GeneralOptions& general);
 void AddFiles(CLI::App& app, Options& options, bool bSeveral);
-// What shapes the reading of the file.
+// Settings of how the file is read.
 void AddLayoutSettings(CLI::App& app, Settings& settings);
-// A file of templates that take part in finding the layout.
+// A file of templates that are known before the layout is found.
 CLI::Option* AddEnvironment(CLI::App& app, Settings& settings);
-// Which of its records are imported.
+// Which records are converted.
 void AddImportRange(CLI::App& app, Settings& settings);
-// Records by number; `pszCount` describes --count.
+// A range of records by number; `pszCount` describes --count.
 void AddRecordRange(CLI::App& app, RangeOptions& range, const char* pszCount);
 void AddOutput(CLI::App& app, ConvertOptions& convert);
 void AddErrorHandling(CLI::App& app, ConvertOptions& convert);

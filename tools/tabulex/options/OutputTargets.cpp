@@ -20,7 +20,7 @@ struct Ending
     OutputFormat format;
 };
 
-// The first of a format is that of the files made in a folder.
+// The first ending of a format is that of the files made in a folder.
 constexpr Ending kEndings[] = {
     {".csv", OutputFormat::Csv},          {".jsonl", OutputFormat::JsonLines},
     {".ndjson", OutputFormat::JsonLines}, {".db", OutputFormat::Sqlite},
@@ -50,7 +50,7 @@ OldTable OldTableOf(const ConvertOptions& convert)
     return convert.bReplace ? OldTable::Replace : OldTable::Refuse;
 }
 
-// Also where one of them isn't there yet.
+// Works also if one of them doesn't exist yet.
 bool AreSame(const std::string& a, const std::string& b)
 {
     std::error_code error;
@@ -74,7 +74,7 @@ std::string ContradictionInTable(const ConvertOptions& convert)
     return {};
 }
 
-// Outputs of several files mustn't take each other's place.
+// The outputs of two files must not have the same name.
 std::string ContradictionInSeveral(const ConvertOptions& convert,
                                    const std::vector<std::string>& files)
 {

@@ -1,4 +1,4 @@
-// Which output each file of a call gets: one for all, or one each in a folder.
+// Where the rows of each file go: all to one output, or each to a file in a folder.
 #pragma once
 
 #include <string>
@@ -8,14 +8,14 @@
 
 namespace tabulex {
 
-// Why the options of a conversion make no sense together; empty if they do.
+// Why options of a conversion contradict each other; empty if they don't.
 std::string ContradictionIn(const ConvertOptions& convert, const std::vector<std::string>& files);
 
-// The outputs of the files, in their order; of options without a contradiction.
+// The outputs of the files, in their order. The options must not contradict each other.
 std::vector<OutputOptions> OutputsOf(const ConvertOptions& convert,
                                      const std::vector<std::string>& files);
 
-// A folder is meant by an existing one, and by a slash at the end.
+// Whether the name is that of an existing folder, or has a slash at its end.
 bool IsFolder(const std::string& output);
 
 } // namespace tabulex

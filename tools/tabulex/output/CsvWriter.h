@@ -1,4 +1,4 @@
-// CsvWriter: a header row of type names, then a row a record; RFC 4180 quoting.
+// CsvWriter: a header row of type names, then one row for each record; quoted as in RFC 4180.
 #pragma once
 
 #include <string_view>
@@ -17,7 +17,7 @@ public:
     void Row(const VARIANT* cells, std::string& out) override;
 
 private:
-    // The kind tells the dates, which look like times, apart.
+    // The kind shows which of two dates is a day and which a time.
     void Cell(ColumnKind kind, const VARIANT& cell, std::string& out);
 
     std::vector<Column> m_columns;

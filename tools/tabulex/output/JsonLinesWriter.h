@@ -1,4 +1,4 @@
-// JsonLinesWriter: an object a row; keys are the type names.
+// JsonLinesWriter: one object for each record; the keys are the type names.
 #pragma once
 
 #include <string_view>

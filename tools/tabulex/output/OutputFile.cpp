@@ -75,7 +75,7 @@ std::string OutputFile::FaultText() const
     return m_nError ? std::strerror(m_nError) : std::string();
 }
 
-// The first fault is the one to tell; later ones follow from it.
+// The first fault is reported; later ones follow from it.
 bool OutputFile::Fail(int nError)
 {
     if (!m_nError)
@@ -83,8 +83,7 @@ bool OutputFile::Fail(int nError)
     return false;
 }
 
-// Standard output stays open for the runtime, but must be written out: its faults show
-// only then.
+// Standard output stays open for the runtime, but is flushed, since faults show only then.
 bool OutputFile::Close()
 {
     std::FILE* file = m_file;

@@ -24,19 +24,19 @@ public:
 
     // "-" is standard output. False if it can't be written: see FaultText().
     bool Open(const std::string& path);
-    // Text may stay in a buffer until Flush or Commit, and a fault show only then.
+    // Text may stay in a buffer until Flush or Commit, so a fault may show only then.
     bool Write(std::string_view text);
     bool Flush();
     // Makes what was written final. False if that fails; nothing is left then.
     bool Commit();
-    // Removes what was written, where nobody has seen it yet. Safe after Commit.
+    // Removes what was written, unless it was written directly. Safe after Commit.
     void Discard();
 
     // True for a file that nobody sees before Commit.
     bool HidesUntilCommit() const { return !m_staged.Name().empty(); }
-    // The reader of the pipe is gone: no fault to tell anyone about.
+    // The reader of the pipe is gone, which is no fault to be reported.
     bool IsReaderGone() const;
-    // The system's reason of the first fault; empty if there is none.
+    // The system's text for the first fault; empty if there is none.
     std::string FaultText() const;
 
 private:

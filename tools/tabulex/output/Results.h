@@ -1,6 +1,6 @@
 // Results: standard output of a command that isn't a conversion.
 //
-// Text is gathered and written in large pieces. A reader that goes away ends the
+// Text is gathered and written in large pieces. A reader that closes its pipe ends the
 // command quietly; any other fault of writing is thrown as Fault.
 #pragma once
 
@@ -18,7 +18,7 @@ public:
 
     // False once nobody reads any more.
     bool Add(std::string_view text);
-    // Lets the reader see what was added so far.
+    // Writes what was added so far, so that the reader sees it.
     void Show();
     // Writes what is left.
     void Finish();

@@ -22,7 +22,7 @@ enum class OutputFormat
     Sqlite
 };
 
-// What becomes of a table that is there already.
+// What to do with a table that exists already.
 enum class OldTable
 {
     Refuse,
@@ -43,15 +43,15 @@ class RowOutput
 public:
     virtual ~RowOutput() = default;
 
-    // Rows as they are delivered: the cells of a row side by side, a row after the
-    // other, and a cell for each column. A fault may show only with a later call.
+    // Takes rows as they are delivered: row after row, each with its cells side by side, one
+    // for each column. A fault may show only in a later call.
     virtual bool Write(const VARIANT* cells, ULONGLONG nRows) = 0;
-    // Makes the rows final. False if that fails; nothing is left then.
+    // Makes the rows final. False if that fails; nothing is left behind then.
     virtual bool Commit() = 0;
-    // Takes the rows back, except where a reader has them already.
+    // Takes the rows back, unless they have gone to a reader already.
     virtual void Discard() = 0;
 
-    // The reader of a pipe is gone: no fault to tell anyone about.
+    // The reader of a pipe is gone, which is no fault to be reported.
     virtual bool IsReaderGone() const { return false; }
     // Why something was refused; empty if nothing was.
     virtual std::string FaultText() const = 0;
@@ -59,8 +59,8 @@ public:
     virtual ExitStatus FaultStatus() const { return ExitStatus::FileFault; }
 };
 
-// An output for rows of these columns, ready to be written. Throws Fault where it
-// can't be had.
+// An output for rows of these columns, ready to be written. Throws Fault if it can't be
+// opened.
 std::unique_ptr<RowOutput> OpenRowOutput(const OutputOptions& options, std::vector<Column> columns);
 // Throws what OpenRowOutput would throw, as far as that can be known without writing.
 void CheckRowOutput(const OutputOptions& options, const std::vector<Column>& columns);

@@ -15,7 +15,7 @@ class RowWriter
 public:
     virtual ~RowWriter() = default;
 
-    // What stands before the first row.
+    // Appends what comes before the first row.
     virtual void Begin(std::string& out) = 0;
     // One record: a cell for each column.
     virtual void Row(const VARIANT* cells, std::string& out) = 0;

@@ -7,10 +7,10 @@ namespace tabulex {
 
 namespace {
 
-// How long another program may keep the database to itself.
+// How long to wait for another program that has locked the database.
 constexpr int kPatienceMilliseconds = 2000;
 
-// Some results are the data's or the settings' doing, the others the file's.
+// Some results come from the data or the settings, the others from the file.
 ExitStatus StatusOf(int nResult)
 {
     switch (nResult) {
@@ -25,7 +25,7 @@ ExitStatus StatusOf(int nResult)
 
 } // namespace
 
-// As an absolute path, since some names mean no file to SQLite.
+// As an absolute path, since some names, such as ":memory:", aren't files to SQLite.
 bool SqliteDatabase::Open(const std::string& path)
 {
     std::error_code error;
@@ -80,7 +80,7 @@ std::vector<std::string> SqliteDatabase::Texts(const std::string& sql, std::stri
     return texts;
 }
 
-// SQLite's words for a failing system call are general; the system has better ones.
+// SQLite's text for a failing system call is general; the system's is better.
 bool SqliteDatabase::Fail()
 {
     if (!m_sFault.empty())

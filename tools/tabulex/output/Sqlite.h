@@ -1,7 +1,7 @@
 // SQLite's C API as objects: a database, and a statement on it.
 //
-// Only where HasSqlite says so. Nothing throws: calls give false, and the database keeps
-// why. One thread at a time.
+// To be used only if HasSqlite is true. Nothing throws: calls give false, and the database
+// keeps the reason. One thread at a time.
 #pragma once
 
 #include <memory>
@@ -20,8 +20,8 @@ class SqliteStatement;
 class SqliteDatabase
 {
 public:
-    // An existing file, possibly an empty one; read only where the system allows no
-    // more. What isn't a database may show only with the first statement.
+    // An existing file, possibly an empty one; read only if the system doesn't allow writing.
+    // That a file is no database may show only with the first statement.
     bool Open(const std::string& path);
     // Refused while a statement on it lives.
     bool Close();
@@ -37,7 +37,7 @@ public:
     bool Fail();
     // The first fault; empty if there is none.
     const std::string& FaultText() const { return m_sFault; }
-    // What it means for the work; good where there is one.
+    // The status that it gives the work; valid if there is a fault.
     ExitStatus FaultStatus() const { return m_faultStatus; }
 
 private:
@@ -59,13 +59,13 @@ public:
 
     explicit operator bool() const { return m_statement != nullptr; }
 
-    // Parameters count from 1. The text isn't copied and must stand until it is used.
+    // Parameters count from 1. The text isn't copied and must live until the statement ran.
     void Bind(int nParameter, std::string_view text);
     void Bind(int nParameter, double value);
     void Bind(int nParameter, sqlite3_int64 value);
     void BindNull(int nParameter);
 
-    // To its end, and ready to be run again. False: see the database.
+    // Runs the statement to its end; it can then be run again. False: see the database.
     bool Run();
 
 private:

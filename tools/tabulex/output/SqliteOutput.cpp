@@ -19,8 +19,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A staged database is thrown away where anything fails, so it needs no journal; what
-// it holds is synchronised once, with the commit.
+// A staged database is removed if anything fails, so it needs no journal; it is synchronised
+// once, by the commit.
 constexpr const char* kStagedPragmas = "PRAGMA journal_mode = OFF; PRAGMA locking_mode = EXCLUSIVE";
 
 constexpr const char* kFindObject = "SELECT type FROM sqlite_master WHERE name = ?1 COLLATE NOCASE "
@@ -46,7 +46,7 @@ const char* SqlTypeOf(ColumnKind kind)
     return kind == ColumnKind::Whole ? "INTEGER" : "TEXT";
 }
 
-// What `text` makes of each column.
+// The result of `text` for each column.
 template <class Text>
 std::vector<std::string> ForEachColumn(const std::vector<Column>& columns, Text text)
 {
@@ -55,7 +55,7 @@ std::vector<std::string> ForEachColumn(const std::vector<Column>& columns, Text 
     return texts;
 }
 
-// For comparison: case and order don't matter to SQLite.
+// In a form for comparison, as SQLite ignores case and order.
 std::vector<std::string> Sorted(std::vector<std::string> names)
 {
     for (std::string& name : names)
@@ -64,7 +64,7 @@ std::vector<std::string> Sorted(std::vector<std::string> names)
     return names;
 }
 
-// Whether the table is there and may be changed.
+// Whether the table exists; throws Fault if it may not be changed.
 bool FindTable(SqliteDatabase& database, const OutputOptions& options)
 {
     const auto kinds = database.Texts(kFindObject, options.sTable);
@@ -117,8 +117,8 @@ void RequireSqlite(const std::string& path)
                               "since its version 10");
 }
 
-// Devices and pipes have no pages, and a single byte is no empty file, as which SQLite
-// takes it.
+// Devices and pipes can't hold a database. A file of one byte can't either, but SQLite
+// would take it for an empty one.
 void RequireDatabaseFile(const std::string& path, const std::string& target)
 {
     std::error_code error;
@@ -218,8 +218,7 @@ bool SqliteOutput::Commit()
     return false;
 }
 
-// Another program may have made the database meanwhile: its tables aren't ours to
-// replace.
+// Another program may have made the database meanwhile, whose tables must not be replaced.
 bool SqliteOutput::Publish()
 {
     if (m_staged.Name().empty())
@@ -234,8 +233,8 @@ bool SqliteOutput::Publish()
     return !error;
 }
 
-// A database that is closed takes back what isn't committed. After a fault of the disk
-// that is left to whoever reads it next, so it is read here.
+// Closing a database takes back what isn't committed. After a fault of the disk that is
+// left to the next reader, so the database is read here.
 void SqliteOutput::Discard()
 {
     m_insert = {};

@@ -1,8 +1,9 @@
 // SqliteOutput: rows in a table of an SQLite database.
 //
-// A new database is staged and appears with Commit. In an existing one everything is
-// one transaction, begun by the constructor, which keeps other writers out; without a
-// Commit the database is as before.
+// A new database is staged: it is made beside its place under another name, without a
+// journal, and renamed by Commit. In an existing one everything is one transaction, begun
+// by the constructor, which keeps other writers out; without a Commit the database is as
+// before.
 //
 // Dates, times and symbols are TEXT in the form that they have in CSV, prices REAL,
 // whole numbers INTEGER; an empty cell is NULL.
@@ -18,8 +19,8 @@ namespace tabulex {
 class SqliteOutput : public RowOutput
 {
 public:
-    // Throws Fault: Refused where the table is there and shall stay, or has other
-    // columns, and FileFault where the file can't be written or is no database.
+    // Throws Fault: Refused if the table exists and is to be kept, or has other columns, and
+    // FileFault if the file can't be written or is no database.
     SqliteOutput(const OutputOptions& options, std::vector<Column> columns);
     ~SqliteOutput() override { Discard(); }
 
@@ -38,7 +39,7 @@ private:
     std::string m_sTarget;
     std::vector<Column> m_columns;    // by the names of the table's columns
     StagedFile m_staged;              // of a new database; none for an existing one
-    SqliteDatabase m_database;        // goes before its file does
+    SqliteDatabase m_database;        // closed before its file is removed
     SqliteStatement m_insert;         // a parameter a column
     std::vector<std::string> m_texts; // of the row at hand; m_insert refers to them
     DateText m_dates;

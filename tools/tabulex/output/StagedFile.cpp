@@ -13,9 +13,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// So many runs may write beside one target, or have left their files after a crash.
+// How many runs may write beside one target, or have left their files after a crash.
 constexpr int kNames = 1000;
-constexpr int kLinks = 40; // more of them in a row are a circle to the system, too
+constexpr int kLinks = 40; // a longer chain is taken for a circle, as by the system
 
 } // namespace
 
@@ -28,8 +28,8 @@ std::string TargetOf(const std::string& path)
     return Utf8Of(target);
 }
 
-// The first of a row of names that nobody has. A file that others may not read must not
-// become readable by being replaced.
+// Takes the first name that is free. A file that others may not read must not become
+// readable by being replaced.
 std::FILE* StagedFile::Create(const std::string& target)
 {
     for (int i = 0; i < kNames; ++i) {

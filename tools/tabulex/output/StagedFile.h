@@ -11,8 +11,8 @@
 
 namespace tabulex {
 
-// What a path leads to in the end, whether it is there or not: a link stays a link,
-// and its target is written.
+// The file that a path leads to in the end, whether it exists or not: a link is kept, and
+// its target is written.
 std::string TargetOf(const std::string& path);
 
 class StagedFile
@@ -23,10 +23,11 @@ public:
     StagedFile(const StagedFile&) = delete;
     StagedFile& operator=(const StagedFile&) = delete;
 
-    // An empty file beside `target`, which keeps the permissions of what stands there.
-    // The stream is the caller's to close. Null where that fails: errno tells why.
+    // Makes an empty file beside `target`, with the permissions of the file that is there.
+    // The caller closes the stream. Null on a failure, with the reason in errno.
     std::FILE* Create(const std::string& target);
-    // Renames it to the target. Closed by then; where that fails it is still there.
+    // Renames the file, which must be closed by then, to the target. After a failure it is
+    // still there.
     std::error_code Publish();
     // Safe after Publish.
     void Remove();

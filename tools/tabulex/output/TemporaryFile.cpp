@@ -23,7 +23,7 @@ TemporaryFile::TemporaryFile(std::string_view content)
 {
     std::error_code error;
     const auto folder = std::filesystem::temp_directory_path(error);
-    // Two tools at a time must not meet in one file.
+    // Two processes must not use the same file.
     std::random_device random;
     m_sPath = Utf8Of(folder / fmt::format("tabulex-{:08x}{:08x}.txt", random(), random()));
     OutputFile file;
@@ -32,8 +32,8 @@ TemporaryFile::TemporaryFile(std::string_view content)
                     fmt::format("'{}' can't be written: {}", m_sPath, file.FaultText())};
 }
 
-// Some systems keep a file that is open, and who has read it may close it on a thread of
-// its own, a moment after it was told to.
+// Some systems don't remove a file that is open, and the component closes it on a thread of
+// its own, a moment after it was let go of.
 TemporaryFile::~TemporaryFile()
 {
     std::error_code error;

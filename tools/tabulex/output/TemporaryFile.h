@@ -1,4 +1,4 @@
-// TemporaryFile: a file with a given content that goes with the object.
+// TemporaryFile: a file with a given content, removed by the destructor.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@ namespace tabulex {
 class TemporaryFile
 {
 public:
-    // Throws Fault where it can't be written.
+    // Throws Fault if it can't be written.
     explicit TemporaryFile(std::string_view content);
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;

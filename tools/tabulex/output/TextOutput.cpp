@@ -10,7 +10,7 @@ namespace tabulex {
 
 namespace {
 
-// Few writes, and small against what the component keeps of the file.
+// Large enough for few writes, and small beside what the component keeps of the file.
 constexpr std::size_t kBufferBytes = std::size_t{256} * 1024;
 
 std::unique_ptr<RowWriter> MakeWriter(OutputFormat format, std::vector<Column> columns)
@@ -52,7 +52,7 @@ bool TextOutput::Commit()
     return m_file.Commit();
 }
 
-// What went to a stream has gone, and the rest follows it.
+// What has gone to a stream can't be taken back, so the rest is written as well.
 void TextOutput::Discard()
 {
     if (m_file.HidesUntilCommit())

@@ -12,7 +12,8 @@ BadLineText::BadLineText(const Host& host)
                      (GetFlag(host.Data(), &IDataParser::get_HasHeader) ? 1u : 0u))
 {}
 
-// One position earlier is one line further down where the file is read backwards.
+// The component's number is that of the position before, which in a file that is read
+// backwards is the line after.
 std::string BadLineText::Of(ULONGLONG nLine, ULONGLONG nBatchStart)
 {
     const bool bShifted = m_bInverted && IsInPartlyFilledBatch(nBatchStart);

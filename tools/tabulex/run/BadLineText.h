@@ -1,9 +1,9 @@
 // BadLineText: the text of a line that a run has reported as bad.
 //
-// The component numbers the lines of a run's last, partly filled batch from one
-// position too early when the file is read backwards. The number is told as it comes;
-// the text is fetched from where the line really stands. Reads through a parser of its
-// own, so that it may be called while the run's parser is locked.
+// When a file is read backwards, the component's numbers of the lines in the last, partly
+// filled batch are one too high. They are reported as they come; the text is fetched from
+// where the line really is. Reads through a parser of its own, so that it may be called
+// while the run's parser is locked.
 #pragma once
 
 #include <string>

@@ -50,7 +50,7 @@ void ProgressBar::Draw(const Progress& progress)
     m_tNext = now + kInterval;
     m_bDrawn = true;
     std::string text = TextOf(progress, std::chrono::duration<double>(now - m_tStart).count());
-    // A line that wraps couldn't be wiped.
+    // A line that wraps couldn't be erased.
     text.resize(std::min<std::size_t>(text.size(), TerminalWidth() - 1));
     m_console.ShowProgress(text);
 }

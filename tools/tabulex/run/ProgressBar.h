@@ -16,7 +16,7 @@ namespace tabulex {
 struct Progress
 {
     ULONG nPercent = 0;
-    ULONGLONG nRecords = 0; // behind us
+    ULONGLONG nRecords = 0; // processed so far
     std::string sElapsed;   // as the box writes them, "0 min 12 sec"; may be empty
     std::string sRemaining;
 };
@@ -24,16 +24,16 @@ struct Progress
 class ProgressBar
 {
 public:
-    // The clock of the rate starts here. The console must outlive the bar.
+    // The time from which the rate is counted begins here. The console must outlive the bar.
     ProgressBar(Console& console, When when);
-    // Takes the line away.
+    // Removes the line.
     ~ProgressBar();
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;
 
-    // Takes figures, and draws them if it is time for another picture.
+    // Takes figures, and draws them if the last drawing is old enough.
     void Show(const Progress& progress);
-    // Draws the last figures where pictures were asked for and none has been drawn: the
+    // Draws the final figures if drawing was asked for and nothing has been drawn, since the
     // run was over at once.
     void ShowEnd(ULONGLONG nRecords);
 

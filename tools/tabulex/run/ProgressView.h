@@ -1,8 +1,8 @@
 // ProgressView: the component's progress box on a terminal.
 //
 // The box writes its figures and errors to controls; the view draws a line of progress
-// from the figures, and has the reporter tell and decide a bad line. The box may let go
-// of its view after the run that it showed, so the two share what they need.
+// from the figures, and hands bad lines to the reporter, which decides about them. The box
+// may keep its view longer than the run lasts, so both share what the view needs.
 #pragma once
 
 #include <memory>
@@ -13,8 +13,8 @@
 
 namespace tabulex {
 
-// Puts the tool's views in place of the component's for as long as it lives, which is a
-// run. Used by the run's thread.
+// Has the component use the tool's views while it lives, which is for one run. Used by the
+// run's thread.
 class ProgressViews
 {
 public:
@@ -25,7 +25,8 @@ public:
     ProgressViews(const ProgressViews&) = delete;
     ProgressViews& operator=(const ProgressViews&) = delete;
 
-    // A view is on show. After the end of a run one pump or two let it go.
+    // The component has a view. After the end of a run it lets go of it within one or two
+    // calls of TabulexPumpMessages.
     bool IsOnShow() const;
 
     struct Run; // what a view knows of its run

@@ -26,7 +26,7 @@ bool RejectsFile::EndRun(bool bKeep)
 bool RejectsFile::Finish()
 {
     if (!m_bOpen)
-        return true; // told where it couldn't be opened
+        return true; // a failure to open it has been reported
     if (m_bKeep)
         m_file.Commit();
     else
@@ -34,7 +34,7 @@ bool RejectsFile::Finish()
     return FaultText().empty();
 }
 
-// A closed pipe is the reader's choice and no fault.
+// A reader may close its pipe: that is no fault.
 std::string RejectsFile::FaultText() const
 {
     const std::string reason = m_file.IsReaderGone() ? std::string() : m_file.FaultText();

@@ -1,8 +1,8 @@
 // RejectsFile: the bad lines of all conversions of a call, as CSV.
 //
-// They are what a user looks at after a rollback, so they stay then; those of an
-// interrupted run aren't worth a file. Not synchronised, but may be handed from
-// thread to thread.
+// They are kept after a rollback, when the user wants to look at them; those of an
+// interrupted run alone don't make a file. Not synchronised, but may be handed from thread
+// to thread.
 #pragma once
 
 #include <string>
@@ -21,10 +21,10 @@ public:
     // it can't be written.
     void Open();
     void Write(std::string_view rows) { m_file.Write(rows); }
-    // Behind each run: what it brought is with the system, and wanted if `bKeep` says
-    // so. False: see FaultText.
+    // After each run: hands what it brought to the system. The file is kept if `bKeep` is set
+    // for any run. False: see FaultText.
     bool EndRun(bool bKeep);
-    // Behind all of them: the file appears if any run's lines are wanted. False as above.
+    // After all runs: the file appears if it is to be kept. False as above.
     bool Finish();
 
     // Empty if there is no fault.

@@ -18,7 +18,7 @@ bool WantsColour(When choice, Stream stream)
 {
     if (choice != When::Auto)
         return choice == When::Always;
-    // Set to anything but nothing, whatever it says.
+    // Any value but an empty one counts.
     const char* pszNoColour = std::getenv("NO_COLOR");
     if (pszNoColour && *pszNoColour)
         return false;
@@ -70,7 +70,7 @@ void Console::ShowProgress(std::string_view text)
     m_bProgressShown = true;
 }
 
-// A terminal overwrites its line; in a file each state is a line of its own.
+// On a terminal a state overwrites the one before; in a file each is a line of its own.
 void Console::ClearProgress()
 {
     if (!m_bProgressShown)

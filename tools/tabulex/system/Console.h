@@ -1,7 +1,7 @@
-// Console: all that the tool says on standard error, and the choice of colours.
+// Console: everything that the tool writes to standard error, and the choice of colours.
 //
-// One line of progress may stand below the text; whatever is said takes its place
-// first. Every operation may come from any thread.
+// One line of progress may be shown below the text; it is erased before anything else is
+// written. Every operation may be called from any thread.
 #pragma once
 
 #include <mutex>
@@ -12,7 +12,7 @@
 
 namespace tabulex {
 
-// A choice that the surroundings make unless the user does.
+// A choice that depends on the surroundings unless the user makes it.
 enum class When
 {
     Auto,
@@ -27,18 +27,18 @@ class Console
 {
 public:
     Console() = default;
-    // bQuiet keeps warnings back, bVerbose lets notes through; errors are always said.
+    // bQuiet suppresses warnings, bVerbose shows notes; errors are always shown.
     Console(bool bColour, bool bQuiet, bool bVerbose);
 
     bool IsQuiet() const { return m_bQuiet; }
 
-    // One line each, behind the tool's name.
+    // One line each, after the tool's name.
     void Error(std::string_view message);
     void Warning(std::string_view message); // not when quiet
     void Note(std::string_view message);    // only when verbose
-    void Print(std::string_view text);      // as it stands
+    void Print(std::string_view text);      // as it is
 
-    // Draws the line of progress anew, or takes it away where the text is empty.
+    // Draws the line of progress anew, or erases it where the text is empty.
     void ShowProgress(std::string_view text);
 
 private:

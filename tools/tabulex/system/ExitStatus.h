@@ -8,10 +8,10 @@ namespace tabulex {
 enum class ExitStatus
 {
     Done = 0,          // the work was done; a conversion was committed
-    Refused = 1,       // the data or the settings stand against the work
+    Refused = 1,       // the data or the settings don't allow the work
     Usage = 2,         // the command line can't be understood
     FileFault = 3,     // a file can't be opened, read or written
-    Interrupted = 130, // as shells show the end by Ctrl-C
+    Interrupted = 130, // what shells give for a program that Ctrl-C ended
 };
 
 // Several files end with the highest status of all.

@@ -10,24 +10,25 @@ enum class FileMode
 {
     Read,
     Write,    // anew
-    WriteNew, // refused where the name is taken
+    WriteNew, // refused if the name is taken
     Append
 };
 
-// Null where that fails: errno tells why. Bytes go through as they are.
+// Null on a failure, with the reason in errno. Bytes are read and written unchanged.
 std::FILE* OpenFile(const std::string& path, FileMode mode);
 
-// Whether what stands under a name is written as it stands there, and no file that another
-// one can take the place of.
+// Whether a name stands for something that is written directly, such as a device or a pipe,
+// and not for a file that another one can replace.
 bool IsWrittenDirectly(const std::string& path);
 
 // The errno of a write that has just failed; EPIPE where nobody reads the pipe any more.
 int WriteError(std::FILE* file);
 
-// Gives a file the permissions of another one, where a folder doesn't give them to both.
+// Gives a file the permissions of another one. Does nothing on systems where a file has
+// those of its folder.
 void CopyPermissions(const std::string& from, const std::string& to);
 
-// Whether the system takes both for the same name.
+// Whether both are the same name to the system.
 bool AreSameName(const std::string& a, const std::string& b);
 
 // The system's words for one of its own error numbers.

@@ -31,7 +31,7 @@ constexpr ModeRow kModes[] = {{_O_RDONLY, "rb"},
 
 } // namespace
 
-// A folder is told as what it is, and not as one that isn't permitted.
+// The reason for a folder is that it is one, and not a lack of permission.
 std::FILE* OpenFile(const std::string& path, FileMode mode)
 {
     const ModeRow& row = kModes[static_cast<int>(mode)];
@@ -47,7 +47,7 @@ std::FILE* OpenFile(const std::string& path, FileMode mode)
     return nullptr;
 }
 
-// The names of devices, such as NUL, are found in every folder.
+// The names of devices, such as NUL, exist in every folder.
 bool IsWrittenDirectly(const std::string& path)
 {
     std::error_code ignored;
@@ -55,8 +55,8 @@ bool IsWrittenDirectly(const std::string& path)
     return place.native().starts_with(L"\\\\.\\") || fs::is_directory(place, ignored);
 }
 
-// Of the ways in which a pipe tells that its reader has gone, the runtime knows one; for the
-// others it has an errno that no write to a pipe that stands gives.
+// The system reports in several ways that a pipe's reader has gone. The runtime knows one of
+// them; for the others it gives an errno that a write to a working pipe never gives.
 int WriteError(std::FILE* file)
 {
     const int nError = errno;
@@ -65,7 +65,7 @@ int WriteError(std::FILE* file)
     return bPipe && (nError == EINVAL || nError == EBADF) ? EPIPE : nError;
 }
 
-// A file has them of its folder.
+// A file has the permissions of its folder.
 void CopyPermissions(const std::string&, const std::string&) {}
 
 bool AreSameName(const std::string& a, const std::string& b)
@@ -80,7 +80,7 @@ std::string SystemErrorText(int nError)
     DWORD nUnits =
         FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                        static_cast<DWORD>(nError), 0, text, std::size(text), nullptr);
-    while (nUnits > 0 && text[nUnits - 1] <= L' ') // it ends as a line does
+    while (nUnits > 0 && text[nUnits - 1] <= L' ') // the text ends with a line end
         --nUnits;
     return ToUtf8(string_view_t(text, nUnits));
 }

@@ -10,8 +10,8 @@ namespace tabulex {
 
 namespace {
 
-// On a thread of its own. Where the console is closed the process ends as soon as this
-// returns, so the roll-back keeps it from returning; the system waits some seconds.
+// Runs on a thread of its own. When the console is closed the process ends as soon as this
+// returns, so it doesn't return while work is rolled back; the system waits some seconds.
 BOOL WINAPI OnInterrupt(DWORD nEvent)
 {
     if (!NoteInterrupt()) {

@@ -4,7 +4,7 @@
 
 namespace tabulex {
 
-// False where there is no such library. None of the functions may be called then.
+// False if there is no such library. None of the functions may be called then.
 bool HasSqlite();
 
 } // namespace tabulex

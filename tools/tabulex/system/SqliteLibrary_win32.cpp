@@ -4,9 +4,9 @@
 
 #include "platform/component.h"
 
-// Windows has SQLite since its version 10, under a name of its own; before that a user may
-// have put the library beside the program. The functions that the tool calls stand here
-// under their own names and pass the calls on.
+// Windows has had SQLite since its version 10, under a name of its own; on older ones a user
+// may have put the library beside the program. Here are the functions that the tool calls,
+// under their own names; each passes the call on.
 
 namespace {
 
@@ -32,7 +32,7 @@ Function* Find(const char* pszName)
 
 } // namespace
 
-// The youngest of the functions tells for all.
+// A library that has the newest of the functions has all of them.
 bool tabulex::HasSqlite()
 {
     return Find("sqlite3_system_errno") != nullptr;

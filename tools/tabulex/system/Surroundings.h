@@ -1,4 +1,4 @@
-// What the surroundings hand to the program.
+// What the program is given by its surroundings.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace tabulex {
 
-// The command line in UTF-8, the program's name first. Takes what main was given.
+// The command line in UTF-8, the program's name first. Takes the arguments of main.
 std::vector<std::string> CommandLineArguments(int argc, char** argv);
 
 // Whether the user reads Chinese, as far as the system knows it without the variables of

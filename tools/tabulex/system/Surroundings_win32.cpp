@@ -6,7 +6,7 @@
 
 namespace tabulex {
 
-// Those of main have lost what the code page of the system lacks.
+// The arguments of main have lost the characters that the system's code page lacks.
 std::vector<std::string> CommandLineArguments(int, char**)
 {
     std::vector<std::string> arguments;

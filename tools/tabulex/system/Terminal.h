@@ -1,4 +1,4 @@
-// What the tool asks of the system's terminal and streams.
+// What the tool needs from the system's terminal and streams.
 #pragma once
 
 #include <functional>
@@ -22,7 +22,7 @@ bool IsTerminal(Stream stream);
 // A terminal that understands escape sequences.
 bool TakesSequences(Stream stream);
 
-// Columns of the terminal behind standard error; 80 where it doesn't tell.
+// The width in columns of the terminal on standard error; 80 where that isn't known.
 unsigned TerminalWidth();
 
 // Once, before anything is read or written. A write fails, instead of ending the process,
@@ -30,14 +30,15 @@ unsigned TerminalWidth();
 // are, and a terminal shows them as UTF-8.
 void SetUpStreams();
 
-// Gives the terminal back as it was found, before the process ends at once.
+// Puts the terminal back into the state in which it was found. For a process that is about
+// to end at once.
 void RestoreTerminal();
 
-// To standard error at once, in one piece.
+// Writes to standard error at once, in one piece.
 void WriteToErrorStream(std::string_view text);
 
-// A line from standard input without its end. Empty at the end of the input, or
-// as soon as `cancelled` answers true while waiting.
+// A line from standard input, without its end. Empty at the end of the input, or as soon as
+// `cancelled` gives true while this waits.
 std::optional<std::string> ReadAnswer(const std::function<bool()>& cancelled);
 
 } // namespace tabulex

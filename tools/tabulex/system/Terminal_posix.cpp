@@ -71,7 +71,7 @@ void WriteToErrorStream(std::string_view text)
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
-// Byte by byte: what stands behind the line is left to whoever reads next.
+// Byte by byte: what comes after the line is left for whoever reads next.
 std::optional<std::string> ReadAnswer(const std::function<bool()>& cancelled)
 {
     std::string line;

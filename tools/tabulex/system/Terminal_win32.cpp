@@ -28,7 +28,7 @@ HANDLE HandleOf(Stream stream)
     return GetStdHandle(STD_ERROR_HANDLE);
 }
 
-// Its settings are those of every program on it.
+// A console's settings are shared by all programs on it.
 struct Screen
 {
     Stream stream;
@@ -39,7 +39,7 @@ struct Screen
 Screen g_screens[] = {{Stream::Output, 0, false}, {Stream::Error, 0, false}};
 UINT g_nCodePage = 0; // as it was found
 
-// Other events wait in the same queue, and lead to no text.
+// The same queue holds other events, which don't bring any text.
 bool IsKeyPressed(HANDLE hInput)
 {
     INPUT_RECORD record;
@@ -52,7 +52,7 @@ bool IsKeyPressed(HANDLE hInput)
     return false;
 }
 
-// What is neither a console nor a pipe with a writer doesn't keep its reader waiting.
+// A read from anything but a console or a pipe with a writer doesn't block.
 bool HasInput(HANDLE hInput)
 {
     if (IsTerminal(Stream::Input))
@@ -95,7 +95,7 @@ unsigned TerminalWidth()
     return static_cast<unsigned>(info.srWindow.Right - info.srWindow.Left + 1);
 }
 
-// A console of before escape sequences refuses the mode.
+// Consoles that are older than escape sequences refuse the mode.
 void SetUpStreams()
 {
     for (std::FILE* file : {stdin, stdout, stderr})
@@ -119,7 +119,7 @@ void RestoreTerminal()
     SetConsoleOutputCP(g_nCodePage);
 }
 
-// Past the stream, which would write each character by itself.
+// Not through the stream, which would write each character by itself.
 void WriteToErrorStream(std::string_view text)
 {
     while (!text.empty()) {
@@ -131,8 +131,8 @@ void WriteToErrorStream(std::string_view text)
     }
 }
 
-// From a pipe byte by byte: what stands behind the line is left to whoever reads next. A
-// console gives the whole line at once, and nothing where Ctrl-C is pressed meanwhile.
+// From a pipe byte by byte: what comes after the line is left for whoever reads next. A
+// console gives the whole line at once, and nothing if Ctrl-C is pressed meanwhile.
 std::optional<std::string> ReadAnswer(const std::function<bool()>& cancelled)
 {
     const HANDLE hInput = HandleOf(Stream::Input);

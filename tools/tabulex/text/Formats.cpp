@@ -1,3 +1,10 @@
+// Prices are written as the shortest decimal that reads back to the same double. The general
+// way is std::to_chars. Most prices have few decimals, for which there is a faster way: scale
+// by 10^5 and round to a whole number; if that number divided by 10^5 is the value again, its
+// digits are the answer. With at most 15 digits no other decimal of that length or less can
+// read back to the value.
+//
+// Dates and times are counted in days and milliseconds, and put digit by digit into a buffer.
 #include "tools/tabulex/text/Formats.h"
 
 #include <charconv>
@@ -56,15 +63,14 @@ LONGLONG MillisecondsOf(DATE date)
     return std::llround(date * static_cast<double>(kMillisecondsADay));
 }
 
-// Most prices have few decimals. With at most 15 digits the decimal that reads
-// back to the value is the only one of its length, so a hit is the shortest text.
+// False, and nothing appended, for a value that has more than five decimals or 15 digits.
 bool AppendShortDecimal(std::string& out, double value)
 {
     constexpr double kScale = 1e5; // five decimals
     const double scaled = std::abs(value) * kScale;
     if (!(scaled < 1e15))
         return false;
-    // Cutting a sum rounds, and is an instruction where std::nearbyint may be a long call.
+    // Rounds by cutting: one instruction, where std::nearbyint may be a slow call.
     auto n = static_cast<LONGLONG>(scaled + 0.5);
     if (n == 0 || static_cast<double>(n) / kScale != std::abs(value))
         return false;
@@ -89,7 +95,7 @@ bool AppendShortDecimal(std::string& out, double value)
 
 // ---- reading: each takes what it reads from the front of the text
 
-// from_chars would take a sign as well.
+// A sign is refused, which from_chars would take.
 std::optional<int> TakeDigits(std::string_view& text, std::size_t nDigits)
 {
     int value = 0;
@@ -197,7 +203,7 @@ void AppendWhole(std::string& out, LONGLONG value)
 std::string DateTimeText(DATE date, char separator)
 {
     const LONGLONG n = MillisecondsOf(date);
-    // Rounded down also before day 0.
+    // Rounded down before day 0, too.
     const LONGLONG day =
         n >= 0 ? n / kMillisecondsADay : -((-n + kMillisecondsADay - 1) / kMillisecondsADay);
     char text[32];

@@ -1,7 +1,7 @@
 // Dates, times and numbers as text, the same in every output of the tool.
 //
-// A DATE is days since 1899-12-30, the fraction being the time of day. Times are
-// rounded to milliseconds; these are written only where they aren't 0.
+// A DATE counts days since 1899-12-30; its fraction is the time of day. Times are rounded to
+// milliseconds, which are written only where they aren't 0.
 #pragma once
 
 #include <array>
@@ -22,8 +22,8 @@ void AppendWhole(std::string& out, LONGLONG value);
 // YYYY-MM-DDTHH:MM:SS, with .mmm as above; `separator` takes the place of the T.
 std::string DateTimeText(DATE date, char separator = 'T');
 
-// YYYY-MM-DD for whole days. Neighbouring rows mostly share their day, so the last
-// text is kept. Not synchronised; the view is good until the next call.
+// YYYY-MM-DD for whole days. Neighbouring rows mostly have the same day, so the last text is
+// kept. Not synchronised; the view is valid until the next call.
 class DateText
 {
 public:
@@ -35,8 +35,8 @@ private:
     std::size_t m_nLength = 0;
 };
 
-// Reads YYYY-MM-DD, or that and HH:MM[:SS[.fff]] behind 'T' or a blank. A date
-// alone means its first moment. Empty for anything else.
+// Reads YYYY-MM-DD, alone or with HH:MM[:SS[.fff]] after a 'T' or a blank. A date alone means
+// its first moment. Empty for anything else.
 std::optional<DATE> ParseDateTime(std::string_view text);
 
 // The whole of `text` as a number; empty if it isn't one, or too large.

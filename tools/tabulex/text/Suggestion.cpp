@@ -1,3 +1,8 @@
+// The candidate with the least edit distance to the word is suggested, if that is small
+// enough for the length of the word. The distance counts letters that are left out, added or
+// changed, and swaps of two neighbours. It is computed row by row from the distances of all
+// beginnings of the two words: only the last three rows are kept. A word that begins a
+// candidate counts as one edit away from it.
 #include "tools/tabulex/text/Suggestion.h"
 
 #include <algorithm>
@@ -13,7 +18,8 @@ namespace {
 
 using Row = std::vector<std::size_t>;
 
-// Edits that turn one word into the other, a swap of neighbours counting as one.
+// The number of edits that turn one word into the other; row[j] is that of the beginnings
+// of i and j letters.
 std::size_t Distance(std::string_view a, std::string_view b)
 {
     Row beforeLast, last(b.size() + 1), row(b.size() + 1);
@@ -33,7 +39,7 @@ std::size_t Distance(std::string_view a, std::string_view b)
     return last[b.size()];
 }
 
-// A beginning of at least three letters is as good as a slip of one.
+// A beginning of at least three letters counts as one edit.
 std::size_t Badness(std::string_view word, std::string_view candidate)
 {
     const bool bBeginning = word.size() >= 3 && candidate.starts_with(word);
@@ -46,7 +52,7 @@ std::optional<std::string> Suggest(std::string_view word,
                                    const std::vector<std::string>& candidates)
 {
     const std::string lower = LowerCase(word);
-    // One slip in three letters is as much as a word can take and still be meant.
+    // With more than one edit to three letters another word was meant.
     const std::size_t nMost = std::max<std::size_t>(1, lower.size() / 3);
     std::optional<std::string> best;
     std::size_t nBest = nMost + 1;

@@ -1,4 +1,4 @@
-// The right word for a near miss.
+// Suggestions for misspelt words.
 #pragma once
 
 #include <optional>

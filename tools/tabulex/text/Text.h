@@ -19,10 +19,10 @@ string_t FromUtf8(std::string_view bytes);
 // as a lone low surrogate U+DC80 to U+DCFF, so that every name can be opened.
 string_t PathFromBytes(std::string_view bytes);
 
-// Terminal columns that the text takes: two for wide East Asian characters.
+// The number of terminal columns that the text takes: two for a wide East Asian character.
 std::size_t DisplayWidth(std::string_view utf8);
 
-// Text between escape sequences where `bColour` says so.
+// The text between escape sequences for bold if `bColour` is set, else the text alone.
 std::string Bold(std::string_view text, bool bColour);
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b);

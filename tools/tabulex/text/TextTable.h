@@ -11,21 +11,21 @@ namespace tabulex {
 class TextTable
 {
 public:
-    // Text to the left, numbers to the right.
+    // Texts are aligned to the left, numbers to the right.
     struct Heading
     {
         std::string sText;
         bool bRight = false;
     };
 
-    // The headings line is bold where `bColour` says so.
+    // The line of headings is bold if `bColour` is set.
     TextTable(std::vector<Heading> headings, bool bColour);
 
     // As many cells as headings.
     void Add(std::vector<std::string> cells);
 
-    // The rows added since the last call, the headings before the first of them; each
-    // line begins with `indent`.
+    // The rows added since the last call, in the first call after the headings; each line
+    // begins with `indent`.
     std::string Take(std::string_view indent = "");
 
 private:
