@@ -7,12 +7,13 @@
 //
 // Invariants:
 //   1. The slots in use are the m_nPageCount ones from m_nFirstPage on, counted
-//      around the ring, newest first.
+//      around the ring, newest first. Each holds the page of its offset, whole: a page
+//      that couldn't be read isn't kept, and is read again when it is asked for.
 //   2. m_nHotCount elements at m_pHot are those of the file from m_nHotOffset on;
 //      they lie in one slot in use. 0 where no page has been asked for yet.
 //
 // Not synchronised. A read past the end and a failed read are reported and throw
-// std::invalid_argument.
+// std::invalid_argument. A read that comes short, since the file was cut, has failed.
 #pragma once
 
 #include <array>
@@ -35,7 +36,7 @@ public:
     // isn't open, and for an empty one. A file can't be exchanged for another.
     bool Attach(std::shared_ptr<CSharedFile> pFile);
 
-    // Elements of the file as last told by the system; 0 without a file. May be read
+    // Elements of the file when its size was last asked for; 0 without a file. May be read
     // from any thread.
     ULONGLONG GetSize() const { return m_nSize.load(std::memory_order_relaxed); }
 
@@ -49,12 +50,20 @@ public:
         return {p, static_cast<std::size_t>(m_nHotCount - (iElement - m_nHotOffset))};
     }
 
+    // The elements from the beginning of its page to iElement, at least one.
+    // Good until the next access.
+    std::span<const T> SpanUpTo(ULONGLONG iElement)
+    {
+        Locate(iElement);
+        return {m_pHot, static_cast<std::size_t>(iElement - m_nHotOffset + 1)};
+    }
+
     // The slot that holds the page at nOffset, a multiple of nBlockSize below the size;
     // read in if need be.
     T* GetPage(ULONGLONG nOffset);
 
-    // Asks for the size again and forgets all pages. Keeps the size where the system
-    // can't tell; reads then fail.
+    // Asks for the size again and forgets all pages. Keeps the size if the system
+    // gives none; reads then fail.
     void RefreshFileSize();
 
     // Reading starts over at the beginning of the file.
@@ -72,6 +81,7 @@ private:
     void Enter(ULONGLONG iElement);
     T* FindPage(ULONGLONG nOffset) const;
     T* TakeSlot(ULONGLONG nOffset);
+    void GiveSlotBack();
     void MoveFilePos(ULONGLONG nOffset);
     void ReadPage(ULONGLONG nOffset, T* pPage);
     ULONGLONG CountAt(ULONGLONG nOffset) const; // elements of the page at nOffset
@@ -80,7 +90,7 @@ private:
     std::shared_ptr<CSharedFile> m_hFile;
     std::atomic<ULONGLONG> m_nSize = 0;
     std::array<ULONGLONG, nPages> m_pageOffsets{}; // place in the file of each slot's page
-    std::unique_ptr<T[]> m_pData;                  // all slots, one behind the other
+    std::unique_ptr<T[]> m_pData;                  // all slots, one after the other
     ULONGLONG m_nPageCount = 0;                    // slots in use
     ULONGLONG m_nFirstPage = 0;                    // slot of the newest page
     ULONGLONG m_nFilePos = 0;                      // where the last read ended

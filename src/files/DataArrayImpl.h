@@ -1,4 +1,8 @@
 // The operations of CDataArray, for the sources that instantiate it.
+//
+// The method: Locate answers from the page asked for last, without a search. Any other page
+// is searched from the newest slot on; if it isn't there, the slot of the oldest page takes
+// it. Only a page that was read to its end stays in a slot.
 #pragma once
 
 #include <algorithm>
@@ -31,7 +35,7 @@ template <class T, std::size_t nPages, std::size_t nBlockSize>
 void CDataArray<T, nPages, nBlockSize>::Enter(ULONGLONG iElement)
 {
     if (!FaultmereUtil::Assert(iElement < GetSize(), "iElement < m_nSize"))
-        throw std::invalid_argument("position behind the end of the file");
+        throw std::invalid_argument("position beyond the end of the file");
     const ULONGLONG nOffset = iElement - iElement % nBlockSize;
     m_nHotCount = 0; // the slot may be taken, and its read may fail
     m_pHot = GetPage(nOffset);
@@ -72,8 +76,16 @@ T* CDataArray<T, nPages, nBlockSize>::TakeSlot(ULONGLONG nOffset)
     return SlotData(m_nFirstPage);
 }
 
-// Pages are whole but for the last of the file, so reading on from behind it by less
-// than a page means that the file has grown.
+// The newest slot. The page that it held before is lost.
+template <class T, std::size_t nPages, std::size_t nBlockSize>
+void CDataArray<T, nPages, nBlockSize>::GiveSlotBack()
+{
+    m_nFirstPage = (m_nFirstPage + 1) % nPages;
+    --m_nPageCount;
+}
+
+// All pages but the last of the file are whole, so going on from there by less than a
+// page means that the file has grown.
 template <class T, std::size_t nPages, std::size_t nBlockSize>
 void CDataArray<T, nPages, nBlockSize>::MoveFilePos(ULONGLONG nOffset)
 {
@@ -83,14 +95,12 @@ void CDataArray<T, nPages, nBlockSize>::MoveFilePos(ULONGLONG nOffset)
     m_nFilePos = nOffset;
 }
 
-// The slot bears its offset whether the read succeeds or not, so what a failed read
-// leaves there must not be another page's contents.
 template <class T, std::size_t nPages, std::size_t nBlockSize>
 void CDataArray<T, nPages, nBlockSize>::ReadPage(ULONGLONG nOffset, T* pPage)
 {
     const ULONGLONG nCount = CountAt(nOffset);
     if (!m_hFile->Read(nOffset, pPage, static_cast<std::size_t>(nCount))) {
-        std::fill_n(pPage, nCount, T());
+        GiveSlotBack();
         FaultmereUtil::ReportAssertion("0");
         throw std::invalid_argument("file can't be read");
     }

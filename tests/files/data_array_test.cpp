@@ -1,5 +1,6 @@
 #include "src/files/DataArrayImpl.h"
 
+#include "tests/files/MadeUpFile.h"
 #include "tests/files/Vocabulary.h"
 
 using namespace Hesperon::specifics;
@@ -73,7 +74,7 @@ TEST(DataArray, AttachesOneFileThatHoldsSomething)
     EXPECT_EQ(array[2], 'c');
 }
 
-TEST(DataArray, ReportsAndThrowsBehindTheEnd)
+TEST(DataArray, ReportsAndThrowsBeyondTheEnd)
 {
     const TestFile file("abc");
     SmallArray array;
@@ -137,18 +138,27 @@ TEST(DataArray, ReadsWholePagesAtPageOffsets)
     EXPECT_EQ(array.Span(23).size(), 2u);
 }
 
-TEST(DataArray, AFailedReadThrowsAndLeavesThePageBlank)
+// Nothing of it is kept, and of the pages that are there the oldest goes, once.
+TEST(DataArray, AFailedReadThrowsEachTimeUntilItSucceeds)
 {
-    const TestFile file(Letters(30));
+    const std::string letters = Letters(80);
+    const auto pFile = std::make_shared<MadeUpFile>(letters);
     SmallArray array;
-    array.Attach(file.Open());
-    EXPECT_EQ(array[0], 'a');
-    file.Truncate(15);
+    array.Attach(pFile);
+    for (const std::size_t n : {0, 10, 20, 30})
+        EXPECT_EQ(array[n], letters[n]);
     ReportLog reports;
-    EXPECT_THROW(array[12], std::invalid_argument);
-    EXPECT_EQ(reports.Texts(), Texts{"0"});
-    EXPECT_EQ(array[12], 0); // the slot bears the page's offset by now
-    EXPECT_EQ(array[0], 'a');
+    for (int n = 0; n < 3; ++n) {
+        pFile->FailAfter(0);
+        EXPECT_THROW(array[42], std::invalid_argument);
+    }
+    EXPECT_EQ(reports.Texts(), (Texts{"0", "0", "0"}));
+    pFile->TakeReads();
+    for (const std::size_t n : {20, 30})
+        EXPECT_EQ(array[n], letters[n]);
+    EXPECT_TRUE(pFile->TakeReads().empty());
+    EXPECT_EQ(array[42], letters[42]);
+    EXPECT_EQ(array[0], letters[0]);
 }
 
 TEST(DataArray, AClosedFileFailsButForThePagesThatAreThere)
