@@ -1,3 +1,5 @@
+// Conversions stand in a ring of which m_nNext is the one to step next. One that ends leaves
+// its place, so that the next one has its turn at once.
 #include "src/files/FileConversions.h"
 
 #include <algorithm>
@@ -12,9 +14,13 @@ using namespace IQRL_TabulexConverter;
 CConverterPersist::CConverterPersist(com_ptr<IFileHandlerEvents> pEvents)
     : m_pEvents(std::move(pEvents))
 {
-    const auto pStart = m_pEvents.as<IFileHandlerEvents2>();
-    if (pStart && FAILED(pStart->get_StartPosition(&m_nPosition)))
-        m_nPosition = 0;
+    try {
+        const auto pStart = m_pEvents.as<IFileHandlerEvents2>();
+        if (pStart && FAILED(pStart->get_StartPosition(&m_nPosition)))
+            m_nPosition = 0;
+    } catch (const std::exception&) {
+        m_nPosition = 0; // a failure like others
+    }
 }
 
 HRESULT CConverterPersist::Step(bool bComplete)
@@ -42,7 +48,7 @@ void CFileConversions::StepNext(bool bComplete)
         ++m_nNext;
         return;
     }
-    // Out of the list before the consumer goes: that may run any code.
+    // Taken out of the list before the consumer is released: that may run any code.
     const auto it = m_converters.begin() + static_cast<std::ptrdiff_t>(m_nNext);
     const CConverterPersist ended = std::move(*it);
     m_converters.erase(it);

@@ -1,6 +1,6 @@
-// The conversions that run on one file: they take turns, a record each.
+// The conversions that run on one file: they take turns, one record each.
 //
-// For the file's worker thread alone.
+// Used by the file's worker thread only.
 #pragma once
 
 #include <vector>
@@ -32,7 +32,7 @@ class CFileConversions
 public:
     bool IsActive() const { return !m_converters.empty(); }
 
-    // Reports a consumer whose conversion runs already, and lets that one go on.
+    // Reports a consumer that already has a conversion running, which then goes on.
     void Start(com_ptr<IQRL_TabulexConverter::IFileHandlerEvents> pEvents);
     // One step of the conversion whose turn it is.
     void StepNext(bool bComplete);
@@ -40,7 +40,7 @@ public:
 
 private:
     std::vector<CConverterPersist> m_converters;
-    std::size_t m_nNext = 0; // whose turn it is; the first one's where it is beyond the last
+    std::size_t m_nNext = 0; // whose turn it is; beyond the last one it is the first one's
 };
 
 } // namespace Hesperon::specifics

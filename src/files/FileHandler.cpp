@@ -1,3 +1,6 @@
+// The worker's loop. Each turn makes one stride of the scan unless a conversion runs, one
+// record of one conversion, and one look at the requests, in this order; then it waits for
+// as long as nothing of that is due. The lock is held for the stride and for the look.
 #include "src/files/FileHandler.h"
 
 #include <algorithm>
@@ -67,20 +70,20 @@ void CFileHandler::CloseAll()
 
 // ---- the loop's steps -------------------------------------------------------
 
-// False when the file has had its time. While a conversion runs this doesn't wait.
+// False once Stop() was called. While a conversion runs this doesn't wait.
 bool CFileHandler::WaitForWork()
 {
     constexpr int kStop = 0;
     Event::Timeout timeout; // without end
     if (m_conversions.IsActive())
         timeout = std::chrono::milliseconds(0);
-    else if (!m_bScanDone)
+    else if (!m_bScanDone || m_bServeAgain)
         timeout = kStridePause;
     return m_wait.WaitAny(m_hStop, m_hRequest, timeout) != kStop;
 }
 
-// One stride, which ends on a multiple of kStride. A file that can't be read isn't
-// tried again from here.
+// One stride, which ends on a multiple of kStride. The scan gives up on a file that
+// can't be read; a consumer's own read tries again.
 void CFileHandler::ScanStride()
 try {
     if (m_bScanDone || m_conversions.IsActive())
@@ -98,21 +101,38 @@ void CFileHandler::ScanFirstRecords()
         ScanStride();
 }
 
+// A request fails for itself, and the others are served all the same.
 void CFileHandler::ServeRequests()
-try {
-    if (m_requests.IsEmpty())
+{
+    if (m_requests.IsEmpty() && !m_bServeAgain)
         return;
     bool bComplete = false;
-    {
-        LockGuard lock(m_lock);
-        bComplete = m_index.IsComplete();
-        m_requests.Collect(!bComplete, m_collected);
-    }
-    for (const SPendingRequest& request : m_collected)
-        Dispatch(request, bComplete);
-    m_collected.clear();
-} catch (const std::exception&) {
-    m_collected.clear();
+    m_bServeAgain = !Collect(bComplete);
+    std::erase_if(m_collected, [&](const SPendingRequest& request) {
+        try {
+            Dispatch(request, bComplete);
+        } catch (const std::bad_alloc&) {
+            // A conversion that doesn't begin would never end: its consumer waits for that.
+            if (request.kind == SPendingRequest::Kind::Conversion) {
+                m_bServeAgain = true;
+                return false;
+            }
+        } catch (const std::exception&) {
+            // The consumer's own fault.
+        }
+        return true;
+    });
+}
+
+// False if there was no memory to collect them; they are still there then.
+bool CFileHandler::Collect(bool& bComplete)
+try {
+    LockGuard lock(m_lock);
+    bComplete = m_index.IsComplete();
+    m_requests.Collect(!bComplete, m_collected);
+    return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 void CFileHandler::Dispatch(const SPendingRequest& request, bool bComplete)
@@ -136,11 +156,11 @@ try {
     ReadRecord(0, [&](string_view_t text) { bsRecord = Bstr(text); });
     pParser->Parse(bsRecord.get());
 } catch (const std::invalid_argument&) {
-    // The parser hears of the file's failure when it reads itself.
+    // The parser meets the failure when it reads the file itself.
 }
 
-// While the scan is on, once in 4096 records: the scan stops at multiples of kStride.
-// Afterwards at each turn of the loop.
+// During the scan once in 4096 records, since the scan stops at multiples of kStride;
+// afterwards at each turn of the loop.
 void CFileHandler::TellCount(IUnknown* pObject, bool bComplete)
 {
     const ULONGLONG nCount = CountLocked();

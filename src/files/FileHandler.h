@@ -1,8 +1,8 @@
 // CFileHandler: the life of one open file, shared by all consumers of its name.
 //
 // A worker thread runs Execute: it indexes the file in the background for as long
-// as that is cheap, tells consumers how the count grows, and drives each running
-// conversion a record at a time. Consumers hold a CProxy and call on their own
+// as that is cheap, reports the growing count to consumers, and drives each running
+// conversion one record at a time. Consumers hold a CProxy and call on their own
 // threads; they and the worker meet at m_lock only. The worker holds m_lock for
 // one stride of the scan or one look at the requests, never while it calls a
 // consumer. Under m_lock only the file's own lock is taken.
@@ -27,7 +27,7 @@
 
 namespace Hesperon::specifics {
 
-// How a worker makes its file known and, with the last reference gone, unknown.
+// How a worker adds its file to the pool and, after the last reference, takes it out.
 using FileHandlerCall = std::function<void(const string_t& sName, IFileHandler* pHandler)>;
 
 // What a worker starts with.
@@ -49,7 +49,7 @@ public:
     // Stop() is called; then closes the file. The handler must be held by a shared_ptr.
     void Execute(std::unique_ptr<SOpenRequest> request);
 
-    // Has Execute return at its next wait, whoever holds the proxy; calls to the proxy
+    // Makes Execute return at its next wait, whoever holds the proxy; calls to the proxy
     // stay safe. From any thread.
     void Stop() { m_hStop.Set(); }
 
@@ -61,10 +61,10 @@ public:
 private:
     static constexpr ULONGLONG kStride = 64;       // records scanned while the lock is held
     static constexpr ULONGLONG kScanLimit = 32767; // records that the scan is content with
-    // Records known before consumers come, so that what a layout is worked out from
-    // doesn't depend on how far the scan happens to be.
+    // Records known before consumers come, so that the detection of a layout doesn't
+    // depend on how far the scan happens to be.
     static constexpr ULONGLONG kFirstRecords = 1024;
-    // Bits that are all clear once in 4096 records.
+    // The count is reported when these bits are clear: once in 4096 records.
     static constexpr ULONGLONG kProgressMask = 0xFC0;
     static constexpr Event::Timeout kStridePause = std::chrono::milliseconds(1);
 
@@ -77,6 +77,7 @@ private:
     void ScanStride();
     void ScanFirstRecords();
     void ServeRequests();
+    bool Collect(bool& bComplete);
     void Dispatch(const SPendingRequest& request, bool bComplete);
     void GiveFirstRecord(IUnknown* pObject);
     void TellCount(IUnknown* pObject, bool bComplete);
@@ -127,11 +128,12 @@ private:
     SReadFault m_firstFault;  // that a consumer has met
     ULONGLONG m_nFaultLine = IQRL_TabulexConverter::kNoFaultLine;
 
-    // For the worker alone.
+    // The worker's own.
     WorkerWait m_wait;
     CFileConversions m_conversions;
-    CFileRequests::List m_collected;
+    CFileRequests::List m_collected; // conversions among them that memory was short for stay
     bool m_bScanDone = false;
+    bool m_bServeAgain = false; // memory was short for requests: they are tried again soon
     bool m_bRegistered = false;
 };
 

@@ -1,3 +1,6 @@
+#include <array>
+#include <numeric>
+
 #include "interfaces/IRecordParser.h"
 #include "src/files/ILineReader.h"
 #include "tests/files/Consumers.h"
@@ -76,7 +79,7 @@ TEST_F(FileHandler, TellsTheCountOnceIn4096RecordsAndOnceAtTheEnd)
     }
 }
 
-// Behind the scan's limit each turn of the loop tells the count.
+// Past the scan's limit the count is reported at each turn of the loop.
 TEST_F(FileHandler, TellsTheCountAtEachTurnOnceTheScanIsDone)
 {
     const TestFile file(NumberedLines(33000));
@@ -215,7 +218,7 @@ TEST_F(FileHandler, AConversionBeginsWhereItsConsumerSays)
     }
 }
 
-// A running conversion isn't a request any more.
+// A running conversion is no longer a request.
 TEST_F(FileHandler, ACancelDoesNotReachAConversionThatIsCollected)
 {
     const TestFile file(NumberedLines(100));
@@ -235,6 +238,62 @@ TEST_F(FileHandler, ACancelDoesNotReachAConversionThatIsCollected)
     EXPECT_EQ(pHandler->CancelRequests(kKey), S_FALSE);
     cancelled.Raise();
     EXPECT_TRUE(done.Await());
+}
+
+// Both are collected in one go; the first one served cancels the second.
+TEST_F(FileHandler, ACancelDoesNotReachARequestThatIsCollected)
+{
+    const TestFile file(NumberedLines(100));
+    const auto pHandler = Attach(file);
+    const auto host = Make<Consumer>();
+    const auto cancelling = Make<Consumer>();
+    const auto converting = Make<Consumer>();
+    std::atomic<HRESULT> hrCancel = E_FAIL;
+    Signal converted;
+    cancelling->m_onCount = [&](const CountHeard&) { hrCancel = pHandler->CancelRequests(2); };
+    converting->m_onRecord = [&](ULONGLONG) {
+        converted.Raise();
+        return S_FALSE;
+    };
+    host->m_onRecord = [&](ULONGLONG) {
+        pHandler->QueueCountEvents(AsUnknown(cancelling), 1);
+        pHandler->QueueConversion(AsUnknown(converting), 2);
+        return S_FALSE;
+    };
+    pHandler->QueueConversion(AsUnknown(host), 3);
+    EXPECT_TRUE(converted.Await());
+    EXPECT_EQ(hrCancel, S_FALSE) << "nothing of that key is waiting any more";
+}
+
+TEST_F(FileHandler, AConsumerThatThrowsSpoilsNoOtherRequest)
+{
+    const TestFile file(NumberedLines(100));
+    const auto pHandler = Attach(file);
+    const auto host = Make<Consumer>();
+    const auto throwing = Make<Consumer>();
+    const auto counting = Make<Consumer>();
+    const auto converting = Make<Consumer>();
+    Signal counted, converted;
+    throwing->m_onCount = [](const CountHeard&) { throw std::runtime_error("at the consumer"); };
+    counting->m_onCount = [&](const CountHeard&) { counted.Raise(); };
+    converting->m_onRecord = [&](ULONGLONG nIndex) {
+        if (nIndex < 9)
+            return S_OK;
+        converted.Raise();
+        return S_FALSE;
+    };
+    host->m_onRecord = [&](ULONGLONG) {
+        pHandler->QueueCountEvents(AsUnknown(throwing), 1);
+        pHandler->QueueConversion(AsUnknown(converting), 2);
+        pHandler->QueueCountEvents(AsUnknown(counting), 3);
+        return S_FALSE;
+    };
+    pHandler->QueueConversion(AsUnknown(host), 4);
+    EXPECT_TRUE(converted.Await());
+    EXPECT_TRUE(counted.Await());
+    EXPECT_EQ(throwing->Counts().size(), 1u);
+    EXPECT_EQ(counting->Counts().size(), 1u);
+    EXPECT_EQ(converting->Records().size(), 10u);
 }
 
 TEST_F(FileHandler, RequestsOfObjectsWithoutTheInterfaceAreDropped)
@@ -529,30 +588,61 @@ TEST_F(FileHandler, ConsumersReadAtDifferentPlacesAtTheSameTime)
     EXPECT_EQ(nWrong, 0);
 }
 
+// Of three keys two are cancelled again and again, and one never is. Conversions get each
+// record once and in order; the key that isn't cancelled hears of the whole file once a
+// request; nobody hears anything after the last cancel.
 TEST_F(FileHandler, ConversionsRunWhileConsumersQueueAndCancel)
 {
+    constexpr std::size_t kRecords = 3000;
+    constexpr std::size_t kRounds = 500;
+    constexpr ULONGLONG kKept = 2;
     const TestFile file(NumberedLines(40000));
     const auto pHandler = Attach(file);
-    const auto converting = Make<Consumer>();
-    const auto counting = Make<Consumer>();
-    Signal done;
-    converting->m_onRecord = [&](ULONGLONG nIndex) {
-        Bstr bsRecord;
-        pHandler->GetRecord(nIndex, 0, bsRecord.put());
-        if (nIndex < 3000)
-            return S_OK;
-        done.Raise();
-        return S_FALSE;
+    const auto cancelled = Make<Consumer>();
+    const auto kept = Make<Consumer>();
+    struct Conversion
+    {
+        com_ptr<Consumer> consumer = Make<Consumer>();
+        Signal done;
+        std::atomic<int> nWrong = 0;
     };
-    pHandler->QueueConversion(AsUnknown(converting), kKey);
+    std::array<Conversion, 3> conversions;
+    for (Conversion& conversion : conversions) {
+        conversion.consumer->m_onRecord = [&](ULONGLONG nIndex) {
+            conversion.nWrong += Record(pHandler, nIndex) != "line " + std::to_string(nIndex);
+            if (nIndex + 1 < kRecords)
+                return S_OK;
+            conversion.done.Raise();
+            return S_FALSE;
+        };
+        pHandler->QueueConversion(AsUnknown(conversion.consumer), kKey);
+    }
     std::thread canceller([&] {
-        for (ULONGLONG n = 0; n < 500; ++n) {
-            pHandler->QueueCountEvents(AsUnknown(counting), n % 3);
+        for (std::size_t n = 0; n < kRounds; ++n) {
+            const ULONGLONG nKey = n % 3;
+            pHandler->QueueCountEvents(AsUnknown(nKey == kKept ? kept : cancelled), nKey);
             pHandler->CancelRequests(n % 2);
         }
     });
-    EXPECT_TRUE(done.Await());
+    for (Conversion& conversion : conversions)
+        EXPECT_TRUE(conversion.done.Await());
     canceller.join();
+    pHandler->CancelRequests(0);
+    pHandler->CancelRequests(1);
+
+    std::vector<ULONGLONG> inOrder(kRecords);
+    std::iota(inOrder.begin(), inOrder.end(), 0);
+    for (Conversion& conversion : conversions) {
+        EXPECT_EQ(conversion.nWrong, 0);
+        EXPECT_EQ(conversion.consumer->Records(), inOrder);
+    }
+    EXPECT_EQ(pHandler->SeekRecord(40000), E_FAIL); // completes the index
+    const auto last = Make<Consumer>();
+    pHandler->QueueCountEvents(AsUnknown(last), kKey); // wakes the worker, and is served last
+    ASSERT_TRUE(Eventually([&] { return !last->Counts().empty(); }));
+    EXPECT_EQ(std::ranges::count(kept->Counts(), CountHeard{40000, 1}), kRounds / 3);
+    EXPECT_EQ(std::ranges::count(cancelled->Counts(), CountHeard{40000, 1}), 0);
+    EXPECT_EQ(pHandler->CancelRequests(kKept), S_FALSE) << "served once and for all";
     EXPECT_EQ(pHandler->CancelRequests(IFileHandler::kAllKeys), S_OK);
 }
 
