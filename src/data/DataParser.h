@@ -31,15 +31,17 @@
 #include "src/data/run/ConversionRun.h"
 #include "src/files/IFileHandler.h"
 #include "src/parsing/IDataParserLock.h"
+#include "src/parsing/ILastRecordHead.h"
 
 namespace Hesperon::specifics {
 
-class CDataParser : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
-                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
-                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
-                                     IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo,
-                                     IDataParserLock, IQRL_TabulexConverter::IReadState>,
-                    private CConversionRun::IOwner
+class CDataParser
+    : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
+                       Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
+                       Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
+                       IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo, IDataParserLock,
+                       IQRL_TabulexConverter::IReadState, ILastRecordHead>,
+      private CConversionRun::IOwner
 {
 public:
     HRESULT FinalConstruct();
@@ -110,6 +112,10 @@ public:
     void STDMETHODCALLTYPE LeaveParser() override { m_lock.unlock(); }
     HRESULT STDMETHODCALLTYPE GetReadState(IQRL_TabulexConverter::ReadState* pState) override;
 
+    // ---- ILastRecordHead
+
+    HRESULT STDMETHODCALLTYPE get_LastRecordHead(BSTR* pVal) override;
+
 private:
     friend struct DataParserTestAccess; // lets tests put a file of their own under it
 
@@ -139,7 +145,12 @@ private:
     HRESULT SetPosition(ULONGLONG nPosition);
     HRESULT SetInverted(bool bInverted);
     HRESULT ReadCurrent(BSTR* pRecord);
-    HRESULT ReadLast(BSTR* pRecord);
+    enum class Extent
+    {
+        Whole,
+        Head // what a record parser looks at
+    };
+    HRESULT ReadLast(Extent extent, BSTR* pRecord);
 
     // ---- dates; these throw as well (DataParserDates.cpp)
 

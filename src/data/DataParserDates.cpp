@@ -60,7 +60,7 @@ HRESULT CDataParser::MaxDateTime(VARIANT* pDate)
     if (!m_pFileHandler)
         return E_NOINTERFACE;
     Bstr sRecord;
-    const HRESULT hr = ReadLast(sRecord.put());
+    const HRESULT hr = ReadLast(Extent::Head, sRecord.put());
     return SUCCEEDED(hr) ? ParsedDateTime(m_pRecordParser.get(), sRecord.get(), pDate) : hr;
 }
 

@@ -279,19 +279,27 @@ HRESULT CDataParser::ReadCurrent(BSTR* pRecord)
 
 HRESULT CDataParser::get_LastRecord(BSTR* pVal)
 {
-    return Locked([&] { return ReadLast(pVal); });
+    return Locked([&] { return ReadLast(Extent::Whole, pVal); });
 }
 
-HRESULT CDataParser::ReadLast(BSTR* pRecord)
+HRESULT CDataParser::get_LastRecordHead(BSTR* pVal)
+{
+    return Locked([&] { return ReadLast(Extent::Head, pVal); });
+}
+
+// In an inverted file that is the first line of data.
+HRESULT CDataParser::ReadLast(Extent extent, BSTR* pRecord)
 {
     if (!m_pFileHandler)
         return E_UNEXPECTED;
     if (!pRecord)
         return E_POINTER;
     *pRecord = nullptr;
-    if (!m_lines.bInvertedDirection)
-        return m_pFileHandler->GetLastRecord(m_nLocale, pRecord);
-    return m_pFileHandler->GetRecord(m_lines.FirstDataLine(), m_nLocale, pRecord);
+    if (m_lines.bInvertedDirection)
+        return m_pFileHandler->GetRecord(m_lines.FirstDataLine(), m_nLocale, pRecord);
+    const auto pSource = m_pFileHandler.as<ILineSource>();
+    return pSource && extent == Extent::Head ? pSource->GetLastRecordHead(m_nLocale, pRecord)
+                                             : m_pFileHandler->GetLastRecord(m_nLocale, pRecord);
 }
 
 } // namespace Hesperon::specifics

@@ -168,6 +168,7 @@ public:
     HRESULT STDMETHODCALLTYPE GetApproxCount(ULONGLONG* nCount) override;
 
     HRESULT STDMETHODCALLTYPE OpenLines(ILineReader** ppLines) override;
+    HRESULT STDMETHODCALLTYPE GetLastRecordHead(ULONG nLocale, BSTR* bsRecord) override;
 
     HRESULT STDMETHODCALLTYPE GetReadState(IQRL_TabulexConverter::ReadState* pState) override;
 
@@ -176,6 +177,8 @@ private:
 
     ~CProxy() = default;
     void EndOfUse();
+    template <class Read>
+    HRESULT GiveLastRecord(BSTR* bsRecord, Read read);
 
     std::shared_ptr<CFileHandler> m_pHandler;
     std::atomic<ULONG> m_nRefs = 0; // kGone once the last reference has gone

@@ -59,8 +59,8 @@ ULONG STDMETHODCALLTYPE CFileHandler::CProxy::Release()
     return nRefs - 1;
 }
 
-// The worker may be gone as soon as it is stopped, so what is needed behind that is
-// copied before.
+// The worker may be gone as soon as it is stopped, so what is needed afterwards is
+// copied first.
 void CFileHandler::CProxy::EndOfUse()
 {
     const FileHandlerCall removeFileHandler = m_pHandler->m_RemoveFileHandler;
@@ -122,7 +122,7 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueueFirstRecord(IUnknown* pObje
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::CancelRequests(ULONGLONG nKey)
 {
     return Guarded([&] {
-        CFileRequests::List cancelled; // let go of outside of the lock
+        CFileRequests::List cancelled; // released after the lock
         LockGuard lock(m_pHandler->m_lock);
         cancelled =
             nKey == kAllKeys ? m_pHandler->m_requests.TakeAll() : m_pHandler->m_requests.Take(nKey);
@@ -154,19 +154,37 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetRelativePos(ULONGLONG nIndex,
     return Guarded([&] { return m_pHandler->m_index.GetRelativePos(nIndex, fRelative); });
 }
 
-HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetLastRecord(ULONG, BSTR* bsRecord)
+// The text may be long, so nothing of it is kept, and the copy for the caller is made
+// without the lock.
+template <class Read>
+HRESULT CFileHandler::CProxy::GiveLastRecord(BSTR* bsRecord, Read read)
 {
     if (!bsRecord)
         return E_POINTER;
     *bsRecord = nullptr;
-    string_t sText; // may be long, so nothing of it is kept
-    LockGuard lock(m_pHandler->m_lock);
-    const bool bFound = m_pHandler->Reading(IQRL_TabulexConverter::kNoFaultLine, [&] {
-        return m_pHandler->m_index.GetLastRecord(sText);
+    string_t sText;
+    {
+        LockGuard lock(m_pHandler->m_lock);
+        const bool bFound = m_pHandler->Reading(IQRL_TabulexConverter::kNoFaultLine,
+                                                [&] { return read(m_pHandler->m_index, sText); });
+        if (!bFound)
+            return E_FAIL;
+    }
+    *bsRecord = NewBstr(sText);
+    return S_OK;
+}
+
+HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetLastRecord(ULONG, BSTR* bsRecord)
+{
+    return GiveLastRecord(
+        bsRecord, [](CLineIndex& index, string_t& sText) { return index.GetLastRecord(sText); });
+}
+
+HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetLastRecordHead(ULONG, BSTR* bsRecord)
+{
+    return GiveLastRecord(bsRecord, [](CLineIndex& index, string_t& sText) {
+        return index.GetLastRecordHead(sText);
     });
-    if (bFound)
-        *bsRecord = NewBstr(sText);
-    return bFound ? S_OK : E_FAIL;
 }
 
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::RefreshFileSize()

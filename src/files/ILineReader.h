@@ -24,11 +24,13 @@ template <>
 inline constexpr GUID iid_of<ILineReader> = {
     0x5E3C9C57, 0x0B62, 0x4B7B, {0x9C, 0x51, 0x6C, 0x0C, 0x0A, 0x8E, 0x1D, 0x27}};
 
-// What a file handler offers to those who read whole runs of records.
+// What a file handler offers beside IFileHandler.
 struct ILineSource : IUnknown
 {
     // A new reader, which begins where the consumers of the file last read.
     virtual HRESULT STDMETHODCALLTYPE OpenLines(ILineReader** ppLines) = 0;
+    // IFileHandler::GetLastRecord, but 512 characters at most, whatever the record's length.
+    virtual HRESULT STDMETHODCALLTYPE GetLastRecordHead(ULONG nLocale, BSTR* bsRecord) = 0;
 };
 
 // {9F0B1C6E-3A5D-4C53-8E0B-2D7C41A6F385}

@@ -6,11 +6,18 @@
 // walk over at most 1023 lines, and nothing of the file is decoded but the record
 // asked for.
 //
+// The method: to reach a record, start at the nearest known place before it, which
+// is the reader's cursor, an index entry or the beginning of the file, and walk line
+// by line. A walk that passes the last record known so far counts on from there and
+// writes the index; one that meets the end of the file makes the count final.
+//
 // Invariants:
 //   1. Entry k of m_index, for each k below m_nRecordCount / 1024, is the position
 //      of the line of record 1024 (k + 1) - 1. Entries from there on are left from
 //      a file that has shrunk and mean nothing.
 //   2. Record n of a cursor's place is the first record at or after its position.
+//   3. The count is final only after the file was read to its end: a walk that fails
+//      leaves it open, and a later walk goes on from what was counted.
 //
 // Not synchronised: the file handler's lock guards all of it, but for
 // GetApproxCount, IsComplete and RecordCount, which any thread may call. Operations
@@ -18,8 +25,8 @@
 // when memory runs out; what was counted up to there stays counted.
 #pragma once
 
-#include "src/files/DataArray.h"
 #include "src/files/HeapArray.h"
+#include "src/files/LastRecord.h"
 #include "src/files/LineCursor.h"
 
 namespace Hesperon::specifics {
@@ -31,28 +38,31 @@ public:
     // At most once. False for an empty file, which then has no records.
     bool Attach(std::shared_ptr<CSharedFile> pFile);
     // Takes the file as one of two bytes a character if one of its first four bytes is
-    // zero.
+    // zero. Where this fails, the first operation that has to know tries again.
     void DetectUnicode();
 
     ULONGLONG RecordCount() const { return m_nRecordCount.load(std::memory_order_relaxed); }
     // Bytes of the file as last asked for; 0 for an empty one. From any thread.
-    ULONGLONG FileSize() const { return m_data.GetSize(); }
+    ULONGLONG FileSize() const { return m_lines.Size(); }
     // The count is final.
     bool IsComplete() const { return m_bComplete.load(std::memory_order_relaxed); }
 
-    // Puts the cursor on a record, scanning the file up to it; false, with the cursor
-    // unmoved, where there is none. The count grows when this passes its end.
+    // Puts a cursor on a record, scanning the file up to it; false, with the cursor
+    // unmoved, where there is none. The count grows when this passes its end. Who has no
+    // cursor shares that of the index.
     bool SeekRecord(ULONGLONG nIndex) { return SeekRecord(nIndex, m_cursor); }
     bool SeekRecord(ULONGLONG nIndex, CLineCursor& cursor);
 
-    // At most 512 bytes of a record, without its zero bytes, as text in the ANSI code
-    // page; false and an empty text where there is none.
+    // At most kMaxRecord bytes of a record, without its zero bytes, as text in the ANSI
+    // code page; false and an empty text where there is none.
     bool GetRecord(string_t& sText, ULONGLONG nIndex) { return GetRecord(sText, nIndex, m_cursor); }
     bool GetRecord(string_t& sText, ULONGLONG nIndex, CLineCursor& cursor);
 
-    // The whole last record, read backwards from the end of the file; false for an
-    // empty file.
+    // The last record, read backwards from the end of the file: the whole of it, or its
+    // first kMaxRecord characters. False for an empty file. Memory for the whole of it is
+    // five times its length, and is the caller's alone afterwards.
     bool GetLastRecord(string_t& sText);
+    bool GetLastRecordHead(string_t& sText);
 
     // Where in the file a record lies, 0 to 1, as exactly as the index knows without
     // scanning. E_UNEXPECTED for a record not yet known.
@@ -66,23 +76,16 @@ public:
     // Has a grown file scanned further, or with bErase a file scanned afresh.
     void Invalidate(bool bErase);
 
-    // ---- lines, whatever the index says
-
-    // Moves nPos to the end of the next line with content, or with bStopAtLineEnd
-    // clear to the line behind that; true if more data lies there. pnLength receives
-    // the distance moved, or the file's size where no line end is found.
-    bool SeekNextLine(ULONGLONG& nPos, bool bStopAtLineEnd, ULONGLONG* pnLength = nullptr);
-
-    // Whether [nFrom, nTo) begins, apart from separators, with anything but a line end.
-    bool IsValidRecord(ULONGLONG nFrom, ULONGLONG nTo);
-
     // The place of record 1024 (k + 1) - 1; k below RecordCount() / 1024.
     ULONGLONG IndexEntry(ULONGLONG k) { return m_index[k]; }
+    CFileLinesOf<Data>& Lines() { return m_lines; }
 
 private:
+    friend struct LineIndexTestAccess; // lets tests begin in the middle of a huge file
+
     static constexpr ULONGLONG kStep = 1024; // records an entry of the index
-    static constexpr ULONGLONG kMaxRecord = 512;
-    static constexpr ULONGLONG kNowhere = ~0ull;
+    static constexpr std::size_t kMaxRecord = 512;
+    static constexpr std::size_t kMaxCharBytes = 4; // in any code page
 
     using SPlace = CLineCursor::SPlace;
 
@@ -95,41 +98,18 @@ private:
     void TakeRemainder(const SPlace& place);
     void CountRecord(ULONGLONG nLineStart);
 
-    bool FindContentLineEnd(ULONGLONG& nPos);
-    ULONGLONG FindLineEnd(ULONGLONG nPos);
-    ULONGLONG SkipClass(ULONGLONG nPos, ULONGLONG nLimit, std::uint8_t what);
-    ULONGLONG SkipLead(ULONGLONG nPos);
+    bool ReadLastRecord(string_t& sText, ULONGLONG nMostBytes);
+    ULONGLONG EstimateCount() const;
 
-    // A line in the walk from the end of the file.
-    struct SLastLine
-    {
-        ULONGLONG nLineEnd; // the end of the line before, or 0
-        ULONGLONG nStart;
-        ULONGLONG nLast; // the line's last character
-    };
-    SLastLine LineBefore(ULONGLONG nPos);
-    SLastLine FindLastLine(ULONGLONG nPos);
-    ULONGLONG StepBack(ULONGLONG nPos) const;
-    ULONGLONG CharSize() const { return is_unicode ? 2 : 1; }
-
-    void GatherBytes(ULONGLONG nFrom, ULONGLONG nTo, std::string& bytes);
-    ULONGLONG EstimateCount();
-    void ForgetLine() { m_nKnownStart = kNowhere; }
-
-    Data m_data;
+    CFileLinesOf<Data> m_lines;
     CHeapArray<ULONGLONG, 1048576> m_index;
+    CLastRecordOf<Data> m_lastRecord;
     std::atomic<ULONGLONG> m_nRecordCount = 0; // records found so far
     CLineCursor m_cursor;                      // of all who have none of their own
-    CLineCursor::SAge m_age;                   // of the file
+    CLineCursor::SAge m_age{1, 0};             // of the file; a new cursor knows nothing yet
     std::atomic<bool> m_bComplete = false;
-    bool is_unicode = false;
     std::atomic<bool> m_bApproxCount = false; // the estimate is there
     std::atomic<ULONGLONG> m_nApproxCount = 0;
-
-    // The line with content last found: a record is delimited when it is read and
-    // once more when the cursor moves behind it.
-    ULONGLONG m_nKnownStart = kNowhere;
-    ULONGLONG m_nKnownEnd = 0;
 
     std::shared_ptr<CSharedFile> m_pFile; // null for an empty file
     std::string m_sBytes;                 // of the record being read; kept for its memory

@@ -1,4 +1,10 @@
 // The operations of CLineIndexOf, for the sources that instantiate it.
+//
+// Nearly all lines of a quote file are plainly records, and WalkInPage passes over those
+// without leaving the page. Any other line (one that begins with a separator, has one byte
+// or crosses into the next page) takes a step of the general walk, which knows all rules.
+// Both count a record that is new, so the count and the entries of the index don't depend
+// on which of them met it.
 #pragma once
 
 #include <algorithm>
@@ -6,124 +12,12 @@
 #include <new>
 
 #include "platform/CodePage.h"
-#include "src/files/DataArrayImpl.h"
-#include "src/files/LineBytes.h"
+#include "src/files/LastRecordImpl.h"
 #include "src/files/LineIndex.h"
 
 namespace Hesperon::specifics {
 
-template <class Data>
-bool CLineIndexOf<Data>::Attach(std::shared_ptr<CSharedFile> pFile)
-{
-    if (!m_data.Attach(pFile))
-        return false;
-    m_pFile = std::move(pFile);
-    return true;
-}
-
-template <class Data>
-void CLineIndexOf<Data>::DetectUnicode()
-{
-    if (m_data.GetSize() <= 4)
-        return;
-    for (ULONGLONG i = 0; i < 4; ++i)
-        is_unicode |= m_data[i] == 0;
-}
-
-// ---- bytes ------------------------------------------------------------------
-
-template <class Data>
-ULONGLONG CLineIndexOf<Data>::FindLineEnd(ULONGLONG nPos)
-{
-    const ULONGLONG nSize = m_data.GetSize();
-    while (nPos != nSize) {
-        const auto span = m_data.Span(nPos);
-        const char* pEnd = span.data() + span.size();
-        const char* p = LineBytes::FindLineEnd(span.data(), pEnd);
-        nPos += p - span.data();
-        if (p != pEnd)
-            break;
-    }
-    return nPos;
-}
-
-// The first position from nPos on whose byte isn't of the class, or nLimit.
-template <class Data>
-ULONGLONG CLineIndexOf<Data>::SkipClass(ULONGLONG nPos, ULONGLONG nLimit, std::uint8_t what)
-{
-    while (nPos != nLimit) {
-        const auto span = m_data.Span(nPos);
-        const char* pEnd = span.data() + std::min<ULONGLONG>(span.size(), nLimit - nPos);
-        const char* p = LineBytes::SkipClass(span.data(), pEnd, what);
-        nPos += p - span.data();
-        if (p != pEnd)
-            break;
-    }
-    return nPos;
-}
-
-// Characters, not bytes: a file of two-byte characters has a zero behind each.
-template <class Data>
-ULONGLONG CLineIndexOf<Data>::SkipLead(ULONGLONG nPos)
-{
-    const ULONGLONG nSize = m_data.GetSize();
-    while (nPos != nSize && LineBytes::Is(m_data[nPos], LineBytes::kLead))
-        nPos = std::min(nPos + CharSize(), nSize);
-    return nPos;
-}
-
-// ---- lines ------------------------------------------------------------------
-
-// Moves nPos to the end of the next line with content; false at the end of the file,
-// even if content lies before it. A line of one byte is taken for a blank one: that
-// carries the search over the zero byte between the CR and LF of two-byte characters.
-template <class Data>
-bool CLineIndexOf<Data>::FindContentLineEnd(ULONGLONG& nPos)
-{
-    if (nPos == m_nKnownStart) {
-        nPos = m_nKnownEnd;
-        return true;
-    }
-    const ULONGLONG nStart = nPos;
-    const ULONGLONG nSize = m_data.GetSize();
-    for (ULONGLONG nLine = nPos;; nLine = ++nPos) {
-        nPos = FindLineEnd(nLine);
-        if (nPos == nSize)
-            return false;
-        if (nPos != nLine + 1 && SkipClass(nLine, nPos, LineBytes::kBlankLine) != nPos)
-            break;
-        FaultmereUtil::Assert(nPos != nSize, "nIndex != m_data.GetSize()");
-    }
-    m_nKnownStart = nStart;
-    m_nKnownEnd = nPos;
-    return true;
-}
-
-template <class Data>
-bool CLineIndexOf<Data>::SeekNextLine(ULONGLONG& nPos, bool bStopAtLineEnd, ULONGLONG* pnLength)
-{
-    const ULONGLONG nStart = nPos;
-    if (!FindContentLineEnd(nPos)) {
-        if (pnLength)
-            *pnLength = nPos;
-        return false;
-    }
-    const ULONGLONG nSize = m_data.GetSize();
-    if (!bStopAtLineEnd)
-        nPos = SkipClass(nPos, nSize, LineBytes::kGap);
-    if (pnLength)
-        *pnLength = nPos - nStart;
-    return nPos != nSize;
-}
-
-template <class Data>
-bool CLineIndexOf<Data>::IsValidRecord(ULONGLONG nFrom, ULONGLONG nTo)
-{
-    const ULONGLONG nContent = SkipClass(nFrom, nTo, LineBytes::kSeparator);
-    return nContent != nTo && !LineBytes::Is(m_data[nContent], LineBytes::kLineEnd);
-}
-
-// ---- the index --------------------------------------------------------------
+// ---- seeking
 
 // A cursor of an erased file knows no more than one that is new.
 template <class Data>
@@ -188,30 +82,30 @@ bool CLineIndexOf<Data>::WalkBack(ULONGLONG nIndex, SPlace& place, CLineCursor& 
 template <class Data>
 bool CLineIndexOf<Data>::WalkTo(ULONGLONG nIndex, SPlace& place)
 {
-    place.nPos = SkipClass(place.nPos, m_data.GetSize(), LineBytes::kGap);
+    place.nPos = m_lines.SkipClass(place.nPos, m_lines.Size(), LineBytes::kGap);
     for (;;) {
         WalkInPage(nIndex, place);
         if (place.nRecord == nIndex)
             return true;
         const ULONGLONG nLineStart = place.nPos;
-        if (!SeekNextLine(place.nPos, false)) {
+        if (!m_lines.SeekNextLine(place.nPos, false)) {
             TakeRemainder({place.nRecord, nLineStart});
             return false;
         }
-        if (IsValidRecord(nLineStart, place.nPos))
+        if (m_lines.IsValidRecord(nLineStart, place.nPos))
             PassRecord(place, nLineStart);
     }
 }
 
-// The short way over lines that are plainly records and lie, with the first byte
-// behind them, in the page at hand. Stops before any other line.
+// The short way over lines that are plainly records, and that lie in the current page
+// together with the first byte after them. Stops before any other line.
 template <class Data>
 void CLineIndexOf<Data>::WalkInPage(ULONGLONG nIndex, SPlace& place)
 {
     constexpr auto kNotPlain = LineBytes::kLineEnd | LineBytes::kBlankLine | LineBytes::kSeparator;
-    if (place.nPos == m_data.GetSize() || place.nPos == m_nKnownStart)
+    if (place.nPos == m_lines.Size() || m_lines.KnowsLineFrom(place.nPos))
         return;
-    const auto span = m_data.Span(place.nPos);
+    const auto span = m_lines.Span(place.nPos);
     const ULONGLONG nPageStart = place.nPos;
     const char* pLine = span.data();
     const char* const pEnd = pLine + span.size();
@@ -239,12 +133,12 @@ template <class Data>
 void CLineIndexOf<Data>::TakeRemainder(const SPlace& place)
 {
     m_nRecordCount.store(place.nRecord, std::memory_order_relaxed);
-    if (place.nPos != m_data.GetSize() && IsValidRecord(place.nPos, m_data.GetSize()))
+    if (place.nPos != m_lines.Size() && m_lines.IsValidRecord(place.nPos, m_lines.Size()))
         CountRecord(place.nPos);
     m_bComplete.store(true, std::memory_order_relaxed);
 }
 
-// The entry goes first: running out of memory must not leave a count without it.
+// The entry is written first: if memory runs out, the count must not be ahead of it.
 template <class Data>
 void CLineIndexOf<Data>::CountRecord(ULONGLONG nLineStart)
 {
@@ -263,12 +157,52 @@ template <class Data>
 HRESULT CLineIndexOf<Data>::GetRelativePos(ULONGLONG nIndex, FLOAT* fRelative)
 {
     const ULONGLONG nAligned = nIndex / kStep * kStep;
-    const ULONGLONG nSize = m_data.GetSize();
+    const ULONGLONG nSize = m_lines.Size();
     if (nAligned >= RecordCount() || nSize == 0)
         return E_UNEXPECTED;
     const SPlace place = ChooseStart(nIndex, m_cursor.Place(), nAligned);
     *fRelative = static_cast<FLOAT>(static_cast<double>(place.nPos) / static_cast<double>(nSize));
     return S_OK;
+}
+
+// ---- the file's size
+
+template <class Data>
+bool CLineIndexOf<Data>::Attach(std::shared_ptr<CSharedFile> pFile)
+{
+    if (!m_lines.Attach(pFile))
+        return false;
+    m_pFile = std::move(pFile);
+    return true;
+}
+
+template <class Data>
+void CLineIndexOf<Data>::DetectUnicode()
+{
+    m_lines.DetectCharSize();
+}
+
+template <class Data>
+void CLineIndexOf<Data>::RefreshFileSize()
+{
+    m_lastRecord.Forget();
+    ++m_age.nRefreshed;
+    m_lines.RefreshSize();
+}
+
+template <class Data>
+void CLineIndexOf<Data>::Invalidate(bool bErase)
+{
+    RefreshFileSize();
+    if (bErase) {
+        m_nRecordCount.store(0, std::memory_order_relaxed);
+        m_index.Clear();
+        RefreshFileSize();
+        ++m_age.nErased;
+        m_cursor.Renew(m_age, {});
+        m_lines.Rewind();
+    }
+    m_bComplete.store(false, std::memory_order_relaxed);
 }
 
 template <class Data>
@@ -283,140 +217,78 @@ ULONGLONG CLineIndexOf<Data>::GetApproxCount()
 
 // Has its own view of the file, since it may run during a walk on another thread.
 template <class Data>
-ULONGLONG CLineIndexOf<Data>::EstimateCount()
+ULONGLONG CLineIndexOf<Data>::EstimateCount() const
 {
-    const ULONGLONG nSize = m_data.GetSize();
+    const ULONGLONG nSize = m_lines.Size();
     if (nSize == 0)
         return 0;
-    CLineIndexOf<CDataArray<char, 1, 65536>> scan;
-    if (!scan.Attach(m_pFile))
+    CFileLinesOf<CDataArray<char, 1, 65536>> lines;
+    if (!lines.Attach(m_pFile))
         throw std::invalid_argument("file can't be read");
     ULONGLONG nPos = 0;
     ULONGLONG nLength = 0;
-    scan.SeekNextLine(nPos, false, &nLength);
+    lines.SeekNextLine(nPos, false, &nLength);
     if (nLength == 0)
         return 0;
     return static_cast<ULONGLONG>(static_cast<double>(nSize) / static_cast<double>(nLength));
 }
 
-template <class Data>
-void CLineIndexOf<Data>::RefreshFileSize()
-{
-    ForgetLine();
-    ++m_age.nRefreshed;
-    m_data.RefreshFileSize();
-}
-
-template <class Data>
-void CLineIndexOf<Data>::Invalidate(bool bErase)
-{
-    RefreshFileSize();
-    if (bErase) {
-        m_nRecordCount.store(0, std::memory_order_relaxed);
-        m_index.Clear();
-        RefreshFileSize();
-        ++m_age.nErased;
-        m_cursor.Renew(m_age, {});
-        m_data.Rewind();
-    }
-    m_bComplete.store(false, std::memory_order_relaxed);
-}
-
-// ---- text -------------------------------------------------------------------
-
-// The bytes of a range but for zeros, appended.
-template <class Data>
-void CLineIndexOf<Data>::GatherBytes(ULONGLONG nFrom, ULONGLONG nTo, std::string& bytes)
-{
-    while (nFrom != nTo) {
-        auto span = m_data.Span(nFrom);
-        span = span.first(std::min<ULONGLONG>(span.size(), nTo - nFrom));
-        nFrom += span.size();
-        for (std::string_view rest(span.data(), span.size()); !rest.empty();) {
-            const std::size_t nZero = std::min(rest.find('\0'), rest.size());
-            bytes.append(rest.substr(0, nZero));
-            rest.remove_prefix(std::min(nZero + 1, rest.size()));
-        }
-    }
-}
+// ---- text
 
 template <class Data>
 bool CLineIndexOf<Data>::GetRecord(string_t& sText, ULONGLONG nIndex, CLineCursor& cursor)
 {
     sText.clear();
+    m_lines.DetectCharSize();
     if (!SeekRecord(nIndex, cursor))
         return false;
     ULONGLONG nStart = 0;
     ULONGLONG nEnd = 0;
     bool bMore = true;
     for (ULONGLONG nPos = cursor.Place().nPos; bMore; nPos = nEnd) {
-        nStart = nEnd = SkipLead(nPos);
-        bMore = SeekNextLine(nEnd, true);
-        if (bMore && IsValidRecord(nStart, std::min(nEnd, nStart + kMaxRecord)))
+        nStart = nEnd = m_lines.SkipLead(nPos);
+        bMore = m_lines.SeekNextLine(nEnd, true);
+        if (bMore && m_lines.IsValidRecord(nStart, std::min(nEnd, nStart + kMaxRecord)))
             break;
     }
     m_sBytes.clear();
-    GatherBytes(nStart, std::min(nEnd, nStart + kMaxRecord), m_sBytes);
+    m_lines.AppendBytes(nStart, std::min(nEnd, nStart + kMaxRecord), kMaxRecord, m_sBytes);
     DecodeBytes(kAnsiCodePage, m_sBytes, sText);
     return true;
 }
 
 template <class Data>
-ULONGLONG CLineIndexOf<Data>::StepBack(ULONGLONG nPos) const
-{
-    return nPos < CharSize() ? 0 : nPos - CharSize();
-}
-
-template <class Data>
-auto CLineIndexOf<Data>::LineBefore(ULONGLONG nPos) -> SLastLine
-{
-    using LineBytes::Is;
-    SLastLine line{};
-    while (nPos != 0 && Is(m_data[nPos], LineBytes::kLead))
-        nPos = StepBack(nPos);
-    line.nLast = nPos;
-    while (nPos != 0 && !Is(m_data[nPos], LineBytes::kLineEnd))
-        nPos = StepBack(nPos);
-    line.nLineEnd = nPos;
-    while (nPos != line.nLast && Is(m_data[nPos], LineBytes::kLead))
-        nPos = std::min(nPos + CharSize(), line.nLast);
-    line.nStart = nPos;
-    return line;
-}
-
-// The last line that is a record; the first line of the file where none is.
-template <class Data>
-auto CLineIndexOf<Data>::FindLastLine(ULONGLONG nPos) -> SLastLine
-{
-    for (;;) {
-        const SLastLine line = LineBefore(nPos);
-        const bool bValid = IsValidRecord(line.nStart, line.nLast + CharSize());
-        if (bValid || line.nLineEnd == 0) {
-            FaultmereUtil::Assert(bValid,
-                                  "IsValidRecord(_nNextPos, nPrevPos + (is_unicode ? 2 : 1))");
-            return line;
-        }
-        nPos = line.nLineEnd;
-    }
-}
-
-template <class Data>
 bool CLineIndexOf<Data>::GetLastRecord(string_t& sText)
 {
-    sText.clear();
-    const ULONGLONG nSize = m_data.GetSize();
-    if (nSize == 0)
-        return false;
-    const ULONGLONG nLastChar = StepBack(nSize);
-    if (nLastChar == 0)
-        return true;
+    return ReadLastRecord(sText, m_lines.Size());
+}
 
-    const SLastLine line = FindLastLine(nLastChar);
-    FaultmereUtil::Assert(line.nLast >= line.nLineEnd, "nPrevPos >= nNextPos");
-    std::string bytes;
-    GatherBytes(line.nStart, line.nLast + CharSize(), bytes);
-    if (bytes.size() > INT_MAX)
+// A character that is cut off at the end lies after those that are kept.
+template <class Data>
+bool CLineIndexOf<Data>::GetLastRecordHead(string_t& sText)
+{
+    if (!ReadLastRecord(sText, kMaxRecord * kMaxCharBytes))
+        return false;
+    sText.resize(std::min(sText.size(), kMaxRecord));
+    return true;
+}
+
+template <class Data>
+bool CLineIndexOf<Data>::ReadLastRecord(string_t& sText, ULONGLONG nMostBytes)
+{
+    sText.clear();
+    m_lines.DetectCharSize();
+    if (m_lines.Size() == 0)
+        return false;
+    if (m_lines.Size() <= m_lines.CharSize())
+        return true;
+    const auto place = m_lastRecord.Find(m_lines);
+    const ULONGLONG nMost = std::min(place.nEnd - place.nStart, nMostBytes);
+    if (nMost > INT_MAX)
         throw std::bad_alloc();
+    std::string bytes; // may be long, so nothing of it is kept
+    bytes.reserve(nMost);
+    m_lines.AppendBytes(place.nStart, place.nEnd, nMost, bytes);
     DecodeBytes(kAnsiCodePage, bytes, sText);
     sText.resize(std::min(sText.find(OLECHAR(0)), sText.size()));
     return true;

@@ -128,6 +128,10 @@ public:
         *bsRecord = NewBstr(Wide(lines.back()));
         return S_OK;
     }
+    HRESULT STDMETHODCALLTYPE GetLastRecordHead(ULONG nLocale, BSTR* bsRecord) override
+    {
+        return GetLastRecord(nLocale, bsRecord);
+    }
     HRESULT STDMETHODCALLTYPE RefreshFileSize() override { return S_OK; }
     HRESULT STDMETHODCALLTYPE Invalidate(VARIANT_BOOL bErase) override
     {

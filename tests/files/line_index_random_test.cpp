@@ -189,8 +189,12 @@ private:
     {
         string_t sText;
         std::string text;
-        ASSERT_EQ(m_index.GetLastRecord(sText), m_plain.GetLastRecord(text));
+        const bool bFound = m_plain.GetLastRecord(text);
+        ASSERT_EQ(m_index.GetLastRecord(sText), bFound);
         ASSERT_EQ(sText, Decoded(text));
+        string_t sHead;
+        ASSERT_EQ(m_index.GetLastRecordHead(sHead), bFound);
+        ASSERT_EQ(sHead, sText.substr(0, 512));
     }
 
     void CompareRelativePos(ULONGLONG nIndex)
@@ -211,7 +215,7 @@ private:
         ULONGLONG nPlainPos = nPos;
         ULONGLONG nLength = 0;
         ULONGLONG nPlainLength = 0;
-        ASSERT_EQ(m_index.SeekNextLine(nPos, bStop, &nLength),
+        ASSERT_EQ(m_index.Lines().SeekNextLine(nPos, bStop, &nLength),
                   m_plain.SeekNextLine(nPlainPos, bStop, &nPlainLength));
         ASSERT_EQ(nPos, nPlainPos);
         ASSERT_EQ(nLength, nPlainLength);

@@ -48,6 +48,11 @@ public:
         string_t sText;
         return m_index.GetLastRecord(sText) ? Narrow(sText) : "<none>";
     }
+    std::string LastRecordHead()
+    {
+        string_t sText;
+        return m_index.GetLastRecordHead(sText) ? Narrow(sText) : "<none>";
+    }
     Texts Records()
     {
         m_index.SeekRecord(kEnd);
@@ -79,9 +84,9 @@ TEST(LineIndex, FindsTheRecordsOfAFile)
         {"ab\ncd\nef", {"ab", "cd", "ef"}},
         {"ab\rcd\r\nef\r\n", {"ab", "cd", "ef"}},
         {"\r\n\r\n  ab\n\n\n\tcd  \n", {"ab", "cd  "}},
-        // The gap behind a line may hold zeros.
+        // The gap after a line may hold zeros.
         {"ab\n\0\0cd\n"s, {"ab", "cd"}},
-        // A line of one byte goes with the line behind it.
+        // A line of one byte goes with the line after it.
         {"a\nbcd\nef\n", {"a\nbcd", "ef"}},
         {"ab\nc\ndef\n", {"ab", "c\ndef"}},
         {"ab\nc\n", {"ab", "c\n"}},
@@ -171,14 +176,68 @@ TEST(LineIndex, ReadsTheLastRecordBackwards)
         {"a\0b\0\r\0\n\0c\0d\0\r\0\n\0"s, "cd", {}},
         {"a\0b\0\n\0c\0d\0"s, "cd", {}},
         {"a\0b\0c\0"s, "abc", {}},
+        // Zeros are no text, wherever they stand.
+        {"ab\ncd\n" + std::string(1000, '\0'), "cd", {}},
+        {"ab\ncd" + std::string(1000, '\0'), "cd", {}},
+        {"abcd\n\0\0c\0\0d\0\0\n"s, "cd", {}},
+        {"ab\ncd\n,,\0,\0\0"s, "cd", {}},
+        {"\0\0\0\0\0"s, "", {sInvalid}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::PrintToString(row.bytes));
         Lines lines(row.bytes);
-        ReportLog reports;
-        EXPECT_EQ(lines.LastRecord(), row.record);
-        EXPECT_EQ(reports.Texts(), row.reports);
+        for (int n = 0; n < 2; ++n) { // found, and remembered
+            ReportLog reports;
+            EXPECT_EQ(lines.LastRecord(), row.record);
+            EXPECT_EQ(reports.Texts(), row.reports);
+        }
+        EXPECT_EQ(lines.LastRecordHead(), row.record.substr(0, 512));
         EXPECT_EQ(lines->RecordCount(), 0u) << "nothing is counted";
+    }
+}
+
+// As many characters of the whole record as GetRecord has bytes, in each code page.
+TEST(LineIndex, TheHeadOfTheLastRecordIsTheBeginningOfTheWhole)
+{
+    const auto repeated = [](const std::string& piece) {
+        std::string bytes;
+        while (bytes.size() < 5000)
+            bytes += piece;
+        return bytes;
+    };
+    struct Row
+    {
+        UINT nCodePage;
+        std::string piece;
+    };
+    const Row rows[] = {
+        {1252, "abc,1.5,"},          {936, "\xD6\xD0"},       {936, "a\xD6\xD0"},
+        {65001, "\xC3\xA4"},         {65001, "\xE4\xB8\xAD"}, {65001, "x\xF0\x9F\x98\x80"},
+        {54936, "\x81\x30\x81\x30"}, {1252, "a\0"s},          {1252, "a" + std::string(700, '\0')},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(std::to_string(row.nCodePage) + " " + testing::PrintToString(row.piece));
+        const CodePageInForce codePage(row.nCodePage);
+        Lines lines("ab\n" + repeated(row.piece));
+        string_t sWhole, sHead;
+        ASSERT_TRUE(lines->GetLastRecord(sWhole));
+        ASSERT_TRUE(lines->GetLastRecordHead(sHead));
+        EXPECT_EQ(sHead, sWhole.substr(0, 512));
+    }
+}
+
+TEST(LineIndex, FindsTheLastRecordAfreshInAFileThatHasChanged)
+{
+    for (const bool bErase : {false, true}) {
+        Lines lines("ab\ncd\n");
+        EXPECT_EQ(lines.LastRecord(), "cd");
+        lines.File().Append("ef\n");
+        EXPECT_EQ(lines.LastRecord(), "cd") << "not before the index is told to look";
+        lines->Invalidate(bErase);
+        EXPECT_EQ(lines.LastRecord(), "ef");
+        lines.File().Append("gh\n");
+        lines->RefreshFileSize();
+        EXPECT_EQ(lines.LastRecord(), "gh");
     }
 }
 
@@ -216,16 +275,16 @@ TEST(LineIndex, SeeksTheNextLine)
         Lines lines(row.bytes);
         ULONGLONG nPos = row.nFrom;
         ULONGLONG nLength = 99;
-        EXPECT_EQ(lines->SeekNextLine(nPos, row.bStop, &nLength), row.bMore);
+        EXPECT_EQ(lines->Lines().SeekNextLine(nPos, row.bStop, &nLength), row.bMore);
         EXPECT_EQ(nPos, row.nTo);
         EXPECT_EQ(nLength, row.nLength);
         ULONGLONG nAgain = row.nFrom;
-        EXPECT_EQ(lines->SeekNextLine(nAgain, row.bStop), row.bMore) << "without a length";
+        EXPECT_EQ(lines->Lines().SeekNextLine(nAgain, row.bStop), row.bMore) << "without a length";
         EXPECT_EQ(nAgain, row.nTo);
     }
 }
 
-TEST(LineIndex, ValidRecordsBeginWithContentBehindSeparators)
+TEST(LineIndex, ValidRecordsBeginWithContentAfterSeparators)
 {
     struct Row
     {
@@ -242,12 +301,12 @@ TEST(LineIndex, ValidRecordsBeginWithContentBehindSeparators)
     for (const Row& row : rows) {
         SCOPED_TRACE(testing::PrintToString(row.bytes));
         Lines lines(row.bytes);
-        EXPECT_EQ(lines->IsValidRecord(0, row.bytes.size()), row.bValid);
+        EXPECT_EQ(lines->Lines().IsValidRecord(0, row.bytes.size()), row.bValid);
     }
     Lines lines(",,,a");
-    EXPECT_FALSE(lines->IsValidRecord(0, 3));
-    EXPECT_FALSE(lines->IsValidRecord(3, 3));
-    EXPECT_TRUE(lines->IsValidRecord(3, 4));
+    EXPECT_FALSE(lines->Lines().IsValidRecord(0, 3));
+    EXPECT_FALSE(lines->Lines().IsValidRecord(3, 3));
+    EXPECT_TRUE(lines->Lines().IsValidRecord(3, 4));
 }
 
 TEST(LineIndex, AnEmptyFileIsCompleteAfterTheFirstLook)
@@ -421,7 +480,7 @@ TEST(LineIndex, ScansAGrownFileFurtherFromTheOldIndex)
         EXPECT_THROW(lines->IndexEntry(1), std::invalid_argument);
     }
     lines.File().Append("23\nline 1024\n");
-    EXPECT_FALSE(lines->SeekRecord(1024)) << "not before it is told";
+    EXPECT_FALSE(lines->SeekRecord(1024)) << "not before the index is told to look";
     lines->Invalidate(false);
     EXPECT_EQ(lines.Record(1023), "line 1023");
     EXPECT_EQ(lines.Record(1024), "line 1024");
@@ -442,7 +501,7 @@ TEST(LineIndex, ScansAnErasedFileAfresh)
     EXPECT_THROW(lines->IndexEntry(0), std::invalid_argument);
 }
 
-// Places of the larger file are never followed behind the end of the smaller one.
+// Positions of the larger file are never followed beyond the end of the smaller one.
 TEST(LineIndex, AShrunkFileFailsOrEndsButDoesNotHang)
 {
     Lines lines(NumberedLines(5000));

@@ -3,7 +3,9 @@
 #pragma once
 
 #include "interfaces/IDataParser.h"
+#include "platform/com_ptr.h"
 #include "platform/values.h"
+#include "src/parsing/ILastRecordHead.h"
 #include "src/parsing/RecordText.h"
 
 namespace Hesperon::specifics {
@@ -19,11 +21,14 @@ public:
     // The record at the position that Seek went to, or the last one; empty on failure.
     HRESULT Read(string_t& sRecord)
     {
-        return Read(sRecord, &IQRL_TabulexConverter::IDataParser::get_CurrentRecord);
+        return Read(sRecord, m_p, &IQRL_TabulexConverter::IDataParser::get_CurrentRecord);
     }
     HRESULT ReadLast(string_t& sRecord)
     {
-        return Read(sRecord, &IQRL_TabulexConverter::IDataParser::get_LastRecord);
+        com_ptr<ILastRecordHead> pHead;
+        if (SUCCEEDED(query(m_p, pHead)))
+            return Read(sRecord, pHead.get(), &ILastRecordHead::get_LastRecordHead);
+        return Read(sRecord, m_p, &IQRL_TabulexConverter::IDataParser::get_LastRecord);
     }
 
     // As Read, but not normalised; null on failure.
@@ -33,15 +38,15 @@ public:
     }
 
 private:
-    using Getter = HRESULT (STDMETHODCALLTYPE IQRL_TabulexConverter::IDataParser::*)(BSTR*);
-
-    HRESULT Read(string_t& sRecord, Getter get)
+    template <class Source>
+    static HRESULT Read(string_t& sRecord, Source* pSource,
+                        HRESULT (STDMETHODCALLTYPE Source::*get)(BSTR*))
     {
         sRecord.clear();
-        if (!m_p)
+        if (!pSource)
             return E_UNEXPECTED;
         Bstr text;
-        const HRESULT hr = (m_p->*get)(text.put());
+        const HRESULT hr = (pSource->*get)(text.put());
         if (SUCCEEDED(hr))
             sRecord = NormalisedRecord(text.view());
         return hr;
