@@ -1,5 +1,6 @@
 #include "tools/tabulex/host/FileLayout.h"
 
+#include "tools/tabulex/host/LastRecord.h"
 #include "tools/tabulex/host/Properties.h"
 
 namespace tabulex {
@@ -10,14 +11,6 @@ std::optional<std::string> RecordAt(IDataParser& data, ULONGLONG nPosition)
 {
     Bstr text;
     if (data.put_Position(nPosition) != S_OK || data.get_CurrentRecord(text.put()) != S_OK)
-        return std::nullopt;
-    return ToUtf8(text.view());
-}
-
-std::optional<std::string> LastRecord(IDataParser& data)
-{
-    Bstr text;
-    if (data.get_LastRecord(text.put()) != S_OK)
         return std::nullopt;
     return ToUtf8(text.view());
 }
@@ -71,7 +64,7 @@ FileLayout ReadLayout(const Host& host)
     layout.sDuplicatedField = ToUtf8(GetText(records, &IRecordParser::get_DuplicatedField));
     layout.columns = ReadColumns(host);
     layout.sFirstRecord = RecordAt(data, 0);
-    layout.sLastRecord = LastRecord(data);
+    layout.sLastRecord = LastRecordText(data);
     return layout;
 }
 
