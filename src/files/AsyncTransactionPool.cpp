@@ -14,8 +14,8 @@ namespace {
 
 using TransactionMap = std::map<ULONG_PTR, IAsyncTransaction*>;
 
-// Guarded by ProxyLock. Never destroyed: objects that outlive the static ones still
-// unregister.
+// Guarded by ProxyLock. Never destroyed: objects may unregister after static objects
+// are gone.
 TransactionMap& Transactions()
 {
     static TransactionMap& transactions = *new TransactionMap;
@@ -26,7 +26,7 @@ TransactionMap& Transactions()
 
 ULONG_PTR RegisterTransaction(ULONG_PTR nNumber, IUnknown* pObject)
 {
-    com_ptr<IAsyncTransaction> pAsyncTrans; // let go of outside of the lock
+    com_ptr<IAsyncTransaction> pAsyncTrans; // released after the lock
     const ProxyLockGuard lock;
     if (Transactions().contains(nNumber))
         return 0;
@@ -43,7 +43,7 @@ bool IsRegistered(ULONG_PTR nNumber)
     return Transactions().contains(nNumber);
 }
 
-// A pointer that isn't there takes the last entry with it.
+// For a pointer that isn't registered the last entry is removed instead.
 void UnregisterTransaction(IAsyncTransaction* pTransaction)
 {
     const com_ptr<IAsyncTransaction> pAsyncTrans(pTransaction);

@@ -1,3 +1,8 @@
+// The files' side of CFilePool: which name has which handler.
+//
+// The first caller of a name puts it among the openings, opens the file without the lock and
+// queues a request for a worker; callers that come meanwhile wait. The worker that registers
+// hands the caller its handler and puts the name among the handlers.
 #include "src/files/FilePool.h"
 
 #include "diagnostics/FaultmereClient.h"
@@ -8,8 +13,8 @@ namespace Hesperon::specifics {
 
 namespace {
 
-// Tries again where a file is held by a program that is done in a moment: the pause
-// grows by kPauseStep up to kLastPause, exclusively.
+// Tries again, since a program that holds the file may be done in a moment. The pause
+// grows by kPauseStep and stays below kLastPause.
 File OpenPatiently(string_view_t sName)
 {
     constexpr std::chrono::milliseconds kPauseStep(10);
@@ -92,7 +97,7 @@ void CFilePool::NoteFile(const string_t& sName, std::shared_ptr<CSharedFile> pFi
 try {
     m_fileHandles.insert_or_assign(sName, std::move(pFile));
 } catch (const std::bad_alloc&) {
-    // The file can't be closed by its name, and is closed by its worker.
+    // The file can't be closed by its name then; its worker closes it.
 }
 
 // Null where the file can't be opened or gets no worker.
@@ -123,7 +128,7 @@ void CFilePool::AddFileHandler(const string_t& sName, IFileHandler* pHandler) no
     try {
         m_handlers.insert_or_assign(sName, pHandler);
     } catch (const std::bad_alloc&) {
-        // The caller that opened it has it; others open the file for themselves.
+        // The caller that opened the file has its handler; others will open the file again.
     }
 }
 

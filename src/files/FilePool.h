@@ -1,4 +1,4 @@
-// CFilePool: from file names to shared file handlers; one worker thread a file.
+// CFilePool: from file names to shared file handlers; one worker thread per file.
 //
 // One pool for the process. Names are compared exactly as given. Safe from any
 // thread; nothing throws.
@@ -9,22 +9,21 @@
 
 namespace Hesperon::specifics {
 
-// The part of the pool that data parsers use; the class stands in the .cpp's own
-// header, FilePoolImpl.h.
+// The part of the pool that data parsers use; the class is in FilePoolImpl.h.
 namespace FilePool {
 
-// Counts a living data parser. With the last one gone the worker threads end and
-// ReleaseParser returns when they have.
+// Counts living data parsers. The last ReleaseParser ends the worker threads, and
+// returns when they have ended.
 void AddParser();
 void ReleaseParser();
 
-// Without data parsers: waits for the thread that let go of the last one, if that was one
-// of the pool's own. It may be in its last steps, and code of the library must not go
-// before it has.
+// When no data parser is left: waits for a thread of the pool that released the last one.
+// It may still be in its last steps, and the library must not be unloaded before they
+// are done.
 void AwaitThreads();
 
-// The handler of a file, opened if need be (five attempts, 100 ms in all); null if
-// it can't be. Returns when the handler is ready.
+// The handler of a file, which is opened if need be (five attempts, 100 ms in all);
+// null if it can't be opened. Returns when the handler is ready.
 com_ptr<IFileHandler> AttachFile(string_view_t sName);
 
 // Forgets the name, so that the next attach opens the file afresh; with bClose

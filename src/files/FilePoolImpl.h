@@ -1,4 +1,4 @@
-// CFilePool: the one object of the process behind src/FilePool.h. Its two sides:
+// CFilePool: the one object of the process that src/files/FilePool.h stands for. Its two sides:
 //
 //   files    which name has which handler, and which names are being opened;
 //            guarded by m_filesLock (FilePool.cpp)

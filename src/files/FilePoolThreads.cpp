@@ -1,4 +1,8 @@
-// The threads' side of CFilePool: a thread for each open file.
+// The threads' side of CFilePool: one thread for each open file.
+//
+// A request is queued, and whoever queued it starts threads until one is free to take it.
+// That thread runs the file's handler for as long as the file is in use, and then ends,
+// unless it is the only thread ever started: that one waits for the next request.
 
 #include <algorithm>
 
@@ -84,7 +88,7 @@ void CFilePool::RunRequest(ThreadsLock& lock, SThread& self)
     try {
         queued.pHandler->Execute(std::move(queued.request));
     } catch (const std::exception&) {
-        // Out of memory before the file was known; its caller is told below.
+        // Out of memory before the file was registered; its caller gets null, below.
     }
     if (!queued.pHandler->IsRegistered())
         AbandonOpening(queued.pHandler->FileName());
@@ -100,8 +104,8 @@ bool CFilePool::IsPoolThread() const
            std::ranges::any_of(m_retired, isSelf);
 }
 
-// Threads that have ended give the lock up for the last time before, so joining them
-// under it doesn't wait.
+// A thread that has ended needs the lock no more, so joining it under the lock doesn't
+// wait.
 void CFilePool::JoinEnded(ThreadList& threads)
 {
     std::erase_if(threads, [](SThread& t) {
@@ -134,8 +138,8 @@ void CFilePool::Shutdown(bool bWhateverLives)
         FaultmereUtil::Assert(m_nThreads == 0, "m_pool.IsEmpty()");
 }
 
-// False where there is nothing to do: another thread does it, or a parser has come
-// meanwhile. From here on new requests wait until the end of the shutdown.
+// False if there is nothing to do: another thread does it, or a parser has come
+// meanwhile. After true, new requests wait until the end of the shutdown.
 bool CFilePool::BeginShutdown(ThreadsLock& lock, bool bWhateverLives)
 {
     if (m_bShutdown && IsPoolThread())

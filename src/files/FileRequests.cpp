@@ -1,3 +1,5 @@
+// Requests stand in the order in which they came, whoever owns them. There are few at a time,
+// so each operation walks over all of them.
 #include "src/files/FileRequests.h"
 
 namespace Hesperon::specifics {

@@ -1,8 +1,8 @@
-// CFileRequests: what consumers of a file want of its worker, by owner.
+// CFileRequests: what consumers of a file have asked its worker for, by owner.
 //
-// Not synchronised, the file handler's lock guards it, but for IsEmpty. References
-// that end a request's life are handed out, since letting go of the last one may
-// run any code: do so outside of the lock.
+// Not synchronised but for IsEmpty: the file handler's lock guards it. References of
+// requests that end are handed out, since releasing the last one may run any code: do so
+// without the lock.
 #pragma once
 
 #include <atomic>

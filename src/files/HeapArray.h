@@ -1,9 +1,8 @@
 // CHeapArray: a growable array that never moves its elements.
 //
-// Memory is taken a block of nBlockElements at a time, when the first element of
-// the block is appended, and given back by Clear() only. Not synchronised.
-// std::bad_alloc where a block or the table of blocks can't be had, with the
-// array unchanged.
+// Memory is taken in blocks of nBlockElements, when the first element of a block is
+// appended, and given back by Clear() only. Not synchronised. If a block or the table
+// of blocks can't be allocated, Append throws std::bad_alloc and changes nothing.
 #pragma once
 
 #include <memory>

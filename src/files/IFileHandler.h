@@ -23,13 +23,13 @@ struct IFileHandler : IUnknown
                                                 BSTR* bsRecord) = 0;
     // S_OK if the line exists, else E_FAIL; scans the file up to it.
     virtual HRESULT STDMETHODCALLTYPE SeekRecord(ULONGLONG nIndex) = 0;
-    // Has the worker give line 0 to an IRecordParser.
+    // The worker will give line 0 to an IRecordParser.
     virtual HRESULT STDMETHODCALLTYPE QueueFirstRecord(IUnknown* pObject, ULONGLONG nKey) = 0;
     // S_OK if the key had requests, else S_FALSE; kAllKeys cancels all.
     virtual HRESULT STDMETHODCALLTYPE CancelRequests(ULONGLONG nKey) = 0;
-    // Has the worker tell an IFileHandlerEvents how the count grows.
+    // The worker will report the growing count to an IFileHandlerEvents.
     virtual HRESULT STDMETHODCALLTYPE QueueCountEvents(IUnknown* pObject, ULONGLONG nKey) = 0;
-    // Has the worker drive ProcessRecord of an IFileHandlerEvents.
+    // The worker will call ProcessRecord of an IFileHandlerEvents, record by record.
     virtual HRESULT STDMETHODCALLTYPE QueueConversion(IUnknown* pObject, ULONGLONG nKey) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetRelativePos(ULONGLONG nIndex, FLOAT* fRelative) = 0;
     // The whole last line of the file, without a limit of length.

@@ -1,8 +1,7 @@
-// CLineBuffer: the lines of a batch, in one piece of memory.
+// CLineBuffer: the lines of a batch, in one block of memory.
 //
-// Each lies there in the form of a BSTR, which is its length in bytes as 32 bits, its text
-// and a null: so it can be an argument of the record parser's calls, which only read it.
-// Used by one thread.
+// Each line has the form of a BSTR (its length in bytes as 32 bits, its text, a null), so it
+// can be an argument of the record parser's calls, which only read it. Used by one thread.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +16,7 @@ namespace Hesperon::specifics {
 class CLineBuffer
 {
 public:
-    // Throws std::bad_alloc; the buffer has the lines from before then.
+    // Throws std::bad_alloc, and then holds what it held before.
     void Add(string_view_t line)
     {
         const auto nBytes = static_cast<std::uint32_t>(line.size() * sizeof(OLECHAR));
@@ -34,7 +33,7 @@ public:
 
     std::size_t size() const { return m_texts.size(); }
     bool empty() const { return m_texts.empty(); }
-    // To be read, and only until the next line is added.
+    // For reading only, and only until the next line is added.
     BSTR operator[](std::size_t i) { return &m_memory[m_texts[i]]; }
     BSTR back() { return (*this)[size() - 1]; }
 

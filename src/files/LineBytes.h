@@ -15,7 +15,7 @@ namespace Hesperon::specifics::LineBytes {
 using Class = std::uint8_t;
 
 inline constexpr Class kLineEnd = 1;    // CR and LF
-inline constexpr Class kGap = 2;        // skipped behind a line: CR, LF, tab, blank, zero
+inline constexpr Class kGap = 2;        // skipped after a line: CR, LF, tab, blank, zero
 inline constexpr Class kLead = 4;       // skipped before a record's text: CR, LF, tab, blank
 inline constexpr Class kBlankLine = 8;  // all that a line without content holds: ": ,;"
 inline constexpr Class kSeparator = 16; // between fields: ": ,;|\t" and zero
@@ -78,8 +78,8 @@ inline bool HasSet(Block marks)
 
 } // namespace details
 
-// The first CR or LF of [p, pEnd), or pEnd. Lines are looked through 32 bytes at a
-// time: this is where the scan of a file spends its time.
+// The first CR or LF of [p, pEnd), or pEnd. Compares 32 bytes at a time: this is where
+// the scan of a file spends its time.
 inline const char* FindLineEnd(const char* p, const char* pEnd)
 {
     for (; pEnd - p >= 32; p += 32) {

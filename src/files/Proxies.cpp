@@ -22,8 +22,8 @@ void CFileHandlerEventsProxy::Detach()
     Attach(nullptr);
 }
 
-// A target whose last reference is gone may still be on its way to Detach. It is
-// there for as long as the lock is held, but can't be brought back to life.
+// A target that has lost its last reference may not have called Detach yet. It exists
+// for as long as the lock is held, but no new reference can keep it alive.
 com_ptr<IFileHandlerEvents> CFileHandlerEventsProxy::Target()
 {
     const ProxyLockGuard lock;

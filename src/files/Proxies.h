@@ -1,6 +1,6 @@
-// Stand-ins that let a worker hold a counted reference without keeping the object
-// behind it alive. The object cuts the link with Detach() before it goes; calls
-// then reach nothing. All links are guarded by one process-wide lock.
+// Stand-ins that let a worker hold a counted reference without keeping the target
+// alive. The target cuts the link with Detach() before it is destroyed; calls then
+// reach nothing. All links are guarded by one process-wide lock.
 #pragma once
 
 #include "interfaces/IFileHandlerEvents.h"

@@ -1,5 +1,5 @@
 // CSharedFile: one open file that several owners hold, and that any of them may
-// close under the others.
+// close while the others still use it.
 //
 // Reads after Close() fail; they never reach a file that the system has opened
 // under the same handle since. Safe from any thread: a lock of its own, under
@@ -41,7 +41,7 @@ public:
         m_file.Close();
     }
 
-    // Size in bytes now; empty for a closed file and where the system can't tell.
+    // Size in bytes now; empty for a closed file and where the system gives none.
     virtual std::optional<std::uint64_t> Size() const
     {
         std::lock_guard lock(m_lock);

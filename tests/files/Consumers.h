@@ -1,5 +1,5 @@
-// Consumers of a file for the tests: they keep what they hear and may answer by a
-// function of the test's.
+// Consumers of a file for the tests: they keep what they hear, and answer with a function
+// that the test gives.
 #pragma once
 
 #include <functional>
@@ -115,8 +115,7 @@ inline IUnknown* AsUnknown(const com_ptr<Consumer>& consumer)
     return consumer->Identity();
 }
 
-// Tests with a parser alive for their length: behind each, no thread of the pool is
-// left.
+// Each test has a data parser alive; after it no thread of the pool is left.
 class PoolTest : public testing::Test
 {
 protected:

@@ -9,7 +9,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-// Consumers that end after so many records, and the order in which all are called.
+// Consumers that end after nRecords records each, and the order of all their calls.
 class Turns
 {
 public:

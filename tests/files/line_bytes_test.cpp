@@ -57,7 +57,7 @@ TEST(LineBytes, FindsTheFirstLineEndInAnyPlace)
     }
 }
 
-TEST(LineBytes, LooksAtNothingBehindTheEnd)
+TEST(LineBytes, LooksAtNothingBeyondTheEnd)
 {
     const std::string bytes = std::string(64, 'x') + "\n";
     for (std::size_t nSize = 0; nSize <= 64; ++nSize) {

@@ -1,4 +1,4 @@
-// What a reader's place in the file saves it, told by the pages that are read.
+// What a cursor saves its reader, measured by the pages that are read.
 #include "src/files/LineIndexImpl.h"
 #include "tests/files/MadeUpFile.h"
 #include "tests/files/Vocabulary.h"
