@@ -104,7 +104,7 @@ class WrongUsage(ToolTest):
                  (["--size", "x"], 2, "--size: 'x' is not a whole number from 1 to 2147483647"),
                  (["--dividers", "ab"], 2, "--dividers: 'ab' is not made of the dividers ':', ' ', ',',"
                   " ';', '|' and '\\t'"),
-                 (["--lines-to-skip", "1000"], 1, "--lines-to-skip is refused: the file doesn't fit"),
+                 (["--lines-to-skip", "1000"], 1, "--lines-to-skip is refused: the file can't be read"),
                  (["--column", "1"], 2, "--column: '1' is not of the form N=TYPE[:TEMPLATE]"),
                  (["--column", "1=Dat"], 2, "--column 1: there is no field type 'Dat'; did you mean"
                   " 'Date'?"),

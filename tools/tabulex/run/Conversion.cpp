@@ -16,8 +16,6 @@ namespace tabulex {
 
 namespace {
 
-constexpr const char* kNoReason = "the conversion failed, and the component gives no reason";
-
 // The state of one conversion.
 class Run
 {
@@ -45,7 +43,7 @@ private:
     ULONGLONG MostLinesRead() const;
     void Finish(Outcome& outcome);
     void RequireWholeFile(Outcome& outcome);
-    void RequireReason(Outcome& outcome);
+    void ReportRollback(Outcome& outcome);
     bool ReachesEnd() const;
     void FinishOutput(Outcome& outcome);
     void FinishRejects(Outcome& outcome);
@@ -146,22 +144,25 @@ void Run::Finish(Outcome& outcome)
     // The rejects come first: if they fail, the rows must not appear either.
     FinishRejects(outcome);
     FinishOutput(outcome);
-    RequireReason(outcome);
+    ReportRollback(outcome);
 }
 
-// A rollback must have a reason that was reported. The user knows of an interrupt.
-void Run::RequireReason(Outcome& outcome)
+// Where nothing has been reported, the component has ended the run by itself: settings that
+// it refuses, which aren't checked with --no-check.
+void Run::ReportRollback(Outcome& outcome)
 {
     if (outcome.result == RunResult::Commit)
         return;
     if (m_errors.HasTooMany())
-        m_console.Error(
-            fmt::format("{}: more bad lines than --max-errors {} allows; nothing was written",
-                        m_sFile, *m_options.errors.nMost));
+        m_console.Error(fmt::format("{}: more bad lines than --max-errors {} allows; nothing was "
+                                    "written",
+                                    m_sFile, *m_options.errors.nMost));
+    else if (m_sink->IsOutOfMemory())
+        Fail(fmt::format("{}: {}", m_sFile, kOutOfMemory), ExitStatus::FileFault, outcome);
     else if (outcome.status == ExitStatus::Done && !Interrupted() && !m_errors.HasStopped())
-        Fail(fmt::format("{}: {}; nothing was written", m_sFile,
-                         m_sink->IsOutOfMemory() ? kOutOfMemory : kNoReason),
-             m_sink->IsOutOfMemory() ? ExitStatus::FileFault : ExitStatus::Refused, outcome);
+        m_console.Note(fmt::format("{}: the component ended the conversion without a reason; "
+                                   "'tabulex check' may know one",
+                                   m_sFile));
     outcome.status =
         Worse(outcome.status, Interrupted() ? ExitStatus::Interrupted : ExitStatus::Refused);
 }
