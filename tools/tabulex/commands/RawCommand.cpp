@@ -1,10 +1,10 @@
 #include <fmt/format.h>
 
 #include "tools/tabulex/commands/Commands.h"
-#include "tools/tabulex/host/Properties.h"
 #include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/output/Results.h"
 #include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 
@@ -18,14 +18,16 @@ void AddLast(const Host& host, Results& results)
     results.Add(ToUtf8(text.view()) + '\n');
 }
 
-// True if the range goes up to the end of the file.
+// True if the range goes up to the end of the file, or to a line that can't be read.
 bool AddRange(IDataParser& lines, const RangeOptions& range, Results& results)
 {
     const ULONGLONG nCount = range.nCount.value_or(~0ULL);
     for (ULONGLONG i = 0; i < nCount; ++i) {
-        if (lines.put_Position(range.nFrom + i) != S_OK)
+        Bstr text;
+        if (lines.put_Position(range.nFrom + i) != S_OK ||
+            lines.get_CurrentRecord(text.put()) != S_OK)
             return true;
-        if (!results.Add(ToUtf8(GetText(lines, &IDataParser::get_CurrentRecord)) + '\n'))
+        if (!results.Add(ToUtf8(text.view()) + '\n'))
             return false;
     }
     return false;
