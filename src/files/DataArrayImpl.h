@@ -76,7 +76,8 @@ T* CDataArray<T, nPages, nBlockSize>::TakeSlot(ULONGLONG nOffset)
     return SlotData(m_nFirstPage);
 }
 
-// The newest slot. The page that it held before is lost.
+// Frees the slot that was taken last, since its page couldn't be read. The page that it held
+// before is lost.
 template <class T, std::size_t nPages, std::size_t nBlockSize>
 void CDataArray<T, nPages, nBlockSize>::GiveSlotBack()
 {

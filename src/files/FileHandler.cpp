@@ -35,7 +35,7 @@ try {
     m_sFileName = std::move(request.sFileName);
     m_pFile = std::move(request.pFile);
     const auto nSize = m_pFile->Size();
-    if (!m_index.Attach(m_pFile) && nSize != 0) // it is no empty file, but is taken for one
+    if (!m_index.Attach(m_pFile) && nSize != 0) // not an empty file, but it is taken for one
         NoteFault({nSize ? ReadFaultMemory : ReadFaultSystem, 0}, 0);
     Reading(0, [&] { m_index.DetectUnicode(); });
 } catch (const std::invalid_argument&) {
@@ -101,7 +101,7 @@ void CFileHandler::ScanFirstRecords()
         ScanStride();
 }
 
-// A request fails for itself, and the others are served all the same.
+// A request that fails doesn't keep the others from being served.
 void CFileHandler::ServeRequests()
 {
     if (m_requests.IsEmpty() && !m_bServeAgain)

@@ -19,7 +19,7 @@ namespace Hesperon::specifics {
 
 // ---- seeking
 
-// A cursor of an erased file knows no more than one that is new.
+// After an erase a cursor is worth no more than a new one, which starts at the shared one.
 template <class Data>
 void CLineIndexOf<Data>::BringUpToDate(CLineCursor& cursor) const
 {

@@ -138,7 +138,8 @@ TEST(DataArray, ReadsWholePagesAtPageOffsets)
     EXPECT_EQ(array.Span(23).size(), 2u);
 }
 
-// Nothing of it is kept, and of the pages that are there the oldest goes, once.
+// A page that can't be read isn't kept. Trying it costs the oldest page its slot, but only
+// the first time.
 TEST(DataArray, AFailedReadThrowsEachTimeUntilItSucceeds)
 {
     const std::string letters = Letters(80);

@@ -105,7 +105,7 @@ TEST(LineCursor, AReaderGoingBackwardsWalksEachStrideOnce)
     CLineCursor cursor;
     for (std::size_t n = kLines; n-- != 0;)
         EXPECT_EQ(lines.Record(n, cursor), "line " + std::to_string(n));
-    // In the walk, for its records, and for the line that crosses into it.
+    // A page is read for the walk, for its records, and for the line that crosses into it.
     EXPECT_LE(lines.file->TakeReads().size(), 3 * (bytes.size() / 256));
 }
 

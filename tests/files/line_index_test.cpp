@@ -98,12 +98,12 @@ TEST(LineIndex, FindsTheRecordsOfAFile)
         {",a\n:b\n", {",a", ":b"}},
         {sLong + "\nab\n", {sLong.substr(0, 512), "ab"}},
         {"\xE4\xFF\n\x80z\n", {"\xE4\xFF", "\x80z"}},
-        // Two bytes a character, with and without the mark.
+        // Two bytes per character, with and without a byte-order mark.
         {"\xFF\xFE"
          "a\0b\0\r\0\n\0c\0d\0\r\0\n\0"s,
          {"\xFF\xFE"s + "ab", "cd"}},
         {"a\0b\0\n\0c\0d\0"s, {"ab", "cd"}},
-        // Not with fewer than five bytes.
+        // A file of fewer than five bytes has one byte per character.
         {"a\0b\0"s, {"ab"}},
     };
     for (const Row& row : rows) {
@@ -196,7 +196,7 @@ TEST(LineIndex, ReadsTheLastRecordBackwards)
     }
 }
 
-// As many characters of the whole record as GetRecord has bytes, in each code page.
+// The head has the first 512 characters of the whole record, in each code page.
 TEST(LineIndex, TheHeadOfTheLastRecordIsTheBeginningOfTheWhole)
 {
     const auto repeated = [](const std::string& piece) {
