@@ -1,4 +1,4 @@
-// The whole road of a conversion, from the file to a sink that reads every cell.
+// A whole conversion, from the file to a sink that reads every cell.
 
 #include <benchmark/benchmark.h>
 

@@ -25,7 +25,7 @@ const char* ReadNumber(const char* p, const char* end, std::vector<Number>& colu
     if (error != std::errc())
         throw std::runtime_error("bad number");
     column.push_back(value);
-    return next + 1; // behind the comma
+    return next + 1; // after the comma
 }
 
 void ReadRow(const char* p, const char* end, PlainColumns& columns)
@@ -52,7 +52,7 @@ PlainColumns ReadMinuteBars(const std::string& sPath)
     if (file < 0)
         throw std::runtime_error("can't open " + sPath);
     const std::unique_ptr<char[]> buffer(new char[2 * kChunk]);
-    std::size_t nKept = 0; // head of a row whose end isn't read yet
+    std::size_t nKept = 0; // bytes of a row whose end isn't read yet
     bool bHeader = true;
     ssize_t nRead = 0;
     while ((nRead = ::read(file, buffer.get() + nKept, kChunk)) > 0) {

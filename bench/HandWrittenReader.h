@@ -1,5 +1,5 @@
-// The yardstick of the conversion: a reader written by hand for just the layout of
-// the benchmark's file. It splits at commas, reads numbers with from_chars and dates
+// The yardstick of the conversion: a reader written by hand for the layout of the
+// benchmark's file and no other. It splits at commas, reads numbers with from_chars and dates
 // by their fixed places, and keeps plain columns.
 #pragma once
 

@@ -12,6 +12,7 @@
 #include "module/ComObject.h"
 #include "platform/File.h"
 #include "platform/values.h"
+#include "tests/support/OfferAllResolutions.h"
 
 namespace bench {
 
@@ -25,22 +26,6 @@ inline void Check(HRESULT hr, const char* szWhat)
         throw std::runtime_error(szWhat);
 }
 
-// Offers all resolutions to the parser.
-inline void OfferResolutions(IRecordParser& parser)
-{
-    constexpr LONG kResolutions = 8;
-    SAFEARRAY* ids = SafeArrayCreateVector(VT_I4, 0, kResolutions);
-    SAFEARRAY* names = SafeArrayCreateVector(VT_BSTR, 0, kResolutions);
-    for (LONG i = 0; i < kResolutions; ++i) {
-        const Bstr name(OLESTR("resolution"));
-        SafeArrayPutElement(ids, &i, &i);
-        SafeArrayPutElement(names, &i, name.get());
-    }
-    const Variant vIds = Variant::FromArray(ids, VT_I4);
-    const Variant vNames = Variant::FromArray(names, VT_BSTR);
-    Check(parser.SetResolutionTemplates(vIds, vNames), "SetResolutionTemplates");
-}
-
 // A parser with the file's layout found.
 inline com_ptr<IDataParser> OpenFile(const std::string& sPath)
 {
@@ -50,7 +35,7 @@ inline com_ptr<IDataParser> OpenFile(const std::string& sPath)
           "CDataParser");
     com_ptr<IDispatch> records;
     Check(parser->get_RecordParser(records.put()), "RecordParser");
-    OfferResolutions(*records.as<IRecordParser>().get());
+    Check(OfferAllResolutions(*records.as<IRecordParser>().get()), "SetResolutionTemplates");
     const Bstr name(PathFromBytes(sPath));
     Check(parser->put_FileName(name.get()), "FileName");
     return parser;

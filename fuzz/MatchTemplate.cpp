@@ -1,11 +1,10 @@
-// Any template on any text: the compiled matcher and a plain walk over the same rules
-// must agree. Input: a byte for the type, the template up to a zero byte, the text.
+// The compiled matcher and a plain walk over the same rules must agree. An input is a byte
+// for the type, the template up to a zero byte, and the text.
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
+#include "fuzz/Targets.h"
 #include "platform/values.h"
 #include "src/parsing/DataTypes.h"
 #include "src/parsing/templates/IQDParseImpl.h"
@@ -31,10 +30,10 @@ bool SameValue(CDataField& field, const PlainField& plain)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t nSize)
+void fuzz::MatchTemplate(const std::uint8_t* data, std::size_t nSize)
 {
     if (nSize < 2)
-        return 0;
+        return;
     const unsigned uiType = data[0] % 2 ? TypeDate : TypeTime;
     std::string sInput;
     for (std::size_t i = 1; i < nSize; ++i)
@@ -50,8 +49,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t nSiz
     field.ParseField(sText);
     PlainField plain(uiType, string_t(field.GetTemplate()));
     const bool bPlain = plain.Parse(sText);
-    if (field.IsValid() == bPlain && (!bPlain || SameValue(field, plain)))
-        return 0;
-    std::fprintf(stderr, "matcher and walk disagree\n");
-    std::abort();
+    fuzz::Require(field.IsValid() == bPlain && (!bPlain || SameValue(field, plain)),
+                  "matcher and walk agree");
 }

@@ -1,28 +1,19 @@
-// Any document: the scanner and a plain one hear the same, and what was read of it can be
-// written and read again. Input: text in bytes, where those from 0x80 stand for blanks and
-// letters far from ASCII.
+// The scanner and a plain one call the same, and what was read can be written and read again.
+// An input is a text; its bytes from 0x80 on stand for blanks and letters far from ASCII.
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
+#include "fuzz/Targets.h"
 #include "src/parsing/EnvironmentDocument.h"
 #include "tests/values/Heard.h"
 
 using namespace Hesperon::specifics;
+using fuzz::Require;
 
 namespace {
 
-void Require(bool bHolds, const char* sWhat)
-{
-    if (bHolds)
-        return;
-    std::fprintf(stderr, "%s\n", sWhat);
-    std::abort();
-}
-
-string_t Widen(const std::uint8_t* data, std::size_t nSize)
+string_t TextOfBytes(const std::uint8_t* data, std::size_t nSize)
 {
     constexpr OLECHAR kFar = 0x1F80;
     string_t s;
@@ -41,9 +32,9 @@ TypeTable Lists()
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t nSize)
+void fuzz::ReadDocument(const std::uint8_t* data, std::size_t nSize)
 {
-    const string_t sDocument = Widen(data, nSize);
+    const string_t sDocument = TextOfBytes(data, nSize);
     Require(Heard(sDocument) == PlainlyHeard(sDocument), "scanner and plain scanner disagree");
 
     // A text that was read holds no '<', so it comes back.
@@ -59,5 +50,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t nSiz
     Require(WriteTemplates(again) == sTemplates, "templates change on the way");
     Require(ReadFolder(sWritten, sFolderAgain), "the written text can't be read");
     Require(sFolderAgain == sFolder, "the folder changes on the way");
-    return 0;
 }
