@@ -1,7 +1,7 @@
-# The road of a record crosses many small functions of several files; optimising at
-# link time makes a conversion about a seventh faster. Objects hold machine code too,
+# A record passes through many small functions of several files; optimising at link time
+# makes a conversion about a seventh faster. Objects hold machine code too,
 # so that tests link without it (tests/CMakeLists.txt switches it off), and so does the
-# tool, whose own code has no part in it.
+# tool, whose own code takes little of the time.
 option(TABULEX_LTO "Optimise optimised builds at link time" ON)
 if(TABULEX_LTO AND NOT TABULEX_SANITIZE AND CMAKE_BUILD_TYPE MATCHES "Rel")
   add_compile_options(-flto=auto -ffat-lto-objects)

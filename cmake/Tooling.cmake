@@ -28,7 +28,7 @@ if(RUN_CLANG_TIDY)
   list(JOIN TABULEX_SOURCE_FOLDERS "|" folders)
   add_custom_target(tidy
     COMMAND "${RUN_CLANG_TIDY}" -quiet -p "${CMAKE_BINARY_DIR}" -j ${TABULEX_CORES}
-            "-extra-arg-before=-isystem${CMAKE_SOURCE_DIR}/cmake/tidy"
+            "-extra-arg-before=-isystem${CMAKE_SOURCE_DIR}/cmake/clang-14"
             "^${CMAKE_SOURCE_DIR}/(${folders})/.*"
     WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}" VERBATIM USES_TERMINAL)
 endif()

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws docs/architecture.svg: the layers, the road of a detection, the road of a
+"""Draws docs/architecture.svg: the layers, the steps of a detection and of a
 conversion, the threads of a session, and the locks. The layers are those of the table in
 docs/architecture.md, the rest is below. Run it after a change of either:
 
@@ -66,7 +66,7 @@ LANES = [
 PARTIES = [
     (0, 0, "run", "a data parser's clone steps through the file; runs of a file take turns"),
     (0, 1, "session's object", "a private front object: puts batches into the host's form"),
-    (0, 2, "progress box", "tells figures and bad lines, and waits for the user's answer"),
+    (0, 2, "progress box", "shows figures and bad lines, and waits for the user's answer"),
     (1, 0, "front object", "the host's: lists, choices, its own data parser; starts and ends sessions"),
     (1, 1, "sink window", "its messages, one at a time while the host pumps, are calls of the sink"),
     (1, 2, "progress window", "shows itself on the host's view; a button is the answer"),
@@ -171,7 +171,7 @@ def draw_layers(drawing, y):
     return y
 
 
-def draw_road(drawing, y, heading, note, steps):
+def draw_steps(drawing, y, heading, note, steps):
     """Steps as two rows of boxes, read like lines of text."""
     y = drawing.heading(y, heading, note)
     columns, gap, height = (len(steps) + 1) // 2, 24, 84
@@ -253,9 +253,9 @@ def draw_locks(drawing, y):
 def draw():
     drawing = Drawing()
     y = draw_layers(drawing, 32) + 28
-    y = draw_road(drawing, y, "What happens when a file name is put", "on the caller's thread",
+    y = draw_steps(drawing, y, "What happens when a file name is put", "on the caller's thread",
                   [(name, does, "logic") for name, does in DETECTION]) + 36
-    y = draw_road(drawing, y, "A conversion", "steps 7 and 8 are on the host's thread",
+    y = draw_steps(drawing, y, "A conversion", "steps 7 and 8 are on the host's thread",
                   CONVERSION) + 36
     y = draw_session(drawing, y) + 36
     y = draw_locks(drawing, y)
