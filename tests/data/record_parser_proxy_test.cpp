@@ -4,16 +4,11 @@
 
 #include "src/data/RecordParserProxy.h"
 #include "tests/data/FakeRecordParser.h"
+#include "tests/support/Objects.h"
 
 using namespace Hesperon::specifics;
 
 namespace {
-
-ULONG RefsOf(IUnknown* p)
-{
-    p->AddRef();
-    return p->Release();
-}
 
 TEST(RecordParserProxyTest, CallsReachTheTargetUntilTheLinkIsCut)
 {

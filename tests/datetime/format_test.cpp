@@ -11,7 +11,7 @@ using namespace qrlDateTime;
 
 constexpr std::size_t kRoom = SDateTime::kFormatCapacity - 1;
 
-struct Row
+struct FormatRow
 {
     SDateTime value;
     const OLECHAR* szFormat;
@@ -30,7 +30,7 @@ const SDateTime kNoon = From(MakeTime(2000, 1, 1, 12, 0, 0, 50));
 
 TEST(Format, Specifiers)
 {
-    const Row kRows[] = {
+    const FormatRow kRows[] = {
         {kEarly, OLESTR("%H:%M:%S"), OLESTR("01:02:03")},
         {kLate, OLESTR("%H:%M:%S"), OLESTR("23:58:59")},
         {kEarly, OLESTR("%s"), OLESTR("3")},
@@ -57,7 +57,7 @@ TEST(Format, Specifiers)
         {kNoon, OLESTR("a%"), OLESTR("a")},
         {FromTicks(SDateTime::OleDate2Ticks(0.75)), OLESTR("%Y %H"), OLESTR("1899 18")},
     };
-    for (const Row& row : kRows) {
+    for (const FormatRow& row : kRows) {
         SCOPED_TRACE(&row - kRows);
         EXPECT_EQ(string_t(row.szText), row.value.Format(row.szFormat));
     }

@@ -11,7 +11,7 @@ namespace {
 
 using namespace qrlDateTime;
 
-struct Row
+struct TicksRow
 {
     double value;
     std::int64_t nTicks;
@@ -20,7 +20,7 @@ struct Row
 // One unit of the rounding is 10 microseconds: 1 / 8.64e9 of a day.
 constexpr double kUnit = 1 / 8.64e9;
 
-constexpr Row kRows[] = {
+constexpr TicksRow kTicksOfDates[] = {
     {0.0, 599264352000000000},
     {-0.0, 599264352000000000},
     {0.4 * kUnit, 599264352000000000},
@@ -36,7 +36,7 @@ constexpr Row kRows[] = {
 
 TEST(OleDate, KnownValues)
 {
-    for (const Row& row : kRows) {
+    for (const TicksRow& row : kTicksOfDates) {
         SCOPED_TRACE(testing::Message() << std::hexfloat << row.value);
         EXPECT_EQ(row.nTicks, SDateTime::OleDate2Ticks(row.value));
     }

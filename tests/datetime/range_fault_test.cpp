@@ -13,15 +13,15 @@ namespace {
 using namespace qrlDateTime;
 using namespace qrlDateTime::details;
 
-struct Row
+struct FaultRow
 {
     std::function<void()> call;
     std::string sText; // empty: the value is in range
 };
 
-void ExpectTexts(const std::vector<Row>& rows)
+void ExpectTexts(const std::vector<FaultRow>& rows)
 {
-    for (const Row& row : rows) {
+    for (const FaultRow& row : rows) {
         SCOPED_TRACE(&row - rows.data());
         EXPECT_EQ(row.sText, FaultOf(row.call));
     }

@@ -30,8 +30,8 @@ using Texts = std::vector<std::string>;
 
 // ---- failed reads
 
-using SmallPages = CDataArray<char, 3, 512>;
-using SmallIndex = CLineIndexOf<SmallPages>;
+using TinyPages = CDataArray<char, 3, 512>;
+using TinyIndex = CLineIndexOf<TinyPages>;
 
 template <class Index>
 std::string Record(Index& index, ULONGLONG nIndex)
@@ -40,7 +40,7 @@ std::string Record(Index& index, ULONGLONG nIndex)
     return index.GetRecord(sText, nIndex) ? Narrow(sText) : "<none>";
 }
 
-std::string LastRecord(SmallIndex& index)
+std::string LastRecord(TinyIndex& index)
 {
     string_t sText;
     return index.GetLastRecord(sText) ? Narrow(sText) : "<none>";
@@ -55,7 +55,7 @@ struct Answers
     bool operator==(const Answers&) const = default;
 };
 
-Answers AllOf(SmallIndex& index)
+Answers AllOf(TinyIndex& index)
 {
     Answers answers{{}, LastRecord(index), index.GetApproxCount()};
     index.SeekRecord(~0ull);
@@ -69,7 +69,7 @@ struct Operation
 {
     const char* name;
     ULONGLONG nCursor; // where the shared cursor stands before
-    std::function<std::string(SmallIndex&)> call;
+    std::function<std::string(TinyIndex&)> call;
 };
 
 const Operation kOperations[] = {
@@ -92,13 +92,13 @@ const Operation kOperations[] = {
 // later reads right.
 void FailEachReadOf(const Operation& operation, const std::string& bytes)
 {
-    SmallIndex healthy;
+    TinyIndex healthy;
     healthy.Attach(std::make_shared<MadeUpFile>(bytes));
     const Answers expected = AllOf(healthy);
     for (std::size_t nRead = 0;; ++nRead) {
         SCOPED_TRACE("read " + std::to_string(nRead));
         const auto pFile = std::make_shared<MadeUpFile>(bytes);
-        SmallIndex index, untouched;
+        TinyIndex index, untouched;
         index.Attach(pFile);
         untouched.Attach(std::make_shared<MadeUpFile>(bytes));
         index.SeekRecord(operation.nCursor);
@@ -143,7 +143,7 @@ TEST(MadeUpPages, AFailedReadIsReportedAndLeavesNoTrace)
 TEST(MadeUpPages, APageThatComesShortIsAFailedRead)
 {
     const TestFile file(NumberedLines(200));
-    SmallIndex index;
+    TinyIndex index;
     index.Attach(file.Open());
     Record(index, 0);
     file.Truncate(700);
@@ -185,7 +185,7 @@ TEST(MadeUpPages, ZerosAtTheEndAreReadOnce)
     for (const char* end : {"\n", ""}) {
         const std::string bytes = "ab\ncd" + (end + std::string(500'000, '\0'));
         const auto pFile = std::make_shared<MadeUpFile>(bytes);
-        SmallIndex index;
+        TinyIndex index;
         index.Attach(pFile);
         string_t sText;
         for (int n = 0; n < 10; ++n) {
@@ -199,7 +199,7 @@ TEST(MadeUpPages, ZerosAtTheEndAreReadOnce)
 TEST(MadeUpPages, TheHeadOfALongLastRecordReadsLittle)
 {
     const auto pFile = std::make_shared<MadeUpFile>("ab\n" + std::string(500'000, 'x') + "\n");
-    SmallIndex index;
+    TinyIndex index;
     index.Attach(pFile);
     string_t sText;
     index.GetLastRecordHead(sText);
@@ -214,7 +214,7 @@ TEST(MadeUpPages, ALineWithoutEndIsSearchedOnce)
 {
     const std::string bytes(500'000, 'x');
     const auto pFile = std::make_shared<MadeUpFile>(bytes);
-    SmallIndex index;
+    TinyIndex index;
     index.Attach(pFile);
     EXPECT_FALSE(index.SeekRecord(1));
     for (int n = 0; n < 10; ++n)

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int kHosts = 4;
+constexpr int kHostThreads = 4;
 constexpr int kOperations = 2000; // of all hosts together
 
 // The sinks of sessions that may still be on, of all hosts. Holds no references: a sink belongs
@@ -259,11 +259,11 @@ TEST_F(SessionsOfFourHosts, NeverWaitForEachOtherForEver)
                    TempFile(WithBadLines(Minutes(2500)))},
                   {},
                   {}};
-    std::atomic<int> nRunning = kHosts;
+    std::atomic<int> nRunning = kHostThreads;
     std::vector<std::thread> threads;
-    for (unsigned t = 0; t < kHosts; ++t)
+    for (unsigned t = 0; t < kHostThreads; ++t)
         threads.emplace_back([&, t] {
-            Host(nSeed + t, shared).Run(Rounds(kOperations) / kHosts);
+            Host(nSeed + t, shared).Run(Rounds(kOperations) / kHostThreads);
             --nRunning;
         });
     WatchUntil(shared, nRunning, nSeed);

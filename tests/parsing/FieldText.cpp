@@ -35,11 +35,18 @@ std::string Shown(string_view_t sText)
     return shown;
 }
 
+CDataField Column(unsigned uiType, string_view_t sTemplate)
+{
+    CDataField field;
+    field.SetTypeAndTemplate(uiType, sTemplate);
+    return field;
+}
+
 std::string ShownValue(CDataField& field)
 {
     VARIANT value{};
     if (FAILED(field.GetValue(&value)))
-        return "refused";
+        return kRefused;
     switch (value.vt) {
     case VT_R8:
         return fmt::format("{}", value.dblVal);

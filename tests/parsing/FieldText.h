@@ -8,8 +8,12 @@
 // Lossy: units beyond ASCII become "{xxxx}".
 std::string Shown(string_view_t sText);
 
+Hesperon::specifics::CDataField Column(unsigned uiType, string_view_t sTemplate = {});
+
+inline constexpr const char* kRefused = "refused";
+
 // "2003-12-25" for a day, "09:30:15.005" for a time of day, digits for a number,
-// "refused" if GetValue gives nothing.
+// kRefused if GetValue gives nothing.
 std::string ShownValue(Hesperon::specifics::CDataField& field);
 
 // The same for a fresh column that parses one text.

@@ -127,13 +127,6 @@ std::string ShownList(const VARIANT& list)
     return s;
 }
 
-CDataField Column(unsigned uiType, string_view_t sTemplate)
-{
-    CDataField field;
-    field.SetTypeAndTemplate(uiType, sTemplate);
-    return field;
-}
-
 std::vector<CDataField> ColumnsOf(std::initializer_list<unsigned> types)
 {
     std::vector<CDataField> fields;

@@ -25,7 +25,6 @@ std::string ShownList(const VARIANT& list);
 
 // Columns of these types without templates; kNoType for an unassigned one.
 std::vector<Hesperon::specifics::CDataField> ColumnsOf(std::initializer_list<unsigned> types);
-Hesperon::specifics::CDataField Column(unsigned uiType, string_view_t sTemplate = {});
 
 struct OfferedResolution
 {
@@ -35,6 +34,13 @@ struct OfferedResolution
 
 // Ids 1 to 7 without sizes.
 std::vector<OfferedResolution> AllResolutions();
+
+// A text that `owner` keeps, as an argument.
+inline BSTR Text(Bstr& owner, string_view_t sText)
+{
+    owner = Bstr(sText);
+    return owner.get();
+}
 
 class ParsedFile
 {

@@ -11,13 +11,6 @@ namespace {
 
 constexpr const char* kRefused = "refused";
 
-CDataField Column(unsigned uiType, string_view_t sTemplate)
-{
-    CDataField field;
-    field.SetTypeAndTemplate(uiType, sTemplate);
-    return field;
-}
-
 CDataField Parsed(unsigned uiType, string_view_t sTemplate, string_view_t sText)
 {
     CDataField field = Column(uiType, sTemplate);

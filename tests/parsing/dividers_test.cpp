@@ -19,15 +19,15 @@ std::string ShownDividers(const DividerSet& dividers)
     return s;
 }
 
-struct Row
+struct DividersRow
 {
     string_view_t sRecord;
     const char* szDividers;
 };
 
-void Expect(std::initializer_list<Row> rows)
+void ExpectDividers(std::initializer_list<DividersRow> rows)
 {
-    for (const Row& row : rows) {
+    for (const DividersRow& row : rows) {
         SCOPED_TRACE(Shown(row.sRecord));
         EXPECT_EQ(row.szDividers, ShownDividers(FindDividers(row.sRecord)));
     }
@@ -35,7 +35,7 @@ void Expect(std::initializer_list<Row> rows)
 
 TEST(Dividers, TheStrongestCandidateWinsAndTheTabJoins)
 {
-    Expect({
+    ExpectDividers({
         {OLESTR("01/02/2003,09:30,1.5"), "T,"},
         {OLESTR("01/02/2003;1.5"), "T;"},
         {OLESTR("2003 1.5 7"), "T_"},
@@ -49,12 +49,12 @@ TEST(Dividers, TheStrongestCandidateWinsAndTheTabJoins)
 
 TEST(Dividers, WithoutCandidatesTheWinnerIsTheCharacterZero)
 {
-    Expect({{OLESTR("abc"), "0T"}, {OLESTR(""), "0T"}, {OLESTR("1.5-7"), "0T"}});
+    ExpectDividers({{OLESTR("abc"), "0T"}, {OLESTR(""), "0T"}, {OLESTR("1.5-7"), "0T"}});
 }
 
 TEST(Dividers, ABlankBetweenDateAndTimeDividesToo)
 {
-    Expect({
+    ExpectDividers({
         {OLESTR("01/02/2003 09:30,1.5,7"), "T_,"},
         {OLESTR("01/02/2003 09:30;1.5"), "T_;"},
         {OLESTR("2003 1.5\t7"), "T_"},
@@ -64,7 +64,7 @@ TEST(Dividers, ABlankBetweenDateAndTimeDividesToo)
 
 TEST(Dividers, ABlankDividesOnlyWithADigitAheadOfTheWinner)
 {
-    Expect({
+    ExpectDividers({
         {OLESTR("Date Time,1.5"), "T,"},
         {OLESTR("ES,01/02/2003 09:30,1.5"), "T,"},
         {OLESTR("a b,1 2"), "T,"},
@@ -73,7 +73,7 @@ TEST(Dividers, ABlankDividesOnlyWithADigitAheadOfTheWinner)
 
 TEST(Dividers, TheLookForADigitBeginsBehindAsManyCharactersAsColonsWereMet)
 {
-    Expect({
+    ExpectDividers({
         {OLESTR("1: a,2"), "T,"},
         {OLESTR("11: a,2"), "T_,"},
         {OLESTR("12::: a,2"), "T,"},

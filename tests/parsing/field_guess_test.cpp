@@ -9,7 +9,7 @@ using namespace Hesperon::specifics;
 
 namespace {
 
-TypeSet Types(std::initializer_list<unsigned> types)
+TypeSet SetOf(std::initializer_list<unsigned> types)
 {
     TypeSet set;
     for (unsigned uiType : types)
@@ -74,7 +74,7 @@ TEST(HeaderWords, ThatFitNothingReadAsDate)
     for (string_view_t sCell : {OLESTR("zzz"), OLESTR("Q"), OLESTR("\u0144")}) {
         SCOPED_TRACE(Shown(sCell));
         EXPECT_EQ(TypeDate, GetTypeFromField(sCell, {}).uiType);
-        EXPECT_EQ(kNoType, GetTypeFromField(sCell, Types({TypeDate})).uiType);
+        EXPECT_EQ(kNoType, GetTypeFromField(sCell, SetOf({TypeDate})).uiType);
     }
 }
 
@@ -105,7 +105,7 @@ TEST(HeaderWords, GoOnToTheNextBestTypeWhenOnesWereTried)
     };
     for (const Row& row : kRows) {
         SCOPED_TRACE(Shown(row.sCell) + testing::PrintToString(row.tried.size()));
-        EXPECT_EQ(row.uiType, GetTypeFromField(row.sCell, Types(row.tried)).uiType);
+        EXPECT_EQ(row.uiType, GetTypeFromField(row.sCell, SetOf(row.tried)).uiType);
     }
     EXPECT_EQ(kNoType, GetTypeFromField(OLESTR("Date"), TypeSet().set()).uiType);
 }
@@ -174,7 +174,7 @@ TEST(FieldTexts, TakeTheFirstTypeAndTemplateThatReadsThem)
 
 TEST(FieldTexts, GoToTheLowestTypeThatIsFree)
 {
-    const TypeSet prices = Types({TypeOpen, TypeHigh, TypeLow, TypeClose, TypePrice});
+    const TypeSet prices = SetOf({TypeOpen, TypeHigh, TypeLow, TypeClose, TypePrice});
     struct Row
     {
         string_view_t sText;
@@ -182,15 +182,15 @@ TEST(FieldTexts, GoToTheLowestTypeThatIsFree)
         const char* szGuess;
     };
     const Row kRows[] = {
-        {OLESTR("1.5"), Types({TypeOpen}), "High float"},
-        {OLESTR("1.5"), Types({TypeOpen, TypeHigh}), "Low float"},
-        {OLESTR("1.5"), Types({TypeOpen, TypeLow}), "High float"},
+        {OLESTR("1.5"), SetOf({TypeOpen}), "High float"},
+        {OLESTR("1.5"), SetOf({TypeOpen, TypeHigh}), "Low float"},
+        {OLESTR("1.5"), SetOf({TypeOpen, TypeLow}), "High float"},
         {OLESTR("1.5"), prices, "none"},
         {OLESTR("1.0"), prices, "Volume int"},
         {OLESTR("100"), prices, "Time *hmm"},
-        {OLESTR("100"), prices | Types({TypeTime}), "Volume int"},
-        {OLESTR("100"), prices | Types({TypeTime, TypeVolume}), "Up Volume int"},
-        {OLESTR("01/02/03"), Types({TypeDate}), "none"},
+        {OLESTR("100"), prices | SetOf({TypeTime}), "Volume int"},
+        {OLESTR("100"), prices | SetOf({TypeTime, TypeVolume}), "Up Volume int"},
+        {OLESTR("01/02/03"), SetOf({TypeDate}), "none"},
     };
     for (const Row& row : kRows) {
         SCOPED_TRACE(Shown(row.sText) + " besides " + row.used.to_string());
@@ -225,7 +225,7 @@ TEST(FieldTexts, AreSearchedForFromATypeUpward)
 TEST(FieldTexts, TakeOnlyTypesThatTheResolutionAdmits)
 {
     EXPECT_EQ("Price float", Guess(OLESTR("1.5"), kNoType, {}, ResolutionTick));
-    const TypeSet bars = Types({TypeOpen, TypeHigh, TypeLow, TypeClose});
+    const TypeSet bars = SetOf({TypeOpen, TypeHigh, TypeLow, TypeClose});
     EXPECT_EQ("none", Guess(OLESTR("1.5"), kNoType, bars, ResolutionMinutes));
 }
 

@@ -13,12 +13,6 @@ namespace {
 
 constexpr ULONG kNoIndex = 0xFFFFFFFF;
 
-BSTR Text(Bstr& owner, string_view_t sText)
-{
-    owner = Bstr(sText);
-    return owner.get();
-}
-
 class Columns : public testing::Test
 {
 protected:

@@ -11,12 +11,6 @@ using namespace Hesperon::specifics;
 
 namespace {
 
-BSTR Text(Bstr& owner, string_view_t sText)
-{
-    owner = Bstr(sText);
-    return owner.get();
-}
-
 class ColumnTemplates : public testing::Test
 {
 protected:

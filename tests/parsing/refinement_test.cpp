@@ -57,7 +57,7 @@ protected:
 using SymbolRule = Refinement;
 using Samples = Refinement;
 
-struct Row
+struct RefinementRow
 {
     std::initializer_list<unsigned> types;
     const char* szLine;
@@ -66,7 +66,7 @@ struct Row
 };
 
 #define EXPECT_REFINED(rows)                                                                       \
-    for (const Row& row : rows) {                                                                  \
+    for (const RefinementRow& row : rows) {                                                        \
         SCOPED_TRACE(std::string(row.szLine) + " to " + row.szRefined);                            \
         EXPECT_EQ(row.szRefined, Refined(row.types, {Wide(row.szLine)}, row.nResolution));         \
     }
@@ -127,7 +127,7 @@ TEST_F(SymbolRule, IsTheOnlyOneForAFileWithAHeader)
 
 TEST_F(Refinement, PutsTheBoundsOfABarInOrder)
 {
-    const Row kRows[] = {
+    const RefinementRow kRows[] = {
         {{kDate, kOpen, kHigh, kLow, kClose}, "d,1.5,1,2,1.5", "Date, Open, Low, High, Close"},
         {{kDate, kHigh, kLow}, "d,1,2", "Date, Low, High"},
         {{kDate, kOpen, kHigh}, "d,2,1", "Date, High, Open"},
@@ -200,7 +200,7 @@ TEST_F(Refinement, StopsAtSwapsThatUndoEachOther)
 
 TEST_F(Refinement, DropsUpAndDownTicks)
 {
-    const Row kRows[] = {
+    const RefinementRow kRows[] = {
         {{kDate, kUpTicks, kDownTicks, kTotalTicks}, "d,3,4,7", "Date, -, -, Total Ticks"},
         {{kDate, kUpTicks, kDownTicks, kTotalTicks}, "d,10,4,7", "Date, Total Ticks, -, -"},
         {{kDate, kUpTicks, kDownTicks, kTotalTicks}, "d,3,10,7", "Date, -, Total Ticks, -"},
@@ -215,7 +215,7 @@ TEST_F(Refinement, DropsUpAndDownTicks)
 
 TEST_F(Refinement, DropsUpAndDownVolumes)
 {
-    const Row kRows[] = {
+    const RefinementRow kRows[] = {
         {{kDate, kUpVolume, kDownVolume, kVolume}, "d,3,4,7", "Date, -, -, Volume"},
         {{kDate, kUpVolume, kDownVolume, kVolume}, "d,10,4,7", "Date, Volume, -, -"},
         {{kDate, kUpVolume, kDownVolume, kVolume}, "d,3,10,7", "Date, -, Volume, -"},
@@ -247,7 +247,7 @@ TEST_F(Refinement, EndsThePassInWhichItDropsThem)
 
 TEST_F(Refinement, FillsOpenInterestFromTheFirstUnassignedColumn)
 {
-    const Row kRows[] = {
+    const RefinementRow kRows[] = {
         {{kDate, kNone, kNone}, "d,1,2", "Date, Open Interest, -", ResolutionDays},
         {{kDate, kNone, kNone}, "d,1,2", "Date, Open Interest, -", ResolutionNone},
         {{kDate, kNone, kNone}, "d,1,2", "Date, -, -", ResolutionMinutes},
@@ -258,7 +258,7 @@ TEST_F(Refinement, FillsOpenInterestFromTheFirstUnassignedColumn)
 
 TEST_F(Refinement, TakesTheLargerOfVolumeAndOpenInterestForTheInterest)
 {
-    const Row kRows[] = {
+    const RefinementRow kRows[] = {
         {{kDate, kVolume, kInterest}, "d,200,100", "Date, Open Interest, Volume", ResolutionDays},
         {{kDate, kVolume, kInterest}, "d,100,100", "Date, Volume, Open Interest", ResolutionDays},
         {{kDate, kVolume, kInterest},
@@ -271,7 +271,7 @@ TEST_F(Refinement, TakesTheLargerOfVolumeAndOpenInterestForTheInterest)
 
 TEST_F(Refinement, ComparesTotalsOnTheLastSampledRecord)
 {
-    const Row kRows[] = {
+    const RefinementRow kRows[] = {
         {{kDate, kOpen, kHigh, kUnchangedVolume, kTotalVolume},
          "d,1,2,9,5",
          "Date, Open, High, Total Volume, Unchanged Volume",
@@ -309,7 +309,7 @@ TEST_F(Refinement, ComparesTotalsOnTheLastSampledRecord)
 
 TEST_F(Refinement, FindsTheSumOfTwoColumns)
 {
-    const Row kRows[] = {
+    const RefinementRow kRows[] = {
         // The parts are named, and the next passes drop them.
         {{kDate, kOpen, kHigh, kVolume, kUnchangedTicks, kTotalTicks},
          "d,1,2,30,10,20",
@@ -344,7 +344,7 @@ TEST_F(Refinement, FindsTheSumOfTwoColumns)
 
 TEST_F(Refinement, FindsTheVolumeAmongThePrices)
 {
-    const Row kRows[] = {
+    const RefinementRow kRows[] = {
         {{kDate, kOpen, kHigh, kVolume}, "d,60,100,79", "Date, Volume, High, Open"},
         {{kDate, kOpen, kHigh, kVolume}, "d,60,100,80", "Date, Open, High, Volume"}, // 60/80
         {{kDate, kOpen, kHigh, kVolume}, "d,75,100,75", "Date, Open, High, Volume"}, // 75/100

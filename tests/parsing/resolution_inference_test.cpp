@@ -216,7 +216,7 @@ struct FileRow
     LONG nSize;
 };
 
-void Expect(const FileRow& row, const std::vector<OfferedResolution>& offered)
+void ExpectResolution(const FileRow& row, const std::vector<OfferedResolution>& offered)
 {
     SCOPED_TRACE(row.szWhat);
     ParsedFile file(row.lines);
@@ -248,7 +248,7 @@ TEST(Inference, FindsTheResolutionOfAFile)
         {"days without bars", DayLines(Evenly(1, 12), "1.5"), ResolutionNone, 0},
     };
     for (const FileRow& row : kRows)
-        Expect(row, AllResolutions());
+        ExpectResolution(row, AllResolutions());
 }
 
 TEST(Inference, TakesOnlyWhatTheHostOffers)
@@ -285,7 +285,7 @@ TEST(Inference, TakesOnlyWhatTheHostOffers)
         for (LONG nId : row.offered)
             offered.push_back({nId, OLESTR("any")});
         const std::string sWhat = testing::PrintToString(row.offered);
-        Expect({sWhat.c_str(), row.lines, row.nResolution, row.nSize}, offered);
+        ExpectResolution({sWhat.c_str(), row.lines, row.nResolution, row.nSize}, offered);
     }
 }
 
@@ -307,14 +307,15 @@ TEST(Inference, HoldsMinutesAgainstTheSizeInTheHostsName)
         {"Minutes|x", 3, ResolutionMinutes, 3},
     };
     for (const SizeRow& row : kRows)
-        Expect({row.szName, MinuteLines(Evenly(row.nStep, 12), kBar), row.nResolution, row.nSize},
-               {{ResolutionMinutes, Wide(row.szName)}, {ResolutionTickBars, OLESTR("Bars|7")}});
+        ExpectResolution(
+            {row.szName, MinuteLines(Evenly(row.nStep, 12), kBar), row.nResolution, row.nSize},
+            {{ResolutionMinutes, Wide(row.szName)}, {ResolutionTickBars, OLESTR("Bars|7")}});
 }
 
 TEST(Inference, TakesTheFirstOfTwoNamesOfOneResolution)
 {
-    Expect({"two names", MinuteLines(Evenly(5, 12), kBar), ResolutionMinutes, 1},
-           {{ResolutionMinutes, OLESTR("a|1")}, {ResolutionMinutes, OLESTR("b|5")}});
+    ExpectResolution({"two names", MinuteLines(Evenly(5, 12), kBar), ResolutionMinutes, 1},
+                     {{ResolutionMinutes, OLESTR("a|1")}, {ResolutionMinutes, OLESTR("b|5")}});
 }
 
 TEST(Inference, BuildsTheColumnsThatTheResolutionAdmits)

@@ -10,16 +10,16 @@ namespace {
 constexpr const char* kRefused = "refused";
 constexpr const char* kHasNoValue = kRefused; // valid, but only together with a date
 
-struct Row
+struct TemplateRow
 {
     string_view_t sTemplate;
     string_view_t sText;
     const char* expected;
 };
 
-void ExpectRows(unsigned uiType, std::initializer_list<Row> rows)
+void ExpectRows(unsigned uiType, std::initializer_list<TemplateRow> rows)
 {
-    for (const Row& row : rows) {
+    for (const TemplateRow& row : rows) {
         SCOPED_TRACE("\"" + Shown(row.sTemplate) + "\" reads \"" + Shown(row.sText) + "\"");
         EXPECT_EQ(Read(uiType, row.sTemplate, row.sText), row.expected);
     }

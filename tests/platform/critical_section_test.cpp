@@ -34,10 +34,10 @@ void WaitForIt(Event& owned)
 }
 
 // Handles each message by the given call.
-class Window : public MessageWindow
+class CallingWindow : public MessageWindow
 {
 public:
-    explicit Window(std::function<void()> handle) : m_handle(std::move(handle)) { Create(); }
+    explicit CallingWindow(std::function<void()> handle) : m_handle(std::move(handle)) { Create(); }
 
 private:
     LONG_PTR OnMessage(UINT, ULONG_PTR, LONG_PTR) override
@@ -152,7 +152,7 @@ TEST(CriticalSection, GoesFirstToAThreadThatWaitsAhead)
 int TurnsBeforeHandover()
 {
     CriticalSection section;
-    Window window([] {});
+    CallingWindow window([] {});
     std::atomic<bool> waits = false;
     std::atomic<bool> done = false;
     std::atomic<int> nTurns = 0;
@@ -197,7 +197,7 @@ TEST(LockPumping, DispatchesNothingWhileTheHolderMerelyWorks)
 {
     CriticalSection section;
     bool bHandled = false;
-    Window window([&] { bHandled = true; });
+    CallingWindow window([&] { bHandled = true; });
     Event held(Event::Kind::ManualReset);
     std::thread holder([&] {
         const LockGuard lock(section);
@@ -218,7 +218,7 @@ TEST(LockPumping, LeavesTheSectionToOthersWhileAMessageIsHandled)
     CriticalSection section;
     Event held(Event::Kind::ManualReset);
     Event handling(Event::Kind::ManualReset);
-    Window window([&] {
+    CallingWindow window([&] {
         handling.Set();
         std::thread([&] { const LockGuard lock(section); }).join();
     });

@@ -34,7 +34,7 @@ Cost Spent()
             std::chrono::milliseconds(time.tv_sec * 1000 + time.tv_nsec / 1'000'000)};
 }
 
-class Window : public MessageWindow
+class AnsweringWindow : public MessageWindow
 {
     LONG_PTR OnMessage(UINT, ULONG_PTR, LONG_PTR) override { return 1; }
 };
@@ -42,7 +42,7 @@ class Window : public MessageWindow
 // What the calling thread, which has a window, spends on a wait that another thread ends.
 Cost CostOf(const std::function<void()>& wait, const std::function<void()>& end)
 {
-    Window window;
+    AnsweringWindow window;
     window.Create();
     std::thread other([&] {
         std::this_thread::sleep_for(kLong);

@@ -26,7 +26,7 @@ constexpr WindowMessage<const ULONGLONG&, ULONGLONG&> kBoth{kUserMessage + 5};
 constexpr WindowMessage<const OLECHAR*, const Place*> kTextAndPlace{kUserMessage + 6};
 
 // Keeps the last message as it came, and handles the typed ones.
-class Window : public MessageWindow
+class ListeningWindow : public MessageWindow
 {
 public:
     UINT nMessage = 0;
@@ -61,11 +61,9 @@ private:
 class WindowMessages : public testing::Test
 {
 protected:
-    Window window;
+    ListeningWindow window;
     const WindowHandle hWnd = window.Create();
 };
-
-} // namespace
 
 TEST_F(WindowMessages, WithoutPartsCarriesZeros)
 {
@@ -140,3 +138,5 @@ TEST_F(WindowMessages, AWindowThatHasGoneTakesNone)
     EXPECT_EQ(kNumber.Send(hWnd, 41), 0);
     EXPECT_FALSE(kNumber.Post(hWnd, 41));
 }
+
+} // namespace

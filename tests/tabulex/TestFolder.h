@@ -2,6 +2,8 @@
 #pragma once
 
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 
 #include "tests/support/TempFolder.h"
@@ -20,3 +22,10 @@ public:
                                                       std::filesystem::directory_iterator()));
     }
 };
+
+inline std::string ContentOf(const std::string& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}

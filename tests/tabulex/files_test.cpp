@@ -24,7 +24,7 @@ bool Put(const std::string& path, FileMode mode, std::string_view text)
     return std::fclose(file) == 0 && bWritten;
 }
 
-std::string ContentOf(const std::string& path)
+std::string ReadBack(const std::string& path)
 {
     char text[100];
     std::FILE* file = OpenFile(path, FileMode::Read);
@@ -43,10 +43,10 @@ TEST(Files, AreWrittenAnewOrAppendedTo)
     const std::string path = folder / kName;
     EXPECT_TRUE(Put(path, FileMode::WriteNew, "a\nb\x1A"));
     EXPECT_TRUE(Put(path, FileMode::Append, "c\r\n"));
-    EXPECT_EQ(ContentOf(path), "a\nb\x1A"
-                               "c\r\n");
+    EXPECT_EQ(ReadBack(path), "a\nb\x1A"
+                              "c\r\n");
     EXPECT_TRUE(Put(path, FileMode::Write, "d"));
-    EXPECT_EQ(ContentOf(path), "d");
+    EXPECT_EQ(ReadBack(path), "d");
     EXPECT_EQ(std::filesystem::file_size(PathOf(path)), 1u);
 }
 
@@ -57,7 +57,7 @@ TEST(Files, AreNotMadeWhereTheNameIsTaken)
     errno = 0;
     EXPECT_FALSE(Put(folder / kName, FileMode::WriteNew, "new"));
     EXPECT_EQ(errno, EEXIST);
-    EXPECT_EQ(ContentOf(folder / kName), "old");
+    EXPECT_EQ(ReadBack(folder / kName), "old");
 }
 
 TEST(Files, AreNoFolders)
@@ -79,7 +79,7 @@ TEST(Files, AppearUnderNamesInAnyLanguage)
         ASSERT_TRUE(file.Open(folder / kName)) << file.FaultText();
         file.Write(pszText);
         EXPECT_TRUE(file.Commit()) << file.FaultText();
-        EXPECT_EQ(ContentOf(folder / kName), pszText);
+        EXPECT_EQ(ReadBack(folder / kName), pszText);
     }
     const auto entry = std::filesystem::directory_iterator(PathOf(folder / ""))->path();
     EXPECT_EQ(Utf8Of(entry.filename()), kName);

@@ -1,7 +1,6 @@
 // Outputs whose names are links or devices.
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,13 +15,6 @@ using namespace tabulex;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string ContentOf(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
 
 OutputOptions DatabaseAt(const std::string& path)
 {

@@ -1,7 +1,6 @@
 // What is written: rows of both formats, and files that appear only when committed.
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -22,13 +21,6 @@ std::string RowOf(RowWriter& writer, string_view_t symbol)
     std::string text;
     writer.Row(cells.data(), text);
     return text;
-}
-
-std::string ContentOf(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
 }
 
 } // namespace

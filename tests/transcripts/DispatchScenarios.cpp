@@ -118,7 +118,7 @@ void Calls(Host& host)
     call("a property as a call", OLESTR("FieldCount"));
 }
 
-constexpr Scenario kScenarios[] = {
+constexpr Scenario kDispatchScenarios[] = {
     {"properties", Properties},
     {"puts, right and wrong", Puts},
     {"calls, right and wrong", Calls},
@@ -128,7 +128,7 @@ constexpr Scenario kScenarios[] = {
 
 std::span<const Scenario> DispatchScenarios()
 {
-    return kScenarios;
+    return kDispatchScenarios;
 }
 
 } // namespace transcripts

@@ -12,7 +12,7 @@ void Run(Host& host, const char* pszSample)
     host.Convert();
 }
 
-constexpr Scenario kScenarios[] = {
+constexpr Scenario kSampleScenarios[] = {
     {"date-06.csv", [](Host& host) { Run(host, "date-06.csv"); }},
     {"date-20.csv", [](Host& host) { Run(host, "date-20.csv"); }},
     {"day-no-header.csv", [](Host& host) { Run(host, "day-no-header.csv"); }},
@@ -37,7 +37,7 @@ constexpr Scenario kScenarios[] = {
 
 std::span<const Scenario> SampleScenarios()
 {
-    return kScenarios;
+    return kSampleScenarios;
 }
 
 } // namespace transcripts

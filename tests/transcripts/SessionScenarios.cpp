@@ -156,7 +156,7 @@ void FileWithoutQuotes(Host& host)
     host.Convert();
 }
 
-constexpr Scenario kScenarios[] = {
+constexpr Scenario kSessionScenarios[] = {
     {"several batches", SeveralBatches},
     {"the sink has enough", SinkHasEnough},
     {"the sink fails", SinkFails},
@@ -181,7 +181,7 @@ constexpr Scenario kScenarios[] = {
 
 std::span<const Scenario> SessionScenarios()
 {
-    return kScenarios;
+    return kSessionScenarios;
 }
 
 } // namespace transcripts

@@ -219,7 +219,7 @@ void UsersSettings(Host& host)
     host.Tell("put words", host.Converter().put_Environment(Bstr(OLESTR("words")).get()));
 }
 
-constexpr Scenario kScenarios[] = {
+constexpr Scenario kSettingScenarios[] = {
     {"all symbols, the first one only, a failure at the first one", Symbols},
     {"Chinese symbols", ChineseSymbols},
     {"symbols of a file that has none", NoSymbols},
@@ -246,7 +246,7 @@ constexpr Scenario kScenarios[] = {
 
 std::span<const Scenario> SettingScenarios()
 {
-    return kScenarios;
+    return kSettingScenarios;
 }
 
 } // namespace transcripts

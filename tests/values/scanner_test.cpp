@@ -6,16 +6,16 @@
 
 namespace {
 
-struct Row
+struct DocumentRow
 {
     string_view_t sDocument;
     const char* sHeard;
 };
 
 template <std::size_t N>
-void Check(const Row (&rows)[N])
+void Check(const DocumentRow (&rows)[N])
 {
-    for (const Row& row : rows) {
+    for (const DocumentRow& row : rows) {
         SCOPED_TRACE(std::string(row.sDocument.begin(), row.sDocument.end()));
         EXPECT_EQ(row.sHeard, Heard(row.sDocument));
         EXPECT_EQ(row.sHeard, PlainlyHeard(row.sDocument));
@@ -24,7 +24,7 @@ void Check(const Row (&rows)[N])
 
 TEST(Scanner, ReportsTagsAndTextInTheirOrder)
 {
-    constexpr Row kRows[] = {
+    constexpr DocumentRow kRows[] = {
         {OLESTR(""), "ok"},
         {OLESTR(" \t\r\n"), "ok"},
         {OLESTR("<A>text</A>"), "+A 'text' -A ok"},
@@ -46,7 +46,7 @@ TEST(Scanner, ReportsTagsAndTextInTheirOrder)
 
 TEST(Scanner, EndsWithItsTextOrAtAZero)
 {
-    constexpr Row kRows[] = {
+    constexpr DocumentRow kRows[] = {
         {OLESTR("<A>x</A>stray"), "+A 'x' -A broken"}, // nothing follows the text
         {OLESTR("<A>x</A>\r\n\r\n"), "+A 'x' -A ok"},
         {OLESTR("stray"), "broken"},
@@ -67,7 +67,7 @@ TEST(Scanner, EndsWithItsTextOrAtAZero)
 
 TEST(Scanner, TrimsQuotesOnly)
 {
-    constexpr Row kRows[] = {
+    constexpr DocumentRow kRows[] = {
         {OLESTR("<A>\"x\"</A>"), "+A 'x' -A ok"},
         {OLESTR("<A>\"\"\"x\"y\"\"</A>"), "+A 'x\"y' -A ok"},
         {OLESTR("<A>\" x \"</A>"), "+A ' x ' -A ok"},
@@ -83,7 +83,7 @@ TEST(Scanner, TrimsQuotesOnly)
 
 TEST(Scanner, ReportsTheEndOfAnElementThatClosesItself)
 {
-    constexpr Row kRows[] = {
+    constexpr DocumentRow kRows[] = {
         {OLESTR("<A/>"), "+A -A ok"},         {OLESTR("<A />"), "+A -A ok"},
         {OLESTR("<A b=\"c\"/>"), "+A -A ok"}, {OLESTR("<A//>"), "+A/ -A/ ok"},
         {OLESTR("<//>"), "broken"}, // no name is left
@@ -95,7 +95,7 @@ TEST(Scanner, ReportsTheEndOfAnElementThatClosesItself)
 
 TEST(Scanner, StepsOverOneCharacterBehindASlash)
 {
-    constexpr Row kRows[] = {
+    constexpr DocumentRow kRows[] = {
         {OLESTR("<A /x>y</A>"), "+A -A '>y' -A ok"},
         {OLESTR("<A / >y</A>"), "+A -A '>y' -A ok"},
         {OLESTR("<A /<B>"), "+A -A broken"}, // "B>" is text that no tag follows
@@ -105,7 +105,7 @@ TEST(Scanner, StepsOverOneCharacterBehindASlash)
 
 TEST(Scanner, DropsAttributes)
 {
-    constexpr Row kRows[] = {
+    constexpr DocumentRow kRows[] = {
         {OLESTR("<A b=c d='e>' f=\"/>\" g>x</A>"), "broken"}, // g runs on to a blank or '='
         {OLESTR("<A b=c d='e>' f=\"/>\" g >x</A>"), "+A 'x' -A ok"},
         {OLESTR("<A b = c>x</A>"), "+A 'x' -A ok"},
@@ -129,7 +129,7 @@ TEST(Scanner, DropsAttributes)
 
 TEST(Scanner, PassesCommentsAndInstructions)
 {
-    constexpr Row kRows[] = {
+    constexpr DocumentRow kRows[] = {
         {OLESTR("<?xml version=\"1.0\"?><A>"), "+A ok"},
         {OLESTR("<?XML?><A>"), "+?XML? +A ok"}, // no blank: the name is another
         {OLESTR("<?XML ?><A>"), "+A ok"},
@@ -154,7 +154,7 @@ TEST(Scanner, PassesCommentsAndInstructions)
 
 TEST(Scanner, LeavesScriptsAndStylesUnread)
 {
-    constexpr Row kRows[] = {
+    constexpr DocumentRow kRows[] = {
         {OLESTR("<script><A>x</A></script><B>"), "+script -script +B ok"},
         {OLESTR("<SCRIPT a=b>1 <2 </Script><B>"), "+SCRIPT -Script +B ok"},
         {OLESTR("<script>1 <2</script><B>"), "+script broken"}, // a name of 2</script

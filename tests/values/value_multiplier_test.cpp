@@ -19,7 +19,7 @@ constexpr LONGLONG kSmallest = std::numeric_limits<LONGLONG>::min();
 
 constexpr char kKindAssertion[] = "0 && \"qrlValueMultiplier: Only accept VT_I8 & VT_R8 types\"";
 
-struct Row
+struct MultiplierRow
 {
     const OLECHAR* szName;
     BYTE nCode;
@@ -27,7 +27,7 @@ struct Row
     LONGLONG n12345, nMinus12345; // what becomes of 12345 and -12345
 };
 
-constexpr Row kRows[] = {
+constexpr MultiplierRow kMultipliers[] = {
     {OLESTR("1000000"), 0x01, 1000000, 1, 12345000000, -12345000000},
     {OLESTR("100000"), 0x40, 100000, 1, 1234500000, -1234500000},
     {OLESTR("10000"), 0x41, 10000, 1, 123450000, -123450000},
@@ -105,7 +105,7 @@ TEST_F(ValueMultiplier, NamesStandInTheOrderOfTheTable)
         SCOPED_TRACE(i);
         Bstr name;
         ASSERT_EQ(S_OK, SafeArrayGetElement(names.parray, &i, name.put()));
-        EXPECT_EQ(string_t(kRows[i].szName), name.str());
+        EXPECT_EQ(string_t(kMultipliers[i].szName), name.str());
     }
 }
 
@@ -117,8 +117,8 @@ TEST_F(ValueMultiplier, NullPointersAreRefused)
 
 TEST_F(ValueMultiplier, NameAndCodeSelectTheSameRow)
 {
-    for (const Row& row : kRows) {
-        SCOPED_TRACE(&row - kRows);
+    for (const MultiplierRow& row : kMultipliers) {
+        SCOPED_TRACE(&row - kMultipliers);
         const auto byCode = NewMultiplier();
         EXPECT_EQ(S_OK, Put(row.szName));
         EXPECT_EQ(S_OK, byCode->SetCode(row.nCode));
@@ -131,8 +131,8 @@ TEST_F(ValueMultiplier, NameAndCodeSelectTheSameRow)
 
 TEST_F(ValueMultiplier, IntegersAreScaledByEachRow)
 {
-    for (const Row& row : kRows) {
-        SCOPED_TRACE(&row - kRows);
+    for (const MultiplierRow& row : kMultipliers) {
+        SCOPED_TRACE(&row - kMultipliers);
         Put(OLESTR("1"));
         Put(row.szName);
         EXPECT_EQ(row.n12345, Integer(12345));
@@ -145,8 +145,8 @@ TEST_F(ValueMultiplier, FloatsAreScaledByOneOperation)
 {
     std::mt19937 random(Seed());
     std::uniform_real_distribution<double> values(-1e6, 1e6);
-    for (const Row& row : kRows) {
-        SCOPED_TRACE(&row - kRows);
+    for (const MultiplierRow& row : kMultipliers) {
+        SCOPED_TRACE(&row - kMultipliers);
         m_object = NewMultiplier();
         Put(row.szName);
         for (int n = 0; n < Rounds(1000); ++n) {
@@ -183,7 +183,8 @@ TEST_F(ValueMultiplier, UnknownNamesAndCodesChangeNothing)
     EXPECT_EQ(E_INVALIDARG, m_object->put_Current(nullptr));
     for (int nCode = 0; nCode <= 0xFF; ++nCode) {
         SCOPED_TRACE(nCode);
-        const bool bKnown = std::ranges::find(kRows, nCode, &Row::nCode) != std::end(kRows);
+        const bool bKnown =
+            std::ranges::find(kMultipliers, nCode, &MultiplierRow::nCode) != std::end(kMultipliers);
         if (!bKnown) {
             EXPECT_EQ(E_INVALIDARG, m_object->SetCode(static_cast<BYTE>(nCode)));
         }
@@ -216,9 +217,10 @@ TEST_F(ValueMultiplier, TextsAndOtherAddressesStayAsTheyAreAfterANumber)
 {
     constexpr VARTYPE kAddresses[] = {VT_BSTR,          VT_DISPATCH,      VT_UNKNOWN,
                                       VT_ARRAY | VT_R8, VT_BYREF | VT_R8, VT_BYREF | VT_BSTR};
-    for (const Row& row : kRows)
+    for (const MultiplierRow& row : kMultipliers)
         for (const bool bInteger : {true, false}) {
-            SCOPED_TRACE(testing::Message() << &row - kRows << (bInteger ? ", integer" : ""));
+            SCOPED_TRACE(testing::Message()
+                         << &row - kMultipliers << (bInteger ? ", integer" : ""));
             m_object = NewMultiplier();
             Put(row.szName);
             bInteger ? static_cast<void>(Integer(7)) : static_cast<void>(Float(7));

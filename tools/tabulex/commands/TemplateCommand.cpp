@@ -29,7 +29,7 @@ struct Trial
     std::string sReason;
 };
 
-void RequireAccepted(HRESULT hr, std::string_view what)
+void RequireSuccess(HRESULT hr, std::string_view what)
 {
     if (FAILED(hr))
         throw Fault{ExitStatus::Refused, fmt::format("{} is refused: {}", what, HexOf(hr))};
@@ -41,8 +41,8 @@ void SetTemplate(const Host& host, unsigned uiType, const std::string& sTemplate
     if (uiType == TypeDate || uiType == TypeTime) {
         if (sTemplate.empty())
             throw Fault{ExitStatus::Usage, "the template is empty; give one such as '*y-*m-*d'"};
-        RequireAccepted(host.Records().SetFieldTemplate(Bstr(FromUtf8(sTemplate)).get(), 0),
-                        "the template");
+        RequireSuccess(host.Records().SetFieldTemplate(Bstr(FromUtf8(sTemplate)).get(), 0),
+                       "the template");
         return;
     }
     Bstr fixed;
@@ -59,7 +59,7 @@ void SetTemplate(const Host& host, unsigned uiType, const std::string& sTemplate
 Trial Try(const Host& host, const std::string& text)
 {
     Trial trial;
-    RequireAccepted(host.Records().Parse(Bstr(FromUtf8(text)).get()), "the text");
+    RequireSuccess(host.Records().Parse(Bstr(FromUtf8(text)).get()), "the text");
     trial.bValid = host.Records().GetFieldValue(trial.value.put(), 0) == S_OK;
     if (trial.bValid)
         return trial;
@@ -103,8 +103,8 @@ ExitStatus TryTemplate(const Context& context)
     const unsigned uiType = host.RequireType(options.sType, "TYPE");
     const Trial trial = OnReadFile(host, [&] {
         host.Open(file.Path());
-        RequireAccepted(host.Records().put_FieldDividers(kNoDividers), "an undivided line");
-        RequireAccepted(host.Records().SetFieldType(0, static_cast<LONG>(uiType)), "the type");
+        RequireSuccess(host.Records().put_FieldDividers(kNoDividers), "an undivided line");
+        RequireSuccess(host.Records().SetFieldType(0, static_cast<LONG>(uiType)), "the type");
         SetTemplate(host, uiType, options.sTemplate);
         return Try(host, options.sText);
     });

@@ -12,7 +12,7 @@ namespace tabulex {
 namespace {
 
 // Bash hands "--option=value" over as three words.
-constexpr const char* kScript = R"(# Completion of tabulex for bash.
+constexpr const char* kBashScript = R"(# Completion of tabulex for bash.
 
 _tabulex()
 {{
@@ -109,7 +109,7 @@ std::string BashCompletion(const CommandTree& tree)
     CommandNode none = tree.tool;
     none.sName.clear();
     options += CommandCase(none, fmt::format("commands='{}'", fmt::join(commands, " ")));
-    return fmt::format(kScript, fmt::arg("commands", fmt::join(commands, " | ")),
+    return fmt::format(kBashScript, fmt::arg("commands", fmt::join(commands, " | ")),
                        fmt::arg("values", ValueCases(tree)), fmt::arg("options", options));
 }
 

@@ -18,7 +18,7 @@ std::string Quoted(std::string_view text)
     return result + '\'';
 }
 
-std::string ValueOf(const OptionNode& option)
+std::string ValueFlags(const OptionNode& option)
 {
     if (!option.TakesValue())
         return {};
@@ -35,7 +35,7 @@ std::string OptionLine(const OptionNode& option, const std::string& condition)
     const std::string shortName =
         option.sShort.empty() ? std::string() : " -s " + option.sShort.substr(1);
     return fmt::format("complete -c tabulex -n {}{} -l {}{} -d {}\n", condition, shortName,
-                       option.sLong.substr(2), ValueOf(option), Quoted(option.sDescription));
+                       option.sLong.substr(2), ValueFlags(option), Quoted(option.sDescription));
 }
 
 } // namespace

@@ -7,7 +7,7 @@ namespace tabulex {
 
 namespace {
 
-constexpr const char* kScript = R"(#compdef tabulex
+constexpr const char* kZshScript = R"(#compdef tabulex
 # Completion of tabulex for zsh.
 
 _tabulex_commands()
@@ -50,7 +50,7 @@ std::string Escaped(std::string_view text, std::string_view meaningful)
 }
 
 // What follows the description of an option that takes a value.
-std::string ValueOf(const OptionNode& option)
+std::string ValueAction(const OptionNode& option)
 {
     if (!option.TakesValue())
         return {};
@@ -64,7 +64,7 @@ std::string ValueOf(const OptionNode& option)
 std::string OptionLine(const OptionNode& option)
 {
     const std::string text =
-        fmt::format("[{}]{}", Escaped(option.sDescription, "[]\\"), ValueOf(option));
+        fmt::format("[{}]{}", Escaped(option.sDescription, "[]\\"), ValueAction(option));
     const char* pszEquals = option.TakesValue() ? "=" : "";
     if (option.bRepeatable)
         return fmt::format("        '*{}{}{}' \\\n", option.sLong, pszEquals, text);
@@ -103,7 +103,7 @@ std::string ZshCompletion(const CommandTree& tree)
         cases += fmt::format("    {})\n        _arguments \\\n{}{} ;;\n", command.sName,
                              OptionLines(command), ArgumentsOf(command));
     }
-    return fmt::format(kScript, fmt::arg("commands", commands),
+    return fmt::format(kZshScript, fmt::arg("commands", commands),
                        fmt::arg("options", OptionLines(tree.tool)), fmt::arg("cases", cases));
 }
 

@@ -46,7 +46,7 @@ std::string Italic(std::string_view text)
 }
 
 // Words to choose from are bold, since they are typed as they are.
-std::string ValueOf(const OptionNode& option)
+std::string ValueName(const OptionNode& option)
 {
     return option.choices.empty() ? Italic(option.sValue) : Bold(option.sValue);
 }
@@ -56,7 +56,7 @@ std::string OptionEntry(const OptionNode& option)
     std::string head = option.sShort.empty() ? "" : Bold(option.sShort) + ", ";
     head += Bold(option.sLong);
     if (option.TakesValue())
-        head += ' ' + ValueOf(option);
+        head += ' ' + ValueName(option);
     return fmt::format(".TP\n{}\n{}\n", head, Sentence(option.sDescription));
 }
 

@@ -8,14 +8,14 @@ namespace tabulex {
 
 namespace {
 
-constexpr std::size_t kBufferBytes = 64 * 1024;
+constexpr std::size_t kResultsBuffer = 64 * 1024;
 
 } // namespace
 
 bool Results::Add(std::string_view text)
 {
     m_buffer += text;
-    return m_buffer.size() < kBufferBytes || Flush();
+    return m_buffer.size() < kResultsBuffer || Flush();
 }
 
 void Results::Show()

@@ -33,7 +33,7 @@ constexpr const char* kFindColumns = "SELECT name FROM pragma_table_info(?1)";
     throw Fault{status, fmt::format("'{}' can't be written: {}", path, reason)};
 }
 
-void Require(const std::string& path, const SqliteDatabase& database)
+void RequireNoFault(const std::string& path, const SqliteDatabase& database)
 {
     if (!database.FaultText().empty())
         ThrowUnwritable(path, database.FaultText(), database.FaultStatus());
@@ -68,7 +68,7 @@ std::vector<std::string> Sorted(std::vector<std::string> names)
 bool FindTable(SqliteDatabase& database, const OutputOptions& options)
 {
     const auto kinds = database.Texts(kFindObject, options.sTable);
-    Require(options.sPath, database);
+    RequireNoFault(options.sPath, database);
     if (kinds.empty())
         return false;
     if (kinds.front() != "table")
@@ -85,7 +85,7 @@ void RequireColumns(SqliteDatabase& database, const OutputOptions& options,
                     const std::vector<Column>& columns)
 {
     const auto have = database.Texts(kFindColumns, options.sTable);
-    Require(options.sPath, database);
+    RequireNoFault(options.sPath, database);
     const auto want = ForEachColumn(columns, [](const Column& column) { return column.sName; });
     if (Sorted(have) != Sorted(want))
         throw Fault{ExitStatus::Refused,
@@ -138,7 +138,7 @@ SqliteOutput::SqliteOutput(const OutputOptions& options, std::vector<Column> col
     OpenDatabase(options);
     MakeTable(options);
     m_insert = m_database.Prepare(InsertionOf(options.sTable, m_columns));
-    Require(options.sPath, m_database);
+    RequireNoFault(options.sPath, m_database);
 }
 
 void SqliteOutput::OpenDatabase(const OutputOptions& options)
@@ -155,9 +155,9 @@ void SqliteOutput::OpenDatabase(const OutputOptions& options)
         if (m_database.Open(m_staged.Name()))
             m_database.Execute(kStagedPragmas);
     }
-    Require(options.sPath, m_database);
+    RequireNoFault(options.sPath, m_database);
     m_database.Execute("BEGIN IMMEDIATE");
-    Require(options.sPath, m_database);
+    RequireNoFault(options.sPath, m_database);
 }
 
 void SqliteOutput::MakeTable(const OutputOptions& options)
@@ -165,14 +165,14 @@ void SqliteOutput::MakeTable(const OutputOptions& options)
     bool bThere = FindTable(m_database, options);
     if (bThere && options.oldTable == OldTable::Replace) {
         m_database.Execute("DROP TABLE " + QuotedName(options.sTable));
-        Require(options.sPath, m_database);
+        RequireNoFault(options.sPath, m_database);
         bThere = false;
     }
     if (bThere)
         RequireColumns(m_database, options, m_columns);
     else
         m_database.Execute(CreationOf(options.sTable, m_columns));
-    Require(options.sPath, m_database);
+    RequireNoFault(options.sPath, m_database);
 }
 
 bool SqliteOutput::Write(const VARIANT* cells, ULONGLONG nRows)
@@ -262,7 +262,7 @@ void CheckSqliteOutput(const OutputOptions& options, const std::vector<Column>& 
     RequireDatabaseFile(options.sPath, target);
     SqliteDatabase database;
     database.Open(target);
-    Require(options.sPath, database);
+    RequireNoFault(options.sPath, database);
     if (FindTable(database, options) && options.oldTable == OldTable::Append)
         RequireColumns(database, options, WithDistinctNames(columns));
 }

@@ -11,7 +11,7 @@ namespace tabulex {
 namespace {
 
 // Large enough for few writes, and small beside what the component keeps of the file.
-constexpr std::size_t kBufferBytes = std::size_t{256} * 1024;
+constexpr std::size_t kFileBuffer = std::size_t{256} * 1024;
 
 std::unique_ptr<RowWriter> MakeWriter(OutputFormat format, std::vector<Column> columns)
 {
@@ -36,7 +36,7 @@ bool TextOutput::Write(const VARIANT* cells, ULONGLONG nRows)
 {
     for (ULONGLONG i = 0; i < nRows; ++i)
         m_writer->Row(cells + i * m_nColumns, m_buffer);
-    return m_buffer.size() < kBufferBytes || WriteBuffer();
+    return m_buffer.size() < kFileBuffer || WriteBuffer();
 }
 
 bool TextOutput::WriteBuffer()
