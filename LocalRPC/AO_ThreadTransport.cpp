@@ -4,9 +4,9 @@
 #include <system_error>
 
 #include "diagnostics/FaultmereClient.h"
-#include "platform/Apartment.h"
-#include "platform/MessageWindow.h"
-#include "platform/Thread.h"
+#include "platform/threads/Apartment.h"
+#include "platform/threads/MessageWindow.h"
+#include "platform/threads/Thread.h"
 
 namespace LocalRPC::details {
 

@@ -11,7 +11,7 @@
 #include <stdexcept>
 
 #include "LocalRPC/TaskFactory.h"
-#include "platform/CriticalSection.h"
+#include "platform/threads/CriticalSection.h"
 
 namespace LocalRPC {
 

@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "diagnostics/FaultmereClient.h"
-#include "platform/Thread.h"
+#include "platform/threads/Thread.h"
 
 namespace LocalRPC::details {
 

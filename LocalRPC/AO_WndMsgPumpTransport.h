@@ -10,7 +10,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include "LocalRPC/AO_Transport.h"
-#include "platform/WindowMessage.h"
+#include "platform/threads/WindowMessage.h"
 
 namespace LocalRPC::details {
 

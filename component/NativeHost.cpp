@@ -2,8 +2,8 @@
 
 #include "Simples/interface/ResourceStrings.h"
 #include "diagnostics/FaultmereClient.h"
-#include "platform/CodePage.h"
-#include "platform/MessageWindow.h"
+#include "platform/text/CodePage.h"
+#include "platform/threads/MessageWindow.h"
 #include "src/UIComponents/views/ProgressView.h"
 
 void TabulexSetLanguage(TabulexLanguage language)

@@ -8,7 +8,7 @@
 #include "datetime/RangeFault.h"
 #include "datetime/TickParts.h"
 #include "datetime/qrlDateTime.h"
-#include "platform/Locale.h"
+#include "platform/text/Locale.h"
 
 namespace qrlDateTime {
 

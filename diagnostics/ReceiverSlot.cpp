@@ -3,8 +3,8 @@
 #include <atomic>
 #include <memory>
 
-#include "platform/CriticalSection.h"
-#include "platform/Thread.h"
+#include "platform/threads/CriticalSection.h"
+#include "platform/threads/Thread.h"
 
 namespace FaultmereUtil {
 namespace {

@@ -1,6 +1,6 @@
 #include "diagnostics/ReportBag.h"
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 #include "platform/values.h"
 
 namespace FaultmereUtil {

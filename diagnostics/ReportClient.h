@@ -7,8 +7,8 @@
 #pragma once
 
 #include "diagnostics/IReportRoot.h"
-#include "platform/CriticalSection.h"
 #include "platform/com_ptr.h"
+#include "platform/threads/CriticalSection.h"
 
 namespace FaultmereUtil {
 

@@ -2,7 +2,7 @@
 
 #include "diagnostics/ReceiverSlot.h"
 #include "diagnostics/ReportBag.h"
-#include "platform/Thread.h"
+#include "platform/threads/Thread.h"
 
 namespace FaultmereUtil {
 namespace {

@@ -16,7 +16,7 @@
 #include <string_view>
 
 #include "diagnostics/ReportClient.h"
-#include "platform/Thread.h"
+#include "platform/threads/Thread.h"
 
 namespace FaultmereUtil {
 

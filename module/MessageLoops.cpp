@@ -4,8 +4,8 @@
 #include <new>
 
 #include "module/ThreadEnd.h"
-#include "platform/CriticalSection.h"
-#include "platform/Thread.h"
+#include "platform/threads/CriticalSection.h"
+#include "platform/threads/Thread.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/Utf8.h"
+#include "platform/text/Utf8.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <cstdio>
 #include <exception>
 
-#include "platform/CodePage.h"
 #include "platform/MessageBox.h"
+#include "platform/text/CodePage.h"
 
 void ShowSystemWarning(LONG_PTR, string_view_t text)
 {

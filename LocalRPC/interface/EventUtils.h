@@ -3,7 +3,7 @@
 
 #include <atomic>
 
-#include "platform/Event.h"
+#include "platform/threads/Event.h"
 
 namespace LocalRPC {
 

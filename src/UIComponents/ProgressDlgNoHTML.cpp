@@ -3,7 +3,7 @@
 #include <mutex>
 
 #include "module/Guarded.h"
-#include "platform/Thread.h"
+#include "platform/threads/Thread.h"
 #include "platform/values.h"
 #include "src/UIComponents/ProgressWindow.h"
 

@@ -1,6 +1,6 @@
 #include "src/UIComponents/ProgressState.h"
 
-#include "platform/Thread.h"
+#include "platform/threads/Thread.h"
 
 namespace Hesperon::specifics::UILayer {
 

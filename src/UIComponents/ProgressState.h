@@ -15,11 +15,11 @@
 #include <functional>
 
 #include "interfaces/IDataParser.h"
-#include "platform/CriticalSection.h"
-#include "platform/Event.h"
-#include "platform/MessageWindow.h"
 #include "platform/TickCount.h"
 #include "platform/com_ptr.h"
+#include "platform/threads/CriticalSection.h"
+#include "platform/threads/Event.h"
+#include "platform/threads/MessageWindow.h"
 
 namespace Hesperon::specifics::UILayer {
 

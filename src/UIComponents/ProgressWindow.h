@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "module/Module.h"
-#include "platform/WindowMessage.h"
+#include "platform/threads/WindowMessage.h"
 #include "src/UIComponents/ProgressState.h"
 #include "src/UIComponents/views/ProgressView.h"
 

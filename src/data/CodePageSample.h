@@ -4,7 +4,7 @@
 #include <span>
 #include <string>
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 #include "src/files/IFileHandler.h"
 
 namespace Hesperon::specifics {

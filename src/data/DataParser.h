@@ -22,7 +22,7 @@
 #include "interfaces/IRecordParser.h"
 #include "module/ComObject.h"
 #include "module/Guarded.h"
-#include "platform/CriticalSection.h"
+#include "platform/threads/CriticalSection.h"
 #include "platform/values.h"
 #include "src/data/DateWithStatus.h"
 #include "src/data/FileListeners.h"

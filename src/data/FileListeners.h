@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "interfaces/IFileHandlerEvents.h"
-#include "platform/CriticalSection.h"
 #include "platform/com_ptr.h"
+#include "platform/threads/CriticalSection.h"
 
 namespace Hesperon::specifics {
 

@@ -10,11 +10,11 @@
 #include <thread>
 
 #include "diagnostics/FaultmereClient.h"
-#include "platform/Apartment.h"
-#include "platform/CriticalSection.h"
 #include "platform/Process.h"
-#include "platform/WorkerWait.h"
 #include "platform/com_ptr.h"
+#include "platform/threads/Apartment.h"
+#include "platform/threads/CriticalSection.h"
+#include "platform/threads/WorkerWait.h"
 
 using FaultmereUtil::Assert;
 using IQRL_TabulexConverter::IFileHandlerEvents;

@@ -7,7 +7,7 @@
 
 #include "diagnostics/FaultmereClient.h"
 #include "interfaces/IRecordParser.h"
-#include "platform/Apartment.h"
+#include "platform/threads/Apartment.h"
 #include "platform/values.h"
 
 namespace Hesperon::specifics {

@@ -17,8 +17,8 @@
 #include <memory>
 
 #include "interfaces/IReadState.h"
-#include "platform/CriticalSection.h"
-#include "platform/WorkerWait.h"
+#include "platform/threads/CriticalSection.h"
+#include "platform/threads/WorkerWait.h"
 #include "src/files/FileConversions.h"
 #include "src/files/FileRequests.h"
 #include "src/files/IFileHandler.h"

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "diagnostics/FaultmereClient.h"
-#include "platform/Thread.h"
+#include "platform/threads/Thread.h"
 #include "src/files/FilePoolImpl.h"
 
 namespace Hesperon::specifics {

@@ -11,7 +11,7 @@
 #include <climits>
 #include <new>
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 #include "src/files/LastRecordImpl.h"
 #include "src/files/LineIndex.h"
 

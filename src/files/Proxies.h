@@ -5,8 +5,8 @@
 
 #include "interfaces/IFileHandlerEvents.h"
 #include "module/ComObject.h"
-#include "platform/CriticalSection.h"
-#include "platform/MessageWindow.h"
+#include "platform/threads/CriticalSection.h"
+#include "platform/threads/MessageWindow.h"
 
 namespace Hesperon::specifics {
 

@@ -12,7 +12,7 @@
 
 #include "interfaces/IDataParser.h"
 #include "interfaces/IProgressBox.h"
-#include "platform/CriticalSection.h"
+#include "platform/threads/CriticalSection.h"
 #include "src/front/ConvertorSettings.h"
 #include "src/front/SinkLink.h"
 

@@ -7,8 +7,8 @@
 
 #include "interfaces/IqrlTabulexDataSink.h"
 #include "module/Module.h"
-#include "platform/WindowMessage.h"
 #include "platform/com_ptr.h"
+#include "platform/threads/WindowMessage.h"
 
 namespace Hesperon::specifics {
 

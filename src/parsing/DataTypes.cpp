@@ -6,7 +6,7 @@
 
 #include "Simples/interface/ResourceStrings.h"
 #include "diagnostics/FaultmereClient.h"
-#include "platform/Locale.h"
+#include "platform/text/Locale.h"
 #include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics {

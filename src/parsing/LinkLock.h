@@ -5,8 +5,8 @@
 #pragma once
 
 #include "interfaces/IDataParser.h"
-#include "platform/CriticalSection.h"
 #include "platform/com_ptr.h"
+#include "platform/threads/CriticalSection.h"
 #include "src/parsing/IDataParserLock.h"
 
 namespace Hesperon::specifics {

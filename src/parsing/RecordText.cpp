@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 #include "src/parsing/TextSets.h"
 #include "src/parsing/templates/TextTests.h"
 

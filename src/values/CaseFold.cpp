@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/Locale.h"
+#include "platform/text/Locale.h"
 
 namespace Hesperon::specifics {
 

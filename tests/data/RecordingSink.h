@@ -10,7 +10,7 @@
 
 #include "interfaces/IDataParserEvents.h"
 #include "module/ComObject.h"
-#include "platform/Event.h"
+#include "platform/threads/Event.h"
 #include "platform/values.h"
 #include "tests/support/Text.h"
 

@@ -1,7 +1,7 @@
 // Opening, changing and losing a file on disk.
 
-#include "platform/Apartment.h"
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
+#include "platform/threads/Apartment.h"
 #include "src/files/AsyncTransactionPool.h"
 #include "tests/data/DataParserFixture.h"
 #include "tests/data/RealFileFixture.h"

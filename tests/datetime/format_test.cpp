@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "datetime/qrlDateTime.h"
-#include "platform/Locale.h"
+#include "platform/text/Locale.h"
 #include "tests/datetime/faults.h"
 #include "tests/datetime/values.h"
 

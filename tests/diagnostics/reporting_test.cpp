@@ -8,7 +8,7 @@
 
 #include "diagnostics/FaultmereClient.h"
 #include "diagnostics/Reports.h"
-#include "platform/CriticalSection.h"
+#include "platform/threads/CriticalSection.h"
 #include "tests/diagnostics/fake_root.h"
 
 namespace {

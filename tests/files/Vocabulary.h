@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/Thread.h"
+#include "platform/threads/Thread.h"
 #include "platform/values.h"
 #include "src/files/SharedFile.h"
 #include "tests/support/ReportLog.h"

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "platform/MessageWindow.h"
+#include "platform/threads/MessageWindow.h"
 
 namespace {
 

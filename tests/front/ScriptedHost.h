@@ -9,8 +9,8 @@
 #include <gtest/gtest.h>
 
 #include "interfaces/NativeHost.h"
-#include "platform/CodePage.h"
-#include "platform/MessageWindow.h"
+#include "platform/text/CodePage.h"
+#include "platform/threads/MessageWindow.h"
 #include "tests/front/Minutes.h"
 #include "tests/front/NewConvertor.h"
 #include "tests/front/ScriptedSink.h"

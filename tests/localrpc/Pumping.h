@@ -1,7 +1,7 @@
 // Words for tests with windows: pumping, and other threads.
 #pragma once
 
-#include "platform/MessageWindow.h"
+#include "platform/threads/MessageWindow.h"
 #include "tests/localrpc/Tasks.h"
 
 inline constexpr std::chrono::milliseconds kNoWait{0};

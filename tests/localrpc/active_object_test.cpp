@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "LocalRPC/ActiveObject.h"
-#include "platform/MessageWindow.h"
+#include "platform/threads/MessageWindow.h"
 #include "tests/localrpc/Tasks.h"
 
 using namespace LocalRPC;

@@ -4,7 +4,7 @@
 #include <iostream>
 #include <random>
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 #include "src/parsing/RecordText.h"
 #include "tests/parsing/FieldText.h"
 #include "tests/support/Seed.h"

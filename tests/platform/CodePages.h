@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 
 struct Coded
 {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "CodePages.h"
-#include "platform/UserLocale_posix.h"
+#include "platform/text/UserLocale_posix.h"
 
 namespace {
 

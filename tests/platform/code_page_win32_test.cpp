@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "CodePages.h"
-#include "platform/CodePageDetection_win32.h"
+#include "platform/text/CodePageDetection_win32.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/CriticalSection.h"
+#include "platform/threads/CriticalSection.h"
 
 #include <atomic>
 #include <chrono>
@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/Event.h"
-#include "platform/MessageWindow.h"
+#include "platform/threads/Event.h"
+#include "platform/threads/MessageWindow.h"
 
 namespace {
 

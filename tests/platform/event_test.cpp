@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/Event.h"
+#include "platform/threads/Event.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include "SystemTime.h"
 #include "Values.h"
-#include "platform/Locale.h"
-#include "platform/Locale_icu.h"
-#include "platform/UserLocale_posix.h"
+#include "platform/text/Locale.h"
+#include "platform/text/Locale_icu.h"
+#include "platform/text/UserLocale_posix.h"
 
 namespace {
 

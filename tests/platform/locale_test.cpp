@@ -3,7 +3,7 @@
 #include "System.h"
 #include "SystemTime.h"
 #include "Values.h"
-#include "platform/Locale.h"
+#include "platform/text/Locale.h"
 
 // The tests run as an English user.
 namespace {

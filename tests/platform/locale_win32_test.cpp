@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/Locale.h"
+#include "platform/text/Locale.h"
 
 namespace {
 

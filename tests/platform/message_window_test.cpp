@@ -1,4 +1,4 @@
-#include "platform/MessageWindow.h"
+#include "platform/threads/MessageWindow.h"
 
 #include <atomic>
 #include <memory>
@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/CriticalSection.h"
-#include "platform/Event.h"
+#include "platform/threads/CriticalSection.h"
+#include "platform/threads/Event.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/Thread.h"
+#include "platform/threads/Thread.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/Thread.h"
+#include "platform/threads/Thread.h"
 
 namespace {
 

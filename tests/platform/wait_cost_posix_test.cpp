@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/CriticalSection.h"
-#include "platform/MessageWindow.h"
+#include "platform/threads/CriticalSection.h"
+#include "platform/threads/MessageWindow.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // What a typed message puts into wParam and lParam, and how the window reads it.
 
-#include "platform/WindowMessage.h"
+#include "platform/threads/WindowMessage.h"
 
 #include <atomic>
 #include <thread>

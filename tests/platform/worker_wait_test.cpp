@@ -5,7 +5,7 @@
 #include <atomic>
 #include <thread>
 
-#include "platform/WorkerWait.h"
+#include "platform/threads/WorkerWait.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/CodePage.h"
+#include "platform/text/CodePage.h"
 #include "platform/values.h"
 
 inline constexpr UINT kUtf8 = 65001;

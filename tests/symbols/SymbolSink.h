@@ -8,7 +8,7 @@
 
 #include "interfaces/IDataParserEvents.h"
 #include "module/ComObject.h"
-#include "platform/Event.h"
+#include "platform/threads/Event.h"
 #include "tests/support/Objects.h"
 #include "tests/support/Text.h"
 

@@ -10,8 +10,8 @@
 #include <thread>
 
 #include "module/ComObject.h"
-#include "platform/Event.h"
-#include "platform/MessageWindow.h"
+#include "platform/threads/Event.h"
+#include "platform/threads/MessageWindow.h"
 #include "src/data/SymbolEnumeratorHost.h"
 #include "tests/support/ReportLog.h"
 #include "tests/support/Seed.h"

@@ -8,7 +8,7 @@
 #include "interfaces/Module.h"
 #include "interfaces/NativeHost.h"
 #include "platform/MessageBox.h"
-#include "platform/MessageWindow.h"
+#include "platform/threads/MessageWindow.h"
 
 using namespace IQRL_TabulexConverter;
 

@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "platform/Event.h"
+#include "platform/threads/Event.h"
 
 using namespace ui_test;
 

@@ -2,7 +2,7 @@
 
 #include "tests/ui/ProgressFixture.h"
 
-#include "platform/Event.h"
+#include "platform/threads/Event.h"
 
 using namespace ui_test;
 

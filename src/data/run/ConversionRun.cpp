@@ -3,7 +3,7 @@
 #include "diagnostics/FaultmereClient.h"
 #include "module/Guarded.h"
 #include "module/OpenQuestion.h"
-#include "platform/MessageWindow.h"
+#include "platform/threads/MessageWindow.h"
 #include "src/data/run/RecordBatch.h"
 
 using FaultmereUtil::Assert;

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "diagnostics/FaultmereClient.h"
-#include "platform/Locale.h"
+#include "platform/text/Locale.h"
 #include "src/parsing/DataTypes.h"
 #include "src/parsing/templates/NumberText.h"
 #include "src/parsing/templates/TemplateChunk.h"

@@ -4,7 +4,7 @@
 
 #include <fmt/format.h>
 
-#include "platform/Utf8.h"
+#include "platform/text/Utf8.h"
 
 namespace tabulex {
 

@@ -1,5 +1,0 @@
-#include "platform/Apartment.h"
-
-ThreadApartment::ThreadApartment() : m_bEntered(false) {}
-
-ThreadApartment::~ThreadApartment() = default;

@@ -1,0 +1,170 @@
+#include "platform/text/Locale_icu.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <fmt/format.h>
+#include <unicode/datefmt.h>
+#include <unicode/dtfmtsym.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/uchar.h>
+
+#include "platform/text/Locale.h"
+#include "platform/text/UserLocale_posix.h"
+#include "platform/variant/CalendarDay_posix.h"
+
+namespace {
+
+string_t TextOf(const icu::UnicodeString& text)
+{
+    return string_t(text.getBuffer(), static_cast<std::size_t>(text.length()));
+}
+
+string_t Ascii(std::string_view text)
+{
+    return string_t(text.begin(), text.end());
+}
+
+// ICU's short pattern may have a year of two digits; the published one has four.
+string_t ShortDatePattern(const icu::Locale& locale)
+{
+    const std::unique_ptr<icu::DateFormat> format(
+        icu::DateFormat::createDateInstance(icu::DateFormat::kShort, locale));
+    const auto* simple = dynamic_cast<const icu::SimpleDateFormat*>(format.get());
+    if (!simple)
+        return u"M/d/yyyy";
+    icu::UnicodeString pattern;
+    simple->toPattern(pattern);
+    return TextOf(pattern);
+}
+
+bool IsValidDate(const SYSTEMTIME& time)
+{
+    return time.wYear >= 1601 && time.wYear <= 30827 && time.wMonth >= 1 && time.wMonth <= 12 &&
+           time.wDay >= 1 && time.wDay <= DaysInMonth(time.wYear, time.wMonth);
+}
+
+// A field of the pattern's letter; empty for a letter that isn't one.
+std::string DateField(OLECHAR letter, std::size_t nWidth, const SYSTEMTIME& time)
+{
+    switch (letter) {
+    case u'y':
+        return fmt::format("{:04}", time.wYear);
+    case u'M':
+    case u'L':
+        return fmt::format("{:0{}}", time.wMonth, std::min<std::size_t>(nWidth, 2));
+    case u'd':
+        return fmt::format("{:0{}}", time.wDay, std::min<std::size_t>(nWidth, 2));
+    default:
+        return {};
+    }
+}
+
+bool IsPatternLetter(OLECHAR c)
+{
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+}
+
+} // namespace
+
+LocaleNames::LocaleNames(const std::string& name)
+{
+    const auto locale = icu::Locale::createCanonical((name + "@calendar=gregorian").c_str());
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::DateFormatSymbols symbols(locale, status);
+    auto next = m_names.begin();
+    using Symbols = icu::DateFormatSymbols;
+    for (const auto width : {Symbols::WIDE, Symbols::ABBREVIATED}) {
+        // Index 1 is Sunday; the published order begins with Monday.
+        int32_t nDays = 0;
+        const icu::UnicodeString* days = symbols.getWeekdays(nDays, Symbols::STANDALONE, width);
+        for (int n = 0; n < 7; ++n, ++next)
+            *next = nDays == 8 ? TextOf(days[n == 6 ? 1 : n + 2]) : string_t();
+    }
+    for (const auto width : {Symbols::WIDE, Symbols::ABBREVIATED}) {
+        int32_t nMonths = 0;
+        const icu::UnicodeString* months = symbols.getMonths(nMonths, Symbols::STANDALONE, width);
+        for (int n = 0; n < 12; ++n, ++next)
+            *next = n < nMonths ? TextOf(months[n]) : string_t();
+    }
+    m_shortDate = ShortDatePattern(locale);
+}
+
+string_t LocaleNames::Info(int nType) const
+{
+    const int n = nType - kFirstType;
+    return n >= 0 && n < static_cast<int>(m_names.size()) ? m_names[static_cast<std::size_t>(n)]
+                                                          : string_t();
+}
+
+string_t LocaleNames::ShortDate(const SYSTEMTIME& time) const
+{
+    string_t text;
+    if (!IsValidDate(time))
+        return text;
+    for (string_view_t rest = m_shortDate; !rest.empty();) {
+        const OLECHAR c = rest.front();
+        if (!IsPatternLetter(c)) {
+            if (c != u'\'')
+                text.push_back(c);
+            rest.remove_prefix(1);
+            continue;
+        }
+        const std::size_t nWidth = std::min(rest.find_first_not_of(c), rest.size());
+        text += Ascii(DateField(c, nWidth, time));
+        rest.remove_prefix(nWidth);
+    }
+    return text;
+}
+
+// Never freed, so that threads may still ask while the process ends.
+const LocaleNames& UserLocaleNames()
+{
+    static const LocaleNames& names = *new LocaleNames(LocaleName(EnvironmentLocale("LC_TIME")));
+    return names;
+}
+
+// The simple mapping of a unit is a unit; surrogates have none of their own.
+void LowerCase(string_t& text)
+{
+    for (OLECHAR& c : text) {
+        if (c < 0x80)
+            c = c >= u'A' && c <= u'Z' ? static_cast<OLECHAR>(c + 0x20) : c;
+        else
+            c = static_cast<OLECHAR>(u_tolower(c));
+    }
+}
+
+string_t LocaleInfo(int nType)
+{
+    return UserLocaleNames().Info(nType);
+}
+
+string_t ShortDate(const SYSTEMTIME& time)
+{
+    return UserLocaleNames().ShortDate(time);
+}
+
+string_t InvariantTime(const SYSTEMTIME& time)
+{
+    if (time.wHour > 23 || time.wMinute > 59 || time.wSecond > 59)
+        return {};
+    return Ascii(fmt::format("{:02}:{:02}:{:02}", time.wHour, time.wMinute, time.wSecond));
+}
+
+bool PrefersChinese()
+{
+    const std::string name = LocaleName(EnvironmentLocale("LC_MESSAGES"));
+    return name == "zh" || name.starts_with("zh_");
+}
+
+extern "C" HRESULT VarMonthName(INT month, INT abbreviate, ULONG, BSTR* name)
+{
+    constexpr int kLongMonth = 55; // type of the month before January
+    constexpr int kShortMonth = 67;
+    if (!name || month < 1 || month > 12)
+        return E_INVALIDARG;
+    const string_t text = LocaleInfo((abbreviate ? kShortMonth : kLongMonth) + month);
+    *name = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+    return *name ? S_OK : E_OUTOFMEMORY;
+}

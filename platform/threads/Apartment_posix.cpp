@@ -1,0 +1,5 @@
+#include "platform/threads/Apartment.h"
+
+ThreadApartment::ThreadApartment() : m_bEntered(false) {}
+
+ThreadApartment::~ThreadApartment() = default;

@@ -1,0 +1,30 @@
+#include "platform/threads/Sleeper.h"
+
+#include <condition_variable>
+
+struct Sleeper::Signal
+{
+    std::condition_variable wakeUp;
+};
+
+Sleeper::Sleeper() : m_pSignal(new Signal) {}
+
+Sleeper::~Sleeper()
+{
+    delete m_pSignal;
+}
+
+Sleeper::Ending Sleeper::Sleep(std::unique_lock<std::mutex>& lock, Deadline deadline, bool)
+{
+    if (!deadline) {
+        m_pSignal->wakeUp.wait(lock);
+        return Ending::Woken;
+    }
+    return m_pSignal->wakeUp.wait_until(lock, *deadline) == std::cv_status::timeout ? Ending::Late
+                                                                                    : Ending::Woken;
+}
+
+void Sleeper::Wake()
+{
+    m_pSignal->wakeUp.notify_one();
+}
