@@ -35,6 +35,13 @@
 
 namespace Hesperon::specifics {
 
+// How much of the last record is read.
+enum class Extent
+{
+    Whole,
+    Head // what a record parser looks at
+};
+
 class CDataParser
     : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
                        Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
@@ -104,16 +111,13 @@ public:
     HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG nIndex, BSTR, VARIANT_BOOL) override;
     HRESULT STDMETHODCALLTYPE get_StartPosition(ULONGLONG* pVal) override;
 
-    // ---- IAsyncTransaction, ISupportErrorInfo, IDataParserLock, IReadState
+    // ---- IAsyncTransaction, ISupportErrorInfo, IDataParserLock, IReadState, ILastRecordHead
 
     HRESULT STDMETHODCALLTYPE Cancel() override { return AbortConversion(); }
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID riid) override;
     void STDMETHODCALLTYPE EnterParser() override { m_lock.lock(); }
     void STDMETHODCALLTYPE LeaveParser() override { m_lock.unlock(); }
     HRESULT STDMETHODCALLTYPE GetReadState(IQRL_TabulexConverter::ReadState* pState) override;
-
-    // ---- ILastRecordHead
-
     HRESULT STDMETHODCALLTYPE get_LastRecordHead(BSTR* pVal) override;
 
 private:
@@ -145,11 +149,6 @@ private:
     HRESULT SetPosition(ULONGLONG nPosition);
     HRESULT SetInverted(bool bInverted);
     HRESULT ReadCurrent(BSTR* pRecord);
-    enum class Extent
-    {
-        Whole,
-        Head // what a record parser looks at
-    };
     HRESULT ReadLast(Extent extent, BSTR* pRecord);
 
     // ---- dates; these throw as well (DataParserDates.cpp)
@@ -175,7 +174,6 @@ private:
     com_ptr<IRecordParser> RunRecordParser() override { return m_pRecordParser; }
 
     // ---- members
-
     CriticalSection m_lock;
     com_ptr<IRecordParser> m_pRecordParser;
     com_ptr<IFileHandler> m_pFileHandler; // null while no file is set
@@ -190,7 +188,6 @@ private:
     std::atomic<bool> m_bAutoDetectCodePage = false, m_bDisableErrorNotify = false; // no lock
     SFileProxies m_proxies;
     CConversionRun m_run{*this, *this, m_lock, m_bDisableErrorNotify}; // has rules of its own
-
     // In a clone: the object to which the record parser's uncounted link points.
     com_ptr<CDataParser> m_pLinkOwner;
     bool m_bCountedInPool = false;
