@@ -1,5 +1,4 @@
-// A data parser over a file in memory, with a record parser whose records are easy
-// to make.
+// A data parser over a file in memory and a fake record parser.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -70,7 +69,8 @@ protected:
             file->pQueued.reset();
     }
 
-    // The lines of the file, and dates and direction as opening it would give them.
+    // Gives the file these lines, and the parser the dates and direction that it would find on
+    // opening it.
     void Open(std::vector<std::string> lines)
     {
         file->lines = std::move(lines);
@@ -80,7 +80,7 @@ protected:
         records->parsed.clear();
     }
 
-    // The same, read forwards whatever its dates say, and with a range that takes all.
+    // The same, but the file is read forwards whatever its dates, and no date is out of range.
     void OpenForwards(std::vector<std::string> lines)
     {
         Open(std::move(lines));

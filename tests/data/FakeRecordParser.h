@@ -1,6 +1,5 @@
-// A record parser whose records are easy to make: fields between commas, each with
-// a type that the test gives. Dates and times are plain numbers of days, "?" is a
-// field that doesn't parse.
+// A record parser for records of a simple form: fields between commas, with types that the test
+// sets. Dates and times are plain numbers of days; "?" is a field that doesn't parse.
 #pragma once
 
 #include <cstdlib>
@@ -32,7 +31,7 @@ public:
     HRESULT hrDuplicated = S_OK;
     std::function<HRESULT(VARIANT*)> lackedFields;
     string_t sDuplicated;
-    // Takes the place of the check of order.
+    // If set, called instead of the check of order.
     std::function<HRESULT(DATE last, BSTR* error)> checkResolution;
     std::function<void()> onParse;
     int nResets = 0;

@@ -1,5 +1,5 @@
-// A file handler over lines in memory. A test injects faults, reads what was asked
-// for, and drives a conversion step by step, as the worker of a file would.
+// A file handler over lines in memory. A test can make its calls fail, look at the calls that
+// came, and step a conversion as the worker of a file would.
 #pragma once
 
 #include <functional>
@@ -39,7 +39,7 @@ public:
         return pEvents->ProcessRecord(nIndex, nullptr, VARIANT_TRUE);
     }
 
-    // All steps until the consumer wants no more; gives the last result.
+    // Steps until the run ends; gives the result of the last step.
     HRESULT RunConversion()
     {
         ULONGLONG nIndex = 0;

@@ -1,5 +1,4 @@
-// A data parser with everything real under it: files on disk, the pool and its
-// workers, the record parser.
+// A data parser on files on disk, with the real pool, workers and record parser.
 #pragma once
 
 #include <chrono>

@@ -1,5 +1,5 @@
-// Conversions that are cut off: from the worker itself, between steps, and from
-// other threads at any moment. EndTransaction comes once a run.
+// Conversions that are aborted: by the worker itself, between steps, and by other threads at any
+// moment. Each run calls EndTransaction once.
 
 #include <chrono>
 #include <random>
@@ -86,7 +86,7 @@ TEST_F(AbortTest, AbortThatWaitsWhileTheSinkStopsTheRunIsHeard)
             aborting.Set();
             parser->AbortConversion();
         });
-        // The aborting thread raises its own event and then waits for this one.
+        // Time for the other thread to mark the run and to wait for the lock that this one holds.
         aborting.Wait();
         std::this_thread::sleep_for(std::chrono::milliseconds(200));
         return S_FALSE;
@@ -96,7 +96,7 @@ TEST_F(AbortTest, AbortThatWaitsWhileTheSinkStopsTheRunIsHeard)
     EXPECT_EQ(sink->ends, std::vector<bool>{false});
 }
 
-// Who cancels relies on the end's being heard when the call returns.
+// The caller of a cancel relies on the sink having heard the end when the call returns.
 TEST_F(AbortTest, CancelThatFindsARunIsHeardThoughTheRunEndsByItself)
 {
     Open(Days(1, 5));

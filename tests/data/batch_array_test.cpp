@@ -1,4 +1,4 @@
-// The array of a batch, which serves the next one too.
+// The array of a batch, which is used again for the next batch.
 
 #include <gtest/gtest.h>
 
@@ -66,7 +66,7 @@ TEST(BatchArray, WithAnotherLowerBoundIsMadeAnew)
     EXPECT_EQ(nFirst, 0);
 }
 
-// The system doesn't destroy such an array: it is the one's who holds it now.
+// An array that is locked isn't destroyed: it belongs to whoever holds the lock.
 TEST(BatchArray, ThatSomebodyHoldsIsLeftToHim)
 {
     CBatchArray array;

@@ -48,7 +48,7 @@ TEST_F(DatesTest, DirectionAndRangeFollowFromTheFirstAndLastRecord)
         EXPECT_EQ(Start(), row.start);
         EXPECT_EQ(End(), row.end);
         EXPECT_EQ(Inverted(), row.bInverted);
-        // Looking again doesn't switch the direction back.
+        // A second search doesn't switch the direction back.
         EXPECT_EQ(parser->RefreshDateInfo(VARIANT_FALSE), S_OK);
         EXPECT_EQ(Inverted(), row.bInverted);
     }

@@ -95,7 +95,7 @@ TEST_F(FileTest, AnotherFileStartsOver)
     EXPECT_EQ(nOffset, 0u);
 }
 
-// The run stops where it is: no batch, no end and no step more. It can still be cancelled.
+// The run takes no further step, and its sink hears nothing more. It can still be cancelled.
 TEST_F(FileTest, AnotherFileStopsTheRunOnTheOldOne)
 {
     constexpr ULONG_PTR kTransaction = 77;
@@ -145,7 +145,7 @@ TEST_F(FileTest, FaultWhileAFileIsOpenedStartsAnotherTry)
     CreateObject(records);
     ASSERT_EQ(parser->put_RecordParser(records.get()), S_OK);
     records->onParse = [] { throw std::invalid_argument("read"); };
-    // The file was bound when the fault came, so the next try finds its name.
+    // The file was already bound when the parser failed, so the next try only finds it bound.
     EXPECT_EQ(Open(*parser.get(), file), S_OK);
     EXPECT_EQ(records->parsed.size(), 1u);
     EXPECT_EQ(records->nResets, 1);
@@ -254,7 +254,7 @@ TEST_F(FileTest, GrownFileIsSeenAfterInvalidating)
 
 // ---- code pages
 
-// Chinese headlines in the code page 936, enough of them to be told from others.
+// Chinese headlines in code page 936, enough for the system to recognise the page.
 std::string ChineseLines()
 {
     static const string_view_t kTexts[] = {
@@ -276,8 +276,8 @@ ULONG CodePageOf(CDataParser& parser)
     return n;
 }
 
-// The page that is set stays where it is a candidate, or where the system knows none;
-// else it gives way to the best.
+// The page that is set stays if it is a candidate or if there is none. Otherwise the best
+// candidate replaces it.
 ULONG PageAfterDetection(ULONG nSet)
 {
     DetectedCodePage best{nSet, -1};
@@ -306,7 +306,7 @@ TEST_F(FileTest, CodePageIsDetectedOnlyWhereThatIsAsked)
         ASSERT_EQ(Open(*parser.get(), again), S_OK);
         EXPECT_EQ(CodePageOf(*parser.get()), PageAfterDetection(nSet));
     }
-    // The page of the sample, or the one that holds it.
+    // 54936 contains 936.
     if (!DetectCodePages(ChineseLines(), 15).empty()) {
         EXPECT_THAT(PageAfterDetection(20127), testing::AnyOf(936u, 54936u));
     }

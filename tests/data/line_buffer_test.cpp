@@ -15,7 +15,7 @@ string_t TextOf(BSTR line)
     return {line, SysStringLen(line)};
 }
 
-// Lines of all lengths, so that each alignment of the next one occurs.
+// Lines of all lengths, so that the next line begins at each alignment.
 TEST(LineBuffer, GivesEachLineAsABstr)
 {
     CLineBuffer lines;

@@ -1,4 +1,4 @@
-// The checks of a line: their order, what they tell, and the numbers they tell it by.
+// The checks of a line: their order, what they report, and with which line and field numbers.
 
 #include "tests/data/DataParserFixture.h"
 
@@ -11,7 +11,7 @@ using BadLine = RecordingSink::BadLine;
 class LineChecksTest : public DataParserFixture
 {};
 
-TEST_F(LineChecksTest, FirstFaultOfALineIsTold)
+TEST_F(LineChecksTest, FirstFaultOfALineIsReported)
 {
     records->types = {TypeDate, TypeTime, TypeSymbol, TypeClose};
     const std::string good = "10,0.25,AB,1";
@@ -143,14 +143,14 @@ TEST_F(LineChecksTest, SymbolIsFetchedOnlyWhereTheFileHasSymbols)
 
 TEST_F(LineChecksTest, LastDateWithDayBitsAllOnesSkipsTheOrderCheck)
 {
-    // The 65535th day, and with it its low 16 bits, stands for "no earlier record".
+    // Day 65535 stands for "no earlier record", and so does each day with the same low 16 bits.
     OpenForwards({"65535,1", "3,2", "2,3"});
     Convert();
     EXPECT_EQ(sink->AllRows(), (std::vector<std::string>{"65535|1", "3|2"}));
     EXPECT_EQ(sink->badLines, (std::vector<BadLine>{{3, 65535, "order"}}));
 }
 
-TEST_F(LineChecksTest, BadDateThatIsRejectedSilentlyTellsNothing)
+TEST_F(LineChecksTest, BadDateThatIsRejectedSilentlyIsNotReported)
 {
     for (const std::string line : {"?,1", "0,1", "3,?"}) {
         SCOPED_TRACE(line);
@@ -193,8 +193,8 @@ struct LineNumberRow
     std::vector<LONG_PTR> told;
 };
 
-// The last batch of an inverted file counts from the position before, which is the
-// line behind.
+// The last batch of an inverted file counts from the position before, which is the next line
+// of the file.
 const LineNumberRow kLineNumbers[] = {
     {"first and last line", 10, 0, false, {1, 10}, {1, 10}},
     {"behind a header", 10, 3, false, {5, 14}, {5, 14}},

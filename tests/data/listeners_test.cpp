@@ -31,7 +31,7 @@ protected:
         EXPECT_EQ(p.AddFileEventHandler(listener.get()), S_OK);
         return listener;
     }
-    // Each parser that listens to the other or itself holds a reference to it.
+    // A parser holds a reference to each listener, so a ring of them has to be opened.
     static void Part(CDataParser& teller, IDispatch* pListener)
     {
         EXPECT_EQ(teller.RemoveFileEventHandler(pListener), S_OK);
@@ -39,7 +39,7 @@ protected:
     static IDispatch* AsListener(CDataParser& p) { return static_cast<IDataParser*>(&p); }
 };
 
-TEST_F(ListenersTest, AParserThatListensToItselfIsToldOnce)
+TEST_F(ListenersTest, AParserThatListensToItselfIsCalledOnce)
 {
     const auto listener = ListenerOf(*parser.get());
     ASSERT_EQ(parser->AddFileEventHandler(AsListener(*parser.get())), S_OK);
@@ -49,7 +49,7 @@ TEST_F(ListenersTest, AParserThatListensToItselfIsToldOnce)
     Part(*parser.get(), AsListener(*parser.get()));
 }
 
-TEST_F(ListenersTest, ParsersThatListenToEachOtherAreToldOnceEach)
+TEST_F(ListenersTest, ParsersThatListenToEachOtherAreCalledOnceEach)
 {
     com_ptr<CDataParser> other;
     ASSERT_EQ(CreateObject(other), S_OK);
@@ -59,7 +59,7 @@ TEST_F(ListenersTest, ParsersThatListenToEachOtherAreToldOnceEach)
     EXPECT_EQ(parser->RecordCountChange(5, VARIANT_FALSE), S_OK);
     EXPECT_EQ(first->heard.size(), 2u); // by the file, and on its way back from the other
     EXPECT_EQ(second->heard.size(), 1u);
-    // Nothing of it stays.
+    // The guard is gone after the call.
     EXPECT_EQ(other->RecordCountChange(6, VARIANT_TRUE), S_OK);
     EXPECT_EQ(first->heard.size(), 3u);
     EXPECT_EQ(second->heard.size(), 3u);

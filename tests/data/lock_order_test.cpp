@@ -1,6 +1,6 @@
-// A data parser and its record parser, each called on threads of its own. Records go
-// from the one to the other, changes of settings come back, and none waits for the other
-// for ever. The thread sanitizer sees the order of the locks in these tests.
+// A data parser and its record parser are called on different threads at the same time. Each
+// calls the other, and no thread may wait for ever. In these tests the thread sanitizer sees
+// the order of the locks.
 
 #include <atomic>
 #include <functional>
@@ -28,8 +28,8 @@ protected:
         return pObject.as<IRecordParser>();
     }
 
-    // All operations of a record parser that call the data parser, with what stands being
-    // changed each time.
+    // All operations of a record parser that call the data parser. Odd and even numbers set
+    // different values, so that each call changes something.
     static void ChangeSettings(IRecordParser& records, int i)
     {
         const bool bOdd = i % 2 != 0;
@@ -59,7 +59,7 @@ protected:
         p.get_FieldCount(&nFields);
     }
 
-    // Runs all of it at the same time, a number of times each.
+    // Runs the tasks on threads of their own at the same time, several times each.
     static void Together(const std::vector<std::function<void(int)>>& tasks)
     {
         std::vector<std::thread> threads;
@@ -130,7 +130,7 @@ TEST_F(LockOrderTest, SettingsChangeWhileACopyConverts)
     editor.join();
 }
 
-// A batch whose record parser has no layout yet detects it, which calls the data parser.
+// A record parser without a layout finds it in the middle of a batch, and calls the data parser.
 TEST_F(LockOrderTest, ABatchMayFindTheLayout)
 {
     const TempFile file(Daily(1200));

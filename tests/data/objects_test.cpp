@@ -1,5 +1,4 @@
-// How a data parser hangs together with its record parser, its clones, and the
-// handlers of file events.
+// A data parser with its record parser, its clones and its listeners.
 
 #include "tests/data/CloneOf.h"
 #include "tests/data/DataParserFixture.h"
@@ -226,7 +225,7 @@ TEST_F(ObjectsTest, RecordParserOfACloneStaysLinkedToTheSource)
     CDataParser* const pSource = parser.get();
     const auto pParser = RecordParserOf(*second.get());
     com_ptr<IDispatch> pLinked;
-    // The link isn't counted, yet good after the source and the first clone are let go.
+    // The link isn't counted, but stays valid when the source and the first clone are gone.
     clone.reset();
     parser.reset();
     ASSERT_EQ(pParser->get_DataParser(pLinked.put()), S_OK);

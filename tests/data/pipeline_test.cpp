@@ -133,7 +133,7 @@ TEST_F(PipelineTest, DatesOutsideTheRangeFallAway)
     EXPECT_EQ(sink->ends, std::vector<bool>{true});
 }
 
-TEST_F(PipelineTest, DateBehindTheRangeEndsTheRunWithThatBatch)
+TEST_F(PipelineTest, DateAfterTheRangeEndsTheRunWithThatBatch)
 {
     Open(Days(1, 2500));
     Access::PutDates(*parser.get(), 1, 500);
@@ -258,7 +258,7 @@ TEST_F(PipelineTest, AnswerThatStopsEndsTheRunWithoutAnEndTransaction)
     }
 }
 
-TEST_F(PipelineTest, FileWithoutADateColumnEndsUnheard)
+TEST_F(PipelineTest, FileWithoutADateColumnEndsWithoutEndTransaction)
 {
     records->types = {TypeOpen, TypeClose};
     Open({"1,1", "2,2"});
@@ -337,7 +337,7 @@ TEST_F(PipelineTest, EmptyLineIsReportedAndGoesOn)
     EXPECT_EQ(sink->AllRows(), (std::vector<std::string>{"1|1", "3|3"}));
 }
 
-TEST_F(PipelineTest, FileTakenAwayDuringARunEndsItUnheard)
+TEST_F(PipelineTest, FileTakenAwayDuringARunEndsItWithoutEndTransaction)
 {
     Open(Days(1, 2500));
     sink->onPutRecords = [&](std::size_t) {
@@ -412,7 +412,7 @@ TEST_F(PipelineTest, OtherTransactionsStayWhenARunEnds)
     Open(Days(1, 3));
     Convert();
     file->pQueued = static_cast<IQRL_TabulexConverter::IDataParser*>(parser.get());
-    EXPECT_EQ(file->Step(9), E_INVALIDARG); // a stray step behind the end
+    EXPECT_EQ(file->Step(9), E_INVALIDARG); // a stray step after the end
     EXPECT_TRUE(AsyncTransactionPool::CancelTransaction(500));
     AsyncTransactionPool::UnregisterTransaction(other.get());
 }

@@ -64,8 +64,8 @@ TEST_F(PortionTest, NothingToConvertEndsWellAtOnce)
     } const rows[] = {
         {"no records", 2, 0, true, false},
         {"start at the end", 6, 5, true, false},
-        {"start behind the end", 60, 5, true, false},
-        {"start behind what is known of the file", 60, 5, false, true},
+        {"start past the end", 60, 5, true, false},
+        {"start past what is known of the file", 60, 5, false, true},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.szWhat);
@@ -108,7 +108,7 @@ TEST_F(PortionTest, LastBatchOfAPortionCountsFromThePositionBefore)
     EXPECT_EQ(told, (std::vector<LONG_PTR>{101, 1100, 1100, 1199}));
 }
 
-TEST_F(PortionTest, FileWithoutANameIsToldAndRefused)
+TEST_F(PortionTest, FileWithoutANameIsReportedAndRefused)
 {
     Open(Days(1, 3));
     file->bNullName = true;
@@ -139,7 +139,7 @@ TEST_F(PortionTest, SettingsAreCheckedBeforeTheRun)
     EXPECT_FALSE(AsyncTransactionPool::CancelTransaction(kTransaction));
 }
 
-TEST_F(PortionTest, StartTellsWhatStandsAgainstIt)
+TEST_F(PortionTest, RefusedStartsGiveTheirReason)
 {
     Open(Days(1, 3));
     EXPECT_EQ(parser->StartConvertPortion(0, nullptr, 0, 1, 1), E_POINTER);
@@ -182,7 +182,7 @@ TEST_F(PortionTest, StartPositionIsThatOfThePortion)
     file->RunConversion();
 }
 
-TEST_F(PortionTest, WholeFileRunBehindAPortionStopsWhereThePortionDid)
+TEST_F(PortionTest, WholeFileRunAfterAPortionStopsWhereThePortionDid)
 {
     Open(Days(1, 6));
     ConvertPortion(1, 2);

@@ -36,7 +36,7 @@ TEST_F(PositionsTest, LineOfAPosition)
         {"offset", 2, false, false, {"c", "d", "none"}, "d"},
         {"offset and header", 2, true, false, {"d", "none"}, "d"},
         {"inverted", 0, false, true, {"d", "c", "b", "a", "none"}, "a"},
-        // The header stands at the end of the positions of an inverted file.
+        // In an inverted file the header has the last position.
         {"inverted with offset and header", 1, true, true, {"d", "c", "b", "a", "none"}, "c"},
     };
     file->lines = {"a", "b", "c", "d"};

@@ -61,9 +61,9 @@ TEST_F(RealConversionTest, TheSourceOfACloneKnowsWhatOfTheFileCouldNotBeRead)
     EXPECT_EQ(state.nSizeNow, 1'000'000u);
 }
 
-TEST_F(RealConversionTest, BadLinesAreToldWithTheirTexts)
+TEST_F(RealConversionTest, BadLinesAreReportedWithTheirTexts)
 {
-    // Behind the lines from which the layout is worked out.
+    // After the lines in which the layout is found.
     std::string text = Daily(400);
     const auto Replace = [&](const std::string& from, const std::string& to) {
         text.replace(text.find(from), from.size(), to);
@@ -132,7 +132,7 @@ TEST_F(RealConversionTest, OneParserConvertsAgainAndAgain)
 
 TEST_F(RealConversionTest, FileThatIsCutWhileItConvertsEndsTheRun)
 {
-    // Several megabytes, so that what is cut away isn't in memory yet.
+    // Several megabytes, so that the part that is cut off hasn't been read before.
     const std::string text = Daily(28000) + Daily(28000) + Daily(28000);
     TempFile file(text);
     ASSERT_EQ(Open(*parser.get(), file), S_OK);

@@ -1,4 +1,4 @@
-// The stand-in through which a file's worker would reach a record parser.
+// The proxy through which a file's worker reaches a record parser.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What stands against the start of a conversion of a whole file.
+// Why a conversion of a whole file doesn't start.
 
 #include "tests/data/DataParserFixture.h"
 
@@ -11,7 +11,7 @@ namespace {
 class RunStartTest : public DataParserFixture
 {};
 
-TEST_F(RunStartTest, StartTellsWhatStandsAgainstIt)
+TEST_F(RunStartTest, RefusedStartsGiveTheirReason)
 {
     struct
     {

@@ -41,7 +41,7 @@ protected:
     HRESULT Check() { return parser->CheckConverterSettings(0, sink.get()); }
 };
 
-// What spoils the settings, in the order of the checks.
+// Faults of the settings, in the order of the checks.
 class SettingsFaultTest : public SettingsCheckTest
 {
 public:
@@ -71,7 +71,7 @@ public:
     }
 };
 
-TEST_F(SettingsFaultTest, FirstFaultIsToldInTheUsersLanguage)
+TEST_F(SettingsFaultTest, FirstFaultIsReportedInTheUsersLanguage)
 {
     struct
     {
@@ -123,7 +123,7 @@ TEST_F(SettingsFaultTest, ChecksAreMadeInThisOrder)
     const char* const texts[] = {"occurs more than once", "lacks these fields", "No size",
                                  "No resolution", "date range"};
     SetResourceLanguage(Language::English);
-    // Each fault is added to those that are checked later, and is then the one told.
+    // Each fault joins those that are checked later, and is then the one that is reported.
     for (std::size_t i = 0; i < std::size(spoils); ++i) {
         SCOPED_TRACE(texts[i]);
         (this->*spoils[i])();

@@ -1,4 +1,4 @@
-// A warning as a box of the system's.
+// A warning in a message box of the system.
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ HWND BoxOf(DWORD nThread)
     return hBox;
 }
 
-// What stands in the box, whose text is its last label.
+// The text of the box, which is its last label.
 string_t LabelsOf(HWND hBox)
 {
     string_t labels;

@@ -1,4 +1,4 @@
-// Enumerations of files on disk, on the thread that serves them.
+// Enumerations of files on disk, on the real thread.
 
 #include <chrono>
 #include <filesystem>
@@ -76,12 +76,11 @@ protected:
         EXPECT_THAT(receiver->faults, IsEmpty());
     }
 
-    // Whether the pool knows the number; what it names is cancelled.
+    // Whether the pool knows the number. Cancels what has it.
     static bool Cancel(ULONG_PTR nTransaction = kTransaction)
     {
         return AsyncTransactionPool::CancelTransaction(nTransaction);
     }
-    // Holds until the number is free again.
     // A walk holds its receiver until its end.
     static void AwaitLetGo(SymbolSink& sink)
     {
@@ -107,7 +106,7 @@ protected:
     com_ptr<SymbolSink> receiver;
 };
 
-// A receiver that stays in its first symbol until it is let go.
+// A receiver that doesn't return from its first symbol until the test lets it.
 struct Held
 {
     Event inside{Event::Kind::ManualReset};
@@ -125,13 +124,13 @@ struct Held
 
 // ---- what is told
 
-TEST_F(EnumSymbolsTest, EachSymbolIsToldOnceInOrderOfAppearance)
+TEST_F(EnumSymbolsTest, EachSymbolIsGivenOnceInOrderOfAppearance)
 {
     ExpectSymbols(Bars({"MSFT", "IBM", "MSFT", "AAPL", "IBM", "AAPL", "MSFT", "GE"}),
                   {"MSFT", "IBM", "AAPL", "GE"});
 }
 
-TEST_F(EnumSymbolsTest, AFileWithOneSymbolTellsIt)
+TEST_F(EnumSymbolsTest, AFileWithOneSymbolGivesIt)
 {
     ExpectSymbols(Bars(std::vector<std::string>(2500, "MSFT")), {"MSFT"});
 }
@@ -142,8 +141,7 @@ TEST_F(EnumSymbolsTest, HeaderLinesAreNotWalked)
                   {"MSFT", "IBM"});
 }
 
-// Empty fields are skipped where a line is split, so only a line without any text has
-// no symbol.
+// Splitting a line skips empty fields, so only a line without any text has no symbol.
 TEST_F(EnumSymbolsTest, RecordsWithoutASymbolAreSkipped)
 {
     std::vector<std::string> symbols(400, "MSFT");
@@ -170,8 +168,8 @@ TEST_F(EnumSymbolsTest, InvertedFileIsWalkedFromItsLastLine)
     EXPECT_TRUE(Inverted(*parser.get()));
 }
 
-// The walk ends at the file's first line, whatever that is.
-TEST_F(EnumSymbolsTest, InvertedFileTellsItsHeaderAtTheEnd)
+// The walk goes on to the first line of the file, even if that is a header.
+TEST_F(EnumSymbolsTest, InvertedFileGivesItsHeaderAtTheEnd)
 {
     ExpectSymbols("Symbol,Date,Open,High,Low,Close,Volume\n"
                   "GE,2000-01-03,10.5,10.75,10.25,10.5,100\n"
@@ -218,7 +216,7 @@ TEST_F(EnumSymbolsTest, AFileThatIsGoneHasNoSymbols)
     EXPECT_THAT(receiver->symbols, ElementsAre("MSFT", "IBM"));
 }
 
-TEST_F(EnumSymbolsTest, RandomSymbolsAreToldAsAPlainWalkFindsThem)
+TEST_F(EnumSymbolsTest, RandomSymbolsAreThoseOfAPlainWalk)
 {
     std::mt19937 random(Seed());
     std::vector<std::string> symbols, expected;
@@ -308,7 +306,7 @@ TEST_F(EnumSymbolsTest, CancelledWalkThatWaitsIsNeverBegun)
     EXPECT_THAT(receiver->ends, ElementsAre(true));
 }
 
-// A walk whose number is taken runs all the same, and at its end takes nobody's entry.
+// A walk whose number is taken runs all the same. Its end leaves the other's entry alone.
 TEST_F(EnumSymbolsTest, ATakenNumberStaysWithTheFirst)
 {
     struct Bystander : ComObject<Bystander, IAsyncTransaction>
@@ -389,7 +387,7 @@ TEST_F(EnumSymbolsTest, TheWalkOutlivesItsSource)
 
 TEST_F(EnumSymbolsTest, RefusesWhatItCannotStart)
 {
-    // Without a file nothing else is looked at.
+    // Without a file the other arguments aren't looked at.
     EXPECT_EQ(parser->StartEnumSymbols(nullptr, 1), E_UNEXPECTED);
     const TempFile file(Bars({"MSFT", "IBM", "GE"}));
     ASSERT_EQ(Open(*parser.get(), file), S_OK);

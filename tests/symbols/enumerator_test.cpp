@@ -38,7 +38,7 @@ struct Script
     }
 };
 
-// Splits nothing: a record is its symbol.
+// The whole record is the symbol.
 class ScriptedRecordParser : public UnofferedRecordParser<ScriptedRecordParser>
 {
 public:
@@ -193,7 +193,7 @@ TEST_F(EnumeratorTest, TakesACopyOfTheDataParserAndDetachesItsRecordParser)
     EXPECT_FALSE(pObject.as<IDispatch>() == com_ptr<IDispatch>(source.get()));
 }
 
-// Nobody can open a file without a name, which is no fault here.
+// A file without a name can't be opened; here that is no failure.
 TEST_F(EnumeratorTest, ASoftNoToTheEmptyNameIsExpected)
 {
     script.results["put_FileName"] = S_FALSE;
@@ -277,7 +277,7 @@ TEST_F(EnumeratorTest, InvertedDirectionIsPutOnlyWhereItWasSet)
                             "GetFieldText A 2"));
 }
 
-TEST_F(EnumeratorTest, EachSymbolIsToldOnceInOrderOfAppearance)
+TEST_F(EnumeratorTest, EachSymbolIsGivenOnceInOrderOfAppearance)
 {
     Prepare({"C", "A", "C", "", "B", "A", "B", "C"});
     EXPECT_EQ(Run(), S_FALSE);
@@ -335,7 +335,7 @@ TEST_F(EnumeratorTest, HowAStepEndsTheWalk)
         for (const bool bWell : sink->ends)
             sHeard += std::string(sHeard.empty() ? "" : " ") + (bWell ? "Commit" : "Rollback");
         EXPECT_EQ(sHeard, row.szHeard);
-        // The receiver is let go of with the last word to it.
+        // The receiver is released after its last call.
         EXPECT_EQ(RefsOf(sink.get()), sink->ends.empty() ? 2u : 1u);
     }
 }
@@ -363,7 +363,7 @@ TEST_F(EnumeratorTest, NobodyToTellIsAFailure)
     EXPECT_EQ(Step(1), E_NOINTERFACE);
 }
 
-// The pool's lock is held while it cancels, so the last reference waits for that.
+// The pool's lock is held during a cancel, and the last Release waits for it.
 TEST_F(EnumeratorTest, MayBeLetGoOfWhileItIsCancelled)
 {
     constexpr ULONG_PTR kTransaction = 91;

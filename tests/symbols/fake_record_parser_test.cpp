@@ -1,4 +1,4 @@
-// The record parser of a data parser that only reads lines.
+// The fake record parser, for a data parser that only reads lines.
 
 #include <gtest/gtest.h>
 

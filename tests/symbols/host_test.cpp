@@ -1,4 +1,4 @@
-// The thread on which all enumerations of the process walk.
+// The thread that runs all enumerations of the process.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ namespace {
 
 constexpr auto kNoWait = std::chrono::milliseconds(0);
 
-// A living front object.
+// Stands for a front object.
 class Front
 {
 public:
@@ -64,7 +64,7 @@ public:
     }
 };
 
-// Gives a walk to the host alone; null where the host doesn't take it.
+// Gives a walk to the host, without a reference of the test's own; null if it isn't taken.
 Gone Start(OnStep onStep)
 {
     com_ptr<Walk> walk;
@@ -75,7 +75,7 @@ Gone Start(OnStep onStep)
     return hr == S_OK ? walk->pGone : nullptr;
 }
 
-// Nothing is taken while the thread is being ended, so this waits for that.
+// Waits until the thread is being ended: from then on no walk is taken.
 void AwaitStop()
 {
     const auto deadline = std::chrono::steady_clock::now() + kPatience;
@@ -173,8 +173,8 @@ TEST(SymbolEnumeratorHostTest, AStepMayStartAWalk)
     EXPECT_EQ(log, "aaab");
 }
 
-// The thread takes the signal of a walk before that walk's first step, so it never wakes
-// for nothing.
+// The thread takes the signal of a walk before the walk's first step, so it doesn't wake again
+// to an empty list.
 TEST(SymbolEnumeratorHostTest, NeverWakesForAnEmptyList)
 {
     ReportLog log;
@@ -305,8 +305,8 @@ TEST(SymbolEnumeratorHostTest, AStepMayReleaseTheLastFrontObject)
     EXPECT_TRUE(Start([](ULONGLONG) { return S_FALSE; })->Wait(kPatience));
 }
 
-// A new thread has the list while the old one is still in its last step, whose result
-// takes nothing out of it.
+// A new thread owns the list while the old one is still in its last step. The result of that
+// step takes nothing off the list.
 TEST(SymbolEnumeratorHostTest, AStepThatEndedItsThreadMayStartTheNext)
 {
     for (const HRESULT hrLast : {S_OK, S_FALSE}) {
@@ -354,7 +354,7 @@ TEST(SymbolEnumeratorHostTest, ReleaseTooManyIsReported)
     EXPECT_EQ(log.Texts(), std::vector<std::string>());
 }
 
-// Whatever comes and goes at the same time, each walk that was taken is let go of.
+// Walks and front objects come and go at the same time; each walk that was taken is released.
 TEST(SymbolEnumeratorHostTest, FrontObjectsAndWalksOfManyThreads)
 {
     std::mutex lock;
