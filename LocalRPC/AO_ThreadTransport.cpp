@@ -1,3 +1,9 @@
+// The thread and its transport share one object, SWorker, that either may outlive: the thread
+// sleeps until it is woken, then takes tasks out of the store until none is left. To stop, a
+// flag is set and the thread is woken; it sees the flag before it empties the store for the
+// last time, so what was queued before the request still runs. A stop that runs out of time
+// marks the shared object as left, and the thread takes nothing more.
+
 #include "LocalRPC/AO_ThreadTransport.h"
 
 #include <string>

@@ -1,3 +1,7 @@
+// One receiver for the process, called under a lock: reports of several threads come one after
+// the other. The lock is recursive, so that a receiver which reports itself comes back here on
+// its own thread, finds the mark that it is running, and is dropped.
+
 #include "diagnostics/ReceiverSlot.h"
 
 #include <atomic>
@@ -57,7 +61,7 @@ HRESULT TellReceiver(Report::Kind kind, std::string_view sText, const std::sourc
     if (!slot.receiver || slot.bRunning)
         return E_FAIL;
     const RunningMark mark(slot.bRunning);
-    // Held here too, since the receiver may put another one in its place.
+    // Kept alive here, since the receiver may set another one.
     const std::shared_ptr<Receiver> receiver = slot.receiver;
     return (*receiver)(report);
 }

@@ -1,3 +1,6 @@
+// A report is a bag of named values, added in an order that the library relies on. The
+// functions below are these lists: what all reports share, and what each adds.
+
 #include "diagnostics/Reports.h"
 
 #include "diagnostics/ReceiverSlot.h"

@@ -1,3 +1,8 @@
+// Dispatch over the rows of a table: names are compared one after the other, since a table
+// has some dozens of rows and hosts keep the numbers. A call takes its arguments into an array
+// in declared order, borrowed where the kind fits and copied where it is coerced, and the row
+// calls the member with them.
+
 #include "module/Dispatch.h"
 
 #include <algorithm>

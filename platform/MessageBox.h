@@ -10,8 +10,8 @@
 // error. The box has no title of its own. Safe from any thread, throws nothing.
 void ShowWarning(LONG_PTR hWnd, string_view_t text);
 
-// Takes the place of the box; an empty one brings the box back. Gives the one
-// that stood before. Set it while no warnings are shown. It must not throw.
+// Gets the warnings in place of the box; an empty listener brings the box back. Gives the
+// previous listener. Set it while no warnings are shown. It must not throw.
 using WarningListener = std::function<void(LONG_PTR hWnd, string_view_t text)>;
 WarningListener SetWarningListener(WarningListener listener);
 

@@ -1,3 +1,10 @@
+// One code page, in three ways by what it is like.
+//
+// The ASCII bytes at the front are widened without any converter where the page allows it. A
+// page of single bytes is two tables, filled once from the converter. All other pages use the
+// system's converters, of which a few idle ones are kept, since opening one costs more than a
+// line of text.
+
 #include "platform/text/CodePageConverter_icu.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// The service fills entries in no published order: they are sorted by confidence here.
+
 #include "platform/text/CodePageDetection_win32.h"
 
 #include <algorithm>
@@ -11,7 +13,7 @@ DetectedCodePage PageOfEntry(const DetectEncodingInfo& entry)
 
 } // namespace
 
-// The order of the entries isn't published, and a failed call may leave anything in them.
+// A failed call may leave anything in the entries, so they are ignored then.
 std::vector<DetectedCodePage> DetectCodePages(std::string_view bytes, std::size_t nMost,
                                               const DetectInputCodepage& detect)
 {

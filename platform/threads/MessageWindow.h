@@ -15,7 +15,7 @@
 #include "platform/threads/CriticalSection.h"
 #include "platform/threads/Event.h"
 
-// Tells a window from any thread, also after it has gone; 0 is none. On Windows an
+// Identifies a window on any thread, also after it has gone; 0 is none. On Windows an
 // HWND.
 using WindowHandle = LONG_PTR;
 
@@ -30,7 +30,7 @@ public:
     MessageWindow& operator=(const MessageWindow&) = delete;
     virtual ~MessageWindow(); // on its thread, if the window still stands
 
-    // Makes the window on the calling thread; 0 where it can't be had.
+    // Makes the window on the calling thread; 0 if that fails.
     WindowHandle Create();
     // On its thread. Messages that wait are dropped, and their senders get 0; then
     // OnFinalMessage runs.
@@ -43,7 +43,7 @@ public:
 
 protected:
     virtual LONG_PTR OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam) = 0;
-    // The window has gone; may delete the object.
+    // Called when the window has gone; may delete the object.
     virtual void OnFinalMessage() {}
 
 private:
@@ -52,7 +52,7 @@ private:
     WindowHandle m_handle = 0;
 };
 
-// Whether the window stands at this moment.
+// Whether the window exists at this moment.
 bool IsLiveWindow(WindowHandle hWnd);
 // 0 where the window has gone, also while the message waits.
 LONG_PTR SendWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam);

@@ -1,10 +1,10 @@
-// Windows as queues: one a thread, drained by PumpMessages and by sends that wait.
+// Each thread with windows has a queue, emptied by PumpMessages and by sends that wait.
 //
-// One lock guards the table of windows and all queues: messages are few, one or two
-// a batch of records, and a window can then go without a word to its senders. A thread
-// waits without the lock, for the event of its queue; the event is set under the lock after
-// each change, so none is missed. It may be set for what has been handled already: who is
-// woken looks again.
+// One lock guards the table of windows and all queues. There are few messages, one or two for
+// a batch of records, and a window that goes can answer its senders at once. A thread waits
+// without the lock, for the event of its queue. The event is set under the lock after each
+// change, so none is missed. It may also be set for a message that has been handled already,
+// so a thread that is woken looks again.
 
 #include "platform/threads/MessageWindow.h"
 
@@ -20,7 +20,7 @@ namespace {
 
 struct Queue;
 
-// What a sender waits for.
+// The answer that a sender waits for.
 struct Reply
 {
     Queue& sender;
@@ -77,7 +77,7 @@ void Answer(const Message& message, LONG_PTR nResult)
     message.pReply->sender.changed.Set();
 }
 
-// A thread's queue, and the end of its windows with it.
+// A thread's queue, which destroys the thread's windows when the thread ends.
 class ThreadQueue
 {
 public:
@@ -126,7 +126,7 @@ struct WindowDispatch
     }
 
     // The first message of a queue that `wanted` takes; false if there is none. A message
-    // in the queue has a window, since a window takes its messages along.
+    // in the queue always has a window, since a window that goes removes its messages.
     template <class Wanted>
     static bool DeliverNext(Lock& lock, Queue& queue, Wanted wanted)
     {
@@ -187,7 +187,7 @@ struct WindowDispatch
         queue.messages.push_back(message);
         queue.messages.back().pReply = &reply;
         queue.changed.Set();
-        // Who waits for this thread in turn must not wait for ever.
+        // Sends to this thread are handled meanwhile, or two threads could wait for each other.
         const auto isSent = [](const Message& waiting) { return waiting.pReply != nullptr; };
         while (!reply.bDone)
             if (!DeliverNext(lock, own, isSent) && !reply.bDone) {
@@ -265,7 +265,7 @@ bool PostWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_
 
 namespace {
 
-// Longer times mean the same, and don't fit the clock.
+// Longer times count as endless: their end could overflow the clock.
 constexpr std::chrono::hours kLongest{24 * 365};
 
 std::optional<Clock::time_point> EndOf(Event::Timeout timeout)
@@ -275,7 +275,7 @@ std::optional<Clock::time_point> EndOf(Event::Timeout timeout)
     return Clock::now() + *timeout;
 }
 
-// What is left until then, rounded up; empty where there is no end.
+// What is left until the end, rounded up; empty if there is no end.
 Event::Timeout Left(std::optional<Clock::time_point> end)
 {
     using std::chrono::milliseconds;

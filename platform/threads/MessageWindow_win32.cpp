@@ -14,8 +14,8 @@ namespace {
 constexpr wchar_t kClassName[] = L"TabulexMessageWindow";
 constexpr UINT_PTR kTimer = 1;
 
-// Calls of this thread's windows, so that sent messages can be counted. Of a trivial kind:
-// an object with a destructor would keep the module loaded until every thread has ended.
+// How many messages this thread's windows have handled, sent ones too. A plain number: a
+// thread_local with a destructor would keep the module loaded until every thread has ended.
 thread_local unsigned t_nHandled = 0;
 
 HWND AsWindow(WindowHandle hWnd)
@@ -28,10 +28,10 @@ MessageWindow* TargetOf(HWND hWnd)
     return reinterpret_cast<MessageWindow*>(GetWindowLongPtrW(hWnd, GWLP_USERDATA));
 }
 
-// All windows with their threads. They aren't looked for among the system's: those of other
-// threads and programs come and go during a search, and end it early. A thread with windows
-// has a mark in a slot that calls back when the thread ends; thread_local variables have
-// gone by then.
+// All windows with their threads. Searching the system's windows instead would be unreliable:
+// windows of other threads and programs come and go during a search, and end it early. A
+// thread with windows has a value in a slot that calls back when the thread ends;
+// thread_local variables are already gone at that time.
 class WindowTable
 {
 public:
@@ -105,8 +105,8 @@ struct WindowDispatch
 
 namespace {
 
-// Goes with the module, or windows of a module that is loaded again would run the code of
-// the one before.
+// Unregistered when the module goes. Otherwise windows of a module that is loaded again would
+// run the code of the unloaded one.
 class WindowClass
 {
 public:
@@ -185,7 +185,7 @@ LONG_PTR SendWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, L
     return hWnd ? SendMessageW(AsWindow(hWnd), nMessage, wParam, lParam) : 0;
 }
 
-// A null window would post to the thread.
+// A null handle would post to the thread.
 bool PostWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
 {
     return hWnd && PostMessageW(AsWindow(hWnd), nMessage, wParam, lParam);
@@ -193,13 +193,13 @@ bool PostWindowMessage(WindowHandle hWnd, UINT nMessage, ULONG_PTR wParam, LONG_
 
 namespace {
 
-// The requests to quit that a thread's messages bring.
+// A request to quit that came among a thread's messages.
 class QuitRequest
 {
 public:
     void Note(const MSG& message) { m_nStatus = static_cast<int>(message.wParam); }
     explicit operator bool() const { return m_nStatus.has_value(); }
-    // Back into the queue: it is the host's loop's.
+    // Puts it back into the queue: it is meant for the host's loop.
     void GiveBack() const
     {
         if (m_nStatus)
@@ -210,7 +210,7 @@ private:
     std::optional<int> m_nStatus;
 };
 
-// Handles what waits, up to a request to quit. Whether there was anything.
+// Handles what waits, up to a request to quit. True if there was anything.
 bool DispatchAll(QuitRequest& quit)
 {
     const unsigned nBefore = t_nHandled;
@@ -230,7 +230,7 @@ bool DispatchAll(QuitRequest& quit)
 
 using Clock = std::chrono::steady_clock;
 
-// What is left of a time that began then; empty where it has no end.
+// What is left of a timeout that began at tStart; empty for an endless one.
 Event::Timeout Left(Event::Timeout timeout, Clock::time_point tStart)
 {
     using std::chrono::milliseconds;
@@ -240,7 +240,7 @@ Event::Timeout Left(Event::Timeout timeout, Clock::time_point tStart)
     return std::max(*timeout - passed, milliseconds(0));
 }
 
-// Also over what has been looked at and left in the queue.
+// Ends also for messages that the thread has seen before and left in its queue.
 void WaitForInput(Event::Timeout timeout)
 {
     if (timeout && timeout->count() == 0)
@@ -252,7 +252,8 @@ void WaitForInput(Event::Timeout timeout)
 
 } // namespace
 
-// Waits ahead of looking: a look at an empty queue costs nearly as much as a message.
+// Waits before it looks at the queue: looking at an empty one costs nearly as much as a
+// message.
 unsigned PumpMessages(std::optional<std::chrono::milliseconds> timeout)
 {
     const auto tStart = Clock::now();

@@ -1,3 +1,9 @@
+// Arrays in the published layout: a descriptor with its bounds, and apart from it the elements.
+//
+// The bounds lie in reverse, the rightmost dimension first, and the leftmost index of an
+// element runs fastest. Each kind of element has its own way of being copied and freed, which
+// the descriptor's features name; numbers are only bytes.
+
 #include <algorithm>
 #include <cstdlib>
 #include <limits>

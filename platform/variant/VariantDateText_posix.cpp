@@ -1,3 +1,11 @@
+// Dates and times in text.
+//
+// The text is read once from left to right into its parts: numbers, the name of a month, a
+// time of day. What the numbers of the date mean isn't decided while they are read: when all
+// are known, the orders that fit their count are tried one after the other, and the first one
+// that gives a day of the calendar holds. So 13/2/2003 is read as a day and a month only
+// because no month 13 exists.
+
 #include <ctime>
 #include <optional>
 #include <string>

@@ -1,3 +1,9 @@
+// Numbers of all kinds, through four forms: signed and unsigned 64 bits, double, and currency.
+//
+// A source is read into the form that holds it exactly, and a target is written from any of
+// the four, so that no value takes a way on which it loses digits: a 64-bit number never
+// becomes a double on its way to another integer.
+
 #include "platform/variant/VariantNumber_posix.h"
 
 #include <cmath>

@@ -1,3 +1,9 @@
+// Values as text and back.
+//
+// A number is read into its digits and a power of ten. An integer and a currency are rounded
+// on the digits themselves, exact in 64 bits; only a floating-point target goes through the
+// correctly rounding conversion of the standard library.
+
 #include "platform/variant/VariantText_posix.h"
 
 #include <algorithm>

@@ -1,3 +1,9 @@
+// Days and dates by arithmetic, without a table of months.
+//
+// Years are counted from March, so that the leap day is the last of its year and the lengths
+// of the months follow one line, (153 * month + 2) / 5. Four hundred years are an era of
+// always the same number of days; dates before day 0 need no case of their own.
+
 #include <algorithm>
 #include <cmath>
 
@@ -19,7 +25,6 @@ int FloorDivide(int n, int divisor)
 
 } // namespace
 
-// Years run from March here, so that the leap day is the last of its year.
 int DayOfDate(CalendarDate date)
 {
     const int nMonths = date.nYear * 12 + date.nMonth - 3;
@@ -79,7 +84,7 @@ bool SplitDate(DATE date, int& nDay, int& nSeconds)
 
 extern "C" {
 
-// Milliseconds aren't read.
+// Milliseconds are ignored.
 INT SystemTimeToVariantTime(SYSTEMTIME* time, DATE* date)
 {
     if (!time || !date || time->wYear > 9999 || time->wMonth > 12 || time->wDay > 31)

@@ -1,4 +1,4 @@
-// Reporting as all code does it, where no report library is installed.
+// Reports as all code makes them, without an installed report library.
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-// Words for tests with windows: pumping, and other threads.
+// Helpers for tests with windows: pumping, and other threads.
 #pragma once
 
 #include "platform/threads/MessageWindow.h"
@@ -6,7 +6,7 @@
 
 inline constexpr std::chrono::milliseconds kNoWait{0};
 
-// Handles what waits, and what that brings forth.
+// Handles the messages that wait, and those that their handlers post.
 inline void PumpAll()
 {
     while (PumpMessages(kNoWait) > 0)

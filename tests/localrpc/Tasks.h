@@ -1,5 +1,5 @@
-// Words for tests of tasks: what has run, gates to hold a thread at, and waits with a
-// deadline.
+// Helpers for tests of tasks: a log of what has run, gates that hold a thread, and waits with
+// a deadline.
 #pragma once
 
 #include <chrono>
@@ -12,7 +12,7 @@
 
 inline constexpr std::chrono::seconds kDeadline{20};
 
-// Words in the order in which they were said, from any thread.
+// A log of words in the order in which threads added them.
 class Log
 {
 public:
@@ -26,7 +26,7 @@ public:
         const std::lock_guard lock(m_lock);
         return m_sWords;
     }
-    // A task that says the word.
+    // A task that adds the word to the log.
     LocalRPC::TaskPtr Task(const std::string& sWord)
     {
         return LocalRPC::MakeAsyncTask([this, sWord] { Say(sWord); });
@@ -37,7 +37,7 @@ private:
     std::string m_sWords;
 };
 
-// Shut until opened.
+// A gate that holds threads until it is opened.
 class Gate
 {
 public:

@@ -22,7 +22,7 @@ TEST(ActiveObject, OfAThreadRunsTasksFromStartToStop)
     EXPECT_EQ("a b", log.Words());
 }
 
-// What a dialog does with it: a member function and its argument.
+// A dialog posts member functions with their arguments.
 class Dialog
 {
 public:
@@ -68,7 +68,7 @@ TEST(ActiveObject, ThatTerminatesItselfThrowsAwayItsQueueAndWaits)
         ASSERT_TRUE(hold.entered.Pass());
         const auto pUsed = std::make_shared<int>(0);
         EXPECT_TRUE(object.Post(MakeAsyncTask([&log, pUsed] { log.Say("queued"); })));
-        // Lets the thread go once the queue has been thrown away.
+        // Releases the thread once the queue has been thrown away.
         opener = std::thread([&hold, pGone = std::weak_ptr(pUsed)] {
             EXPECT_TRUE(Eventually([&] { return pGone.expired(); }));
             hold.leave.Open();

@@ -71,7 +71,7 @@ TEST(TaskStorage, EmptiesTheReferenceWhenItHasNone)
     EXPECT_FALSE(task);
 }
 
-// Comes back to the store when it is destroyed.
+// Uses the store again in its destructor.
 class Returner
 {
 public:
@@ -97,7 +97,7 @@ TEST(TaskStorage, DestroysTasksOutsideOfItsLock)
     EXPECT_EQ(1U, storage.Size());
 
     TaskPtr task = MakeAsyncTask([p = std::make_shared<Returner>(storage, log)] {});
-    storage.Take(task); // lets go of what the reference held
+    storage.Take(task); // releases what the reference held
     EXPECT_EQ("destroyed destroyed", log.Words());
     storage.Clear();
     EXPECT_EQ(0U, storage.Size());

@@ -23,7 +23,7 @@ class ThreadStop : public testing::Test
 protected:
     Log m_log;
     Hold m_hold;
-    CThread m_thread; // goes first
+    CThread m_thread; // destroyed first
 };
 
 TEST_F(ThreadStop, ThrowsAwayWhatIsQueuedIfToldSo)
@@ -133,7 +133,7 @@ protected:
         EXPECT_TRUE(
             m_thread->PostTask(MakeAsyncTask([this, p = m_pUsed] { m_log.Say("queued"); })));
     }
-    // With its tasks gone the thread touches nothing of this any more.
+    // When its tasks are gone, the thread uses nothing of this object any more.
     ~BusyThread() override
     {
         EXPECT_TRUE(Eventually([&] { return m_pUsed.use_count() == 1; }));
@@ -169,7 +169,7 @@ TEST_F(BusyThread, IsWaitedForByTheThreadOfTheNextStart)
     EXPECT_FALSE(m_thread->StopEx(false, 0, true));
     m_thread->Start();
     EXPECT_TRUE(m_thread->PostTask(m_log.Task("new")));
-    EXPECT_FALSE(m_thread->StopEx(false, 0, true)); // that one waits and is left, too
+    EXPECT_FALSE(m_thread->StopEx(false, 0, true)); // this thread waits and is left, too
     m_thread->Start();
     EXPECT_TRUE(m_thread->PostTask(m_log.Task("newest")));
     m_hold.leave.Open();

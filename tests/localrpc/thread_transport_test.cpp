@@ -20,7 +20,7 @@ class ThreadTransport : public testing::Test
 {
 protected:
     Log m_log;
-    CThread m_thread; // goes first
+    CThread m_thread; // destroyed first
 };
 
 TEST_F(ThreadTransport, RunsTasksInOrderOnOneThreadOfItsOwn)

@@ -81,7 +81,7 @@ TEST(WindowStopRules, RunsOrThrowsAwayWhatIsQueuedLaterFromAnotherThread)
             EXPECT_TRUE(pump->StopEx(row.bClear, 0, row.bSetStop));
             EXPECT_FALSE(pump->PostTask(log.Task("late")));
         });
-        pump.reset(); // the window needs nothing of it
+        pump.reset(); // the window doesn't need the transport
         EXPECT_EQ("", log.Words());
         PumpAll();
         EXPECT_EQ(row.sRun, log.Words());
@@ -133,7 +133,7 @@ TEST_F(WindowStop, StartsAnewOnAnyThread)
         EXPECT_EQ("a c", m_log.Words());
         EXPECT_TRUE(m_pump->StopEx(true, 0, true));
     });
-    PumpAll(); // what stayed behind belongs to this thread
+    PumpAll(); // what is left belongs to this thread
     EXPECT_EQ("a c b", m_log.Words());
     EXPECT_FALSE(OwnsWindows());
 }

@@ -58,7 +58,7 @@ TEST_F(WindowTransport, HasOneMessageForManyPostsOfAWorker)
     EXPECT_EQ(1U, PumpMessages(kNoWait));
     EXPECT_EQ(kPosts, nRun);
     EXPECT_EQ(0U, PumpMessages(kNoWait));
-    OnAnotherThread([&] { EXPECT_TRUE(Post("a")); }); // the next one again has a message
+    OnAnotherThread([&] { EXPECT_TRUE(Post("a")); }); // the next post sends a message again
     EXPECT_EQ(1U, PumpMessages(kNoWait));
     EXPECT_EQ("a", m_log.Words());
 }

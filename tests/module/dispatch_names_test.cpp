@@ -42,7 +42,7 @@ TEST_F(Naming, IgnoresCaseAndKnowsTheFormsOfAProperty)
         {OLESTR("get_label"), 7},
         {OLESTR("Names"), 8},
         {OLESTR("get_Names"), 8},
-        // Alone, an argument's name is its place.
+        // An argument's name without its operation's gives its place.
         {OLESTR("nCount"), 0},
         {OLESTR("bsText"), 1},
         {OLESTR("pObject"), 2},
@@ -70,7 +70,7 @@ TEST_F(Naming, GivesThePlacesOfTheArgumentsBehindAnOperation)
 {
     EXPECT_EQ(S_OK, IdsOf({OLESTR("Fill"), OLESTR("bstext"), OLESTR("nCount")}));
     EXPECT_EQ((std::vector<DISPID>{5, 1, 0}), m_ids);
-    // Those of other operations are known as well.
+    // Names of other operations' arguments are known as well.
     EXPECT_EQ(S_OK, IdsOf({OLESTR("Fill"), OLESTR("pObject")}));
     EXPECT_EQ((std::vector<DISPID>{5, 2}), m_ids);
     EXPECT_EQ(DISP_E_UNKNOWNNAME, IdsOf({OLESTR("Fill"), OLESTR("none"), OLESTR("nCount")}));

@@ -145,7 +145,7 @@ TEST_F(Dispatching, InitialisesTheResult)
         SCOPED_TRACE(row.id);
         VARIANT result;
         result.vt = VT_BSTR;
-        result.bstrVal = reinterpret_cast<BSTR>(1); // rubbish that must not be freed
+        result.bstrVal = reinterpret_cast<BSTR>(1); // garbage that must not be freed
         DISPPARAMS none{};
         EXPECT_EQ(row.hr, m_gadget->Invoke(row.id, IID_NULL, 0, row.flags, &none, &result, nullptr,
                                            nullptr));
@@ -254,7 +254,7 @@ TEST_F(Dispatching, ReadsPropertiesIntoTheResult)
     EXPECT_EQ(S_OK, Invoke(6, kPut, {I4(9)}));
     EXPECT_EQ(VT_EMPTY, m_result.vt);
     EXPECT_EQ(9, m_gadget->m_nLevel);
-    EXPECT_EQ(S_OK, Invoke(6, kCall | kGet)); // as some callers ask
+    EXPECT_EQ(S_OK, Invoke(6, kCall | kGet)); // the flags of some callers
     EXPECT_EQ(9, m_result.lVal);
 }
 

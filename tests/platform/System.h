@@ -1,14 +1,14 @@
-// What the tests must know of the system that they run on.
+// What the tests need to know about the system that they run on.
 #pragma once
 
 // Whether the system's calls are Wine's.
 bool RunsOnWine();
 
-// The year up to which a year of two digits reaches. The user may set it on Windows; 2029
-// where nobody did.
+// The latest year that a year of two digits can mean. The user may set it on Windows; 2029
+// otherwise.
 int LastYearOfTwoDigits();
 
-// The year that one of two digits stands for.
+// The year that a year of two digits stands for.
 inline int FullYearOf(int nYear)
 {
     return nYear + (2000 + nYear <= LastYearOfTwoDigits() ? 2000 : 1900);
@@ -21,7 +21,7 @@ inline bool WeekdayStaysBehind()
 {
     return RunsOnWine();
 }
-// What isn't a number passes for a date, and for the largest whole number.
+// A NaN is taken for a date, and converted to the largest whole number.
 inline bool NotANumberIsANumber()
 {
     return RunsOnWine();

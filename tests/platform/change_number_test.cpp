@@ -50,8 +50,8 @@ bool Holds(const Case& row)
     return VariantChangeType(&target, &source, 0, row.vt) == row.hr && Same(target, row.result);
 }
 
-// A system that departs from the published results does so in some row, or is no exception
-// any more.
+// A system that is listed as departing from the published results must do so in at least one
+// row; otherwise its exception is out of date.
 template <std::size_t n>
 void CheckUnless(bool bException, const Case (&rows)[n])
 {

@@ -64,7 +64,7 @@ TEST(CodePage, MarksCharactersThatItLacks)
         {1252, "a?b"sv, OLESTR("a\u4E2Db")},
         {1252, "?x"sv, OLESTR("\xD800x")},
         {20127, "?"sv, OLESTR("\u4E2D")},
-        // Not what they look like.
+        // Characters that aren't what they look like.
         {1252, "???"sv, OLESTR("\u0100\uFF21\u221E")},
         {936, "?"sv, OLESTR("\u0100")},
     };
@@ -96,7 +96,7 @@ TEST(CodePage, ReturnsEachByteOfASingleBytePage)
     }
 }
 
-// Whole blocks, words and rests in any mixture give what bytes one by one give.
+// Any mixture of whole blocks, words and single bytes gives the same as byte after byte.
 TEST(CodePage, DecodesTheSameAtAnyLengthAndPosition)
 {
     std::mt19937 random(Seed());

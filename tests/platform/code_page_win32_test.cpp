@@ -15,7 +15,7 @@ TEST(AnsiCodePage, IsTheSystemsAtFirst)
     EXPECT_EQ(AnsiCodePage(), GetACP());
 }
 
-// Which one it is, is the system's choice: the default character of the page.
+// The system chooses the mark: the default character of the page.
 TEST(CodePage, HasOneCharacterForALeadByteAlone)
 {
     for (const UINT nCodePage : {932u, 936u, 949u, 950u})
@@ -100,7 +100,7 @@ TEST(CodePageDetection, IsNotAskedForNothing)
     EXPECT_TRUE(DetectCodePages("abc", 0, never).empty());
 }
 
-// A thread that is in no apartment can't have it.
+// A thread that is in no apartment can't use the service.
 TEST(CodePageDetection, HasNoEntriesWithoutTheService)
 {
     std::thread([] { EXPECT_TRUE(DetectCodePages("2004-01-02,1\r\n", 10).empty()); }).join();

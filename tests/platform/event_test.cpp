@@ -12,7 +12,7 @@ namespace {
 using namespace std::chrono_literals;
 using Kind = Event::Kind;
 
-// Long enough for a thread that was let through, short enough for one that wasn't.
+// Long enough for a thread to go on that was let through.
 constexpr auto kSoon = 20ms;
 constexpr auto kNever = 20s;
 
@@ -89,7 +89,7 @@ TEST(Event, LetsOneWaiterThroughForEachSignal)
     for (int n = 0; n < 4; ++n)
         threads.emplace_back([&] { nThrough += event.Wait(kNever) ? 1 : 0; });
     for (int n = 1; n <= 4; ++n) {
-        // A signal that finds no waiter stays; so wait until it is spent.
+        // A signal without a waiter stays set, so wait until it has been taken.
         event.Set();
         while (nThrough < n)
             std::this_thread::yield();
@@ -139,7 +139,7 @@ TEST(WaitAny, LeavesTheOtherQueueWhenLetThrough)
     std::thread waiter([&] { nResult = Event::WaitAny(first, second, kNever); });
     std::this_thread::sleep_for(kSoon);
     second.Set();
-    // Nobody waits for this one any more: it must stay.
+    // Nobody waits for this event any more: it must stay set.
     first.Set();
     waiter.join();
     EXPECT_TRUE(nResult == 0 || nResult == 1);

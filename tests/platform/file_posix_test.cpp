@@ -83,7 +83,7 @@ TEST(Path, CarriesBytesThatAreNotUtf8AsLoneSurrogates)
 TEST(Path, BringsAnyBytesBack)
 {
     std::mt19937 random(Seed());
-    // Leads and trails are frequent, so that whole, cut and wrong sequences all come up.
+    // Lead and trail bytes are frequent, so that complete, cut and wrong sequences all occur.
     const std::string_view alphabet = "a/\x80\x9F\xA0\xBF\xC0\xC3\xE0\xE4\xED\xEF\xF0\xF4\xF5\xFF";
     for (int n = 0; n < Rounds(20000); ++n) {
         std::string bytes(random() % 12, '\0');

@@ -101,7 +101,7 @@ TEST_F(FileTest, LeavesOthersFreeToWriteRenameAndDelete)
         const OtherHandle other(path, nAccess, kSharedByAll);
         EXPECT_TRUE(other.IsOpen()) << nAccess;
     }
-    // Who wants it alone has to wait.
+    // Opening it for exclusive use fails.
     EXPECT_FALSE(OtherHandle(path, GENERIC_READ, 0).IsOpen());
 }
 

@@ -99,7 +99,7 @@ TEST(SafeArrayBounds, AreThoseGivenLeftmostFirst)
         EXPECT_EQ(nLower, row.nLower);
         EXPECT_EQ(nUpper, row.nUpper);
     }
-    // The descriptor has them the other way round.
+    // The descriptor holds the bounds in reverse.
     EXPECT_EQ(array.get()->rgsabound[0].lLbound, 23);
 }
 
@@ -185,7 +185,7 @@ TEST(SafeArrayElements, KeepVariantsOfTheirOwn)
     Variant value = Text(OLESTR("deep"));
     ASSERT_EQ(SafeArrayPutElement(array.get(), indices, &value), S_OK);
     ASSERT_EQ(SafeArrayPutElement(array.get(), indices, &value), S_OK);
-    // What the receiver held before isn't looked at.
+    // The receiver's old content is ignored.
     VARIANT found;
     found.vt = VT_BSTR;
     found.bstrVal = value.bstrVal;

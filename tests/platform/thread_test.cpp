@@ -27,7 +27,7 @@ TEST(Thread, KeepsItsLastSystemError)
         SetLastSystemError(kOther);
         nTurn = 2;
     });
-    // No call of the system in between, which might set the error.
+    // No system call in between, since one might set the error.
     SetLastSystemError(kOwn);
     nTurn = 1;
     while (nTurn != 2) {

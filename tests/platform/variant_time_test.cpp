@@ -176,7 +176,7 @@ TEST(VariantTime, ComesBackUnchanged)
         ASSERT_EQ(VariantTimeToSystemTime(date, &time), 1) << date;
         DATE again = 1e9;
         ASSERT_EQ(SystemTimeToVariantTime(&time, &again), 1) << Show(time);
-        // Two texts for the times of day 0: the positive one comes back.
+        // The times of day 0 have two numbers, above and below 0; the positive one comes back.
         ASSERT_NEAR(again, nDay == 0 ? std::fabs(date) : date, 1e-9) << Show(time);
     }
 }

@@ -5,7 +5,7 @@
 
 #include <windows.h>
 
-// The search starts again where a window of another program went in the middle of it.
+// The search starts again if a window of another program was destroyed during it.
 inline std::vector<HWND> OwnMessageWindows()
 {
     std::vector<HWND> own;

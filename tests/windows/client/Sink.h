@@ -1,7 +1,7 @@
 // The receiving end of a session, made from the interface's description: it answers to the
 // identifier found there, and each operation stands in the slot that it is given there.
 //
-// It prints what it hears, and ends the thread's message loop behind the end of the
+// It prints the calls that it gets, and ends the thread's message loop after the end of the
 // session.
 #pragma once
 
@@ -16,11 +16,11 @@ public:
     Sink& operator=(const Sink&) = delete;
 
     IDispatch* Interface() { return reinterpret_cast<IDispatch*>(this); }
-    // That others still hold; it has to be 0 before the sink goes.
+    // References that others still hold; 0 before the sink is destroyed.
     LONG References() const { return m_nReferences; }
 
 private:
-    // ---- what stands in the slots; the first argument is the interface itself
+    // ---- the functions in the slots; the first argument is the interface itself
 
     static HRESULT STDMETHODCALLTYPE QueryInterface(Sink* self, REFIID iid, void** found);
     static ULONG STDMETHODCALLTYPE AddRef(Sink* self);

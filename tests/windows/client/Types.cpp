@@ -48,7 +48,7 @@ Operation Read(ITypeInfo& info, const FUNCDESC& description)
     return operation;
 }
 
-// The library gives out the description for dispatch, which refers to that of the slots.
+// The library gives the description for dispatch, which refers to the one of the slots.
 InterfaceType Read(ITypeInfo& dispatchSide)
 {
     constexpr UINT kOtherSide = static_cast<UINT>(-1);

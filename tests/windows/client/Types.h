@@ -1,4 +1,4 @@
-// What this client knows of the component: nothing but its type library. Failures throw
+// All that this client knows of the component: its type library. Failures throw
 // _com_error.
 #pragma once
 

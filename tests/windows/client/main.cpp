@@ -58,7 +58,7 @@ void PrintSettings(const Object& converter)
         std::printf("  %s %s\n", Narrow(pszName).c_str(), Value(converter, pszName).c_str());
 }
 
-// What is refused, and how.
+// Calls that are refused, with their results.
 void PrintRefusals(const Object& converter)
 {
     const auto print = [](const char* pszWhat, HRESULT hr) {

@@ -1,4 +1,4 @@
-// What a host has of the library when it loads it, converts with it, and lets it go again.
+// A host that loads the library, converts with it, and unloads it again.
 
 #include <gtest/gtest.h>
 
@@ -168,7 +168,8 @@ TEST_F(Dll, StaysWhileSomethingOfItLives)
     AwaitNothingLives(library);
 }
 
-// The session may be through long before the host dispatches what lets go of its window.
+// The session may have ended long before the host dispatches the message that removes its
+// window.
 TEST_F(Dll, StaysWhileAWindowOfItStands)
 {
     const ComponentLibrary library;
@@ -186,8 +187,8 @@ TEST_F(Dll, StaysWhileAWindowOfItStands)
     }
 }
 
-// Handles aren't compared: the compiler's library, which each load has for itself, keeps
-// some when it goes.
+// Handles aren't compared: each load has its own copy of the compiler's library, which keeps
+// some when it is unloaded.
 TEST_F(Dll, GoesWithThreadsAndWindowsAndCanBeLoadedAgain)
 {
     const ProcessCounts before = CountProcessAtRest();
@@ -206,7 +207,7 @@ TEST_F(Dll, GoesWithThreadsAndWindowsAndCanBeLoadedAgain)
     }
 }
 
-// A host's thread that ends leaves its windows to the library.
+// A host's thread may end while the library's windows are on it.
 TEST_F(Dll, GoesAfterAThreadThatEndedInTheMiddleOfASession)
 {
     ComponentLibrary library;
@@ -244,7 +245,8 @@ TEST_F(Dll, GoesWhileAThreadThatHasUsedItLivesOn)
     CloseHandle(hUsed);
 }
 
-// As for the linked component, a lot of sessions may still bring a handle, but not each lot.
+// As for the linked component, a hundred sessions may still leave a handle, but not each
+// hundred.
 TEST_F(Dll, ManySessionsLeaveNothing)
 {
     constexpr int kHosts = 100; // with two conversions each

@@ -16,6 +16,6 @@ using Values = std::map<string_t, string_t>;
 Values ValuesUnder(const string_t& key);
 
 void WriteKey(const string_t& key, const string_t& value);
-// One that goes with the system's end. Nothing that lasts can be written under it.
+// A key that lasts until the system stops. No lasting key can be made under it.
 void WriteVolatileKey(const string_t& key);
 void DeleteKey(const string_t& key);

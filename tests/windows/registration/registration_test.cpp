@@ -20,7 +20,7 @@ constexpr CLSID kRegistrar = { // of the system's template library
     0x400F,
     0x11D0,
     {0x9D, 0xCD, 0x00, 0xA0, 0xC9, 0x03, 0x91, 0xD3}};
-constexpr const OLECHAR* kAny = L"(any)"; // the system's own business
+constexpr const OLECHAR* kAny = L"(any)"; // the system may write anything
 constexpr LCID kGerman = 0x0407;
 
 string_t TextOf(const GUID& id)
@@ -30,7 +30,7 @@ string_t TextOf(const GUID& id)
     return text;
 }
 
-// The system writes some paths in the form that has no limits.
+// The system writes some paths in the long form, with a prefix.
 string_t Plain(const string_t& path)
 {
     return path.starts_with(L"\\\\?\\") ? path.substr(4) : path;
@@ -202,7 +202,7 @@ protected:
     HRESULT Unregister() { return m_component.Entry<HRESULT WINAPI()>("DllUnregisterServer")(); }
     static string_t Module() { return PathOf(GetModuleHandleW(ComponentLibrary::Path().c_str())); }
 
-    // The parent of applications is never taken out, even if it came with this one.
+    // The key AppID is never removed, even if this registration made it.
     std::set<string_t> NewKeys() const
     {
         std::set<string_t> keys = Without(KeysOfComponents(), m_before);
@@ -314,7 +314,7 @@ TEST_F(Registration, WorksInAnyApartment)
                 CoInitializeEx(nullptr, row.model);
             EXPECT_EQ(S_OK, Register());
             EXPECT_EQ(S_OK, Unregister());
-            // It has left what it entered by itself.
+            // The call has left the apartment that it entered.
             EXPECT_EQ(row.hrEntered == S_OK ? S_FALSE : S_OK, CoInitializeEx(nullptr, row.model));
             CoUninitialize();
             if (row.hrEntered == S_OK)
@@ -356,7 +356,7 @@ TEST_F(Registration, FailsIfTheTypeLibraryCannotBeWritten)
     WriteVolatileKey(key);
     EXPECT_TRUE(FAILED(Register()));
     DeleteKey(key);
-    EXPECT_EQ(S_OK, Register()); // and that is then the way to take it all out
+    EXPECT_EQ(S_OK, Register()); // so that all can be taken out
 }
 
 } // namespace

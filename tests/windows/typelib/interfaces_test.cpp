@@ -11,7 +11,7 @@ namespace {
 
 constexpr unsigned kFirstSlot = 7; // after those of IDispatch
 
-struct Half // of a property; an operation is no half
+struct Half // of a property; an operation has none
 {
     INVOKEKIND kind;
     string_view_t sPrefix;
@@ -55,7 +55,7 @@ std::vector<string_t> ArgumentNames(const DispatchRow& row)
     return {row.arguments.begin(), std::ranges::find(row.arguments, string_view_t())};
 }
 
-// One as the library describes it, beside what it is to be.
+// A function as the library describes it, compared with what it should be.
 struct Described
 {
     const Description& expected;
