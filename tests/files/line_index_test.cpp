@@ -24,6 +24,16 @@ private:
     const UINT m_nBefore = AnsiCodePage();
 };
 
+constexpr UINT kGb18030 = 54936; // Wine has none
+
+bool HasCodePage(UINT nCodePage)
+{
+    const UINT nBefore = AnsiCodePage();
+    const bool bHas = SetAnsiCodePage(nCodePage);
+    SetAnsiCodePage(nBefore);
+    return bHas;
+}
+
 // An index on a file of these bytes.
 class Lines
 {
@@ -211,12 +221,20 @@ TEST(LineIndex, TheHeadOfTheLastRecordIsTheBeginningOfTheWhole)
         std::string piece;
     };
     const Row rows[] = {
-        {1252, "abc,1.5,"},          {936, "\xD6\xD0"},       {936, "a\xD6\xD0"},
-        {65001, "\xC3\xA4"},         {65001, "\xE4\xB8\xAD"}, {65001, "x\xF0\x9F\x98\x80"},
-        {54936, "\x81\x30\x81\x30"}, {1252, "a\0"s},          {1252, "a" + std::string(700, '\0')},
+        {1252, "abc,1.5,"},
+        {936, "\xD6\xD0"},
+        {936, "a\xD6\xD0"},
+        {65001, "\xC3\xA4"},
+        {65001, "\xE4\xB8\xAD"},
+        {65001, "x\xF0\x9F\x98\x80"},
+        {kGb18030, "\x81\x30\x81\x30"},
+        {1252, "a\0"s},
+        {1252, "a" + std::string(700, '\0')},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(std::to_string(row.nCodePage) + " " + testing::PrintToString(row.piece));
+        if (row.nCodePage == kGb18030 && !HasCodePage(kGb18030))
+            continue;
         const CodePageInForce codePage(row.nCodePage);
         Lines lines("ab\n" + repeated(row.piece));
         string_t sWhole, sHead;
