@@ -87,6 +87,7 @@ protected:
         std::array<TempFile, 2> files;
         SharedSinks sinks;
         std::atomic<int> nDone = 0; // operations, for a watch over their progress
+        std::atomic<int> nBusy = kHostThreads;
     };
 
     class Host
@@ -104,6 +105,11 @@ protected:
             }
             CancelOwn();
             m_objects.clear();
+            // Enumerations run one after the other: one that is cancelled goes when it has its
+            // turn, and until then those of other hosts are in its way.
+            --m_shared.nBusy;
+            while (m_shared.nBusy > 0)
+                PumpMessages(std::chrono::milliseconds(5));
             PumpUntil([] { return !OwnsWindows(); });
             for (const auto& sink : m_sinks)
                 Forget(sink);
