@@ -59,13 +59,20 @@ void UnregisterTransaction(IAsyncTransaction* pTransaction)
     transactions.erase(it);
 }
 
+// All others may let go of the object while it is being cancelled. One that has lost its last
+// reference before waits for the lock in its FinalRelease, and for no reference.
 bool CancelTransaction(ULONG_PTR nNumber)
 {
+    com_ptr<IAsyncTransaction> pKept; // released after the lock
     const ProxyLockGuard lock;
     const auto it = Transactions().find(nNumber);
     if (it == Transactions().end())
         return false;
-    it->second->Cancel();
+    const bool bDying = it->second->AddRef() > kDyingRefs;
+    com_ptr<IAsyncTransaction> pTransaction(attach_ref, it->second);
+    if (!bDying)
+        pKept = pTransaction;
+    pTransaction->Cancel();
     return true;
 }
 

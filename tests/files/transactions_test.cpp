@@ -22,6 +22,30 @@ public:
     }
 };
 
+struct Life
+{
+    bool bGone = false;
+    bool bThereAtTheEndOfCancel = false;
+};
+
+// Cancel lets go of its only reference.
+class LeavingTransaction : public ComObject<LeavingTransaction, IAsyncTransaction>
+{
+public:
+    ~LeavingTransaction() override { m_pLife->bGone = true; }
+    HRESULT STDMETHODCALLTYPE Cancel() override
+    {
+        Life& life = *m_pLife;
+        AsyncTransactionPool::UnregisterTransaction(this);
+        m_pOnly->reset();
+        life.bThereAtTheEndOfCancel = !life.bGone;
+        return S_OK;
+    }
+
+    com_ptr<LeavingTransaction>* m_pOnly = nullptr;
+    Life* m_pLife = nullptr;
+};
+
 class OtherObject : public ComObject<OtherObject, ISupportErrorInfo>
 {
 public:
@@ -113,6 +137,18 @@ TEST(Transactions, UnregisteringNothingIsReported)
     EXPECT_EQ(reports.Texts(), Texts{"pAsyncTrans"});
     EXPECT_TRUE(AsyncTransactionPool::CancelTransaction(5));
     AsyncTransactionPool::UnregisterTransaction(transaction.get());
+}
+
+TEST(Transactions, StayWhileTheyAreCancelled)
+{
+    Life life;
+    auto leaving = Make<LeavingTransaction>();
+    leaving->m_pOnly = &leaving;
+    leaving->m_pLife = &life;
+    AsyncTransactionPool::RegisterTransaction(5, leaving->Identity());
+    EXPECT_TRUE(AsyncTransactionPool::CancelTransaction(5));
+    EXPECT_TRUE(life.bThereAtTheEndOfCancel);
+    EXPECT_TRUE(life.bGone);
 }
 
 TEST(Transactions, AreSafeFromSeveralThreads)
