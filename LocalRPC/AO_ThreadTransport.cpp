@@ -1,4 +1,4 @@
-// The thread and its transport share one object, SWorker, that either may outlive: the thread
+// The thread and its transport share one object, WorkerSide, that either may outlive: the thread
 // sleeps until it is woken, then takes tasks out of the store until none is left. To stop, a
 // flag is set and the thread is woken; it sees the flag before it empties the store for the
 // last time, so what was queued before the request still runs. A stop that runs out of time
@@ -28,9 +28,9 @@ Event::Timeout TimeoutOf(unsigned long nTimeout)
 } // namespace
 
 // Shared by thread and transport; it lives as long as either of them.
-struct CThreadBase::SWorker
+struct CThreadBase::WorkerSide
 {
-    SWorker(std::shared_ptr<utils::CTaskStorage> tasks, std::shared_ptr<SWorker> predecessor)
+    WorkerSide(std::shared_ptr<utils::CTaskStorage> tasks, std::shared_ptr<WorkerSide> predecessor)
         : pTasks(std::move(tasks)), pPredecessor(std::move(predecessor))
     {}
 
@@ -40,16 +40,17 @@ struct CThreadBase::SWorker
     void Leave();
 
     const std::shared_ptr<utils::CTaskStorage> pTasks;
-    std::shared_ptr<SWorker> pPredecessor; // may still run its last task; the thread waits for it
+    std::shared_ptr<WorkerSide>
+        pPredecessor; // may still run its last task; the thread waits for it
     Event wake{Event::Kind::AutoReset};
-    CControlEvent control;
+    ControlEvent control;
     std::atomic<std::uint32_t> nThread = 0; // set before control signals the start
     std::atomic<bool> bEnd = false;         // end after what is queued
     std::mutex takeLock;                    // guards bLeft; held while a task is taken
     bool bLeft = false;                     // take nothing any more
 };
 
-void CThreadBase::SWorker::Run()
+void CThreadBase::WorkerSide::Run()
 {
     for (bool bLast = false; !bLast;) {
         WaitPumping(wake);
@@ -59,7 +60,7 @@ void CThreadBase::SWorker::Run()
     }
 }
 
-bool CThreadBase::SWorker::Take(TaskPtr& task)
+bool CThreadBase::WorkerSide::Take(TaskPtr& task)
 {
     task.reset();
     const std::lock_guard lock(takeLock);
@@ -68,13 +69,13 @@ bool CThreadBase::SWorker::Take(TaskPtr& task)
     return task != nullptr;
 }
 
-void CThreadBase::SWorker::AskToEnd()
+void CThreadBase::WorkerSide::AskToEnd()
 {
     bEnd = true;
     wake.Set();
 }
 
-void CThreadBase::SWorker::Leave()
+void CThreadBase::WorkerSide::Leave()
 {
     {
         const std::lock_guard lock(takeLock);
@@ -83,7 +84,7 @@ void CThreadBase::SWorker::Leave()
     AskToEnd();
 }
 
-void CThreadBase::ThreadMain(const std::shared_ptr<SWorker>& This)
+void CThreadBase::ThreadMain(const std::shared_ptr<WorkerSide>& This)
 {
     if (!FaultmereUtil::Assert(This != nullptr, "!IsBadReadPtr(This,sizeof(CThreadBase))"))
         return;
@@ -124,7 +125,7 @@ void CThreadBase::Start()
         return;
     const LockGuard life(m_lifeLock);
     CThreadBase::StopEx(false, kNoTimeLimit, true);
-    SetWorker(std::make_shared<SWorker>(m_pTasks, m_pLeft));
+    SetWorker(std::make_shared<WorkerSide>(m_pTasks, m_pLeft));
     try {
         StartThread();
     } catch (...) {
@@ -144,7 +145,7 @@ try {
     throw local_rpc_exception(sText.empty() ? "create thread unknown error" : sText);
 }
 
-void CThreadBase::SetWorker(std::shared_ptr<SWorker> pWorker)
+void CThreadBase::SetWorker(std::shared_ptr<WorkerSide> pWorker)
 {
     const LockGuard lock(m_lock);
     m_pWorker = std::move(pWorker);

@@ -26,8 +26,8 @@ public:
 protected:
     CThreadBase() = default;
 
-    struct SWorker;
-    static void ThreadMain(const std::shared_ptr<SWorker>& This);
+    struct WorkerSide;
+    static void ThreadMain(const std::shared_ptr<WorkerSide>& This);
 
 private:
     bool IsOwnThread();
@@ -36,12 +36,13 @@ private:
     void AskToEnd(bool bClear, bool bSetStop);
     void Join();
     void Leave();
-    void SetWorker(std::shared_ptr<SWorker> pWorker);
+    void SetWorker(std::shared_ptr<WorkerSide> pWorker);
 
-    CriticalSection m_lifeLock;         // serialises starts and stops; taken before m_lock
-    std::shared_ptr<SWorker> m_pWorker; // changes under both locks
-    std::shared_ptr<SWorker> m_pLeft; // the last one that a stop didn't wait for; under m_lifeLock
-    std::thread m_thread;             // under m_lifeLock
+    CriticalSection m_lifeLock;            // serialises starts and stops; taken before m_lock
+    std::shared_ptr<WorkerSide> m_pWorker; // changes under both locks
+    std::shared_ptr<WorkerSide>
+        m_pLeft;          // the last one that a stop didn't wait for; under m_lifeLock
+    std::thread m_thread; // under m_lifeLock
 };
 
 class CThread final : public CThreadBase

@@ -119,7 +119,7 @@ public:
 };
 
 template <class F>
-class CSyncTask final : public CBaseTask<F>
+class SyncTask final : public CBaseTask<F>
 {
 public:
     using CBaseTask<F>::CBaseTask;
@@ -133,9 +133,9 @@ boost::intrusive_ptr<CAsyncTask<F>> MakeAsyncTask(F function)
 }
 
 template <class F>
-boost::intrusive_ptr<CSyncTask<F>> MakeSyncTask(F function)
+boost::intrusive_ptr<SyncTask<F>> MakeSyncTask(F function)
 {
-    return new CSyncTask<F>(std::move(function));
+    return new SyncTask<F>(std::move(function));
 }
 
 } // namespace LocalRPC

@@ -29,7 +29,7 @@ enum ControlSignal
 };
 
 // Passes a control signal to all threads that wait for one; it stays until Reset.
-class CControlEvent
+class ControlEvent
 {
 public:
     void Signal(ControlSignal cs)

@@ -14,7 +14,7 @@ namespace {
 // For what nobody waits for: sent on the window's own thread, posted from another. S_FALSE
 // where there is no window.
 template <class... Parts, class... Values>
-HRESULT Tell(const CProgressState::Window& window, const WindowMessage<Parts...>& message,
+HRESULT Tell(const ProgressState::Window& window, const WindowMessage<Parts...>& message,
              Values... values)
 {
     const bool bTold = window.nThread == CurrentThreadId()
@@ -28,7 +28,7 @@ HRESULT Tell(const CProgressState::Window& window, const WindowMessage<Parts...>
 HRESULT CProgressDlgNoHTML::FinalConstruct()
 {
     return Guarded([this] {
-        m_pState = std::make_shared<CProgressState>();
+        m_pState = std::make_shared<ProgressState>();
         return S_OK;
     });
 }
@@ -45,7 +45,7 @@ void CProgressDlgNoHTML::FinalRelease()
 
 HRESULT CProgressDlgNoHTML::ShowProgress(LONG_PTR hwndParent)
 {
-    return Guarded([&] { return CProgressWindow::Open(m_pState, hwndParent); });
+    return Guarded([&] { return ProgressWindow::Open(m_pState, hwndParent); });
 }
 
 HRESULT CProgressDlgNoHTML::Close()

@@ -1,7 +1,7 @@
 // CProgressDlgNoHTML: the box that shows a conversion and asks about bad lines.
 //
 // IProgressBox.h documents the methods. The object itself keeps no window: it sends to a
-// CProgressWindow, which lives on the thread of ShowProgress. Figures and errors are sent
+// ProgressWindow, which lives on the thread of ShowProgress. Figures and errors are sent
 // and waited for. From another thread all else is posted, since a host may stop dispatching
 // as soon as it has heard the end of its session.
 //
@@ -55,7 +55,7 @@ private:
     template <class Show>
     HRESULT Ask(BSTR bsError, Show show);
 
-    std::shared_ptr<CProgressState> m_pState;
+    std::shared_ptr<ProgressState> m_pState;
 };
 
 } // namespace Hesperon::specifics::UILayer

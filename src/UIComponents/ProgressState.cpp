@@ -6,7 +6,7 @@ namespace Hesperon::specifics::UILayer {
 
 // ---- the window
 
-bool CProgressState::TakeWindow(WindowHandle hWnd)
+bool ProgressState::TakeWindow(WindowHandle hWnd)
 {
     LockGuard lock(m_lock);
     if (m_window.hWnd)
@@ -16,7 +16,7 @@ bool CProgressState::TakeWindow(WindowHandle hWnd)
     return true;
 }
 
-CProgressState::Window CProgressState::DropWindow()
+ProgressState::Window ProgressState::DropWindow()
 {
     LockGuard lock(m_lock);
     const Window window = std::exchange(m_window, {});
@@ -25,14 +25,14 @@ CProgressState::Window CProgressState::DropWindow()
     return window;
 }
 
-void CProgressState::DropWindow(WindowHandle hWnd)
+void ProgressState::DropWindow(WindowHandle hWnd)
 {
     LockGuard lock(m_lock);
     if (m_window.hWnd == hWnd)
         DropWindow();
 }
 
-CProgressState::Window CProgressState::CurrentWindow()
+ProgressState::Window ProgressState::CurrentWindow()
 {
     LockGuard lock(m_lock);
     return m_window;
@@ -40,7 +40,7 @@ CProgressState::Window CProgressState::CurrentWindow()
 
 // ---- questions
 
-bool CProgressState::OpenQuestion(WindowHandle hWnd)
+bool ProgressState::OpenQuestion(WindowHandle hWnd)
 {
     LockGuard lock(m_lock);
     if (m_window.hWnd != hWnd)
@@ -53,13 +53,13 @@ bool CProgressState::OpenQuestion(WindowHandle hWnd)
     return true;
 }
 
-bool CProgressState::IsQuestionOpen(WindowHandle hWnd)
+bool ProgressState::IsQuestionOpen(WindowHandle hWnd)
 {
     LockGuard lock(m_lock);
     return m_window.hWnd == hWnd && m_bQuestionOpen;
 }
 
-void CProgressState::Answer(WindowHandle hWnd)
+void ProgressState::Answer(WindowHandle hWnd)
 {
     LockGuard lock(m_lock);
     if (m_window.hWnd != hWnd)
@@ -68,7 +68,7 @@ void CProgressState::Answer(WindowHandle hWnd)
     m_hContinue.Set();
 }
 
-void CProgressState::Cancel(WindowHandle hWnd)
+void ProgressState::Cancel(WindowHandle hWnd)
 {
     LockGuard lock(m_lock);
     if (m_window.hWnd != hWnd)
@@ -77,7 +77,7 @@ void CProgressState::Cancel(WindowHandle hWnd)
     Answer(hWnd);
 }
 
-void CProgressState::EndQuestions()
+void ProgressState::EndQuestions()
 {
     LockGuard lock(m_lock);
     m_bCancelled = true;
@@ -86,7 +86,7 @@ void CProgressState::EndQuestions()
 }
 
 // A thread with windows goes on dispatching: the press may come through one of them.
-HRESULT CProgressState::WaitForAnswer()
+HRESULT ProgressState::WaitForAnswer()
 {
     WaitPumping(m_hContinue);
     LockGuard lock(m_lock);
@@ -96,38 +96,38 @@ HRESULT CProgressState::WaitForAnswer()
 
 // ---- what was put into the box
 
-string_t CProgressState::Title()
+string_t ProgressState::Title()
 {
     LockGuard lock(m_lock);
     return m_sTitle;
 }
 
-string_t CProgressState::FileName()
+string_t ProgressState::FileName()
 {
     LockGuard lock(m_lock);
     return m_sFileName;
 }
 
-com_ptr<CProgressState::IDataParser> CProgressState::DataParser()
+com_ptr<ProgressState::IDataParser> ProgressState::DataParser()
 {
     LockGuard lock(m_lock);
     return m_pDataParser;
 }
 
-void CProgressState::PutTitle(string_view_t sTitle)
+void ProgressState::PutTitle(string_view_t sTitle)
 {
     LockGuard lock(m_lock);
     m_sTitle = sTitle;
 }
 
-void CProgressState::PutFileName(string_view_t sFileName)
+void ProgressState::PutFileName(string_view_t sFileName)
 {
     LockGuard lock(m_lock);
     m_sFileName = sFileName;
 }
 
 // The old parser is released after the lock is left.
-void CProgressState::PutDataParser(com_ptr<IDataParser> pDataParser)
+void ProgressState::PutDataParser(com_ptr<IDataParser> pDataParser)
 {
     LockGuard lock(m_lock);
     std::swap(m_pDataParser, pDataParser);
@@ -135,7 +135,7 @@ void CProgressState::PutDataParser(com_ptr<IDataParser> pDataParser)
 
 // ---- the clock
 
-std::uint32_t CProgressState::ElapsedTime()
+std::uint32_t ProgressState::ElapsedTime()
 {
     const std::uint32_t nNow = m_pfnTickCount();
     LockGuard lock(m_lock);

@@ -1,4 +1,4 @@
-// CProgressState: what a progress box and its window share.
+// ProgressState: what a progress box and its window share.
 //
 // A box may be released on any thread, while its window lives on one thread and goes with
 // it. So neither keeps the other alive; what they exchange is here. A window that the box
@@ -23,7 +23,7 @@
 
 namespace Hesperon::specifics::UILayer {
 
-class CProgressState
+class ProgressState
 {
 public:
     using IDataParser = IQRL_TabulexConverter::IDataParser;

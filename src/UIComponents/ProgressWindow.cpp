@@ -27,9 +27,9 @@ constexpr ProgressControl kErrorTexts[] = {ProgressErrorLineLabel,  ProgressErro
 
 // ---- opening and end
 
-HRESULT CProgressWindow::Open(const std::shared_ptr<CProgressState>& pState, LONG_PTR hwndParent)
+HRESULT ProgressWindow::Open(const std::shared_ptr<ProgressState>& pState, LONG_PTR hwndParent)
 {
-    auto pWindow = std::make_unique<CProgressWindow>(pState);
+    auto pWindow = std::make_unique<ProgressWindow>(pState);
     pWindow->m_hWnd = pWindow->Create();
     if (!pWindow->m_hWnd)
         return E_FAIL;
@@ -41,17 +41,17 @@ HRESULT CProgressWindow::Open(const std::shared_ptr<CProgressState>& pState, LON
     if (const string_t sTitle = pState->Title(); !sTitle.empty())
         pWindow->SetText(kWholeView, sTitle);
     // From here on it owns itself. The user may press a button before Show returns.
-    CProgressWindow& window = *pWindow.release();
+    ProgressWindow& window = *pWindow.release();
     window.m_pView->Show(hwndParent, &window);
     return S_OK;
 }
 
-CProgressWindow::~CProgressWindow()
+ProgressWindow::~ProgressWindow()
 {
     m_pState->DropWindow(m_hWnd);
 }
 
-void CProgressWindow::OnFinalMessage()
+void ProgressWindow::OnFinalMessage()
 {
     m_pState->DropWindow(m_hWnd);
     m_pView->Hide();
@@ -60,13 +60,13 @@ void CProgressWindow::OnFinalMessage()
 
 // ---- messages
 
-LONG_PTR CProgressWindow::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
+LONG_PTR ProgressWindow::OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
 {
     const HRESULT hr = Guarded([&] { return Dispatch(nMessage, wParam, lParam) ? S_OK : S_FALSE; });
     return hr == S_OK;
 }
 
-bool CProgressWindow::Dispatch(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
+bool ProgressWindow::Dispatch(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
 {
     switch (nMessage) {
     case kAdvanceMessage:
@@ -100,7 +100,7 @@ bool CProgressWindow::Dispatch(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam)
     }
 }
 
-bool CProgressWindow::Advance(ULONGLONG nPos, ULONGLONG nMax)
+bool ProgressWindow::Advance(ULONGLONG nPos, ULONGLONG nMax)
 {
     const WindowHandle hWnd = m_hWnd;
     if (!m_pState->IsCurrent(hWnd))
@@ -120,7 +120,7 @@ bool CProgressWindow::Advance(ULONGLONG nPos, ULONGLONG nMax)
     return true;
 }
 
-FLOAT CProgressWindow::RelativePos(ULONGLONG nPos)
+FLOAT ProgressWindow::RelativePos(ULONGLONG nPos)
 {
     FLOAT fRelative = 0;
     if (const com_ptr<IDataParser> pParser = m_pState->DataParser())
@@ -128,7 +128,7 @@ FLOAT CProgressWindow::RelativePos(ULONGLONG nPos)
     return fRelative;
 }
 
-void CProgressWindow::SetText(LONG nControl, const string_t& sText)
+void ProgressWindow::SetText(LONG nControl, const string_t& sText)
 {
     m_pView->SetText(nControl, sText.c_str());
 }
@@ -137,7 +137,7 @@ void CProgressWindow::SetText(LONG nControl, const string_t& sText)
 
 // With a place or without: an error without one leaves the line and the field of the last
 // one, and ends the conversion unless the user skips it.
-bool CProgressWindow::ShowError(const OLECHAR* pszText, const ProgressPlace* pPlace)
+bool ProgressWindow::ShowError(const OLECHAR* pszText, const ProgressPlace* pPlace)
 {
     if (!m_pState->OpenQuestion(m_hWnd))
         return false;
@@ -154,7 +154,7 @@ bool CProgressWindow::ShowError(const OLECHAR* pszText, const ProgressPlace* pPl
     return true;
 }
 
-void CProgressWindow::SetField(LONG nField)
+void ProgressWindow::SetField(LONG nField)
 {
     SetText(ProgressErrorField, nField == IQRL_TabulexConverter::kWholeRecord
                                     ? string_t(LoadResourceString(IDS_NO_FIELD))
@@ -163,7 +163,7 @@ void CProgressWindow::SetField(LONG nField)
 
 // A view begins with the section open, so the first run closes it: the box gets lower by the
 // section's height, and the buttons below move up.
-void CProgressWindow::LayOutErrorSection()
+void ProgressWindow::LayOutErrorSection()
 {
     if (m_bErrorsExpanded)
         return;
@@ -183,7 +183,7 @@ void CProgressWindow::LayOutErrorSection()
 // ---- buttons
 
 // A window that the box has dropped may still be on show; its buttons do nothing.
-void CProgressWindow::Press(ProgressControl button)
+void ProgressWindow::Press(ProgressControl button)
 {
     if (!m_pState->IsCurrent(m_hWnd))
         return;
@@ -204,7 +204,7 @@ void CProgressWindow::Press(ProgressControl button)
 }
 
 // The parser's call, or the worker that goes on, may end the box; the buttons come last.
-void CProgressWindow::SkipAll()
+void ProgressWindow::SkipAll()
 {
     const auto pState = m_pState;
     const WindowHandle hWnd = m_hWnd;
@@ -222,7 +222,7 @@ void CProgressWindow::SkipAll()
 }
 
 // The worker goes on first: it holds the lock that AbortConversion takes.
-void CProgressWindow::Cancel()
+void ProgressWindow::Cancel()
 {
     const auto pState = m_pState;
     const WindowHandle hWnd = m_hWnd;

@@ -1,4 +1,4 @@
-// CProgressWindow: the window of a progress box.
+// ProgressWindow: the window of a progress box.
 //
 // It lives on the thread that opened it, and deletes itself when it goes: by
 // kCloseMessage or with its thread. The parser that it calls, and a view that waits for
@@ -35,14 +35,14 @@ inline constexpr WindowMessage<> kFileNameMessage{kUserMessage + 106}; // likewi
 inline constexpr WindowMessage<ULONGLONG> kCountMessage{kUserMessage + 107};
 inline constexpr WindowMessage<> kCloseMessage{kUserMessage + 108};
 
-class CProgressWindow final : public MessageWindow, private IProgressButtons
+class ProgressWindow final : public MessageWindow, private IProgressButtons
 {
 public:
     // Opens the window of a box on the calling thread. S_FALSE for a box that has one.
-    static HRESULT Open(const std::shared_ptr<CProgressState>& pState, LONG_PTR hwndParent);
+    static HRESULT Open(const std::shared_ptr<ProgressState>& pState, LONG_PTR hwndParent);
 
-    explicit CProgressWindow(const std::shared_ptr<CProgressState>& pState) : m_pState(pState) {}
-    ~CProgressWindow() override;
+    explicit ProgressWindow(const std::shared_ptr<ProgressState>& pState) : m_pState(pState) {}
+    ~ProgressWindow() override;
 
 private:
     LONG_PTR OnMessage(UINT nMessage, ULONG_PTR wParam, LONG_PTR lParam) override;
@@ -60,7 +60,7 @@ private:
     void SetText(LONG nControl, const string_t& sText);
 
     const ModuleLock m_moduleLock; // it may outlive its box until its thread dispatches
-    const std::shared_ptr<CProgressState> m_pState;
+    const std::shared_ptr<ProgressState> m_pState;
     WindowHandle m_hWnd = 0; // kept after the window has gone
     ProgressViewPtr m_pView;
     bool m_bShowErrors = false;

@@ -48,7 +48,7 @@ class CDataParser
                        Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
                        IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo, IDataParserLock,
                        IQRL_TabulexConverter::IReadState, ILastRecordHead>,
-      private CConversionRun::IOwner
+      private ConversionRun::IOwner
 {
 public:
     HRESULT FinalConstruct();
@@ -156,18 +156,18 @@ private:
     HRESULT MinDateTime(VARIANT* pDate);
     HRESULT MaxDateTime(VARIANT* pDate);
     void RefreshDateRange();
-    void TakeDateRange(const SDateWithStatus& first, const SDateWithStatus& last);
+    void TakeDateRange(const DateWithStatus& first, const DateWithStatus& last);
     void InferResolution();
-    HRESULT StoreDate(const VARIANT& value, SDateWithStatus& date);
+    HRESULT StoreDate(const VARIANT& value, DateWithStatus& date);
     void RestartLayout();
 
     // ---- runs and enumerations of symbols (DataParserRuns.cpp)
 
     HRESULT StartWholeFile(IDispatch* pEventSink, ULONG_PTR nTranId);
-    HRESULT StartPortion(LONG_PTR hWnd, IDispatch* pEventSink, const SPortion& portion,
+    HRESULT StartPortion(LONG_PTR hWnd, IDispatch* pEventSink, const RunPortion& portion,
                          ULONG_PTR nTranId);
     bool StartsPastEnd(ULONGLONG StartPos);
-    HRESULT BeginRun(const com_ptr<IDataParserEvents>& pEvents, const SPortion* pPortion);
+    HRESULT BeginRun(const com_ptr<IDataParserEvents>& pEvents, const RunPortion* pPortion);
     HRESULT QueueRun(ULONG_PTR nTranId);
     ULONG FindSymbolField();
     com_ptr<IFileHandler> RunFile() override { return m_pFileHandler; }
@@ -177,17 +177,17 @@ private:
     CriticalSection m_lock;
     com_ptr<IRecordParser> m_pRecordParser;
     com_ptr<IFileHandler> m_pFileHandler; // null while no file is set
-    CFileListeners m_listeners;           // no lock
+    FileListeners m_listeners;            // no lock
     ULONGLONG m_nPosition = 0;
     Bstr m_sSymbolName;     // null or empty: no filter
     ULONG m_nLocale = 1252; // code page number
-    SLineRule m_lines;
-    ULONG m_nSymbolField = 0;           // kNoField: the file has no symbols
-    Variant m_vTypeNames;               // VT_ARRAY|VT_BSTR, never changes
-    SDateWithStatus m_dtStart, m_dtEnd; // range of a conversion, inclusive
+    LineRule m_lines;
+    ULONG m_nSymbolField = 0;          // kNoField: the file has no symbols
+    Variant m_vTypeNames;              // VT_ARRAY|VT_BSTR, never changes
+    DateWithStatus m_dtStart, m_dtEnd; // range of a conversion, inclusive
     std::atomic<bool> m_bAutoDetectCodePage = false, m_bDisableErrorNotify = false; // no lock
-    SFileProxies m_proxies;
-    CConversionRun m_run{*this, *this, m_lock, m_bDisableErrorNotify}; // has rules of its own
+    FileProxies m_proxies;
+    ConversionRun m_run{*this, *this, m_lock, m_bDisableErrorNotify}; // has rules of its own
     // In a clone: the object to which the record parser's uncounted link points.
     com_ptr<CDataParser> m_pLinkOwner;
     bool m_bCountedInPool = false;

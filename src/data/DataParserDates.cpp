@@ -111,7 +111,7 @@ void CDataParser::RefreshDateRange()
         TakeDateRange(DateOf(vMin), DateOf(vMax));
 }
 
-void CDataParser::TakeDateRange(const SDateWithStatus& first, const SDateWithStatus& last)
+void CDataParser::TakeDateRange(const DateWithStatus& first, const DateWithStatus& last)
 {
     const bool bAscending = first < last || first == last;
     m_dtStart = bAscending ? first : last;
@@ -151,10 +151,10 @@ HRESULT CDataParser::put_EndDateTime(VARIANT newVal)
 }
 
 // The date is clamped to the range of the file.
-HRESULT CDataParser::StoreDate(const VARIANT& value, SDateWithStatus& date)
+HRESULT CDataParser::StoreDate(const VARIANT& value, DateWithStatus& date)
 {
     Assert(VT_DATE == value.vt, "VT_DATE == newVal.vt");
-    const SDateWithStatus given{value.date, SDateWithStatus::kValid};
+    const DateWithStatus given{value.date, DateWithStatus::kValid};
     date = given;
     Variant vMin, vMax;
     const bool bMin = SUCCEEDED(MinDateTime(vMin.put()));

@@ -87,7 +87,7 @@ void CDataParser::RebindFile(const com_ptr<IFileHandler>& pHandler)
 
 void CDataParser::CloseFile()
 {
-    SFileProxies proxies;
+    FileProxies proxies;
     com_ptr<IFileHandler> pHandler;
     {
         LockGuard lock(m_lock);
@@ -125,7 +125,7 @@ HRESULT CDataParser::InvalidateFileInfo(VARIANT_BOOL Erase)
 // taken for one of the new file.
 HRESULT CDataParser::RenewProxies()
 {
-    SFileProxies proxies;
+    FileProxies proxies;
     com_ptr<IRecordParser> pParser;
     {
         LockGuard lock(m_lock);

@@ -68,7 +68,7 @@ HRESULT CDataParser::StartConvertPortion(LONG_PTR hWnd, IDispatch* pEventSink, U
     });
 }
 
-HRESULT CDataParser::StartPortion(LONG_PTR hWnd, IDispatch* pEventSink, const SPortion& portion,
+HRESULT CDataParser::StartPortion(LONG_PTR hWnd, IDispatch* pEventSink, const RunPortion& portion,
                                   ULONG_PTR nTranId)
 {
     {
@@ -112,9 +112,9 @@ bool CDataParser::StartsPastEnd(ULONGLONG StartPos)
 // ---- both
 
 // With the lock held. Copies all that the run needs to know.
-HRESULT CDataParser::BeginRun(const com_ptr<IDataParserEvents>& pEvents, const SPortion* pPortion)
+HRESULT CDataParser::BeginRun(const com_ptr<IDataParserEvents>& pEvents, const RunPortion* pPortion)
 {
-    SRunSettings settings;
+    RunSettings settings;
     const HRESULT hr =
         FindDeliveredFields(m_pRecordParser.get(), m_vTypeNames, settings.arFieldIndices);
     if (FAILED(hr))
@@ -214,7 +214,7 @@ HRESULT CDataParser::ParseRecords(VARIANT* v, ULONG nFrom, ULONG nCount)
     VariantInit(v);
     return Locked([&] {
         Variant block;
-        const SRecordSource source{m_pFileHandler.get(), m_pRecordParser.get(), m_lines, m_nLocale};
+        const BlockSource source{m_pFileHandler.get(), m_pRecordParser.get(), m_lines, m_nLocale};
         const HRESULT hr = ReadRecordBlock(source, nFrom, nCount, block);
         *v = block.detach();
         return hr;

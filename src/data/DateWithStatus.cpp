@@ -6,14 +6,14 @@
 
 namespace Hesperon::specifics {
 
-SDateWithStatus DateOf(const VARIANT& value)
+DateWithStatus DateOf(const VARIANT& value)
 {
     if (value.vt == VT_DATE)
-        return {value.date, SDateWithStatus::kValid};
+        return {value.date, DateWithStatus::kValid};
     Variant converted;
     if (FAILED(VariantChangeType(&converted, const_cast<VARIANT*>(&value), 0, VT_DATE)))
-        return {0, SDateWithStatus::kInvalid};
-    return {converted.date, SDateWithStatus::kValid};
+        return {0, DateWithStatus::kInvalid};
+    return {converted.date, DateWithStatus::kValid};
 }
 
 std::uint16_t LowDayBits(DATE date)

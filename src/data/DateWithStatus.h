@@ -1,4 +1,4 @@
-// SDateWithStatus: an OLE date that may be invalid.
+// DateWithStatus: an OLE date that may be invalid.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace Hesperon::specifics {
 
-struct SDateWithStatus
+struct DateWithStatus
 {
     static constexpr LONG kValid = 0;
     static constexpr LONG kInvalid = 1;
@@ -16,16 +16,16 @@ struct SDateWithStatus
     LONG status = kValid;
 
     // Earlier; false where either date is invalid.
-    friend bool operator<(const SDateWithStatus& a, const SDateWithStatus& b)
+    friend bool operator<(const DateWithStatus& a, const DateWithStatus& b)
     {
         return a.status == kValid && b.status == kValid && a.date < b.date;
     }
     // Two dates with different statuses are different.
-    friend bool operator==(const SDateWithStatus&, const SDateWithStatus&) = default;
+    friend bool operator==(const DateWithStatus&, const DateWithStatus&) = default;
 };
 
 // The value as a date; invalid, with the date 0, where it can't be converted.
-SDateWithStatus DateOf(const VARIANT& value);
+DateWithStatus DateOf(const VARIANT& value);
 
 // The whole days of a date, cut to 16 bits. 0 stands for "no date" and 0xFFFF for
 // "no earlier record" where a date is kept; these bits alone tell the two from a date.

@@ -6,7 +6,7 @@ namespace Hesperon::specifics {
 
 using IQRL_TabulexConverter::IFileHandlerEvents;
 
-HRESULT CFileListeners::Add(IDispatch& listener)
+HRESULT FileListeners::Add(IDispatch& listener)
 {
     LockGuard lock(m_lock);
     Listener& pEntry = m_mapFileEventHandlers[&listener];
@@ -16,7 +16,7 @@ HRESULT CFileListeners::Add(IDispatch& listener)
     return S_OK;
 }
 
-void CFileListeners::Remove(IDispatch& listener)
+void FileListeners::Remove(IDispatch& listener)
 {
     Listener pRemoved; // let go of without the lock
     LockGuard lock(m_lock);
@@ -25,14 +25,14 @@ void CFileListeners::Remove(IDispatch& listener)
         std::swap(entry->second, pRemoved);
 }
 
-void CFileListeners::Clear()
+void FileListeners::Clear()
 {
     std::unordered_map<IDispatch*, Listener> cleared;
     LockGuard lock(m_lock);
     std::swap(m_mapFileEventHandlers, cleared);
 }
 
-std::vector<CFileListeners::Listener> CFileListeners::Live()
+std::vector<FileListeners::Listener> FileListeners::Live()
 {
     std::vector<Listener> live;
     LockGuard lock(m_lock);
@@ -42,10 +42,10 @@ std::vector<CFileListeners::Listener> CFileListeners::Live()
     return live;
 }
 
-void CFileListeners::RecordCountChange(ULONGLONG nNewCount, VARIANT_BOOL bComplete)
+void FileListeners::RecordCountChange(ULONGLONG nNewCount, VARIANT_BOOL bComplete)
 {
     for (const Listener& pListener : Live()) {
-        const SCall call{std::this_thread::get_id(), pListener.get()};
+        const RunningCall call{std::this_thread::get_id(), pListener.get()};
         if (!BeginCall(call))
             continue;
         pListener->RecordCountChange(nNewCount, bComplete);
@@ -53,7 +53,7 @@ void CFileListeners::RecordCountChange(ULONGLONG nNewCount, VARIANT_BOOL bComple
     }
 }
 
-bool CFileListeners::BeginCall(const SCall& call)
+bool FileListeners::BeginCall(const RunningCall& call)
 {
     LockGuard lock(m_lock);
     if (std::ranges::find(m_calls, call) != m_calls.end())
@@ -62,7 +62,7 @@ bool CFileListeners::BeginCall(const SCall& call)
     return true;
 }
 
-void CFileListeners::EndCall(const SCall& call)
+void FileListeners::EndCall(const RunningCall& call)
 {
     LockGuard lock(m_lock);
     std::erase(m_calls, call);

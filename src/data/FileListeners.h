@@ -1,4 +1,4 @@
-// CFileListeners: the objects that hear from a data parser how the count of its file grows.
+// FileListeners: the objects that hear from a data parser how the count of its file grows.
 //
 // Safe from any thread; the lock is a leaf and isn't held during a call.
 #pragma once
@@ -13,7 +13,7 @@
 
 namespace Hesperon::specifics {
 
-class CFileListeners
+class FileListeners
 {
 public:
     // E_NOINTERFACE: the object takes no file events. A listener that is added again stays
@@ -30,22 +30,22 @@ private:
     using Listener = com_ptr<IQRL_TabulexConverter::IFileHandlerEvents>;
 
     // A call that is under way.
-    struct SCall
+    struct RunningCall
     {
         std::thread::id thread;
         IQRL_TabulexConverter::IFileHandlerEvents* pListener;
 
-        bool operator==(const SCall&) const = default;
+        bool operator==(const RunningCall&) const = default;
     };
 
     std::vector<Listener> Live();
-    bool BeginCall(const SCall& call);
-    void EndCall(const SCall& call);
+    bool BeginCall(const RunningCall& call);
+    void EndCall(const RunningCall& call);
 
     CriticalSection m_lock; // guards what follows
     // A listener that was removed leaves its key with a null value.
     std::unordered_map<IDispatch*, Listener> m_mapFileEventHandlers;
-    std::vector<SCall> m_calls;
+    std::vector<RunningCall> m_calls;
 };
 
 } // namespace Hesperon::specifics

@@ -2,13 +2,13 @@
 
 namespace Hesperon::specifics {
 
-HRESULT SFileProxies::Create()
+HRESULT FileProxies::Create()
 {
     const HRESULT hr = CreateObject(pFileEvents);
     return SUCCEEDED(hr) ? CreateObject(pRecordParser) : hr;
 }
 
-void SFileProxies::Detach()
+void FileProxies::Detach()
 {
     if (pFileEvents)
         pFileEvents->Detach();

@@ -1,4 +1,4 @@
-// SFileProxies: what the worker of a file holds instead of a data parser and its record parser.
+// FileProxies: what the worker of a file holds instead of a data parser and its record parser.
 //
 // The links back are cut under the proxy lock: do so without the parser's lock. The struct
 // itself is guarded by its owner.
@@ -9,7 +9,7 @@
 
 namespace Hesperon::specifics {
 
-struct SFileProxies
+struct FileProxies
 {
     com_ptr<CFileHandlerEventsProxy> pFileEvents;
     com_ptr<CRecordParserProxy> pRecordParser;

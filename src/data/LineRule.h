@@ -1,4 +1,4 @@
-// SLineRule: which line of a file is the record at a position.
+// LineRule: which line of a file is the record at a position.
 //
 // Positions count data records from 0, lines count from 0 with the header's among them. A file
 // that runs backwards is read from its last line on; its last positions are then those of
@@ -9,7 +9,7 @@
 
 namespace Hesperon::specifics {
 
-struct SLineRule
+struct LineRule
 {
     LONG bHasHeader = 0;     // 0 or 1
     ULONG nHeaderOffset = 0; // lines before the data, or before the header

@@ -6,7 +6,7 @@ namespace Hesperon::specifics {
 
 namespace {
 
-HRESULT FillBlock(const SRecordSource& source, ULONG nFrom, ULONG nCount, ULONG nFields,
+HRESULT FillBlock(const BlockSource& source, ULONG nFrom, ULONG nCount, ULONG nFields,
                   SAFEARRAY* pArray)
 {
     if (!source.pFile)
@@ -27,7 +27,7 @@ HRESULT FillBlock(const SRecordSource& source, ULONG nFrom, ULONG nCount, ULONG 
 
 } // namespace
 
-HRESULT ReadRecordBlock(const SRecordSource& source, ULONG nFrom, ULONG nCount, Variant& block)
+HRESULT ReadRecordBlock(const BlockSource& source, ULONG nFrom, ULONG nCount, Variant& block)
 {
     ULONG nFields = 0;
     HRESULT hr = source.pRecordParser ? source.pRecordParser->get_FieldCount(&nFields) : E_FAIL;

@@ -9,17 +9,17 @@
 namespace Hesperon::specifics {
 
 // Where the records of a block come from. Null pointers stand for nothing bound.
-struct SRecordSource
+struct BlockSource
 {
     IFileHandler* pFile;
     IQRL_TabulexConverter::IRecordParser* pRecordParser;
-    const SLineRule& lines;
+    const LineRule& lines;
     ULONG nLocale; // code page number
 };
 
 // Gives nCount records from position nFrom on as VT_ARRAY|VT_VARIANT, record by field. A field
 // that doesn't parse leaves its text, or nothing, in its cell; a line that can't be read fails
 // the call. Throws what the file throws.
-HRESULT ReadRecordBlock(const SRecordSource& source, ULONG nFrom, ULONG nCount, Variant& block);
+HRESULT ReadRecordBlock(const BlockSource& source, ULONG nFrom, ULONG nCount, Variant& block);
 
 } // namespace Hesperon::specifics

@@ -63,12 +63,12 @@ string_t DuplicatedField(IRecordParser& parser)
 }
 
 // The check with its window and sink.
-class CSettingsCheck
+class CheckRun
 {
 public:
-    CSettingsCheck(LONG_PTR hWnd, IDataParserEvents& events) : m_hWnd(hWnd), m_events(events) {}
+    CheckRun(LONG_PTR hWnd, IDataParserEvents& events) : m_hWnd(hWnd), m_events(events) {}
 
-    HRESULT Run(const SCheckedSettings& settings)
+    HRESULT Run(const CheckedSettings& settings)
     {
         if (LowDayBits(settings.dtStart.date) == 0 || LowDayBits(settings.dtEnd.date) == 0)
             return Fault(IDS_BAD_DATE_RANGE);
@@ -117,12 +117,12 @@ private:
 
 } // namespace
 
-HRESULT CheckSettings(const SCheckedSettings& settings, LONG_PTR hWnd, IDispatch* pEventSink)
+HRESULT CheckSettings(const CheckedSettings& settings, LONG_PTR hWnd, IDispatch* pEventSink)
 {
     com_ptr<IDataParserEvents> pEvents;
     if (FAILED(query(pEventSink, pEvents)))
         return E_NOINTERFACE;
-    return CSettingsCheck(hWnd, *pEvents.get()).Run(settings);
+    return CheckRun(hWnd, *pEvents.get()).Run(settings);
 }
 
 } // namespace Hesperon::specifics

@@ -9,16 +9,16 @@
 namespace Hesperon::specifics {
 
 // What is checked. Null for no record parser.
-struct SCheckedSettings
+struct CheckedSettings
 {
     IQRL_TabulexConverter::IRecordParser* pRecordParser;
-    const SDateWithStatus& dtStart;
-    const SDateWithStatus& dtEnd;
+    const DateWithStatus& dtStart;
+    const DateWithStatus& dtEnd;
 };
 
 // The first fault is reported to the sink in one sentence or, where the sink refuses it, to
 // the person at the window: S_FALSE then. Settings that are good give the result of the sink's
 // GetResolutionName; E_NOINTERFACE for a sink without IDataParserEvents.
-HRESULT CheckSettings(const SCheckedSettings& settings, LONG_PTR hWnd, IDispatch* pEventSink);
+HRESULT CheckSettings(const CheckedSettings& settings, LONG_PTR hWnd, IDispatch* pEventSink);
 
 } // namespace Hesperon::specifics

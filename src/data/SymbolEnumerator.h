@@ -79,7 +79,7 @@ private:
     std::set<ULONG> m_setHashes; // of the symbols given so far
     ULONG m_nSymbolField = kNoField;
     std::atomic<bool> m_bCancelled = false;
-    CTransactionEntry m_entry{*this};
+    TransactionEntry m_entry{*this};
 };
 
 } // namespace Hesperon::specifics

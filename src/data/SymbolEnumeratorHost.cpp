@@ -50,7 +50,7 @@ private:
     };
     using WorkList = std::deque<CConverterPersist>;
 
-    struct SThread
+    struct WorkerThread
     {
         Event wake{Event::Kind::AutoReset}; // a new entry is there
         Event stop{Event::Kind::ManualReset};
@@ -62,16 +62,16 @@ private:
         bool HasEnded() { return ended.Wait(std::chrono::milliseconds(0)); }
         bool IsSelf() const { return thread.get_id() == std::this_thread::get_id(); }
     };
-    using ThreadList = std::list<SThread>;
+    using ThreadList = std::list<WorkerThread>;
 
     CSymbolEnumeratorHost() = default;
 
     void StartThread();
-    void ThreadMain(SThread& self);
-    bool WaitForWork(SThread& self);
-    void Step(SThread& self);
-    SThread* BeginStop(WorkList& dropped);
-    void EndStop(SThread& stopped, WorkList& dropped);
+    void ThreadMain(WorkerThread& self);
+    bool WaitForWork(WorkerThread& self);
+    void Step(WorkerThread& self);
+    WorkerThread* BeginStop(WorkList& dropped);
+    void EndStop(WorkerThread& stopped, WorkList& dropped);
     void JoinEnded();
 
     CriticalSection m_lock; // guards all below
@@ -84,9 +84,9 @@ private:
 CSymbolEnumeratorHost& CSymbolEnumeratorHost::Instance()
 {
     static CSymbolEnumeratorHost& host = *new CSymbolEnumeratorHost;
-    static const struct SEnd
+    static const struct AtExit
     {
-        ~SEnd()
+        ~AtExit()
         {
             if (!OtherThreadsAreGone())
                 host.EndThread();
@@ -106,7 +106,7 @@ void CSymbolEnumeratorHost::AddConvertor()
 void CSymbolEnumeratorHost::ReleaseConvertor()
 {
     WorkList dropped; // let go of without the lock
-    SThread* pStopped = nullptr;
+    WorkerThread* pStopped = nullptr;
     LONG nLeft = 0;
     {
         LockGuard lock(m_lock);
@@ -120,12 +120,12 @@ void CSymbolEnumeratorHost::ReleaseConvertor()
 }
 
 // With the lock held. The thread to wait for; null for none.
-CSymbolEnumeratorHost::SThread* CSymbolEnumeratorHost::BeginStop(WorkList& dropped)
+CSymbolEnumeratorHost::WorkerThread* CSymbolEnumeratorHost::BeginStop(WorkList& dropped)
 {
     JoinEnded();
     if (m_thread.empty() || m_thread.front().IsStopping())
         return nullptr;
-    SThread& thread = m_thread.front();
+    WorkerThread& thread = m_thread.front();
     thread.stop.Set();
     if (!thread.IsSelf())
         return &thread;
@@ -134,7 +134,7 @@ CSymbolEnumeratorHost::SThread* CSymbolEnumeratorHost::BeginStop(WorkList& dropp
     return nullptr;
 }
 
-void CSymbolEnumeratorHost::EndStop(SThread& stopped, WorkList& dropped)
+void CSymbolEnumeratorHost::EndStop(WorkerThread& stopped, WorkList& dropped)
 {
     WaitPumping(stopped.ended);
     stopped.thread.join();
@@ -146,7 +146,7 @@ void CSymbolEnumeratorHost::EndStop(SThread& stopped, WorkList& dropped)
 // With the lock held: a thread that has set its end event doesn't take it again.
 void CSymbolEnumeratorHost::JoinEnded()
 {
-    m_retired.remove_if([](SThread& thread) {
+    m_retired.remove_if([](WorkerThread& thread) {
         const bool bEnded = thread.HasEnded();
         if (bEnded)
             thread.thread.join();
@@ -164,7 +164,7 @@ void CSymbolEnumeratorHost::EndThread()
         if (!m_thread.empty() && !m_thread.front().IsStopping())
             threads.splice(threads.end(), m_thread);
     }
-    for (SThread& thread : threads) {
+    for (WorkerThread& thread : threads) {
         thread.stop.Set();
         if (thread.IsSelf())
             thread.thread.detach();
@@ -181,7 +181,7 @@ HRESULT CSymbolEnumeratorHost::Add(IFileHandlerEvents* pEvents)
     JoinEnded();
     if (m_thread.empty())
         StartThread();
-    SThread& thread = m_thread.front();
+    WorkerThread& thread = m_thread.front();
     if (thread.IsStopping())
         return S_FALSE;
     m_arSymbolEnumerators.push_back({pEvents, 0});
@@ -193,7 +193,7 @@ HRESULT CSymbolEnumeratorHost::Add(IFileHandlerEvents* pEvents)
 
 void CSymbolEnumeratorHost::StartThread()
 {
-    SThread& self = m_thread.emplace_back();
+    WorkerThread& self = m_thread.emplace_back();
     try {
         self.thread = std::thread([this, &self] { ThreadMain(self); });
     } catch (...) {
@@ -202,7 +202,7 @@ void CSymbolEnumeratorHost::StartThread()
     }
 }
 
-void CSymbolEnumeratorHost::ThreadMain(SThread& self)
+void CSymbolEnumeratorHost::ThreadMain(WorkerThread& self)
 {
     {
         const ThreadApartment apartment;
@@ -213,7 +213,7 @@ void CSymbolEnumeratorHost::ThreadMain(SThread& self)
 }
 
 // False: the thread is to end.
-bool CSymbolEnumeratorHost::WaitForWork(SThread& self)
+bool CSymbolEnumeratorHost::WaitForWork(WorkerThread& self)
 {
     constexpr int kStop = 0;
     Event::Timeout timeout; // without end
@@ -225,7 +225,7 @@ bool CSymbolEnumeratorHost::WaitForWork(SThread& self)
     return self.wait.WaitAny(self.stop, self.wake, timeout) != kStop;
 }
 
-void CSymbolEnumeratorHost::Step(SThread& self)
+void CSymbolEnumeratorHost::Step(WorkerThread& self)
 {
     com_ptr<IFileHandlerEvents> pEvents; // may be the last reference when the entry has gone
     ULONGLONG nPosition = 0;

@@ -2,7 +2,7 @@
 // started through one object can be cancelled through another.
 //
 // Holds plain pointers: an object unregisters what it registered, and nothing else,
-// before it is destroyed (CTransactionEntry keeps count). All calls take the process-wide
+// before it is destroyed (TransactionEntry keeps count). All calls take the process-wide
 // proxy lock (see Proxies.h).
 #pragma once
 

@@ -34,7 +34,7 @@ class CDataArray
 public:
     // False, and nothing done, where a file is attached already, for a file that
     // isn't open, and for an empty one. A file can't be exchanged for another.
-    bool Attach(std::shared_ptr<CSharedFile> pFile);
+    bool Attach(std::shared_ptr<SharedFile> pFile);
 
     // Elements of the file when its size was last asked for; 0 without a file. May be read
     // from any thread.
@@ -87,7 +87,7 @@ private:
     ULONGLONG CountAt(ULONGLONG nOffset) const; // elements of the page at nOffset
     T* SlotData(ULONGLONG nSlot) const { return m_pData.get() + nSlot * nBlockSize; }
 
-    std::shared_ptr<CSharedFile> m_hFile;
+    std::shared_ptr<SharedFile> m_hFile;
     std::atomic<ULONGLONG> m_nSize = 0;
     std::array<ULONGLONG, nPages> m_pageOffsets{}; // place in the file of each slot's page
     std::unique_ptr<T[]> m_pData;                  // all slots, one after the other

@@ -15,7 +15,7 @@
 namespace Hesperon::specifics {
 
 template <class T, std::size_t nPages, std::size_t nBlockSize>
-bool CDataArray<T, nPages, nBlockSize>::Attach(std::shared_ptr<CSharedFile> pFile)
+bool CDataArray<T, nPages, nBlockSize>::Attach(std::shared_ptr<SharedFile> pFile)
 {
     if (m_hFile || !pFile || !pFile->IsOpen())
         return false;

@@ -30,7 +30,7 @@ try {
     return E_FAIL;
 }
 
-void CFileConversions::Start(com_ptr<IFileHandlerEvents> pEvents)
+void FileConversions::Start(com_ptr<IFileHandlerEvents> pEvents)
 {
     const bool bRuns = std::ranges::any_of(
         m_converters, [&](const auto& converter) { return converter.Events() == pEvents.get(); });
@@ -38,7 +38,7 @@ void CFileConversions::Start(com_ptr<IFileHandlerEvents> pEvents)
         m_converters.emplace_back(std::move(pEvents));
 }
 
-void CFileConversions::StepNext(bool bComplete)
+void FileConversions::StepNext(bool bComplete)
 {
     if (m_nNext >= m_converters.size())
         m_nNext = 0;
@@ -54,7 +54,7 @@ void CFileConversions::StepNext(bool bComplete)
     m_converters.erase(it);
 }
 
-void CFileConversions::Clear()
+void FileConversions::Clear()
 {
     const auto ended = std::exchange(m_converters, {});
 }

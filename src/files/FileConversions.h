@@ -27,7 +27,7 @@ private:
     ULONGLONG m_nPosition = 0; // the next record
 };
 
-class CFileConversions
+class FileConversions
 {
 public:
     bool IsActive() const { return !m_converters.empty(); }

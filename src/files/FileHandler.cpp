@@ -60,7 +60,7 @@ void CFileHandler::Run()
 void CFileHandler::CloseAll()
 {
     m_conversions.Clear();
-    CFileRequests::List ended;
+    FileRequests::List ended;
     {
         LockGuard lock(m_lock);
         ended = m_requests.TakeAll();
@@ -108,12 +108,12 @@ void CFileHandler::ServeRequests()
         return;
     bool bComplete = false;
     m_bServeAgain = !Collect(bComplete);
-    std::erase_if(m_collected, [&](const SPendingRequest& request) {
+    std::erase_if(m_collected, [&](const PendingRequest& request) {
         try {
             Dispatch(request, bComplete);
         } catch (const std::bad_alloc&) {
             // A conversion that doesn't begin would never end: its consumer waits for that.
-            if (request.kind == SPendingRequest::Kind::Conversion) {
+            if (request.kind == PendingRequest::Kind::Conversion) {
                 m_bServeAgain = true;
                 return false;
             }
@@ -135,14 +135,14 @@ try {
     return false;
 }
 
-void CFileHandler::Dispatch(const SPendingRequest& request, bool bComplete)
+void CFileHandler::Dispatch(const PendingRequest& request, bool bComplete)
 {
     switch (request.kind) {
-    case SPendingRequest::Kind::FirstRecord:
+    case PendingRequest::Kind::FirstRecord:
         return GiveFirstRecord(request.pObject.get());
-    case SPendingRequest::Kind::CountEvents:
+    case PendingRequest::Kind::CountEvents:
         return TellCount(request.pObject.get(), bComplete);
-    case SPendingRequest::Kind::Conversion:
+    case PendingRequest::Kind::Conversion:
         return StartConversion(request.pObject.get());
     }
 }
@@ -189,7 +189,7 @@ ULONGLONG CFileHandler::CountLocked()
 
 // The walk to a line that isn't known yet has failed after the last known one. Reads of a
 // closed file fail without a fault of their own.
-void CFileHandler::NoteFault(const SReadFault& fault, ULONGLONG nLine)
+void CFileHandler::NoteFault(const FailedRead& fault, ULONGLONG nLine)
 {
     LockGuard lock(m_lock);
     if (m_firstFault.kind != ReadFaultNone || fault.kind == ReadFaultNone)
@@ -198,7 +198,7 @@ void CFileHandler::NoteFault(const SReadFault& fault, ULONGLONG nLine)
     m_nFaultLine = nLine == kNoFaultLine ? nLine : std::min(nLine, m_index.RecordCount());
 }
 
-void CFileHandler::Queue(SPendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey)
+void CFileHandler::Queue(PendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey)
 {
     {
         LockGuard lock(m_lock);

@@ -34,7 +34,7 @@ using FileHandlerCall = std::function<void(const string_t& sName, IFileHandler* 
 struct SOpenRequest
 {
     string_t sFileName;
-    std::shared_ptr<CSharedFile> pFile;
+    std::shared_ptr<SharedFile> pFile;
     FileHandlerCall AddFileHandler;
     FileHandlerCall RemoveFileHandler;
 };
@@ -78,13 +78,13 @@ private:
     void ScanFirstRecords();
     void ServeRequests();
     bool Collect(bool& bComplete);
-    void Dispatch(const SPendingRequest& request, bool bComplete);
+    void Dispatch(const PendingRequest& request, bool bComplete);
     void GiveFirstRecord(IUnknown* pObject);
     void TellCount(IUnknown* pObject, bool bComplete);
     void StartConversion(IUnknown* pObject);
 
     ULONGLONG CountLocked();
-    void Queue(SPendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey);
+    void Queue(PendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey);
     // Runs a call that reads the file for a consumer. What it throws goes on, and is noted
     // with the line that it was about: the consumer may take it for the end of the file.
     // The background scan isn't run by this, as nobody misses what it doesn't reach.
@@ -99,7 +99,7 @@ private:
         NoteFault(m_pFile->LastFault(), nLine);
         throw;
     }
-    void NoteFault(const SReadFault& fault, ULONGLONG nLine);
+    void NoteFault(const FailedRead& fault, ULONGLONG nLine);
 
     // Hands over the text of the line, under the lock; false: there is no such line. Goes
     // on from the caller's cursor, or without one from the cursor that others share.
@@ -117,21 +117,21 @@ private:
 
     string_t m_sFileName;                // set before the proxy is there
     FileHandlerCall m_RemoveFileHandler; // likewise
-    std::shared_ptr<CSharedFile> m_pFile;
+    std::shared_ptr<SharedFile> m_pFile;
     Event m_hStop{Event::Kind::AutoReset};
     Event m_hRequest{Event::Kind::AutoReset};
 
-    CriticalSection m_lock;   // guards what follows
-    CLineIndex m_index;       // but for what it offers to any thread
-    CFileRequests m_requests; // but for IsEmpty
-    string_t m_sText;         // of the record being read; kept for its memory
-    SReadFault m_firstFault;  // that a consumer has met
+    CriticalSection m_lock;  // guards what follows
+    LineIndex m_index;       // but for what it offers to any thread
+    FileRequests m_requests; // but for IsEmpty
+    string_t m_sText;        // of the record being read; kept for its memory
+    FailedRead m_firstFault; // that a consumer has met
     ULONGLONG m_nFaultLine = IQRL_TabulexConverter::kNoFaultLine;
 
     // The worker's own.
     WorkerWait m_wait;
-    CFileConversions m_conversions;
-    CFileRequests::List m_collected; // conversions among them that memory was short for stay
+    FileConversions m_conversions;
+    FileRequests::List m_collected; // conversions among them that memory was short for stay
     bool m_bScanDone = false;
     bool m_bServeAgain = false; // memory was short for requests: they are tried again soon
     bool m_bRegistered = false;

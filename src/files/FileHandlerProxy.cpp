@@ -114,7 +114,7 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::SeekRecord(ULONGLONG nIndex)
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueueFirstRecord(IUnknown* pObject, ULONGLONG nKey)
 {
     return Guarded([&] {
-        m_pHandler->Queue(SPendingRequest::Kind::FirstRecord, pObject, nKey);
+        m_pHandler->Queue(PendingRequest::Kind::FirstRecord, pObject, nKey);
         return S_OK;
     });
 }
@@ -122,7 +122,7 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueueFirstRecord(IUnknown* pObje
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::CancelRequests(ULONGLONG nKey)
 {
     return Guarded([&] {
-        CFileRequests::List cancelled; // released after the lock
+        FileRequests::List cancelled; // released after the lock
         LockGuard lock(m_pHandler->m_lock);
         cancelled =
             nKey == kAllKeys ? m_pHandler->m_requests.TakeAll() : m_pHandler->m_requests.Take(nKey);
@@ -133,7 +133,7 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::CancelRequests(ULONGLONG nKey)
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueueCountEvents(IUnknown* pObject, ULONGLONG nKey)
 {
     return Guarded([&] {
-        m_pHandler->Queue(SPendingRequest::Kind::CountEvents, pObject, nKey);
+        m_pHandler->Queue(PendingRequest::Kind::CountEvents, pObject, nKey);
         return S_OK;
     });
 }
@@ -141,7 +141,7 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueueCountEvents(IUnknown* pObje
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueueConversion(IUnknown* pObject, ULONGLONG nKey)
 {
     return Guarded([&] {
-        m_pHandler->Queue(SPendingRequest::Kind::Conversion, pObject, nKey);
+        m_pHandler->Queue(PendingRequest::Kind::Conversion, pObject, nKey);
         return S_OK;
     });
 }
@@ -177,14 +177,13 @@ HRESULT CFileHandler::CProxy::GiveLastRecord(BSTR* bsRecord, Read read)
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetLastRecord(ULONG, BSTR* bsRecord)
 {
     return GiveLastRecord(
-        bsRecord, [](CLineIndex& index, string_t& sText) { return index.GetLastRecord(sText); });
+        bsRecord, [](LineIndex& index, string_t& sText) { return index.GetLastRecord(sText); });
 }
 
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetLastRecordHead(ULONG, BSTR* bsRecord)
 {
-    return GiveLastRecord(bsRecord, [](CLineIndex& index, string_t& sText) {
-        return index.GetLastRecordHead(sText);
-    });
+    return GiveLastRecord(
+        bsRecord, [](LineIndex& index, string_t& sText) { return index.GetLastRecordHead(sText); });
 }
 
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::RefreshFileSize()
@@ -236,7 +235,7 @@ CFileHandler::CProxy::GetReadState(IQRL_TabulexConverter::ReadState* pState)
     const auto nSizeNow = m_pHandler->m_pFile->Size();
     if (!nSizeNow)
         return E_FAIL;
-    const SReadFault& fault = m_pHandler->m_firstFault;
+    const FailedRead& fault = m_pHandler->m_firstFault;
     *pState = {fault.kind, fault.nPosition, m_pHandler->m_nFaultLine,
                m_pHandler->m_index.FileSize(), *nSizeNow};
     return S_OK;

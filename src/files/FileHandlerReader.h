@@ -14,7 +14,7 @@ class CFileHandler::CReader final : public ComObject<CReader, ILineReader>
 public:
     void Attach(std::shared_ptr<CFileHandler> pHandler) { m_pHandler = std::move(pHandler); }
 
-    HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG, CLineBuffer& lines) override
+    HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG, LineBuffer& lines) override
     {
         const auto append = [&](string_view_t text) { lines.Add(text); };
         return m_pHandler->ReadRecord(nIndex, append, m_cursor) ? S_OK : E_FAIL;
@@ -22,7 +22,7 @@ public:
 
 private:
     std::shared_ptr<CFileHandler> m_pHandler;
-    CLineCursor m_cursor; // guarded by the handler's lock
+    LineCursor m_cursor; // guarded by the handler's lock
 };
 
 } // namespace Hesperon::specifics

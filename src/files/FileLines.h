@@ -1,4 +1,4 @@
-// CFileLines: the bytes of a file as lines with content, whatever their numbers.
+// FileLines: the bytes of a file as lines with content, whatever their numbers.
 //
 // Lines end with CR or LF. The search for the next line steps over lines that are empty or
 // hold nothing but ": ,;", and works on spans of a page, not byte by byte.
@@ -12,11 +12,11 @@
 namespace Hesperon::specifics {
 
 template <class Data>
-class CFileLinesOf
+class FileLinesOf
 {
 public:
     // At most once. False for an empty file, which then has no bytes.
-    bool Attach(const std::shared_ptr<CSharedFile>& pFile) { return m_data.Attach(pFile); }
+    bool Attach(const std::shared_ptr<SharedFile>& pFile) { return m_data.Attach(pFile); }
     // As it was when last asked for. May be called from any thread.
     ULONGLONG Size() const { return m_data.GetSize(); }
     void RefreshSize();

@@ -1,4 +1,4 @@
-// The operations of CFileLinesOf, for the sources that instantiate it.
+// The operations of FileLinesOf, for the sources that instantiate it.
 //
 // The method: every search runs over the bytes of one page at a time, as a span, and goes
 // on in the next page. What a byte means is looked up in a table of classes (LineBytes.h).
@@ -15,14 +15,14 @@
 namespace Hesperon::specifics {
 
 template <class Data>
-void CFileLinesOf<Data>::RefreshSize()
+void FileLinesOf<Data>::RefreshSize()
 {
     m_nKnownStart = kNowhere;
     m_data.RefreshFileSize();
 }
 
 template <class Data>
-void CFileLinesOf<Data>::DetectCharSize()
+void FileLinesOf<Data>::DetectCharSize()
 {
     if (m_bCharSizeKnown)
         return;
@@ -36,7 +36,7 @@ void CFileLinesOf<Data>::DetectCharSize()
 // ---- line ends
 
 template <class Data>
-ULONGLONG CFileLinesOf<Data>::FindLineEnd(ULONGLONG nPos)
+ULONGLONG FileLinesOf<Data>::FindLineEnd(ULONGLONG nPos)
 {
     const ULONGLONG nSize = Size();
     while (nPos != nSize) {
@@ -54,7 +54,7 @@ ULONGLONG CFileLinesOf<Data>::FindLineEnd(ULONGLONG nPos)
 // even if content lies before it. A line of one byte is taken for a blank one: that
 // carries the search over the zero byte between the CR and LF of two-byte characters.
 template <class Data>
-bool CFileLinesOf<Data>::FindContentLineEnd(ULONGLONG& nPos)
+bool FileLinesOf<Data>::FindContentLineEnd(ULONGLONG& nPos)
 {
     const ULONGLONG nSize = Size();
     if (!KnowsLineFrom(nPos)) {
@@ -74,7 +74,7 @@ bool CFileLinesOf<Data>::FindContentLineEnd(ULONGLONG& nPos)
 }
 
 template <class Data>
-bool CFileLinesOf<Data>::SeekNextLine(ULONGLONG& nPos, bool bStopAtLineEnd, ULONGLONG* pnLength)
+bool FileLinesOf<Data>::SeekNextLine(ULONGLONG& nPos, bool bStopAtLineEnd, ULONGLONG* pnLength)
 {
     const ULONGLONG nStart = nPos;
     if (!FindContentLineEnd(nPos)) {
@@ -93,14 +93,14 @@ bool CFileLinesOf<Data>::SeekNextLine(ULONGLONG& nPos, bool bStopAtLineEnd, ULON
 // ---- what bytes mean
 
 template <class Data>
-bool CFileLinesOf<Data>::IsValidRecord(ULONGLONG nFrom, ULONGLONG nTo)
+bool FileLinesOf<Data>::IsValidRecord(ULONGLONG nFrom, ULONGLONG nTo)
 {
     const ULONGLONG nContent = SkipClass(nFrom, nTo, LineBytes::kSeparator);
     return nContent != nTo && !LineBytes::Is(m_data[nContent], LineBytes::kLineEnd);
 }
 
 template <class Data>
-ULONGLONG CFileLinesOf<Data>::SkipClass(ULONGLONG nPos, ULONGLONG nLimit, std::uint8_t what)
+ULONGLONG FileLinesOf<Data>::SkipClass(ULONGLONG nPos, ULONGLONG nLimit, std::uint8_t what)
 {
     while (nPos != nLimit) {
         const auto span = Span(nPos);
@@ -115,7 +115,7 @@ ULONGLONG CFileLinesOf<Data>::SkipClass(ULONGLONG nPos, ULONGLONG nLimit, std::u
 
 // Characters, not bytes: a file of two-byte characters has a zero after each.
 template <class Data>
-ULONGLONG CFileLinesOf<Data>::SkipLead(ULONGLONG nPos)
+ULONGLONG FileLinesOf<Data>::SkipLead(ULONGLONG nPos)
 {
     const ULONGLONG nSize = Size();
     while (nPos != nSize && LineBytes::Is(m_data[nPos], LineBytes::kLead))
@@ -126,7 +126,7 @@ ULONGLONG CFileLinesOf<Data>::SkipLead(ULONGLONG nPos)
 // ---- text
 
 template <class Data>
-ULONGLONG CFileLinesOf<Data>::EndWithoutZeros(ULONGLONG nFrom, ULONGLONG nTo)
+ULONGLONG FileLinesOf<Data>::EndWithoutZeros(ULONGLONG nFrom, ULONGLONG nTo)
 {
     while (nFrom != nTo) {
         const auto page = m_data.SpanUpTo(nTo - 1);
@@ -140,8 +140,8 @@ ULONGLONG CFileLinesOf<Data>::EndWithoutZeros(ULONGLONG nFrom, ULONGLONG nTo)
 }
 
 template <class Data>
-void CFileLinesOf<Data>::AppendBytes(ULONGLONG nFrom, ULONGLONG nTo, std::size_t nMost,
-                                     std::string& bytes)
+void FileLinesOf<Data>::AppendBytes(ULONGLONG nFrom, ULONGLONG nTo, std::size_t nMost,
+                                    std::string& bytes)
 {
     const std::size_t nFull = bytes.size() + nMost;
     while (nFrom != nTo && bytes.size() != nFull) {

@@ -36,9 +36,9 @@ File OpenPatiently(string_view_t sName)
 CFilePool& CFilePool::Instance()
 {
     static CFilePool& pool = *new CFilePool;
-    static const struct SEnd
+    static const struct AtExit
     {
-        ~SEnd()
+        ~AtExit()
         {
             if (!OtherThreadsAreGone())
                 pool.EndOfProcess();
@@ -78,7 +78,7 @@ com_ptr<IFileHandler> CFilePool::FindHandler(FilesLock& lock, const string_t& sN
 
 com_ptr<IFileHandler> CFilePool::OpenHandler(FilesLock& lock, const string_t& sName)
 {
-    SOpening opening;
+    Opening opening;
     m_openings.emplace(sName, &opening);
     lock.unlock();
     auto pFile = StartHandler(sName);
@@ -93,7 +93,7 @@ com_ptr<IFileHandler> CFilePool::OpenHandler(FilesLock& lock, const string_t& sN
     return std::move(opening.pHandler);
 }
 
-void CFilePool::NoteFile(const string_t& sName, std::shared_ptr<CSharedFile> pFile) noexcept
+void CFilePool::NoteFile(const string_t& sName, std::shared_ptr<SharedFile> pFile) noexcept
 try {
     m_fileHandles.insert_or_assign(sName, std::move(pFile));
 } catch (const std::bad_alloc&) {
@@ -101,12 +101,12 @@ try {
 }
 
 // Null where the file can't be opened or gets no worker.
-std::shared_ptr<CSharedFile> CFilePool::StartHandler(const string_t& sName)
+std::shared_ptr<SharedFile> CFilePool::StartHandler(const string_t& sName)
 try {
     File file = OpenPatiently(sName);
     if (!file.IsOpen())
         return nullptr;
-    auto pFile = std::make_shared<CSharedFile>(std::move(file));
+    auto pFile = std::make_shared<SharedFile>(std::move(file));
     const auto add = [this](const string_t& sFile, IFileHandler* pHandler) {
         AddFileHandler(sFile, pHandler);
     };

@@ -70,7 +70,7 @@ private:
 
     // ---- files
 
-    struct SOpening
+    struct Opening
     {
         com_ptr<IFileHandler> pHandler;
         bool bDone = false;
@@ -83,20 +83,20 @@ private:
     com_ptr<IFileHandler> AttachOrOpen(const string_t& sName);
     com_ptr<IFileHandler> FindHandler(FilesLock& lock, const string_t& sName);
     com_ptr<IFileHandler> OpenHandler(FilesLock& lock, const string_t& sName);
-    std::shared_ptr<CSharedFile> StartHandler(const string_t& sName);
-    void NoteFile(const string_t& sName, std::shared_ptr<CSharedFile> pFile) noexcept;
+    std::shared_ptr<SharedFile> StartHandler(const string_t& sName);
+    void NoteFile(const string_t& sName, std::shared_ptr<SharedFile> pFile) noexcept;
     void FinishOpening(const string_t& sName, IFileHandler* pHandler);
     void AbandonOpening(const string_t& sName);
 
     std::mutex m_filesLock; // guards the three maps
     std::condition_variable m_filesChanged;
     NameMap<IFileHandler*> m_handlers; // not counted
-    NameMap<std::shared_ptr<CSharedFile>> m_fileHandles;
-    NameMap<SOpening*> m_openings; // on their callers' stacks
+    NameMap<std::shared_ptr<SharedFile>> m_fileHandles;
+    NameMap<Opening*> m_openings; // on their callers' stacks
 
     // ---- threads
 
-    struct SThread
+    struct WorkerThread
     {
         std::thread thread;
         std::thread::id id;                     // stays readable while `thread` is joined
@@ -104,8 +104,8 @@ private:
         bool bRetired = false;                  // ends when its handler does
         bool bEnded = false;                    // touches nothing any more
     };
-    using ThreadList = std::list<SThread>;
-    struct SQueued
+    using ThreadList = std::list<WorkerThread>;
+    struct QueuedRequest
     {
         ULONGLONG nTicket; // rising
         std::unique_ptr<SOpenRequest> request;
@@ -113,8 +113,8 @@ private:
     };
     using ThreadsLock = std::unique_lock<std::mutex>;
 
-    void ThreadMain(SThread& self);
-    void RunRequest(ThreadsLock& lock, SThread& self);
+    void ThreadMain(WorkerThread& self);
+    void RunRequest(ThreadsLock& lock, WorkerThread& self);
     void WaitUntilTaken(ThreadsLock& lock, ULONGLONG nTicket);
     void StartThread();
     bool IsPoolThread() const;
@@ -129,9 +129,9 @@ private:
     std::size_t m_nThreads = 0; // started since the last shutdown
     std::size_t m_nFree = 0;
     ThreadList m_threads;
-    ThreadList m_stopping;       // being joined by a shutdown
-    ThreadList m_retired;        // left by a shutdown of their own
-    std::deque<SQueued> m_queue; // first in, first out
+    ThreadList m_stopping;             // being joined by a shutdown
+    ThreadList m_retired;              // left by a shutdown of their own
+    std::deque<QueuedRequest> m_queue; // first in, first out
     ULONGLONG m_nLastTicket = 0;
     std::atomic<LONG> m_nRefs = 0; // data parsers alive
 };

@@ -48,7 +48,7 @@ void CFilePool::WaitUntilTaken(ThreadsLock& lock, ULONGLONG nTicket)
 
 void CFilePool::StartThread()
 {
-    SThread& self = m_threads.emplace_back();
+    WorkerThread& self = m_threads.emplace_back();
     try {
         self.thread = std::thread([this, &self] { ThreadMain(self); });
         self.id = self.thread.get_id();
@@ -61,7 +61,7 @@ void CFilePool::StartThread()
 }
 
 // A thread serves one file and ends; the only one ever started waits for the next.
-void CFilePool::ThreadMain(SThread& self)
+void CFilePool::ThreadMain(WorkerThread& self)
 {
     LowerThreadPriority();
     ThreadsLock lock(m_threadsLock);
@@ -78,9 +78,9 @@ void CFilePool::ThreadMain(SThread& self)
     self.bEnded = true;
 }
 
-void CFilePool::RunRequest(ThreadsLock& lock, SThread& self)
+void CFilePool::RunRequest(ThreadsLock& lock, WorkerThread& self)
 {
-    SQueued queued = std::move(m_queue.front());
+    QueuedRequest queued = std::move(m_queue.front());
     m_queue.pop_front();
     m_threadsChanged.notify_all();
     self.pHandler = queued.pHandler;
@@ -99,7 +99,7 @@ void CFilePool::RunRequest(ThreadsLock& lock, SThread& self)
 
 bool CFilePool::IsPoolThread() const
 {
-    const auto isSelf = [](const SThread& t) { return t.id == std::this_thread::get_id(); };
+    const auto isSelf = [](const WorkerThread& t) { return t.id == std::this_thread::get_id(); };
     return std::ranges::any_of(m_threads, isSelf) || std::ranges::any_of(m_stopping, isSelf) ||
            std::ranges::any_of(m_retired, isSelf);
 }
@@ -108,7 +108,7 @@ bool CFilePool::IsPoolThread() const
 // wait.
 void CFilePool::JoinEnded(ThreadList& threads)
 {
-    std::erase_if(threads, [](SThread& t) {
+    std::erase_if(threads, [](WorkerThread& t) {
         if (t.bEnded)
             t.thread.join();
         return t.bEnded;
@@ -152,7 +152,7 @@ bool CFilePool::BeginShutdown(ThreadsLock& lock, bool bWhateverLives)
     m_stopping.splice(m_stopping.end(), m_threads);
     m_stopping.splice(m_stopping.end(), m_retired);
     if (bWhateverLives) {
-        for (SThread& t : m_stopping)
+        for (WorkerThread& t : m_stopping)
             if (t.pHandler)
                 t.pHandler->Stop();
     }
@@ -162,12 +162,12 @@ bool CFilePool::BeginShutdown(ThreadsLock& lock, bool bWhateverLives)
 
 void CFilePool::JoinStopping(ThreadsLock& lock)
 {
-    const auto self = std::ranges::find(m_stopping, std::this_thread::get_id(), &SThread::id);
+    const auto self = std::ranges::find(m_stopping, std::this_thread::get_id(), &WorkerThread::id);
     if (self != m_stopping.end()) {
         self->bRetired = true;
         m_retired.splice(m_retired.end(), m_stopping, self);
     }
-    for (SThread& t : m_stopping) {
+    for (WorkerThread& t : m_stopping) {
         lock.unlock();
         t.thread.join();
         lock.lock();

@@ -4,18 +4,18 @@
 
 namespace Hesperon::specifics {
 
-void CFileRequests::Add(ULONGLONG nKey, SPendingRequest::Kind kind, com_ptr<IUnknown> pObject)
+void FileRequests::Add(ULONGLONG nKey, PendingRequest::Kind kind, com_ptr<IUnknown> pObject)
 {
     m_requests.push_back({nKey, {kind, std::move(pObject)}});
     Recount();
 }
 
 template <class Pick>
-CFileRequests::List CFileRequests::TakeWhere(Pick pick)
+FileRequests::List FileRequests::TakeWhere(Pick pick)
 {
     List taken;
     taken.reserve(m_requests.size());
-    std::erase_if(m_requests, [&](SKeyed& keyed) {
+    std::erase_if(m_requests, [&](KeyedRequest& keyed) {
         if (!pick(keyed))
             return false;
         taken.push_back(std::move(keyed.request));
@@ -25,22 +25,21 @@ CFileRequests::List CFileRequests::TakeWhere(Pick pick)
     return taken;
 }
 
-CFileRequests::List CFileRequests::Take(ULONGLONG nKey)
+FileRequests::List FileRequests::Take(ULONGLONG nKey)
 {
-    return TakeWhere([=](const SKeyed& keyed) { return keyed.nKey == nKey; });
+    return TakeWhere([=](const KeyedRequest& keyed) { return keyed.nKey == nKey; });
 }
 
-CFileRequests::List CFileRequests::TakeAll()
+FileRequests::List FileRequests::TakeAll()
 {
-    return TakeWhere([](const SKeyed&) { return true; });
+    return TakeWhere([](const KeyedRequest&) { return true; });
 }
 
-void CFileRequests::Collect(bool bKeepCounting, List& list)
+void FileRequests::Collect(bool bKeepCounting, List& list)
 {
     list.reserve(list.size() + m_requests.size());
-    std::erase_if(m_requests, [&](SKeyed& keyed) {
-        const bool bKeep =
-            bKeepCounting && keyed.request.kind == SPendingRequest::Kind::CountEvents;
+    std::erase_if(m_requests, [&](KeyedRequest& keyed) {
+        const bool bKeep = bKeepCounting && keyed.request.kind == PendingRequest::Kind::CountEvents;
         if (bKeep)
             list.push_back(keyed.request);
         else

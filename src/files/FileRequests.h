@@ -1,4 +1,4 @@
-// CFileRequests: what consumers of a file have asked its worker for, by owner.
+// FileRequests: what consumers of a file have asked its worker for, by owner.
 //
 // Not synchronised but for IsEmpty: the file handler's lock guards it. References of
 // requests that end are handed out, since releasing the last one may run any code: do so
@@ -12,7 +12,7 @@
 
 namespace Hesperon::specifics {
 
-struct SPendingRequest
+struct PendingRequest
 {
     enum class Kind
     {
@@ -24,15 +24,15 @@ struct SPendingRequest
     com_ptr<IUnknown> pObject;
 };
 
-class CFileRequests
+class FileRequests
 {
 public:
-    using List = std::vector<SPendingRequest>;
+    using List = std::vector<PendingRequest>;
 
     // May be called from any thread; a request that is being added may be missed.
     bool IsEmpty() const { return m_nCount.load(std::memory_order_acquire) == 0; }
 
-    void Add(ULONGLONG nKey, SPendingRequest::Kind kind, com_ptr<IUnknown> pObject);
+    void Add(ULONGLONG nKey, PendingRequest::Kind kind, com_ptr<IUnknown> pObject);
     // Takes the requests of one owner away.
     List Take(ULONGLONG nKey);
     List TakeAll();
@@ -41,16 +41,16 @@ public:
     void Collect(bool bKeepCounting, List& list);
 
 private:
-    struct SKeyed
+    struct KeyedRequest
     {
         ULONGLONG nKey;
-        SPendingRequest request;
+        PendingRequest request;
     };
     template <class Pick>
     List TakeWhere(Pick pick);
     void Recount() { m_nCount.store(m_requests.size(), std::memory_order_release); }
 
-    std::vector<SKeyed> m_requests;
+    std::vector<KeyedRequest> m_requests;
     std::atomic<std::size_t> m_nCount = 0; // of m_requests
 };
 

@@ -16,7 +16,7 @@
 struct ILineReader : IUnknown
 {
     virtual HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG nLocale,
-                                                   Hesperon::specifics::CLineBuffer& lines) = 0;
+                                                   Hesperon::specifics::LineBuffer& lines) = 0;
 };
 
 // {5E3C9C57-0B62-4B7B-9C51-6C0C0A8E1D27}

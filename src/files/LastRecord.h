@@ -9,7 +9,7 @@
 // Zeros at the end of a line are text of no length, and a file may end in any number of
 // them; they are stepped over once and left out of the place.
 //
-// Not synchronised. Throws as CFileLines does.
+// Not synchronised. Throws as FileLines does.
 #pragma once
 
 #include <optional>
@@ -19,10 +19,10 @@
 namespace Hesperon::specifics {
 
 template <class Data>
-class CLastRecordOf
+class LastRecordOf
 {
 public:
-    struct SPlace
+    struct LinePlace
     {
         ULONGLONG nStart;
         ULONGLONG nEnd; // after the last byte that isn't zero
@@ -30,22 +30,22 @@ public:
 
     // The last line that is a record. Reports a file that has none, and gives its first line
     // then. The file has more than one character.
-    SPlace Find(CFileLinesOf<Data>& lines);
+    LinePlace Find(FileLinesOf<Data>& lines);
     void Forget() { m_found.reset(); }
 
 private:
-    struct SLine
+    struct FoundLine
     {
-        SPlace place;
+        LinePlace place;
         ULONGLONG nLineEnd; // the end of the line before, or 0
         bool bRecord;
     };
 
-    static SLine LineBefore(CFileLinesOf<Data>& lines, ULONGLONG nPos);
-    static ULONGLONG StepBack(const CFileLinesOf<Data>& lines, ULONGLONG nPos);
-    static ULONGLONG StepBefore(const CFileLinesOf<Data>& lines, ULONGLONG nPos, ULONGLONG nEnd);
+    static FoundLine LineBefore(FileLinesOf<Data>& lines, ULONGLONG nPos);
+    static ULONGLONG StepBack(const FileLinesOf<Data>& lines, ULONGLONG nPos);
+    static ULONGLONG StepBefore(const FileLinesOf<Data>& lines, ULONGLONG nPos, ULONGLONG nEnd);
 
-    std::optional<SLine> m_found;
+    std::optional<FoundLine> m_found;
 };
 
 } // namespace Hesperon::specifics

@@ -1,4 +1,4 @@
-// The operations of CLastRecordOf, for the sources that instantiate it.
+// The operations of LastRecordOf, for the sources that instantiate it.
 #pragma once
 
 #include "src/files/FileLinesImpl.h"
@@ -7,10 +7,10 @@
 namespace Hesperon::specifics {
 
 template <class Data>
-auto CLastRecordOf<Data>::Find(CFileLinesOf<Data>& lines) -> SPlace
+auto LastRecordOf<Data>::Find(FileLinesOf<Data>& lines) -> LinePlace
 {
     if (!m_found) {
-        SLine line = LineBefore(lines, StepBack(lines, lines.Size()));
+        FoundLine line = LineBefore(lines, StepBack(lines, lines.Size()));
         while (!line.bRecord && line.nLineEnd != 0)
             line = LineBefore(lines, line.nLineEnd);
         m_found = line;
@@ -22,7 +22,7 @@ auto CLastRecordOf<Data>::Find(CFileLinesOf<Data>& lines) -> SPlace
 }
 
 template <class Data>
-auto CLastRecordOf<Data>::LineBefore(CFileLinesOf<Data>& lines, ULONGLONG nPos) -> SLine
+auto LastRecordOf<Data>::LineBefore(FileLinesOf<Data>& lines, ULONGLONG nPos) -> FoundLine
 {
     using LineBytes::Is;
     while (nPos != 0 && Is(lines.At(nPos), LineBytes::kLead))
@@ -35,20 +35,20 @@ auto CLastRecordOf<Data>::LineBefore(CFileLinesOf<Data>& lines, ULONGLONG nPos) 
     const ULONGLONG nLineEnd = nPos;
     while (nPos != nLast && Is(lines.At(nPos), LineBytes::kLead))
         nPos = std::min(nPos + lines.CharSize(), nLast);
-    const SPlace place{nPos, std::max(nPos, nEnd)};
+    const LinePlace place{nPos, std::max(nPos, nEnd)};
     return {place, nLineEnd, lines.IsValidRecord(place.nStart, place.nEnd)};
 }
 
 template <class Data>
-ULONGLONG CLastRecordOf<Data>::StepBack(const CFileLinesOf<Data>& lines, ULONGLONG nPos)
+ULONGLONG LastRecordOf<Data>::StepBack(const FileLinesOf<Data>& lines, ULONGLONG nPos)
 {
     return nPos < lines.CharSize() ? 0 : nPos - lines.CharSize();
 }
 
 // The first step back from nPos that is below nEnd, or 0.
 template <class Data>
-ULONGLONG CLastRecordOf<Data>::StepBefore(const CFileLinesOf<Data>& lines, ULONGLONG nPos,
-                                          ULONGLONG nEnd)
+ULONGLONG LastRecordOf<Data>::StepBefore(const FileLinesOf<Data>& lines, ULONGLONG nPos,
+                                         ULONGLONG nEnd)
 {
     if (nPos < nEnd)
         return nPos;

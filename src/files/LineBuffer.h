@@ -1,4 +1,4 @@
-// CLineBuffer: the lines of a batch, in one block of memory.
+// LineBuffer: the lines of a batch, in one block of memory.
 //
 // Each line has the form of a BSTR (its length in bytes as 32 bits, its text, a null), so it
 // can be an argument of the record parser's calls, which only read it. Used by one thread.
@@ -13,7 +13,7 @@
 
 namespace Hesperon::specifics {
 
-class CLineBuffer
+class LineBuffer
 {
 public:
     // Throws std::bad_alloc, and then holds what it held before.

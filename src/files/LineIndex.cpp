@@ -2,6 +2,6 @@
 
 namespace Hesperon::specifics {
 
-template class CLineIndexOf<FileBytes>;
+template class LineIndexOf<FileBytes>;
 
 } // namespace Hesperon::specifics

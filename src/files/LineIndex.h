@@ -1,4 +1,4 @@
-// CLineIndex: the records of a file by number.
+// LineIndex: the records of a file by number.
 //
 // A record is a line with something in it besides separators; records count from
 // 0, other lines have no number. Lines are found by scanning bytes; the index
@@ -32,11 +32,11 @@
 namespace Hesperon::specifics {
 
 template <class Data>
-class CLineIndexOf
+class LineIndexOf
 {
 public:
     // At most once. False for an empty file, which then has no records.
-    bool Attach(std::shared_ptr<CSharedFile> pFile);
+    bool Attach(std::shared_ptr<SharedFile> pFile);
     // Takes the file as one of two bytes a character if one of its first four bytes is
     // zero. Where this fails, the first operation that has to know tries again.
     void DetectUnicode();
@@ -51,12 +51,12 @@ public:
     // unmoved, where there is none. The count grows when this passes its end. Who has no
     // cursor shares that of the index.
     bool SeekRecord(ULONGLONG nIndex) { return SeekRecord(nIndex, m_cursor); }
-    bool SeekRecord(ULONGLONG nIndex, CLineCursor& cursor);
+    bool SeekRecord(ULONGLONG nIndex, LineCursor& cursor);
 
     // At most kMaxRecord bytes of a record, without its zero bytes, as text in the ANSI
     // code page; false and an empty text where there is none.
     bool GetRecord(string_t& sText, ULONGLONG nIndex) { return GetRecord(sText, nIndex, m_cursor); }
-    bool GetRecord(string_t& sText, ULONGLONG nIndex, CLineCursor& cursor);
+    bool GetRecord(string_t& sText, ULONGLONG nIndex, LineCursor& cursor);
 
     // The last record, read backwards from the end of the file: the whole of it, or its
     // first kMaxRecord characters. False for an empty file. Memory for the whole of it is
@@ -78,7 +78,7 @@ public:
 
     // The place of record 1024 (k + 1) - 1; k below RecordCount() / 1024.
     ULONGLONG IndexEntry(ULONGLONG k) { return m_index[k]; }
-    CFileLinesOf<Data>& Lines() { return m_lines; }
+    FileLinesOf<Data>& Lines() { return m_lines; }
 
 private:
     friend struct LineIndexTestAccess; // lets tests begin in the middle of a huge file
@@ -87,36 +87,36 @@ private:
     static constexpr std::size_t kMaxRecord = 512;
     static constexpr std::size_t kMaxCharBytes = 4; // in any code page
 
-    using SPlace = CLineCursor::SPlace;
+    using LinePlace = LineCursor::LinePlace;
 
-    void BringUpToDate(CLineCursor& cursor) const;
-    SPlace ChooseStart(ULONGLONG nIndex, const SPlace& cursor, ULONGLONG nCursorLimit);
-    bool WalkBack(ULONGLONG nIndex, SPlace& place, CLineCursor& cursor);
-    bool WalkTo(ULONGLONG nIndex, SPlace& place);
-    void WalkInPage(ULONGLONG nIndex, SPlace& place);
-    void PassRecord(SPlace& place, ULONGLONG nLineStart);
-    void TakeRemainder(const SPlace& place);
+    void BringUpToDate(LineCursor& cursor) const;
+    LinePlace ChooseStart(ULONGLONG nIndex, const LinePlace& cursor, ULONGLONG nCursorLimit);
+    bool WalkBack(ULONGLONG nIndex, LinePlace& place, LineCursor& cursor);
+    bool WalkTo(ULONGLONG nIndex, LinePlace& place);
+    void WalkInPage(ULONGLONG nIndex, LinePlace& place);
+    void PassRecord(LinePlace& place, ULONGLONG nLineStart);
+    void TakeRemainder(const LinePlace& place);
     void CountRecord(ULONGLONG nLineStart);
 
     bool ReadLastRecord(string_t& sText, ULONGLONG nMostBytes);
     ULONGLONG EstimateCount() const;
 
-    CFileLinesOf<Data> m_lines;
+    FileLinesOf<Data> m_lines;
     CHeapArray<ULONGLONG, 1048576> m_index;
-    CLastRecordOf<Data> m_lastRecord;
+    LastRecordOf<Data> m_lastRecord;
     std::atomic<ULONGLONG> m_nRecordCount = 0; // records found so far
-    CLineCursor m_cursor;                      // of all who have none of their own
-    CLineCursor::SAge m_age{1, 0};             // of the file; a new cursor knows nothing yet
+    LineCursor m_cursor;                       // of all who have none of their own
+    LineCursor::FileAge m_age{1, 0};           // of the file; a new cursor knows nothing yet
     std::atomic<bool> m_bComplete = false;
     std::atomic<bool> m_bApproxCount = false; // the estimate is there
     std::atomic<ULONGLONG> m_nApproxCount = 0;
 
-    std::shared_ptr<CSharedFile> m_pFile; // null for an empty file
-    std::string m_sBytes;                 // of the record being read; kept for its memory
+    std::shared_ptr<SharedFile> m_pFile; // null for an empty file
+    std::string m_sBytes;                // of the record being read; kept for its memory
 };
 
-using CLineIndex = CLineIndexOf<FileBytes>;
+using LineIndex = LineIndexOf<FileBytes>;
 
-extern template class CLineIndexOf<FileBytes>;
+extern template class LineIndexOf<FileBytes>;
 
 } // namespace Hesperon::specifics

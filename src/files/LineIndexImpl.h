@@ -1,4 +1,4 @@
-// The operations of CLineIndexOf, for the sources that instantiate it.
+// The operations of LineIndexOf, for the sources that instantiate it.
 //
 // Nearly all lines of a quote file are plainly records, and WalkInPage passes over those
 // without leaving the page. Any other line (one that begins with a separator, has one byte
@@ -21,7 +21,7 @@ namespace Hesperon::specifics {
 
 // After an erase a cursor is worth no more than a new one, which starts at the shared one.
 template <class Data>
-void CLineIndexOf<Data>::BringUpToDate(CLineCursor& cursor) const
+void LineIndexOf<Data>::BringUpToDate(LineCursor& cursor) const
 {
     if (cursor.Age() == m_age)
         return;
@@ -32,10 +32,10 @@ void CLineIndexOf<Data>::BringUpToDate(CLineCursor& cursor) const
 // The nearest known place before a record: the cursor if it stands before
 // nCursorLimit, else the file's beginning, or an index entry that is nearer.
 template <class Data>
-auto CLineIndexOf<Data>::ChooseStart(ULONGLONG nIndex, const SPlace& cursor, ULONGLONG nCursorLimit)
-    -> SPlace
+auto LineIndexOf<Data>::ChooseStart(ULONGLONG nIndex, const LinePlace& cursor,
+                                    ULONGLONG nCursorLimit) -> LinePlace
 {
-    SPlace start;
+    LinePlace start;
     if (cursor.nRecord < nCursorLimit)
         start = cursor;
     const ULONGLONG nEntries = std::min(nIndex / kStep, RecordCount() / kStep);
@@ -45,15 +45,15 @@ auto CLineIndexOf<Data>::ChooseStart(ULONGLONG nIndex, const SPlace& cursor, ULO
 }
 
 template <class Data>
-bool CLineIndexOf<Data>::SeekRecord(ULONGLONG nIndex, CLineCursor& cursor)
+bool LineIndexOf<Data>::SeekRecord(ULONGLONG nIndex, LineCursor& cursor)
 {
     if (IsComplete() && nIndex >= RecordCount())
         return false;
     BringUpToDate(cursor);
-    const SPlace from = cursor.Place();
+    const LinePlace from = cursor.Place();
     if (nIndex == from.nRecord)
         return true;
-    SPlace place = ChooseStart(nIndex, from, nIndex);
+    LinePlace place = ChooseStart(nIndex, from, nIndex);
     const bool bFound = nIndex < from.nRecord ? WalkBack(nIndex, place, cursor)
                                               : place.nRecord == nIndex || WalkTo(nIndex, place);
     if (bFound)
@@ -64,7 +64,7 @@ bool CLineIndexOf<Data>::SeekRecord(ULONGLONG nIndex, CLineCursor& cursor)
 // From the start of a stride to a record of it that lies before the cursor. The next one
 // asked for is likely to lie before this one, so the places on the way are noted.
 template <class Data>
-bool CLineIndexOf<Data>::WalkBack(ULONGLONG nIndex, SPlace& place, CLineCursor& cursor)
+bool LineIndexOf<Data>::WalkBack(ULONGLONG nIndex, LinePlace& place, LineCursor& cursor)
 {
     cursor.BeginNotes(place);
     while (cursor.LastNoted() < nIndex) {
@@ -80,7 +80,7 @@ bool CLineIndexOf<Data>::WalkBack(ULONGLONG nIndex, SPlace& place, CLineCursor& 
 // Walks line by line from a place before nIndex until it is reached; false at the
 // end of the file, where the count becomes final.
 template <class Data>
-bool CLineIndexOf<Data>::WalkTo(ULONGLONG nIndex, SPlace& place)
+bool LineIndexOf<Data>::WalkTo(ULONGLONG nIndex, LinePlace& place)
 {
     place.nPos = m_lines.SkipClass(place.nPos, m_lines.Size(), LineBytes::kGap);
     for (;;) {
@@ -100,7 +100,7 @@ bool CLineIndexOf<Data>::WalkTo(ULONGLONG nIndex, SPlace& place)
 // The short way over lines that are plainly records, and that lie in the current page
 // together with the first byte after them. Stops before any other line.
 template <class Data>
-void CLineIndexOf<Data>::WalkInPage(ULONGLONG nIndex, SPlace& place)
+void LineIndexOf<Data>::WalkInPage(ULONGLONG nIndex, LinePlace& place)
 {
     constexpr auto kNotPlain = LineBytes::kLineEnd | LineBytes::kBlankLine | LineBytes::kSeparator;
     if (place.nPos == m_lines.Size() || m_lines.KnowsLineFrom(place.nPos))
@@ -121,7 +121,7 @@ void CLineIndexOf<Data>::WalkInPage(ULONGLONG nIndex, SPlace& place)
 }
 
 template <class Data>
-void CLineIndexOf<Data>::PassRecord(SPlace& place, ULONGLONG nLineStart)
+void LineIndexOf<Data>::PassRecord(LinePlace& place, ULONGLONG nLineStart)
 {
     if (place.nRecord == RecordCount())
         CountRecord(nLineStart);
@@ -130,7 +130,7 @@ void CLineIndexOf<Data>::PassRecord(SPlace& place, ULONGLONG nLineStart)
 
 // What remains at the end of the file is a last line, ended or not.
 template <class Data>
-void CLineIndexOf<Data>::TakeRemainder(const SPlace& place)
+void LineIndexOf<Data>::TakeRemainder(const LinePlace& place)
 {
     m_nRecordCount.store(place.nRecord, std::memory_order_relaxed);
     if (place.nPos != m_lines.Size() && m_lines.IsValidRecord(place.nPos, m_lines.Size()))
@@ -140,7 +140,7 @@ void CLineIndexOf<Data>::TakeRemainder(const SPlace& place)
 
 // The entry is written first: if memory runs out, the count must not be ahead of it.
 template <class Data>
-void CLineIndexOf<Data>::CountRecord(ULONGLONG nLineStart)
+void LineIndexOf<Data>::CountRecord(ULONGLONG nLineStart)
 {
     const ULONGLONG nCount = RecordCount() + 1;
     if (nCount % kStep == 0) {
@@ -154,13 +154,13 @@ void CLineIndexOf<Data>::CountRecord(ULONGLONG nLineStart)
 }
 
 template <class Data>
-HRESULT CLineIndexOf<Data>::GetRelativePos(ULONGLONG nIndex, FLOAT* fRelative)
+HRESULT LineIndexOf<Data>::GetRelativePos(ULONGLONG nIndex, FLOAT* fRelative)
 {
     const ULONGLONG nAligned = nIndex / kStep * kStep;
     const ULONGLONG nSize = m_lines.Size();
     if (nAligned >= RecordCount() || nSize == 0)
         return E_UNEXPECTED;
-    const SPlace place = ChooseStart(nIndex, m_cursor.Place(), nAligned);
+    const LinePlace place = ChooseStart(nIndex, m_cursor.Place(), nAligned);
     *fRelative = static_cast<FLOAT>(static_cast<double>(place.nPos) / static_cast<double>(nSize));
     return S_OK;
 }
@@ -168,7 +168,7 @@ HRESULT CLineIndexOf<Data>::GetRelativePos(ULONGLONG nIndex, FLOAT* fRelative)
 // ---- the file's size
 
 template <class Data>
-bool CLineIndexOf<Data>::Attach(std::shared_ptr<CSharedFile> pFile)
+bool LineIndexOf<Data>::Attach(std::shared_ptr<SharedFile> pFile)
 {
     if (!m_lines.Attach(pFile))
         return false;
@@ -177,13 +177,13 @@ bool CLineIndexOf<Data>::Attach(std::shared_ptr<CSharedFile> pFile)
 }
 
 template <class Data>
-void CLineIndexOf<Data>::DetectUnicode()
+void LineIndexOf<Data>::DetectUnicode()
 {
     m_lines.DetectCharSize();
 }
 
 template <class Data>
-void CLineIndexOf<Data>::RefreshFileSize()
+void LineIndexOf<Data>::RefreshFileSize()
 {
     m_lastRecord.Forget();
     ++m_age.nRefreshed;
@@ -191,7 +191,7 @@ void CLineIndexOf<Data>::RefreshFileSize()
 }
 
 template <class Data>
-void CLineIndexOf<Data>::Invalidate(bool bErase)
+void LineIndexOf<Data>::Invalidate(bool bErase)
 {
     RefreshFileSize();
     if (bErase) {
@@ -206,7 +206,7 @@ void CLineIndexOf<Data>::Invalidate(bool bErase)
 }
 
 template <class Data>
-ULONGLONG CLineIndexOf<Data>::GetApproxCount()
+ULONGLONG LineIndexOf<Data>::GetApproxCount()
 {
     if (!m_bApproxCount.load(std::memory_order_acquire)) {
         m_nApproxCount.store(EstimateCount(), std::memory_order_relaxed);
@@ -217,12 +217,12 @@ ULONGLONG CLineIndexOf<Data>::GetApproxCount()
 
 // Has its own view of the file, since it may run during a walk on another thread.
 template <class Data>
-ULONGLONG CLineIndexOf<Data>::EstimateCount() const
+ULONGLONG LineIndexOf<Data>::EstimateCount() const
 {
     const ULONGLONG nSize = m_lines.Size();
     if (nSize == 0)
         return 0;
-    CFileLinesOf<CDataArray<char, 1, 65536>> lines;
+    FileLinesOf<CDataArray<char, 1, 65536>> lines;
     if (!lines.Attach(m_pFile))
         throw std::invalid_argument("file can't be read");
     ULONGLONG nPos = 0;
@@ -236,7 +236,7 @@ ULONGLONG CLineIndexOf<Data>::EstimateCount() const
 // ---- text
 
 template <class Data>
-bool CLineIndexOf<Data>::GetRecord(string_t& sText, ULONGLONG nIndex, CLineCursor& cursor)
+bool LineIndexOf<Data>::GetRecord(string_t& sText, ULONGLONG nIndex, LineCursor& cursor)
 {
     sText.clear();
     m_lines.DetectCharSize();
@@ -258,14 +258,14 @@ bool CLineIndexOf<Data>::GetRecord(string_t& sText, ULONGLONG nIndex, CLineCurso
 }
 
 template <class Data>
-bool CLineIndexOf<Data>::GetLastRecord(string_t& sText)
+bool LineIndexOf<Data>::GetLastRecord(string_t& sText)
 {
     return ReadLastRecord(sText, m_lines.Size());
 }
 
 // A character that is cut off at the end lies after those that are kept.
 template <class Data>
-bool CLineIndexOf<Data>::GetLastRecordHead(string_t& sText)
+bool LineIndexOf<Data>::GetLastRecordHead(string_t& sText)
 {
     if (!ReadLastRecord(sText, kMaxRecord * kMaxCharBytes))
         return false;
@@ -274,7 +274,7 @@ bool CLineIndexOf<Data>::GetLastRecordHead(string_t& sText)
 }
 
 template <class Data>
-bool CLineIndexOf<Data>::ReadLastRecord(string_t& sText, ULONGLONG nMostBytes)
+bool LineIndexOf<Data>::ReadLastRecord(string_t& sText, ULONGLONG nMostBytes)
 {
     sText.clear();
     m_lines.DetectCharSize();

@@ -1,4 +1,4 @@
-// CSharedFile: one open file that several owners hold, and that any of them may
+// SharedFile: one open file that several owners hold, and that any of them may
 // close while the others still use it.
 //
 // Reads after Close() fail; they never reach a file that the system has opened
@@ -15,19 +15,19 @@
 
 namespace Hesperon::specifics {
 
-struct SReadFault
+struct FailedRead
 {
     IQRL_TabulexConverter::ReadFault kind = IQRL_TabulexConverter::ReadFaultNone;
     std::uint64_t nPosition = 0; // the first byte that couldn't be had
 };
 
-class CSharedFile
+class SharedFile
 {
 public:
-    explicit CSharedFile(File file) : m_file(std::move(file)) {}
-    virtual ~CSharedFile() = default;
-    CSharedFile(const CSharedFile&) = delete;
-    CSharedFile& operator=(const CSharedFile&) = delete;
+    explicit SharedFile(File file) : m_file(std::move(file)) {}
+    virtual ~SharedFile() = default;
+    SharedFile(const SharedFile&) = delete;
+    SharedFile& operator=(const SharedFile&) = delete;
 
     virtual bool IsOpen() const
     {
@@ -64,7 +64,7 @@ public:
     }
 
     // Of the last read that failed; a closed file's reads don't count.
-    SReadFault LastFault() const
+    FailedRead LastFault() const
     {
         std::lock_guard lock(m_lock);
         return m_lastFault;
@@ -73,7 +73,7 @@ public:
 private:
     mutable std::mutex m_lock; // guards what follows
     File m_file;
-    mutable SReadFault m_lastFault;
+    mutable FailedRead m_lastFault;
 };
 
 } // namespace Hesperon::specifics

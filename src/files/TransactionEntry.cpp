@@ -6,7 +6,7 @@
 namespace Hesperon::specifics {
 
 // A number that is taken gives no entry: to take one out for it would take another's.
-void CTransactionEntry::Register(ULONG_PTR nNumber)
+void TransactionEntry::Register(ULONG_PTR nNumber)
 {
     const ProxyLockGuard lock;
     if (AsyncTransactionPool::IsRegistered(nNumber))
@@ -15,7 +15,7 @@ void CTransactionEntry::Register(ULONG_PTR nNumber)
     m_nEntries += AsyncTransactionPool::IsRegistered(nNumber);
 }
 
-void CTransactionEntry::Unregister()
+void TransactionEntry::Unregister()
 {
     const ProxyLockGuard lock;
     for (; m_nEntries > 0; --m_nEntries)

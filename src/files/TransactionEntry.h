@@ -1,4 +1,4 @@
-// CTransactionEntry: what an object has among the running transactions (AsyncTransactionPool.h).
+// TransactionEntry: what an object has among the running transactions (AsyncTransactionPool.h).
 //
 // Entries and their count change together, under the pool's lock. Unregister() takes that lock
 // whether there is an entry or not: a Cancel runs under it, so an object that unregisters in
@@ -10,11 +10,11 @@
 
 namespace Hesperon::specifics {
 
-class CTransactionEntry
+class TransactionEntry
 {
 public:
     // The object must outlive the entry.
-    explicit CTransactionEntry(IQRL_TabulexConverter::IAsyncTransaction& object) : m_object(object)
+    explicit TransactionEntry(IQRL_TabulexConverter::IAsyncTransaction& object) : m_object(object)
     {}
 
     // The object can be cancelled by this number from now on, unless another has it.

@@ -45,7 +45,7 @@ HRESULT ErrorText(const VARIANT& description, Bstr& sText)
 
 // ---- records
 
-HRESULT CConversionSession::PutRecords(const VARIANT& vRecords, ULONGLONG nRecCountWithSkeeped)
+HRESULT ConversionSession::PutRecords(const VARIANT& vRecords, ULONGLONG nRecCountWithSkeeped)
 {
     const WindowHandle hWndSink = m_link.Window();
     if (!hWndSink)
@@ -58,7 +58,7 @@ HRESULT CConversionSession::PutRecords(const VARIANT& vRecords, ULONGLONG nRecCo
     return hr != S_OK ? hr : ShowProgress(nRecCountWithSkeeped);
 }
 
-HRESULT CConversionSession::ShowProgress(ULONGLONG nRecords)
+HRESULT ConversionSession::ShowProgress(ULONGLONG nRecords)
 {
     ULONGLONG nCount = 0;
     VARIANT_BOOL bComplete = VARIANT_FALSE;
@@ -79,7 +79,7 @@ HRESULT CConversionSession::ShowProgress(ULONGLONG nRecords)
 
 // ---- the end
 
-HRESULT CConversionSession::EndTransaction(bool bResult)
+HRESULT ConversionSession::EndTransaction(bool bResult)
 {
     Assert(m_link.End(bResult), "m_hWndSink");
     if (m_bNoProgress)
@@ -95,13 +95,13 @@ HRESULT CConversionSession::EndTransaction(bool bResult)
     return S_OK;
 }
 
-void CConversionSession::Abandon()
+void ConversionSession::Abandon()
 {
     m_link.End(false);
     CloseProgressBox();
 }
 
-void CConversionSession::Release()
+void ConversionSession::Release()
 {
     m_link.Release();
     CloseProgressBox();
@@ -109,20 +109,20 @@ void CConversionSession::Release()
 
 // ---- the box
 
-HRESULT CConversionSession::MakeProgressBox()
+HRESULT ConversionSession::MakeProgressBox()
 {
     LockGuard lock(m_boxLock);
     return CreateOwnInstance(CLSID_CProgressDlgNoHTML, iid_of<IProgressBox>,
                              m_pProgressBox.put_void());
 }
 
-com_ptr<IProgressBox> CConversionSession::ProgressBox() const
+com_ptr<IProgressBox> ConversionSession::ProgressBox() const
 {
     LockGuard lock(m_boxLock);
     return m_pProgressBox;
 }
 
-void CConversionSession::CloseProgressBox()
+void ConversionSession::CloseProgressBox()
 {
     com_ptr<IProgressBox> pBox;
     {
@@ -135,7 +135,7 @@ void CConversionSession::CloseProgressBox()
 
 // ---- errors
 
-HRESULT CConversionSession::OnError(const VARIANT& description)
+HRESULT ConversionSession::OnError(const VARIANT& description)
 {
     if (m_bNoProgress)
         return m_link.SendError(description);
@@ -149,7 +149,7 @@ HRESULT CConversionSession::OnError(const VARIANT& description)
     });
 }
 
-HRESULT CConversionSession::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BSTR bsDescription)
+HRESULT ConversionSession::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BSTR bsDescription)
 {
     if (m_bNoProgress)
         return S_OK;
@@ -157,13 +157,13 @@ HRESULT CConversionSession::OnError2(LONG_PTR lptrLineNum, LONG lptrFieldNum, BS
     return pBox ? pBox->OnError2(lptrLineNum, lptrFieldNum, bsDescription) : S_FALSE;
 }
 
-void CConversionSession::EndQuestions()
+void ConversionSession::EndQuestions()
 {
     if (const auto pQuestions = ProgressBox().as<IOpenQuestion>())
         pQuestions->EndQuestions();
 }
 
-HRESULT CConversionSession::GetResolutionName(LONG nResolution, BSTR* pName) const
+HRESULT ConversionSession::GetResolutionName(LONG nResolution, BSTR* pName) const
 {
     return m_settings.GetResolutionName(nResolution, pName);
 }

@@ -1,4 +1,4 @@
-// CConversionSession: an object's part in a conversion: how the events of the run reach
+// ConversionSession: an object's part in a conversion: how the events of the run reach
 // the host.
 //
 // Batches are put into the host's form and go to the sink; errors go to the progress box
@@ -18,14 +18,14 @@
 
 namespace Hesperon::specifics {
 
-class CConversionSession
+class ConversionSession
 {
 public:
     using IDataParser = IQRL_TabulexConverter::IDataParser;
     using IProgressBox = IQRL_TabulexConverter::IProgressBox;
 
     // The parser of the run and its settings; both belong to the object that has the session.
-    CConversionSession(const com_ptr<IDataParser>& pDataParser, const ConvertorSettings& settings)
+    ConversionSession(const com_ptr<IDataParser>& pDataParser, const ConvertorSettings& settings)
         : m_pDataParser(pDataParser), m_settings(settings)
     {}
 
@@ -62,7 +62,7 @@ private:
 
     const com_ptr<IDataParser>& m_pDataParser;
     const ConvertorSettings& m_settings;
-    CSinkLink m_link;
+    SinkLink m_link;
     ULONGLONG m_nProcessed = 0; // records delivered or skipped
     bool m_bNoProgress = false;
     mutable CriticalSection m_boxLock;

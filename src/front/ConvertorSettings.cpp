@@ -18,12 +18,12 @@ namespace Hesperon::specifics {
 void ConvertorSettings::AddDefaultTemplates()
 {
     constexpr unsigned kTexts[] = {IDS_TEMPLATE1, IDS_TEMPLATE2, IDS_TEMPLATE3};
-    CTemplateList* const lists[] = {&m_arFieldTemplates, &m_arResolutionTemplates,
-                                    &m_arTimeZoneTemplates};
-    for (const CTemplateList* list : lists)
+    TemplateList* const lists[] = {&m_arFieldTemplates, &m_arResolutionTemplates,
+                                   &m_arTimeZoneTemplates};
+    for (const TemplateList* list : lists)
         if (!list->IsEmpty())
             return;
-    for (CTemplateList* list : lists) {
+    for (TemplateList* list : lists) {
         for (LONG nId = 0; const unsigned nText : kTexts)
             list->Append(LoadResourceString(nText), nId++);
         list->Choose(list->Rows().front().sName);
@@ -75,7 +75,7 @@ HRESULT ConvertorSettings::GetResolutionName(LONG nResolution, BSTR* pName) cons
 std::vector<LONG> ConvertorSettings::DeliveredIds() const
 {
     std::vector<LONG> ids;
-    for (const SField& field : m_arFields)
+    for (const NamedField& field : m_arFields)
         if (field.nHostId != HostFieldUndefined)
             ids.push_back(field.nHostId);
     return ids;

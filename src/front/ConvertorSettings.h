@@ -13,7 +13,7 @@
 namespace Hesperon::specifics {
 
 // A column of the file as the host knows it.
-struct SField
+struct NamedField
 {
     string_t sName; // of its type
     LONG nHostId;   // HostFieldUndefined isn't delivered
@@ -21,12 +21,12 @@ struct SField
 
 struct ConvertorSettings
 {
-    CTemplateList m_arFieldTemplates;
-    CTemplateList m_arResolutionTemplates; // ids are resolutions, not the host's values
-    CTemplateList m_arTimeZoneTemplates;
+    TemplateList m_arFieldTemplates;
+    TemplateList m_arResolutionTemplates; // ids are resolutions, not the host's values
+    TemplateList m_arTimeZoneTemplates;
     LONG m_nResolutionSize = 0;
-    std::vector<SField> m_arFields; // since the last InitFieldsInfo
-    string_t m_sFolder;             // last used in the dialog
+    std::vector<NamedField> m_arFields; // since the last InitFieldsInfo
+    string_t m_sFolder;                 // last used in the dialog
 
     // Three rows for each list and the first as choice, if all lists are empty.
     void AddDefaultTemplates();

@@ -1,4 +1,4 @@
-// CSettingsCheck: the events of one check of a host's settings, which go to a sink.
+// SettingsCheck: the events of one check of a host's settings, which go to a sink.
 //
 // It has copies of what it needs, so the host's object stays as it is during the check, and
 // the sink may change that object's settings.
@@ -12,8 +12,8 @@
 
 namespace Hesperon::specifics {
 
-class CSettingsCheck
-    : public ComObject<CSettingsCheck, Dual<IQRL_TabulexConverter::IDataParserEvents>>
+class SettingsCheck
+    : public ComObject<SettingsCheck, Dual<IQRL_TabulexConverter::IDataParserEvents>>
 {
 public:
     using IDataParser = IQRL_TabulexConverter::IDataParser;
@@ -29,7 +29,7 @@ public:
     }
 
     // What the check's events do, for an object that is asked for them itself meanwhile.
-    CConversionSession& Session() { return m_session; }
+    ConversionSession& Session() { return m_session; }
 
     HRESULT STDMETHODCALLTYPE PutRecords(VARIANT vRecords, ULONGLONG nRecCountWithSkeeped) override
     {
@@ -56,7 +56,7 @@ public:
 private:
     com_ptr<IDataParser> m_pDataParser;
     ConvertorSettings m_settings;
-    CConversionSession m_session{m_pDataParser, m_settings};
+    ConversionSession m_session{m_pDataParser, m_settings};
 };
 
 } // namespace Hesperon::specifics

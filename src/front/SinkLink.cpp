@@ -4,26 +4,26 @@
 
 namespace Hesperon::specifics {
 
-bool CSinkLink::Open(CqrlSinkWindow::Sink pSink)
+bool SinkLink::Open(CqrlSinkWindow::Sink pSink)
 {
     Close();
     m_hWnd = CqrlSinkWindow::Open(std::move(pSink));
     return m_hWnd != 0;
 }
 
-HRESULT CSinkLink::SendData(const VARIANT& vRecords) const
+HRESULT SinkLink::SendData(const VARIANT& vRecords) const
 {
     return static_cast<HRESULT>(WM_SINK_DATA.Send(m_hWnd, vRecords));
 }
 
-HRESULT CSinkLink::SendError(const VARIANT& vDescription) const
+HRESULT SinkLink::SendError(const VARIANT& vDescription) const
 {
     return static_cast<HRESULT>(WM_SINK_ERROR.Send(m_hWnd, vDescription));
 }
 
 // The window is taken first, so that a batch on its way finds no window rather than a dead
 // one.
-bool CSinkLink::End(bool bCommit)
+bool SinkLink::End(bool bCommit)
 {
     const WindowHandle hWnd = m_hWnd.exchange(0);
     if (hWnd)
@@ -31,13 +31,13 @@ bool CSinkLink::End(bool bCommit)
     return hWnd != 0;
 }
 
-void CSinkLink::Close()
+void SinkLink::Close()
 {
     if (const WindowHandle hWnd = m_hWnd.exchange(0))
         WM_SINK_RELEASE.Send(hWnd);
 }
 
-void CSinkLink::Release()
+void SinkLink::Release()
 {
     if (const WindowHandle hWnd = m_hWnd.exchange(0))
         WM_SINK_RELEASE.Post(hWnd);

@@ -1,4 +1,4 @@
-// CSinkLink: a session's link to the sink window of its host.
+// SinkLink: a session's link to the sink window of its host.
 //
 // The end of the session, or its release, takes the window from the link. Whoever comes
 // later finds none, so no message goes out after the end and no end goes out twice.
@@ -13,13 +13,13 @@
 
 namespace Hesperon::specifics {
 
-class CSinkLink
+class SinkLink
 {
 public:
-    CSinkLink() = default;
-    ~CSinkLink() { Release(); }
-    CSinkLink(const CSinkLink&) = delete;
-    CSinkLink& operator=(const CSinkLink&) = delete;
+    SinkLink() = default;
+    ~SinkLink() { Release(); }
+    SinkLink(const SinkLink&) = delete;
+    SinkLink& operator=(const SinkLink&) = delete;
 
     // Makes the window on the calling thread; false where none can be had.
     bool Open(CqrlSinkWindow::Sink pSink);

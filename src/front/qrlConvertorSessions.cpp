@@ -165,7 +165,7 @@ HRESULT CqrlTabulexConvertor::CheckConverterSettings(LONG_PTR hWnd, IDispatch* p
     if (!pSink || !m_pDataParser)
         return E_NOINTERFACE;
     const com_ptr<IDataParserEvents> pSelf(this); // the sink may let go of this object
-    com_ptr<CSettingsCheck> pCheck;
+    com_ptr<SettingsCheck> pCheck;
     HRESULT hr = CreateObject(pCheck);
     if (FAILED(hr))
         return hr;
@@ -175,7 +175,7 @@ HRESULT CqrlTabulexConvertor::CheckConverterSettings(LONG_PTR hWnd, IDispatch* p
     if (FAILED(hr))
         return hr;
     // A sink may ask this object for its events, or for another check.
-    CConversionSession* const pOuter = std::exchange(m_pCheck, &pCheck->Session());
+    ConversionSession* const pOuter = std::exchange(m_pCheck, &pCheck->Session());
     hr = m_pDataParser->CheckConverterSettings(hWnd, pCheck.get());
     m_pCheck = pOuter;
     pCheck->Session().Close();

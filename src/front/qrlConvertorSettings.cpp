@@ -23,7 +23,7 @@ namespace Hesperon::specifics {
 namespace {
 
 // The record parser takes the list as two arrays.
-Variant IdsOf(const CTemplateList& list)
+Variant IdsOf(const TemplateList& list)
 {
     SafeArray ids(SafeArrayCreateVector(VT_I4, 0, static_cast<ULONG>(list.Rows().size())));
     if (!ids)
@@ -34,7 +34,7 @@ Variant IdsOf(const CTemplateList& list)
     return Variant::FromArray(ids.detach(), VT_I4);
 }
 
-Variant NamesOf(const CTemplateList& list)
+Variant NamesOf(const TemplateList& list)
 {
     std::vector<string_view_t> names;
     for (const STemplateEntry& row : list.Rows())

@@ -14,7 +14,7 @@ class CqrlDataParserEventsProxy
     : public ComObject<CqrlDataParserEventsProxy, Dual<IQRL_TabulexConverter::IDataParserEvents>>
 {
 public:
-    CSinkLink& Link() { return m_link; }
+    SinkLink& Link() { return m_link; }
 
     HRESULT STDMETHODCALLTYPE PutRecords(VARIANT vRecords, ULONGLONG nRecCountWithSkeeped) override;
     HRESULT STDMETHODCALLTYPE EndTransaction(VARIANT_BOOL bResult) override;
@@ -23,7 +23,7 @@ public:
     HRESULT STDMETHODCALLTYPE OnError2(LONG_PTR, LONG, BSTR) override { return E_NOTIMPL; }
 
 private:
-    CSinkLink m_link;
+    SinkLink m_link;
 };
 
 } // namespace Hesperon::specifics

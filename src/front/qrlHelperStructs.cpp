@@ -17,32 +17,32 @@ namespace Hesperon::specifics {
 using namespace IQRL_TabulexConverter;
 using FaultmereUtil::Assert;
 
-const STemplateEntry* CTemplateList::FindName(string_view_t sName) const
+const STemplateEntry* TemplateList::FindName(string_view_t sName) const
 {
     const auto row = std::ranges::find(m_rows, sName, &STemplateEntry::sName);
     return row == m_rows.end() ? nullptr : &*row;
 }
 
-const STemplateEntry* CTemplateList::FindId(LONG nId) const
+const STemplateEntry* TemplateList::FindId(LONG nId) const
 {
     const auto row = std::ranges::find(m_rows, nId, &STemplateEntry::nId);
     return row == m_rows.end() ? nullptr : &*row;
 }
 
-STemplateEntry* CTemplateList::FindId(LONG nId)
+STemplateEntry* TemplateList::FindId(LONG nId)
 {
     // The row is this object's own, which isn't const here.
     return const_cast<STemplateEntry*>(std::as_const(*this).FindId(nId));
 }
 
-HRESULT CTemplateList::CheckNewName(BSTR sName) const
+HRESULT TemplateList::CheckNewName(BSTR sName) const
 {
     if (!sName)
         return E_POINTER;
     return FindName(TextOf(sName)) ? E_UNEXPECTED : S_OK;
 }
 
-HRESULT CTemplateList::Add(LONG nId, BSTR sName)
+HRESULT TemplateList::Add(LONG nId, BSTR sName)
 {
     const HRESULT hr = CheckNewName(sName);
     if (FAILED(hr))
@@ -53,7 +53,7 @@ HRESULT CTemplateList::Add(LONG nId, BSTR sName)
     });
 }
 
-HRESULT CTemplateList::GetChoice(LONG* pVal) const
+HRESULT TemplateList::GetChoice(LONG* pVal) const
 {
     const STemplateEntry* row = FindName(m_sChoice);
     const HRESULT hr = GiveOut(pVal, row ? row->nId : -1);
@@ -61,7 +61,7 @@ HRESULT CTemplateList::GetChoice(LONG* pVal) const
     return hr == S_OK && !row ? S_FALSE : hr;
 }
 
-HRESULT CTemplateList::PutChoice(LONG nId)
+HRESULT TemplateList::PutChoice(LONG nId)
 {
     const STemplateEntry* row = FindId(nId);
     if (!row)
@@ -88,7 +88,7 @@ LONG FieldPosition(LONG nHostId)
 
 // A column that the record parser leaves without a type has the first name of the list, or
 // one that isn't in it; both count as undefined.
-LONG CTypeNames::HostIdOf(BSTR bsName) const
+LONG HostTypeNames::HostIdOf(BSTR bsName) const
 {
     if (!Assert(bsName != nullptr, "bsName") || m_vTypeNames.vt != (VT_ARRAY | VT_BSTR))
         return HostFieldUndefined;
@@ -99,7 +99,7 @@ LONG CTypeNames::HostIdOf(BSTR bsName) const
                                 : HostFieldId(static_cast<std::size_t>(at - elements.begin()));
 }
 
-Bstr CTypeNames::NameOf(LONG nHostId) const
+Bstr HostTypeNames::NameOf(LONG nHostId) const
 {
     const LONG nPosition = FieldPosition(nHostId);
     if (m_vTypeNames.vt != (VT_ARRAY | VT_BSTR) || nPosition < 0)

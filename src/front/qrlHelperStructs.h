@@ -20,7 +20,7 @@ struct STemplateEntry
 
 // A list as the host built it up, and the name that was chosen from it. Names are unique,
 // ids need not be.
-class CTemplateList
+class TemplateList
 {
 public:
     bool IsEmpty() const { return m_rows.empty(); }
@@ -55,11 +55,11 @@ LONG HostFieldId(std::size_t nPosition);
 LONG FieldPosition(LONG nHostId);
 
 // Names of the field types, by position, with the host's ids.
-class CTypeNames
+class HostTypeNames
 {
 public:
     // What IRecordParser::GetTypeNames gave: VT_ARRAY|VT_BSTR. Any other value has no names.
-    explicit CTypeNames(Variant vTypeNames = {}) : m_vTypeNames(std::move(vTypeNames)) {}
+    explicit HostTypeNames(Variant vTypeNames = {}) : m_vTypeNames(std::move(vTypeNames)) {}
 
     // 0 for a name that isn't there; a null one is reported too.
     LONG HostIdOf(BSTR bsName) const;

@@ -2,7 +2,7 @@
 //
 // It lives on the thread that starts the session, holds the host's sink, and deletes
 // itself when it goes: with the end message, with the release message, or with its
-// thread. Sessions reach it through a CSinkLink.
+// thread. Sessions reach it through a SinkLink.
 #pragma once
 
 #include "interfaces/IqrlTabulexDataSink.h"

@@ -36,7 +36,7 @@ HRESULT CqrlTabulexConvertor::Construct()
         return E_NOINTERFACE;
     Variant vTypeNames;
     hr = pRecordParser->GetTypeNames(vTypeNames.put());
-    m_typeNames = CTypeNames(std::move(vTypeNames));
+    m_typeNames = HostTypeNames(std::move(vTypeNames));
     if (SUCCEEDED(hr))
         hr = CreateObject(m_pPriceMultiplier);
     if (SUCCEEDED(hr))

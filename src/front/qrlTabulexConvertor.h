@@ -3,7 +3,7 @@
 // The host's object keeps the host's lists and choices and owns one data parser; all other
 // settings go straight through to the parsers. A session gets an object of its own, a
 // worker with a copy of the settings and a clone of the data parser. It gets the events of
-// the run on the file's worker thread, and its CConversionSession carries them to the
+// the run on the file's worker thread, and its ConversionSession carries them to the
 // host's thread. The clone's run holds the worker and the worker holds the clone; the end
 // of the run parts them.
 //
@@ -131,13 +131,13 @@ private:
     HRESULT StartConversion(CqrlTabulexConvertor& worker, ULONG_PTR nTransaction, BSTR sFileName,
                             LONG_PTR hwndParent) const;
     // What answers the events: the check that is under way, else the object's own session.
-    CConversionSession& Session() { return m_pCheck ? *m_pCheck : m_session; }
+    ConversionSession& Session() { return m_pCheck ? *m_pCheck : m_session; }
 
     com_ptr<IDataParser> m_pDataParser; // a worker's is a clone
     ConvertorSettings m_settings;
-    CTypeNames m_typeNames;
-    CConversionSession m_session{m_pDataParser, m_settings};
-    CConversionSession* m_pCheck = nullptr; // of the check that is under way
+    HostTypeNames m_typeNames;
+    ConversionSession m_session{m_pDataParser, m_settings};
+    ConversionSession* m_pCheck = nullptr; // of the check that is under way
     com_ptr<CqrlValueMultiplier> m_pPriceMultiplier;
     com_ptr<CqrlValueMultiplier> m_pVolumeMultiplier;
     LONG m_nMode = 0; // for the import dialog

@@ -29,10 +29,10 @@ void Append(string_t& s, std::initializer_list<string_view_t> parts)
 }
 
 // Adds each template to the list of the type that was named before it.
-class CTemplateReader final : public CXMLPropertyListImpl
+class TemplateReader final : public CXMLPropertyListImpl
 {
 public:
-    explicit CTemplateReader(TypeTable& types) : CXMLPropertyListImpl(kElements), m_types(types) {}
+    explicit TemplateReader(TypeTable& types) : CXMLPropertyListImpl(kElements), m_types(types) {}
 
 private:
     static constexpr string_view_t kElements[] = {
@@ -61,10 +61,10 @@ private:
 };
 
 // Of the front object's part only the folder is used.
-class CFolderReader final : public CXMLPropertyListImpl
+class FolderReader final : public CXMLPropertyListImpl
 {
 public:
-    explicit CFolderReader(string_t& sFolder) : CXMLPropertyListImpl(kElements), m_sFolder(sFolder)
+    explicit FolderReader(string_t& sFolder) : CXMLPropertyListImpl(kElements), m_sFolder(sFolder)
     {}
 
 private:
@@ -104,7 +104,7 @@ string_t WriteTemplates(const TypeTable& types)
 
 bool ReadTemplates(string_view_t sText, TypeTable& types)
 {
-    return CTemplateReader(types).Read(sText);
+    return TemplateReader(types).Read(sText);
 }
 
 string_t WriteEnvironment(string_view_t sFolder, string_view_t sTemplates)
@@ -116,7 +116,7 @@ string_t WriteEnvironment(string_view_t sFolder, string_view_t sTemplates)
 
 bool ReadFolder(string_view_t sText, string_t& sFolder)
 {
-    return CFolderReader(sFolder).Read(sText);
+    return FolderReader(sFolder).Read(sText);
 }
 
 } // namespace Hesperon::specifics

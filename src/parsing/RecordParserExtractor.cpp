@@ -26,7 +26,7 @@ CRecordParserExtactor::CRecordParserExtactor(IDataParser* pDataParser)
     : m_hrStatus(ReadRecordParser(pDataParser, m_pRecordParser))
 {}
 
-CMultiplierExtractor::CMultiplierExtractor(IDataParser* pDataParser, Getter getter)
+MultiplierExtractor::MultiplierExtractor(IDataParser* pDataParser, Getter getter)
     : CRecordParserExtactor(pDataParser)
 {
     if (FAILED(m_hrStatus))
@@ -39,11 +39,11 @@ CMultiplierExtractor::CMultiplierExtractor(IDataParser* pDataParser, Getter gett
 }
 
 CPriceMultiplierExtractor::CPriceMultiplierExtractor(IDataParser* pDataParser)
-    : CMultiplierExtractor(pDataParser, &IRecordParser::get_PriceMultiplier)
+    : MultiplierExtractor(pDataParser, &IRecordParser::get_PriceMultiplier)
 {}
 
 CVolumeMultiplierExtractor::CVolumeMultiplierExtractor(IDataParser* pDataParser)
-    : CMultiplierExtractor(pDataParser, &IRecordParser::get_VolumeMultiplier)
+    : MultiplierExtractor(pDataParser, &IRecordParser::get_VolumeMultiplier)
 {}
 
 } // namespace Hesperon::specifics

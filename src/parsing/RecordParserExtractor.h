@@ -36,7 +36,7 @@ protected:
 };
 
 // What the two helpers below share.
-class CMultiplierExtractor : public CRecordParserExtactor
+class MultiplierExtractor : public CRecordParserExtactor
 {
 public:
     // With a new reference; null unless the status, which is then also that of
@@ -46,19 +46,19 @@ public:
 protected:
     using Getter = HRESULT (STDMETHODCALLTYPE IQRL_TabulexConverter::IRecordParser::*)(IDispatch**);
 
-    CMultiplierExtractor(IQRL_TabulexConverter::IDataParser* pDataParser, Getter getter);
+    MultiplierExtractor(IQRL_TabulexConverter::IDataParser* pDataParser, Getter getter);
 
 private:
     com_ptr<IQRL_TabulexConverter::IValueMultiplier> m_pMultiplier;
 };
 
-class CPriceMultiplierExtractor final : public CMultiplierExtractor
+class CPriceMultiplierExtractor final : public MultiplierExtractor
 {
 public:
     explicit CPriceMultiplierExtractor(IQRL_TabulexConverter::IDataParser* pDataParser);
 };
 
-class CVolumeMultiplierExtractor final : public CMultiplierExtractor
+class CVolumeMultiplierExtractor final : public MultiplierExtractor
 {
 public:
     explicit CVolumeMultiplierExtractor(IQRL_TabulexConverter::IDataParser* pDataParser);

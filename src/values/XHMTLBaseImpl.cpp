@@ -66,7 +66,7 @@ bool CXHMTLBaseImpl::ScanCharacters()
 bool CXHMTLBaseImpl::ScanElement()
 {
     ++m_nPos;
-    STag tag;
+    Tag tag;
     if (!ScanTag(tag))
         return false;
     Report(tag);
@@ -77,7 +77,7 @@ bool CXHMTLBaseImpl::ScanElement()
 }
 
 // Leaves the scan on the last character of the tag, as far as it is well formed.
-bool CXHMTLBaseImpl::ScanTag(STag& tag)
+bool CXHMTLBaseImpl::ScanTag(Tag& tag)
 {
     if (!ReadName(tag))
         return false;
@@ -93,7 +93,7 @@ bool CXHMTLBaseImpl::ScanTag(STag& tag)
     return SkipAttributes(tag);
 }
 
-bool CXHMTLBaseImpl::ReadName(STag& tag)
+bool CXHMTLBaseImpl::ReadName(Tag& tag)
 {
     tag.bEnd = Take('/');
     SkipSpace();
@@ -102,7 +102,7 @@ bool CXHMTLBaseImpl::ReadName(STag& tag)
 }
 
 // A comment may end within what was taken for its name, as in <!--x-->.
-bool CXHMTLBaseImpl::SkipComment(const STag& tag)
+bool CXHMTLBaseImpl::SkipComment(const Tag& tag)
 {
     const std::size_t nName = static_cast<std::size_t>(tag.sName.data() - m_sText.data());
     if (!SkipTo(kCommentEnd, nName + kCommentStart.size()))
@@ -111,7 +111,7 @@ bool CXHMTLBaseImpl::SkipComment(const STag& tag)
     return true;
 }
 
-bool CXHMTLBaseImpl::SkipAttributes(STag& tag)
+bool CXHMTLBaseImpl::SkipAttributes(Tag& tag)
 {
     for (;;) {
         SkipSpace();
@@ -154,7 +154,7 @@ bool CXHMTLBaseImpl::SkipRawContent(TagClass eClass)
 {
     while (SkipTo(OLESTR("<"), m_nPos)) {
         ++m_nPos;
-        STag tag;
+        Tag tag;
         if (!ReadName(tag))
             return false;
         if (!tag.bEnd || ClassOf(tag.sName) != eClass)
@@ -167,7 +167,7 @@ bool CXHMTLBaseImpl::SkipRawContent(TagClass eClass)
     return false;
 }
 
-void CXHMTLBaseImpl::Report(const STag& tag)
+void CXHMTLBaseImpl::Report(const Tag& tag)
 {
     if (tag.eClass == TagClass::Comment)
         return;

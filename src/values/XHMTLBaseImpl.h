@@ -43,7 +43,7 @@ private:
         Instruction
     };
 
-    struct STag
+    struct Tag
     {
         string_view_t sName; // as it stands
         TagClass eClass = TagClass::Other;
@@ -55,13 +55,13 @@ private:
 
     bool ScanCharacters();
     bool ScanElement();
-    bool ScanTag(STag& tag);
-    bool ReadName(STag& tag);
-    bool SkipComment(const STag& tag);
-    bool SkipAttributes(STag& tag);
+    bool ScanTag(Tag& tag);
+    bool ReadName(Tag& tag);
+    bool SkipComment(const Tag& tag);
+    bool SkipAttributes(Tag& tag);
     bool SkipAttribute();
     bool SkipRawContent(TagClass eClass);
-    void Report(const STag& tag);
+    void Report(const Tag& tag);
     bool StepOverTagEnd();
 
     bool AtEnd() const { return m_nPos == m_sText.size(); }

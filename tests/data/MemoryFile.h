@@ -86,7 +86,7 @@ public:
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG nLocale,
-                                           Hesperon::specifics::CLineBuffer& buffer) override
+                                           Hesperon::specifics::LineBuffer& buffer) override
     {
         Bstr sRecord;
         const HRESULT hr = GetRecord(nIndex, nLocale, sRecord.put());

@@ -8,14 +8,14 @@ using namespace Hesperon::specifics;
 
 namespace {
 
-std::span<VARIANT> Cells(const CBatchArray& array)
+std::span<VARIANT> Cells(const BatchArray& array)
 {
     return LockedArray<VARIANT>(array.get()).Elements();
 }
 
 TEST(BatchArray, ServesTheNextBatchOfItsShapeWithEmptyCells)
 {
-    CBatchArray array;
+    BatchArray array;
     ASSERT_EQ(array.Prepare(2, 3), S_OK);
     const SAFEARRAY* const pFirst = array.get();
     VARIANT* const cells = Cells(array).data();
@@ -32,7 +32,7 @@ TEST(BatchArray, ServesTheNextBatchOfItsShapeWithEmptyCells)
 
 TEST(BatchArray, OfAnotherShapeIsMadeAnew)
 {
-    CBatchArray array;
+    BatchArray array;
     for (const auto& [nColumns, nRecords] : {std::pair<ULONG, ULONG>{2, 3}, {3, 2}, {3, 1}}) {
         ASSERT_EQ(array.Prepare(nColumns, nRecords), S_OK);
         LONG nColumn = 0, nRecord = 0;
@@ -45,7 +45,7 @@ TEST(BatchArray, OfAnotherShapeIsMadeAnew)
 
 TEST(BatchArray, ThatWasCutIsMadeAnew)
 {
-    CBatchArray array;
+    BatchArray array;
     ASSERT_EQ(array.Prepare(2, 3), S_OK);
     SAFEARRAYBOUND records{2, 0};
     ASSERT_EQ(SafeArrayRedim(array.get(), &records), S_OK);
@@ -56,7 +56,7 @@ TEST(BatchArray, ThatWasCutIsMadeAnew)
 // Whoever got the array may give its records another lower bound.
 TEST(BatchArray, WithAnotherLowerBoundIsMadeAnew)
 {
-    CBatchArray array;
+    BatchArray array;
     ASSERT_EQ(array.Prepare(2, 3), S_OK);
     SAFEARRAYBOUND records{3, 5};
     ASSERT_EQ(SafeArrayRedim(array.get(), &records), S_OK);
@@ -69,7 +69,7 @@ TEST(BatchArray, WithAnotherLowerBoundIsMadeAnew)
 // An array that is locked isn't destroyed: it belongs to whoever holds the lock.
 TEST(BatchArray, ThatSomebodyHoldsIsLeftToHim)
 {
-    CBatchArray array;
+    BatchArray array;
     ASSERT_EQ(array.Prepare(1, 1), S_OK);
     SAFEARRAY* const pHeld = array.get();
     ASSERT_EQ(SafeArrayLock(pHeld), S_OK);

@@ -184,13 +184,13 @@ TEST_F(DatesTest, LocaleStartsTheLayoutOver)
 
 TEST(DateWithStatusTest, OnlyValidDatesAreEarlierOrLater)
 {
-    const SDateWithStatus early{1, SDateWithStatus::kValid}, late{2, SDateWithStatus::kValid};
-    const SDateWithStatus invalid{0, SDateWithStatus::kInvalid};
+    const DateWithStatus early{1, DateWithStatus::kValid}, late{2, DateWithStatus::kValid};
+    const DateWithStatus invalid{0, DateWithStatus::kInvalid};
     EXPECT_TRUE(early < late);
     EXPECT_FALSE(late < early);
     EXPECT_FALSE(invalid < late);
     EXPECT_FALSE(early < invalid);
-    EXPECT_FALSE(early == SDateWithStatus({1, SDateWithStatus::kInvalid}));
+    EXPECT_FALSE(early == DateWithStatus({1, DateWithStatus::kInvalid}));
 }
 
 TEST(DateWithStatusTest, ValuesBecomeDates)
@@ -199,9 +199,9 @@ TEST(DateWithStatusTest, ValuesBecomeDates)
     Variant number;
     number.vt = VT_R8;
     number.dblVal = 12.5;
-    EXPECT_EQ(DateOf(Variant::FromDate(7)), (SDateWithStatus{7, 0}));
-    EXPECT_EQ(DateOf(number), (SDateWithStatus{12.5, 0}));
-    EXPECT_EQ(DateOf(text), (SDateWithStatus{0, SDateWithStatus::kInvalid}));
+    EXPECT_EQ(DateOf(Variant::FromDate(7)), (DateWithStatus{7, 0}));
+    EXPECT_EQ(DateOf(number), (DateWithStatus{12.5, 0}));
+    EXPECT_EQ(DateOf(text), (DateWithStatus{0, DateWithStatus::kInvalid}));
 }
 
 TEST(DateWithStatusTest, DayBitsAreTheLowSixteenOfTheWholeDays)

@@ -8,7 +8,7 @@
 
 namespace {
 
-using Hesperon::specifics::CLineBuffer;
+using Hesperon::specifics::LineBuffer;
 
 string_t TextOf(BSTR line)
 {
@@ -18,7 +18,7 @@ string_t TextOf(BSTR line)
 // Lines of all lengths, so that the next line begins at each alignment.
 TEST(LineBuffer, GivesEachLineAsABstr)
 {
-    CLineBuffer lines;
+    LineBuffer lines;
     for (std::size_t n = 0; n < 100; ++n)
         lines.Add(string_t(n, static_cast<OLECHAR>('0' + n % 10)));
     ASSERT_EQ(lines.size(), 100u);
@@ -33,14 +33,14 @@ TEST(LineBuffer, GivesEachLineAsABstr)
 
 TEST(LineBuffer, KeepsNullsWithinALine)
 {
-    CLineBuffer lines;
+    LineBuffer lines;
     lines.Add(string_view_t(OLESTR("a\0b"), 3));
     EXPECT_EQ(TextOf(lines[0]), string_t(OLESTR("a\0b"), 3));
 }
 
 TEST(LineBuffer, TakesTheNextBatchIntoTheSameMemory)
 {
-    CLineBuffer lines;
+    LineBuffer lines;
     lines.Add(OLESTR("2004-01-02,1"));
     const BSTR first = lines[0];
     lines.clear();

@@ -13,13 +13,13 @@
 
 namespace files_test {
 
-class MadeUpFile : public Hesperon::specifics::CSharedFile
+class MadeUpFile : public Hesperon::specifics::SharedFile
 {
 public:
     using Fill = std::function<void(std::uint64_t nOffset, char* pBytes, std::size_t nCount)>;
 
     MadeUpFile(std::uint64_t nSize, Fill fill)
-        : CSharedFile(File()), m_nSize(nSize), m_fill(std::move(fill))
+        : SharedFile(File()), m_nSize(nSize), m_fill(std::move(fill))
     {}
     explicit MadeUpFile(const std::string& bytes)
         : MadeUpFile(bytes.size(), [bytes](std::uint64_t nOffset, char* p, std::size_t nCount) {

@@ -1,4 +1,4 @@
-// PlainLineIndex: the rules of CLineIndex written down byte by byte over a string,
+// PlainLineIndex: the rules of LineIndex written down byte by byte over a string,
 // without pages, spans or memory of what was found before. It is slow, and it is
 // what the fast one is judged by.
 #pragma once

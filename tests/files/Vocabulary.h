@@ -23,10 +23,10 @@ class TestFile : public TempFile
 public:
     using TempFile::TempFile;
 
-    std::shared_ptr<Hesperon::specifics::CSharedFile> Open() const
+    std::shared_ptr<Hesperon::specifics::SharedFile> Open() const
     {
         int nError = 0;
-        return std::make_shared<Hesperon::specifics::CSharedFile>(File::Open(Name(), nError));
+        return std::make_shared<Hesperon::specifics::SharedFile>(File::Open(Name(), nError));
     }
 };
 

@@ -30,7 +30,7 @@ public:
             m_conversions.StepNext(false);
         return m_calls;
     }
-    CFileConversions m_conversions;
+    FileConversions m_conversions;
 
 private:
     Texts m_calls;
@@ -56,7 +56,7 @@ TEST(FileConversions, EndWithAnyResultButSuccess)
         SCOPED_TRACE(hr);
         const auto consumer = Make<Consumer>();
         consumer->m_onRecord = [=](ULONGLONG) { return hr; };
-        CFileConversions conversions;
+        FileConversions conversions;
         conversions.Start(com_ptr<IFileHandlerEvents>(consumer.get()));
         conversions.StepNext(true);
         EXPECT_FALSE(conversions.IsActive());
@@ -71,7 +71,7 @@ TEST(FileConversions, AnExceptionOfTheConsumerEndsItsConversion)
 {
     const auto consumer = Make<Consumer>();
     consumer->m_onRecord = [](ULONGLONG) -> HRESULT { throw std::invalid_argument("unread"); };
-    CFileConversions conversions;
+    FileConversions conversions;
     conversions.Start(com_ptr<IFileHandlerEvents>(consumer.get()));
     conversions.StepNext(false);
     EXPECT_FALSE(conversions.IsActive());
@@ -80,7 +80,7 @@ TEST(FileConversions, AnExceptionOfTheConsumerEndsItsConversion)
 TEST(FileConversions, ASecondOneOfTheSameConsumerIsReported)
 {
     const auto consumer = Make<Consumer>();
-    CFileConversions conversions;
+    FileConversions conversions;
     conversions.Start(com_ptr<IFileHandlerEvents>(consumer.get()));
     conversions.StepNext(false);
     ReportLog reports;

@@ -377,7 +377,7 @@ TEST_F(FileHandler, AppendsRecordsToTheLinesOfABatch)
     const auto pHandler = Attach(file);
     const auto pLines = OpenLines(pHandler);
     ASSERT_TRUE(pLines);
-    CLineBuffer lines;
+    LineBuffer lines;
     EXPECT_EQ(pLines->AppendRecord(1, 0, lines), S_OK);
     EXPECT_EQ(pLines->AppendRecord(2, 0, lines), E_FAIL);
     EXPECT_EQ(pLines->AppendRecord(0, 0, lines), S_OK);

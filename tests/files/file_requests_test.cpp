@@ -7,12 +7,12 @@ using namespace files_test;
 
 namespace {
 
-using Kind = SPendingRequest::Kind;
+using Kind = PendingRequest::Kind;
 
-std::vector<Kind> Kinds(const CFileRequests::List& list)
+std::vector<Kind> Kinds(const FileRequests::List& list)
 {
     std::vector<Kind> kinds;
-    for (const SPendingRequest& request : list)
+    for (const PendingRequest& request : list)
         kinds.push_back(request.kind);
     return kinds;
 }
@@ -34,11 +34,11 @@ TEST(FileRequests, CollectKeepsCountEventsWhileCountingGoesOn)
     for (const Row& row : {Row{true, 2}, Row{false, 0}}) {
         SCOPED_TRACE(row.bKeepCounting);
         const auto consumer = Make<Consumer>();
-        CFileRequests requests;
+        FileRequests requests;
         for (const Kind kind :
              {Kind::CountEvents, Kind::FirstRecord, Kind::CountEvents, Kind::Conversion})
             requests.Add(1, kind, AsUnknown(consumer));
-        CFileRequests::List list;
+        FileRequests::List list;
         requests.Collect(row.bKeepCounting, list);
         EXPECT_EQ(Kinds(list), (std::vector{Kind::CountEvents, Kind::FirstRecord, Kind::CountEvents,
                                             Kind::Conversion}));
@@ -53,7 +53,7 @@ TEST(FileRequests, CollectKeepsCountEventsWhileCountingGoesOn)
 TEST(FileRequests, TakeTouchesOneOwnerOnly)
 {
     const auto consumer = Make<Consumer>();
-    CFileRequests requests;
+    FileRequests requests;
     EXPECT_TRUE(requests.IsEmpty());
     requests.Add(1, Kind::CountEvents, AsUnknown(consumer));
     requests.Add(2, Kind::Conversion, AsUnknown(consumer));

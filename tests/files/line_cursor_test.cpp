@@ -31,7 +31,7 @@ public:
     }
 
     std::shared_ptr<MadeUpFile> file;
-    CLineIndexOf<SmallPages> index;
+    LineIndexOf<SmallPages> index;
 };
 
 constexpr std::size_t kLines = 5000;
@@ -45,7 +45,7 @@ TEST(LineCursor, ReadersWithACursorEachReadEachPageOnce)
 {
     const std::string bytes = NumberedLines(kLines);
     SmallLines lines(bytes);
-    CLineCursor first, second;
+    LineCursor first, second;
     const auto step = [&](std::size_t n) {
         EXPECT_EQ(lines.Record(n, first), "line " + std::to_string(n));
         EXPECT_EQ(lines.Record(2500 + n, second), "line " + std::to_string(2500 + n));
@@ -60,7 +60,7 @@ TEST(LineCursor, ReadersWithACursorEachReadEachPageOnce)
 TEST(LineCursor, ReadersWithoutOneShareACursor)
 {
     SmallLines lines(NumberedLines(kLines));
-    CLineCursor own;
+    LineCursor own;
     lines.Record(3000);
     lines.Record(100, own);
     lines.file->TakeReads();
@@ -102,7 +102,7 @@ TEST(LineCursor, AReaderGoingBackwardsWalksEachStrideOnce)
 {
     const std::string bytes = NumberedLines(kLines);
     SmallLines lines(bytes);
-    CLineCursor cursor;
+    LineCursor cursor;
     for (std::size_t n = kLines; n-- != 0;)
         EXPECT_EQ(lines.Record(n, cursor), "line " + std::to_string(n));
     // A page is read for the walk, for its records, and for the line that crosses into it.
@@ -114,7 +114,7 @@ TEST(LineCursor, SurvivesAFileThatChanges)
     struct Row
     {
         const char* name;
-        std::function<void(CLineIndexOf<SmallPages>&)> change;
+        std::function<void(LineIndexOf<SmallPages>&)> change;
     };
     const Row rows[] = {
         {"refreshed", [](auto& index) { index.RefreshFileSize(); }},
@@ -129,7 +129,7 @@ TEST(LineCursor, SurvivesAFileThatChanges)
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         SmallLines lines(NumberedLines(kLines));
-        CLineCursor cursor;
+        LineCursor cursor;
         for (const std::size_t n : {3000, 2999, 2998})
             lines.Record(n, cursor);
         row.change(lines.index);
@@ -141,9 +141,9 @@ TEST(LineCursor, SurvivesAFileThatChanges)
 TEST(LineCursor, FindsTheLinesOfAFileThatWasRewritten)
 {
     const TestFile file(NumberedLines(3000));
-    CLineIndex index;
+    LineIndex index;
     index.Attach(file.Open());
-    CLineCursor cursor;
+    LineCursor cursor;
     string_t sText;
     for (const ULONGLONG n : {2000, 1999, 1998})
         ASSERT_TRUE(index.GetRecord(sText, n, cursor));

@@ -223,10 +223,10 @@ private:
 
     TestFile m_file;
     PlainLineIndex m_plain;
-    CLineIndexOf<Data> m_index;
+    LineIndexOf<Data> m_index;
     Random& m_random;
 
-    CLineCursor m_own;
+    LineCursor m_own;
     bool m_bOwnKnown = false; // what follows is that of m_own
     ULONGLONG m_nOwnRecord = 0;
     ULONGLONG m_nOwnPos = 0;

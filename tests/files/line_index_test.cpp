@@ -44,7 +44,7 @@ public:
         m_index.DetectUnicode();
     }
 
-    CLineIndex* operator->() { return &m_index; }
+    LineIndex* operator->() { return &m_index; }
     const TestFile& File() const { return m_file; }
 
     // The record's text, or "<none>".
@@ -74,7 +74,7 @@ public:
 
 private:
     TestFile m_file;
-    CLineIndex m_index;
+    LineIndex m_index;
 };
 
 TEST(LineIndex, FindsTheRecordsOfAFile)
@@ -567,7 +567,7 @@ TEST(LineIndex, AnEstimateOfAClosedFileFails)
 {
     const TestFile file("ab\ncd\n");
     const auto pFile = file.Open();
-    CLineIndex index;
+    LineIndex index;
     index.Attach(pFile);
     pFile->Close();
     EXPECT_THROW(index.GetApproxCount(), std::invalid_argument);

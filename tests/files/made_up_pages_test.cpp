@@ -10,7 +10,7 @@ namespace Hesperon::specifics {
 struct LineIndexTestAccess
 {
     template <class Data, class Position>
-    static void BeginAt(CLineIndexOf<Data>& index, ULONGLONG nRecord, Position position)
+    static void BeginAt(LineIndexOf<Data>& index, ULONGLONG nRecord, Position position)
     {
         for (ULONGLONG n = 1023; n < nRecord; n += 1024)
             index.m_index.Append(position(n));
@@ -31,7 +31,7 @@ using Texts = std::vector<std::string>;
 // ---- failed reads
 
 using TinyPages = CDataArray<char, 3, 512>;
-using TinyIndex = CLineIndexOf<TinyPages>;
+using TinyIndex = LineIndexOf<TinyPages>;
 
 template <class Index>
 std::string Record(Index& index, ULONGLONG nIndex)
@@ -160,7 +160,7 @@ TEST(MadeUpPages, APageThatComesShortIsAFailedRead)
 TEST(MadeUpPages, NoPageOfAnEmptyFileIsRead)
 {
     const auto pFile = std::make_shared<MadeUpFile>("");
-    CLineIndex index;
+    LineIndex index;
     EXPECT_FALSE(index.Attach(pFile));
     index.DetectUnicode();
     string_t sText;
@@ -259,7 +259,7 @@ TEST(MadeUpPages, RecordsAndPositionsGoBeyond32Bits)
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
         const ULONGLONG nLines = row.nMiddle + 3000;
-        CLineIndex index;
+        LineIndex index;
         ASSERT_TRUE(index.Attach(HugeFile(nLines)));
         LineIndexTestAccess::BeginAt(index, row.nMiddle - 1500,
                                      [](ULONGLONG n) { return n * kLine; });

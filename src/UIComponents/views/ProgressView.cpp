@@ -16,7 +16,7 @@ Factory g_factory;
 
 // Shows nothing. Skipping all at the first bad line delivers the same records as skipping
 // line by line, and saves the worker a message per line.
-class CSilentView final : public IQRL_TabulexConverter::ControlTable<IProgressView>
+class SilentView final : public IQRL_TabulexConverter::ControlTable<IProgressView>
 {
 public:
     void Show(LONG_PTR, IProgressButtons* pButtons) override { m_pButtons = pButtons; }
@@ -26,7 +26,7 @@ public:
     void Release() override { delete this; }
 
 private:
-    ~CSilentView() = default;
+    ~SilentView() = default;
 
     IProgressButtons* m_pButtons = nullptr;
 };
@@ -42,7 +42,7 @@ ProgressViewPtr MakeProgressView()
 {
     ProgressViewPtr pView(g_factory.pfnMake ? g_factory.pfnMake(g_factory.pContext) : nullptr);
     if (!pView)
-        pView.reset(new CSilentView);
+        pView.reset(new SilentView);
     return pView;
 }
 

@@ -1,4 +1,4 @@
-// CBatchArray: the array of the records of a batch. Its first index is the column, its second the
+// BatchArray: the array of the records of a batch. Its first index is the column, its second the
 // record; the columns of a record lie side by side.
 //
 // One array serves batch after batch: to allocate and free 200 KB for each costs time. Used by
@@ -10,7 +10,7 @@
 
 namespace Hesperon::specifics {
 
-class CBatchArray
+class BatchArray
 {
 public:
     // Gives an array of this shape with all cells empty. The array from before is used again,

@@ -8,17 +8,17 @@
 namespace Hesperon::specifics {
 
 // The record before, for the check of order.
-struct SRunOrder
+struct RunOrder
 {
-    SDateWithStatus dtLast;
+    DateWithStatus dtLast;
     ULONGLONG nLastSymbolHash = ~0ull; // no hash has this value: the first symbol is a new one
 };
 
 // The lines that wait for their batch, and the array that they go to.
-struct SBatchMemory
+struct BatchMemory
 {
-    CLineBuffer lines;
-    CBatchArray array;
+    LineBuffer lines;
+    BatchArray array;
 
     void Release()
     {

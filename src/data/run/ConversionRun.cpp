@@ -12,7 +12,7 @@ namespace Hesperon::specifics {
 
 // ---- sink
 
-com_ptr<CConversionRun::IDataParserEvents> CConversionRun::Sink()
+com_ptr<ConversionRun::IDataParserEvents> ConversionRun::Sink()
 {
     LockGuard lock(m_sinkLock);
     return m_pSink;
@@ -20,7 +20,7 @@ com_ptr<CConversionRun::IDataParserEvents> CConversionRun::Sink()
 
 // The worker holds the parser's lock while it waits for an answer about a bad line, which may
 // have to come from the calling thread.
-com_ptr<CConversionRun::IDataParserEvents> CConversionRun::TakeSink()
+com_ptr<ConversionRun::IDataParserEvents> ConversionRun::TakeSink()
 {
     LockPumping(m_lock);
     LockGuard lock(m_lock, std::adopt_lock);
@@ -28,7 +28,7 @@ com_ptr<CConversionRun::IDataParserEvents> CConversionRun::TakeSink()
     return std::exchange(m_pSink, nullptr);
 }
 
-void CConversionRun::LetGoOfSink()
+void ConversionRun::LetGoOfSink()
 {
     com_ptr<IDataParserEvents> pSink; // let go of without the lock
     LockPumping(m_lock);
@@ -40,7 +40,7 @@ void CConversionRun::LetGoOfSink()
 
 // ---- start
 
-void CConversionRun::Begin(com_ptr<IDataParserEvents> pSink, SRunSettings settings)
+void ConversionRun::Begin(com_ptr<IDataParserEvents> pSink, RunSettings settings)
 {
     m_settings = std::move(settings);
     m_order = {};
@@ -49,13 +49,13 @@ void CConversionRun::Begin(com_ptr<IDataParserEvents> pSink, SRunSettings settin
     m_state = State::Queued;
 }
 
-void CConversionRun::Replaced()
+void ConversionRun::Replaced()
 {
     State running = State::Running;
     m_state.compare_exchange_strong(running, State::Queued);
 }
 
-void CConversionRun::Close()
+void ConversionRun::Close()
 {
     m_entry.Unregister();
     m_worker = {};
@@ -63,7 +63,7 @@ void CConversionRun::Close()
 
 // ---- steps
 
-HRESULT CConversionRun::Step(ULONGLONG nIndex)
+HRESULT ConversionRun::Step(ULONGLONG nIndex)
 {
     if (m_state != State::Running)
         if (const std::optional<Outcome> outcome = TakeOver())
@@ -80,14 +80,14 @@ HRESULT CConversionRun::Step(ULONGLONG nIndex)
     return bLast ? End(LastStep(nIndex)) : hrRead;
 }
 
-std::optional<CConversionRun::Outcome> CConversionRun::TakeOver()
+std::optional<ConversionRun::Outcome> ConversionRun::TakeOver()
 {
-    SWorker old; // let go of without the lock
+    WorkerSide old; // let go of without the lock
     LockGuard lock(m_lock);
     if (m_state != State::Queued || !Sink())
         return Interruption();
-    SWorker now{OpenLines(m_owner.RunFile()), m_owner.RunRecordParser(), m_settings.lines,
-                m_settings.nLocale, m_portion};
+    WorkerSide now{OpenLines(m_owner.RunFile()), m_owner.RunRecordParser(), m_settings.lines,
+                   m_settings.nLocale, m_portion};
     old = std::exchange(m_worker, std::move(now));
     if (!m_worker.pLines || !m_worker.pRecordParser)
         return Outcome{E_INVALIDARG, true};
@@ -98,15 +98,15 @@ std::optional<CConversionRun::Outcome> CConversionRun::TakeOver()
 }
 
 // How a run ends that was cancelled or whose sink was taken.
-CConversionRun::Outcome CConversionRun::Interruption() const
+ConversionRun::Outcome ConversionRun::Interruption() const
 {
     return IsCancelled() ? Outcome{E_FAIL, false} : Outcome{E_INVALIDARG, true};
 }
 
 // At the end of the file the read fails.
-HRESULT CConversionRun::ReadLine(ULONGLONG nIndex)
+HRESULT ConversionRun::ReadLine(ULONGLONG nIndex)
 try {
-    CLineBuffer& lines = m_memory.lines;
+    LineBuffer& lines = m_memory.lines;
     const HRESULT hr =
         m_worker.pLines->AppendRecord(m_worker.lines.LineOf(nIndex), m_worker.nLocale, lines);
     if (FAILED(hr))
@@ -122,7 +122,7 @@ try {
 // The batch is taken to end with the record before nIndex, whose read has failed. Where it
 // ends with that of nIndex instead, in an inverted file and in a portion, line numbers of
 // errors in this batch are those of the position before.
-CConversionRun::Outcome CConversionRun::LastStep(ULONGLONG nIndex)
+ConversionRun::Outcome ConversionRun::LastStep(ULONGLONG nIndex)
 {
     com_ptr<IFileHandler> pFile;
     {
@@ -137,7 +137,7 @@ CConversionRun::Outcome CConversionRun::LastStep(ULONGLONG nIndex)
     return ProcessLines(nIndex - 1);
 }
 
-CConversionRun::Outcome CConversionRun::ProcessLines(ULONGLONG nLast)
+ConversionRun::Outcome ConversionRun::ProcessLines(ULONGLONG nLast)
 {
     std::unique_lock<CriticalSection> lock(m_lock);
     if (m_memory.lines.empty())
@@ -145,7 +145,7 @@ CConversionRun::Outcome CConversionRun::ProcessLines(ULONGLONG nLast)
     const com_ptr<IDataParserEvents> pSink = Sink();
     if (!pSink || IsCancelled())
         return Interruption();
-    CRecordBatch batch(*this, nLast, m_worker.pRecordParser.get(), pSink.get());
+    RecordBatch batch(*this, nLast, m_worker.pRecordParser.get(), pSink.get());
     const HRESULT hr = Guarded([&] { return batch.Parse(); });
     m_memory.lines.clear();
     lock.unlock();
@@ -157,7 +157,7 @@ CConversionRun::Outcome CConversionRun::ProcessLines(ULONGLONG nLast)
 // ---- end
 
 // The worker stops for any result but S_OK, so an end that went well is S_FALSE.
-HRESULT CConversionRun::End(Outcome outcome)
+HRESULT ConversionRun::End(Outcome outcome)
 {
     // All is let go of before the sink hears of the end: it may start the next run in that
     // call, under this number and on another file's worker.
@@ -172,7 +172,7 @@ HRESULT CConversionRun::End(Outcome outcome)
 }
 
 // An end that goes unheard leaves the sink to a cancel that is on its way.
-com_ptr<CConversionRun::IDataParserEvents> CConversionRun::TakeSinkAtEnd(bool bUnheard)
+com_ptr<ConversionRun::IDataParserEvents> ConversionRun::TakeSinkAtEnd(bool bUnheard)
 {
     LockPumping(m_lock);
     LockGuard lock(m_lock, std::adopt_lock);
@@ -185,7 +185,7 @@ com_ptr<CConversionRun::IDataParserEvents> CConversionRun::TakeSinkAtEnd(bool bU
 
 // The mark comes first. It stops the worker at its next line, and keeps it from asking about
 // bad lines while this thread waits for the parser's lock.
-void CConversionRun::Cancel()
+void ConversionRun::Cancel()
 {
     m_state = State::Aborting;
     if (const com_ptr<IDataParserEvents> pSink = Sink())

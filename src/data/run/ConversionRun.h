@@ -1,8 +1,8 @@
-// CConversionRun: a conversion from its start to its end.
+// ConversionRun: a conversion from its start to its end.
 //
 // A data parser has one such object for all its runs, one after the other. The file's worker
 // calls Step() for position after position. A step reads one line and keeps its text. After
-// every thousandth line, and at the end, CRecordBatch makes an array of the lines that were
+// every thousandth line, and at the end, RecordBatch makes an array of the lines that were
 // kept, and the sink gets it.
 //
 //   state     meaning                         left by, under which lock          to
@@ -42,7 +42,7 @@
 
 namespace Hesperon::specifics {
 
-class CConversionRun
+class ConversionRun
 {
 public:
     using IDataParserEvents = IQRL_TabulexConverter::IDataParserEvents;
@@ -64,8 +64,8 @@ public:
 
     // `lock` is the parser's; `bSilent` says whether bad lines are skipped without a word, and
     // may change during a run.
-    CConversionRun(IOwner& owner, IQRL_TabulexConverter::IAsyncTransaction& transaction,
-                   CriticalSection& lock, const std::atomic<bool>& bSilent)
+    ConversionRun(IOwner& owner, IQRL_TabulexConverter::IAsyncTransaction& transaction,
+                  CriticalSection& lock, const std::atomic<bool>& bSilent)
         : m_owner(owner), m_lock(lock), m_bSilent(bSilent), m_entry(transaction)
     {}
 
@@ -73,12 +73,12 @@ public:
 
     bool HasSink() { return static_cast<bool>(Sink()); }
     // From now on the worker may step. The mark of an earlier cancel is removed.
-    void Begin(com_ptr<IDataParserEvents> pSink, SRunSettings settings);
+    void Begin(com_ptr<IDataParserEvents> pSink, RunSettings settings);
     // The parser has another file or another record parser, or none.
     void Replaced();
 
-    SPortion& Portion() { return m_portion; }
-    const SPortion& Portion() const { return m_portion; }
+    RunPortion& Portion() { return m_portion; }
+    const RunPortion& Portion() const { return m_portion; }
 
     // ---- without any lock
 
@@ -97,9 +97,9 @@ public:
 
     // ---- for a batch, with the parser's lock held; the memory is the worker's
 
-    const SRunSettings& Settings() const { return m_settings; }
-    SRunOrder& Order() { return m_order; }
-    SBatchMemory& Memory() { return m_memory; }
+    const RunSettings& Settings() const { return m_settings; }
+    RunOrder& Order() { return m_order; }
+    BatchMemory& Memory() { return m_memory; }
     bool IsSilent() const { return m_bSilent; }
     bool IsCancelled() const { return m_state == State::Aborting; }
 
@@ -137,13 +137,13 @@ private:
     IOwner& m_owner;
     CriticalSection& m_lock;
     const std::atomic<bool>& m_bSilent;
-    CTransactionEntry m_entry;
+    TransactionEntry m_entry;
     std::atomic<State> m_state = State::Idle;
 
     // Guarded by the parser's lock.
-    SRunSettings m_settings;
-    SPortion m_portion;
-    SRunOrder m_order; // of the records so far
+    RunSettings m_settings;
+    RunPortion m_portion;
+    RunOrder m_order; // of the records so far
 
     // Put and taken with the parser's lock held; guarded by m_sinkLock, which is a leaf, so
     // that a cancel reaches the sink while a batch holds the parser's lock.
@@ -151,16 +151,16 @@ private:
     com_ptr<IDataParserEvents> m_pSink;
 
     // The worker's; no lock.
-    struct SWorker
+    struct WorkerSide
     {
         com_ptr<ILineReader> pLines;
         com_ptr<IRecordParser> pRecordParser;
-        SLineRule lines;
+        LineRule lines;
         ULONG nLocale = 0;
-        SPortion portion;
+        RunPortion portion;
     };
-    SWorker m_worker;
-    SBatchMemory m_memory;
+    WorkerSide m_worker;
+    BatchMemory m_memory;
 };
 
 } // namespace Hesperon::specifics

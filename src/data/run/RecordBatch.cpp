@@ -13,9 +13,9 @@ using FaultmereUtil::Assert;
 
 namespace Hesperon::specifics {
 
-CRecordBatch::CRecordBatch(CConversionRun& run, ULONGLONG nLast,
-                           IQRL_TabulexConverter::IRecordParser* pRecordParser,
-                           IQRL_TabulexConverter::IDataParserEvents* pHost)
+RecordBatch::RecordBatch(ConversionRun& run, ULONGLONG nLast,
+                         IQRL_TabulexConverter::IRecordParser* pRecordParser,
+                         IQRL_TabulexConverter::IDataParserEvents* pHost)
     : m_run(run), m_settings(run.Settings()), m_order(run.Order()), m_memory(run.Memory()),
       m_pRecordParser(pRecordParser), m_pHost(pHost), m_nCount(m_memory.lines.size()),
       m_nFirst(nLast - m_nCount + 1),
@@ -26,7 +26,7 @@ CRecordBatch::CRecordBatch(CConversionRun& run, ULONGLONG nLast,
     Assert(m_pHost != nullptr, "pHost");
 }
 
-HRESULT CRecordBatch::Parse()
+HRESULT RecordBatch::Parse()
 {
     const BatchLockGuard lock(m_pRecordParser);
     ULONG nFields = 0;
@@ -42,7 +42,7 @@ HRESULT CRecordBatch::Parse()
     return hr;
 }
 
-HRESULT CRecordBatch::ParseLines()
+HRESULT RecordBatch::ParseLines()
 {
     while (m_nRow + m_nSkipped < m_nCount) {
         switch (ParseLine()) {
@@ -62,7 +62,7 @@ HRESULT CRecordBatch::ParseLines()
     return m_hr;
 }
 
-HRESULT CRecordBatch::Deliver()
+HRESULT RecordBatch::Deliver()
 {
     if (m_nSkipped != 0) {
         SAFEARRAYBOUND records{static_cast<ULONG>(m_nCount - m_nSkipped), 0};
@@ -78,7 +78,7 @@ HRESULT CRecordBatch::Deliver()
 
 // ---- what becomes of a bad line
 
-CRecordBatch::Line CRecordBatch::Fail(HRESULT hr)
+RecordBatch::Line RecordBatch::Fail(HRESULT hr)
 {
     m_hr = hr;
     return Line::Failed;
@@ -86,7 +86,7 @@ CRecordBatch::Line CRecordBatch::Fail(HRESULT hr)
 
 // A sink that answers with anything but S_OK ends the run; a cancel has ended it already.
 template <class Ask>
-CRecordBatch::Line CRecordBatch::Reject(Ask ask)
+RecordBatch::Line RecordBatch::Reject(Ask ask)
 {
     if (m_run.IsSilent())
         return Line::Rejected;
@@ -95,13 +95,13 @@ CRecordBatch::Line CRecordBatch::Reject(Ask ask)
 
 // ---- the checks of a line
 
-CRecordBatch::Line CRecordBatch::ParseLine()
+RecordBatch::Line RecordBatch::ParseLine()
 {
     Assert(SysStringLen(CurrentLine()) != 0, "!m_sTempRecords[n + nSkipRecordCount].IsEmpty()");
     // If the line doesn't parse, the checks of its date and its fields fail.
     m_pRecordParser->Parse(CurrentLine());
 
-    SDateWithStatus date;
+    DateWithStatus date;
     Line line = ReadDateTime(date);
     if (line == Line::Passed && !IsFirstOfRun())
         line = CheckOrder();
@@ -113,7 +113,7 @@ CRecordBatch::Line CRecordBatch::ParseLine()
     return line == Line::Passed ? FillRow() : line;
 }
 
-CRecordBatch::Line CRecordBatch::ReadDateTime(SDateWithStatus& date)
+RecordBatch::Line RecordBatch::ReadDateTime(DateWithStatus& date)
 {
     if (m_pRecordParser->get_CurrentDateTime(m_vDateTime.put()) != S_OK)
         return Reject([&] { return ShowDateTimeIncrementError(); });
@@ -123,7 +123,7 @@ CRecordBatch::Line CRecordBatch::ReadDateTime(SDateWithStatus& date)
 
 // The order isn't checked where the symbol changes: a file may be sorted by symbol and then by
 // date.
-CRecordBatch::Line CRecordBatch::CheckOrder()
+RecordBatch::Line RecordBatch::CheckOrder()
 {
     bool bNewSymbol = false;
     if (m_settings.nSymbolField != kNoField) {
@@ -134,7 +134,7 @@ CRecordBatch::Line CRecordBatch::CheckOrder()
     return bNewSymbol ? Line::Passed : CheckResolution();
 }
 
-CRecordBatch::Line CRecordBatch::CheckSymbol(bool& bNewSymbol)
+RecordBatch::Line RecordBatch::CheckSymbol(bool& bNewSymbol)
 {
     Bstr sSymbol;
     m_hr = m_pRecordParser->GetFieldText(CurrentLine(), m_settings.nSymbolField, sSymbol.put());
@@ -150,7 +150,7 @@ CRecordBatch::Line CRecordBatch::CheckSymbol(bool& bNewSymbol)
     return Line::Passed;
 }
 
-CRecordBatch::Line CRecordBatch::CheckResolution()
+RecordBatch::Line RecordBatch::CheckResolution()
 {
     VARIANT vLast;
     VariantInit(&vLast);
@@ -168,7 +168,7 @@ CRecordBatch::Line CRecordBatch::CheckResolution()
     return Reject([&] { return ShowResolutionCheckError(sError.get()); });
 }
 
-CRecordBatch::Line CRecordBatch::CheckRange(const SDateWithStatus& date)
+RecordBatch::Line RecordBatch::CheckRange(const DateWithStatus& date)
 {
     if (date < m_settings.dtStart)
         return Line::Rejected;
@@ -179,7 +179,7 @@ CRecordBatch::Line CRecordBatch::CheckRange(const SDateWithStatus& date)
     return Line::Finished;
 }
 
-CRecordBatch::Line CRecordBatch::FillRow()
+RecordBatch::Line RecordBatch::FillRow()
 {
     const std::size_t nColumns = ColumnCount();
     VARIANT* const row = m_cells->Data() + m_nRow * nColumns;

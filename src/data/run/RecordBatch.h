@@ -1,4 +1,4 @@
-// CRecordBatch: makes an array for the sink of the lines of one batch.
+// RecordBatch: makes an array for the sink of the lines of one batch.
 //
 // Each line passes these checks in this order: date and time readable, symbol filter, order
 // and step from the record before, date range, fields. A line that fails is rejected. The
@@ -16,13 +16,13 @@
 
 namespace Hesperon::specifics {
 
-class CRecordBatch
+class RecordBatch
 {
 public:
     // nLast is the position of the last line in the run's memory. All must outlive the batch.
-    CRecordBatch(CConversionRun& run, ULONGLONG nLast,
-                 IQRL_TabulexConverter::IRecordParser* pRecordParser,
-                 IQRL_TabulexConverter::IDataParserEvents* pHost);
+    RecordBatch(ConversionRun& run, ULONGLONG nLast,
+                IQRL_TabulexConverter::IRecordParser* pRecordParser,
+                IQRL_TabulexConverter::IDataParserEvents* pHost);
 
     // Fills the array. S_FALSE: this is the last batch of the run. E_INVALIDARG: the run ends
     // without EndTransaction. Nothing can be delivered after a failure.
@@ -41,11 +41,11 @@ private:
 
     HRESULT ParseLines();
     Line ParseLine();
-    Line ReadDateTime(SDateWithStatus& date);
+    Line ReadDateTime(DateWithStatus& date);
     Line CheckOrder();
     Line CheckSymbol(bool& bNewSymbol);
     Line CheckResolution();
-    Line CheckRange(const SDateWithStatus& date);
+    Line CheckRange(const DateWithStatus& date);
     Line FillRow();
 
     // Belongs to the buffer and is only to be read.
@@ -70,10 +70,10 @@ private:
     // The first delivered field of a type; empty if there is none.
     std::optional<ULONG> FindField(unsigned uiType);
 
-    CConversionRun& m_run;
-    const SRunSettings& m_settings;
-    SRunOrder& m_order;
-    SBatchMemory& m_memory;
+    ConversionRun& m_run;
+    const RunSettings& m_settings;
+    RunOrder& m_order;
+    BatchMemory& m_memory;
     IQRL_TabulexConverter::IRecordParser* const m_pRecordParser;
     IQRL_TabulexConverter::IDataParserEvents* const m_pHost;
     const std::size_t m_nCount; // lines

@@ -5,13 +5,13 @@
 
 namespace Hesperon::specifics {
 
-ULONGLONG CRecordBatch::LineNumber() const
+ULONGLONG RecordBatch::LineNumber() const
 {
     return m_settings.lines.LineOf(m_nFirst + m_nRow + m_nSkipped);
 }
 
 // If the date has no error, the time must have one.
-HRESULT CRecordBatch::ShowDateTimeIncrementError()
+HRESULT RecordBatch::ShowDateTimeIncrementError()
 {
     Bstr sError;
     for (const unsigned uiType : {TypeDate, TypeTime}) {
@@ -27,12 +27,12 @@ HRESULT CRecordBatch::ShowDateTimeIncrementError()
     return E_INVALIDARG;
 }
 
-HRESULT CRecordBatch::ShowResolutionCheckError(BSTR sError)
+HRESULT RecordBatch::ShowResolutionCheckError(BSTR sError)
 {
     return m_pHost->OnError2(static_cast<LONG_PTR>(LineNumber() + 1), kWholeRecord, sError);
 }
 
-HRESULT CRecordBatch::ShowFieldError(std::size_t nColumn)
+HRESULT RecordBatch::ShowFieldError(std::size_t nColumn)
 {
     const ULONG nField = m_settings.arFieldIndices[nColumn];
     Bstr sError;
@@ -41,13 +41,13 @@ HRESULT CRecordBatch::ShowFieldError(std::size_t nColumn)
 }
 
 // The sink counts lines and fields from 1.
-HRESULT CRecordBatch::Report(ULONG nField, BSTR sError)
+HRESULT RecordBatch::Report(ULONG nField, BSTR sError)
 {
     return m_pHost->OnError2(static_cast<LONG_PTR>(LineNumber() + 1), static_cast<LONG>(nField + 1),
                              sError);
 }
 
-std::optional<ULONG> CRecordBatch::FindField(unsigned uiType)
+std::optional<ULONG> RecordBatch::FindField(unsigned uiType)
 {
     for (const ULONG nField : m_settings.arFieldIndices) {
         Bstr sName;

@@ -10,11 +10,11 @@
 
 namespace Hesperon::specifics {
 
-struct SRunSettings
+struct RunSettings
 {
-    SLineRule lines;
+    LineRule lines;
     ULONG nLocale = 0;                 // code page number
-    SDateWithStatus dtStart, dtEnd;    // range of records to deliver, inclusive
+    DateWithStatus dtStart, dtEnd;     // range of records to deliver, inclusive
     Bstr sSymbolName;                  // null or empty: all symbols
     ULONG nSymbolField = 0;            // kNoField: the file has no symbols
     std::vector<ULONG> arFieldIndices; // field of each delivered column
@@ -22,7 +22,7 @@ struct SRunSettings
 
 // A part of the file, by positions. It outlasts the run that it was given for: later runs of
 // that parser, and of its clones, stop where it ends.
-struct SPortion
+struct RunPortion
 {
     bool bPortion = false;
     ULONGLONG nStart = 0, nCount = 0;
@@ -31,7 +31,7 @@ struct SPortion
 
     // Whether a run has no record after this one. The end of a whole file that runs forwards
     // shows only when a record can't be read.
-    bool EndsAt(ULONGLONG nPosition, const SLineRule& lines) const
+    bool EndsAt(ULONGLONG nPosition, const LineRule& lines) const
     {
         const ULONGLONG nLastInverted = lines.LastInvertedPosition();
         if (!bPortion)

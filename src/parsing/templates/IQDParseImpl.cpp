@@ -237,9 +237,9 @@ HRESULT CDataField::ComputeValue()
 // The bars of a day follow each other, so most dates are equal to that of the line before.
 DATE CDataField::ComputeDate()
 {
-    const SDay day{static_cast<WORD>(m_vars.IntegerOr0(OLESTR('y'))),
-                   static_cast<WORD>(m_vars.IntegerOr0(OLESTR('m'))),
-                   static_cast<WORD>(m_vars.IntegerOr0(OLESTR('d')))};
+    const CivilDay day{static_cast<WORD>(m_vars.IntegerOr0(OLESTR('y'))),
+                       static_cast<WORD>(m_vars.IntegerOr0(OLESTR('m'))),
+                       static_cast<WORD>(m_vars.IntegerOr0(OLESTR('d')))};
     if (day != m_lastDay) {
         m_lastDate = DateOf(day);
         m_lastDay = day;
@@ -249,7 +249,7 @@ DATE CDataField::ComputeDate()
 
 // A day 0 (a template without days) and a 29 February that the year doesn't have
 // roll into the neighbouring month.
-DATE CDataField::DateOf(SDay day)
+DATE CDataField::DateOf(CivilDay day)
 {
     SYSTEMTIME time{};
     time.wDay = day.nDay;

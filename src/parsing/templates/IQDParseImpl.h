@@ -78,10 +78,10 @@ public:
     void Swap(CDataField& other);
 
 private:
-    struct SDay
+    struct CivilDay
     {
         WORD nYear = 0, nMonth = 0, nDay = 0;
-        bool operator==(const SDay&) const = default;
+        bool operator==(const CivilDay&) const = default;
     };
 
     HRESULT ComputeAndGetValue(VARIANT* pVar);
@@ -96,7 +96,7 @@ private:
     bool IsTimeInRange();
     HRESULT ComputeValue();
     DATE ComputeDate();
-    static DATE DateOf(SDay day);
+    static DATE DateOf(CivilDay day);
     DATE ComputeTime(); // REQUIRES: HourOfDay() of 0 to 23
 
     string_t m_szTemplate; // as set, whatever the type makes of it
@@ -104,8 +104,8 @@ private:
     CompiledTemplate m_compiled; // of a Date or Time; else empty
     unsigned m_uiType = 1;
     bool m_bValid = false;
-    VARIANT m_value{}; // VT_EMPTY until asked for; never a kind that owns memory
-    SDay m_lastDay;    // of the last date worked out
+    VARIANT m_value{};  // VT_EMPTY until asked for; never a kind that owns memory
+    CivilDay m_lastDay; // of the last date worked out
     DATE m_lastDate = 0;
 };
 
