@@ -1,3 +1,7 @@
+// A map from numbers to plain pointers, under the proxy lock. Cancelling calls the object with that
+// lock held. An object takes the same lock to unregister before it is destroyed, so what stands in
+// the map exists for the length of the call.
+
 #include "src/files/AsyncTransactionPool.h"
 
 #include <algorithm>

@@ -11,6 +11,7 @@ namespace Hesperon::specifics {
 
 using namespace IQRL_TabulexConverter;
 
+// Only a portion begins elsewhere than at position 0, and only its consumer has a position to give.
 CConverterPersist::CConverterPersist(com_ptr<IFileHandlerEvents> pEvents)
     : m_pEvents(std::move(pEvents))
 {
@@ -23,6 +24,7 @@ CConverterPersist::CConverterPersist(com_ptr<IFileHandlerEvents> pEvents)
     }
 }
 
+// An exception would leave the loop of the worker, and with it end the file for all its consumers.
 HRESULT CConverterPersist::Step(bool bComplete)
 try {
     return m_pEvents->ProcessRecord(m_nPosition++, nullptr, bComplete);
@@ -30,6 +32,7 @@ try {
     return E_FAIL;
 }
 
+// A consumer has one place in the ring. With two it would get the records of two walks in turn.
 void FileConversions::Start(com_ptr<IFileHandlerEvents> pEvents)
 {
     const bool bRuns = std::ranges::any_of(

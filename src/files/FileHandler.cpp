@@ -57,6 +57,8 @@ void CFileHandler::Run()
     }
 }
 
+// Consumers are released without the lock, since the last reference to one may run any code.
+// Whoever still holds the proxy, after a stop by the pool, finds a closed file from here on.
 void CFileHandler::CloseAll()
 {
     m_conversions.Clear();

@@ -39,6 +39,9 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::QueryInterface(REFIID riid, void
     return S_OK;
 }
 
+// The pool keeps a plain pointer to the proxy and may ask for a reference while the last one is
+// released on another thread. So the count goes up from 0 once and ends at kGone for good: AddRef
+// then gives 0, and the pool waits until the name is free (CFilePool::FindHandler).
 ULONG STDMETHODCALLTYPE CFileHandler::CProxy::AddRef()
 {
     ULONG nRefs = m_nRefs.load(std::memory_order_relaxed);
@@ -48,6 +51,8 @@ ULONG STDMETHODCALLTYPE CFileHandler::CProxy::AddRef()
     return 0;
 }
 
+// What other threads did with the proxy before they released it must be seen by EndOfUse: hence
+// acquire and release.
 ULONG STDMETHODCALLTYPE CFileHandler::CProxy::Release()
 {
     ULONG nRefs = m_nRefs.load(std::memory_order_relaxed);
@@ -94,6 +99,7 @@ HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetCount(ULONGLONG* nCount, VARI
     return S_OK;
 }
 
+// The code page of the caller isn't used: the index decodes in the ANSI code page of the process.
 HRESULT STDMETHODCALLTYPE CFileHandler::CProxy::GetRecord(ULONGLONG nIndex, ULONG, BSTR* bsRecord)
 {
     if (!bsRecord)

@@ -33,6 +33,8 @@ File OpenPatiently(string_view_t sName)
 
 } // namespace
 
+// Where the system has ended the other threads already, there is nobody to wait for, and any of
+// them may have held a lock.
 CFilePool& CFilePool::Instance()
 {
     static CFilePool& pool = *new CFilePool;
@@ -63,7 +65,8 @@ com_ptr<IFileHandler> CFilePool::AttachOrOpen(const string_t& sName)
     return OpenHandler(lock, sName);
 }
 
-// Null where the name is free to be opened.
+// Null where the name is free to be opened. A handler that refuses a reference is about to take its
+// name out, and an opening that is under way ends with a handler or without: both are waited for.
 com_ptr<IFileHandler> CFilePool::FindHandler(FilesLock& lock, const string_t& sName)
 {
     for (;;) {
@@ -76,6 +79,8 @@ com_ptr<IFileHandler> CFilePool::FindHandler(FilesLock& lock, const string_t& sN
     }
 }
 
+// Opens without the lock: the disk may be slow, and the worker needs the lock to register.
+// `opening` stays where it is until its entry is gone, which the worker or this thread takes out.
 com_ptr<IFileHandler> CFilePool::OpenHandler(FilesLock& lock, const string_t& sName)
 {
     Opening opening;
@@ -132,6 +137,7 @@ void CFilePool::AddFileHandler(const string_t& sName, IFileHandler* pHandler) no
     }
 }
 
+// Takes the first reference to the new proxy, for the caller who waits.
 void CFilePool::FinishOpening(const string_t& sName, IFileHandler* pHandler)
 {
     const auto it = m_openings.find(sName);
@@ -167,6 +173,7 @@ void CFilePool::CloseFileHandle(string_view_t sName)
         it->second->Close();
 }
 
+// Consumers go with the requests, and may call the pool while they do: the lock is left before.
 void CFilePool::EndOfProcess()
 {
     std::vector<com_ptr<IFileHandler>> handlers;

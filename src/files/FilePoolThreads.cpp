@@ -12,6 +12,8 @@
 
 namespace Hesperon::specifics {
 
+// A request for which no thread can be started is taken back. If it isn't in the queue any more, a
+// thread that became free has taken it, and all is well.
 bool CFilePool::QueueRequest(std::unique_ptr<SOpenRequest> request)
 try {
     auto pHandler = std::make_shared<CFileHandler>();
@@ -35,7 +37,8 @@ try {
     return false;
 }
 
-// Throws where a thread is needed and can't be started.
+// Requests are taken in the order of their tickets, so this one is still there while the first of
+// the queue has no later ticket. Throws where a thread is needed and can't be started.
 void CFilePool::WaitUntilTaken(ThreadsLock& lock, ULONGLONG nTicket)
 {
     while (!m_queue.empty() && m_queue.front().nTicket <= nTicket) {
@@ -115,6 +118,8 @@ void CFilePool::JoinEnded(ThreadList& threads)
     });
 }
 
+// The last parser has released its file before: the workers that this waits for run until nobody
+// holds theirs.
 void CFilePool::ReleaseParser()
 {
     if (--m_nRefs == 0)
@@ -160,6 +165,9 @@ bool CFilePool::BeginShutdown(ThreadsLock& lock, bool bWhateverLives)
     return true;
 }
 
+// A thread can't join itself, so one that shuts the pool down retires instead. The lock is left for
+// each join, since a thread takes it on its way out. The list stays the same meanwhile: only a
+// shutdown changes it, and m_bShutdown keeps others out.
 void CFilePool::JoinStopping(ThreadsLock& lock)
 {
     const auto self = std::ranges::find(m_stopping, std::this_thread::get_id(), &WorkerThread::id);

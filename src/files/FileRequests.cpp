@@ -10,6 +10,7 @@ void FileRequests::Add(ULONGLONG nKey, PendingRequest::Kind kind, com_ptr<IUnkno
     Recount();
 }
 
+// Room is made first: once a request has left the list, running out of memory would lose it.
 template <class Pick>
 FileRequests::List FileRequests::TakeWhere(Pick pick)
 {

@@ -1,3 +1,6 @@
+// Each event takes a counted reference to the target under the proxy lock, and is passed on without
+// it: a consumer may do anything in the call, cutting this link included.
+
 #include "src/files/Proxies.h"
 
 namespace Hesperon::specifics {
