@@ -1,5 +1,7 @@
-// The lines of the sample are read in the code page that maps every byte to a character. So
-// encoding them again gives the bytes of the file, and the system's detection sees these.
+// The file gives its lines as text, decoded in the ANSI code page whatever page is asked for. They
+// are encoded in Windows-1252, in which every byte is a character, to have bytes for the system's
+// detection. So these are the bytes of the lines if the ANSI code page is 1252 too; in another one,
+// characters that 1252 lacks have become '?'.
 
 #include "src/data/CodePageSample.h"
 

@@ -1,3 +1,10 @@
+// The life of a data parser, its record parser, clones, listeners and plain properties. The file,
+// the dates and the runs are in the other DataParser*.cpp.
+//
+// The two parsers point at each other, and only the link to the record parser is counted: if both
+// were, neither would ever go. So whoever lets go of a record parser cuts its link back first,
+// unless that leads to another data parser by now.
+
 #include "src/data/DataParser.h"
 
 #include "diagnostics/FaultmereClient.h"
@@ -39,6 +46,8 @@ HRESULT CDataParser::FinalConstruct()
     return AssertOk(hr);
 }
 
+// The proxies come first: from then on the worker reaches nothing of this object. The pool comes
+// last, since it may wait for the worker, which ends only when the file has been released.
 void CDataParser::FinalRelease()
 {
     m_proxies.Detach();
@@ -102,7 +111,7 @@ HRESULT CDataParser::put_RecordParser(IDispatch* newVal)
         m_run.Replaced();
         return BindRecordParser(newVal);
     });
-    // The proxy lock isn't taken under this object's lock.
+    // Without this object's lock, which a cancel takes with the proxy lock held.
     if (pOldProxy)
         pOldProxy->Detach();
     return AssertOk(hr);
@@ -139,6 +148,8 @@ HRESULT CDataParser::Clone(IDispatch** newObj)
     return hr;
 }
 
+// A clone reads the same open file with a record parser of its own. It has no listeners, and the
+// switches for code pages and for reports of bad lines start anew.
 HRESULT CDataParser::CopyTo(CDataParser& clone)
 {
     if (!m_pRecordParser)

@@ -150,7 +150,8 @@ HRESULT CDataParser::put_EndDateTime(VARIANT newVal)
     return Locked([&] { return StoreDate(newVal, m_dtEnd); });
 }
 
-// The date is clamped to the range of the file.
+// The date is clamped to the range of the file. A value of another kind is reported, and its
+// payload is taken for a date all the same.
 HRESULT CDataParser::StoreDate(const VARIANT& value, DateWithStatus& date)
 {
     Assert(VT_DATE == value.vt, "VT_DATE == newVal.vt");

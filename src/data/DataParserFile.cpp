@@ -1,4 +1,10 @@
 // The file under a data parser: opening, direction, positions, counts.
+//
+// A file is opened in three steps, each under another lock. The pool gives the handler that all
+// users of the name share, and nothing is locked while it opens the file. New proxies are put in
+// place of the old ones under the proxy lock. Then, under this object's own lock, the file takes
+// the place of the one before, the layout is forgotten, and reading the range of dates has the
+// record parser find it anew in the first record.
 
 #include "diagnostics/FaultmereClient.h"
 #include "src/data/CodePageSample.h"

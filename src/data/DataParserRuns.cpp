@@ -68,6 +68,8 @@ HRESULT CDataParser::StartConvertPortion(LONG_PTR hWnd, IDispatch* pEventSink, U
     });
 }
 
+// What is empty, or begins after the last record of a file that is counted to its end, ends well at
+// once, without a run.
 HRESULT CDataParser::StartPortion(LONG_PTR hWnd, IDispatch* pEventSink, const RunPortion& portion,
                                   ULONG_PTR nTranId)
 {
@@ -134,6 +136,8 @@ HRESULT CDataParser::BeginRun(const com_ptr<IDataParserEvents>& pEvents, const R
     return S_OK;
 }
 
+// The number is registered first: the worker may have ended the run before QueueConversion returns,
+// and the number of a run that has ended must be free.
 HRESULT CDataParser::QueueRun(ULONG_PTR nTranId)
 {
     const com_ptr<IFileHandler> pHandler = FileHandler();

@@ -11,6 +11,7 @@ using FaultmereUtil::AssertOk;
 
 namespace Hesperon::specifics {
 
+// The array begins with the name of no type, so an id is one less than the place in it.
 LONG Name2Type(const VARIANT& vTypeNames, BSTR bsName)
 {
     if (!Assert(bsName != nullptr, "bsName") || vTypeNames.vt != (VT_ARRAY | VT_BSTR))

@@ -1,3 +1,7 @@
+// Calls go over a copy of the list, without the lock, so a listener may add and remove others, or
+// itself, in its call. The calls under way are noted by thread and listener: a data parser may
+// listen to another that hands the call on to the first, and that chain has to end.
+
 #include "src/data/FileListeners.h"
 
 #include <algorithm>

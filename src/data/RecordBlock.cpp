@@ -6,6 +6,7 @@ namespace Hesperon::specifics {
 
 namespace {
 
+// The first index of an array runs fastest, so the fields of a record lie nCount cells apart.
 HRESULT FillBlock(const BlockSource& source, ULONG nFrom, ULONG nCount, ULONG nFields,
                   SAFEARRAY* pArray)
 {

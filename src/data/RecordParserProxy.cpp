@@ -17,6 +17,8 @@ void CRecordParserProxy::Detach()
     Attach(nullptr);
 }
 
+// The reference is taken under the lock, and the call made without it: a parse may take long, and
+// may come back to the data parser.
 com_ptr<IRecordParser> CRecordParserProxy::Target()
 {
     com_ptr<IRecordParser> pTarget;

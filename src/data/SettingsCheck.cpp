@@ -81,6 +81,7 @@ private:
         return ReportFault(m_hWnd, m_events, FormatResourceString(nId, args));
     }
 
+    // The sink names the resolution for the texts of faults, and can refuse the conversion here.
     HRESULT CheckResolution(IRecordParser& parser)
     {
         LONG nResolution = ResolutionNone;

@@ -1,3 +1,7 @@
+// A step goes to the next position, takes the text of the symbol's field and gives it to the
+// receiver, unless a symbol with the same hash was given before. Only the hashes are kept, 4 bytes
+// a symbol whatever its length.
+
 #include "src/data/SymbolEnumerator.h"
 
 #include "module/Guarded.h"

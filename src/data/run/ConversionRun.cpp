@@ -1,3 +1,20 @@
+// The header has the states of a run and who changes them. A step that finds the state "running"
+// works with the worker's own members only, so it takes no lock but the file's. All else happens
+// under the parser's lock: taking over what the parser has, parsing a batch, and taking the sink at
+// the end. PutRecords and EndTransaction are called without it: they wait for the host's thread,
+// which may be waiting for that lock.
+//
+// The way of a line, from a page of the file to the sink:
+//
+// CDataArray, FileLinesOf    the page with its bytes, and where the line begins and ends in it
+// LineIndexOf::GetRecord     the bytes as text, at most 512 of them
+// ReadLine                   the text, kept until the batch is full
+// RecordBatch::ParseLine     the checks of date, symbol, order and range
+// CRecordParser::Parse       the fields of the text, each given to its column
+// RecordBatch::FillRow       the values of the delivered columns, in one row of the array
+// ConversionSession          dates and times in the host's form
+// SinkLink, CqrlSinkWindow   the array as a message to the host's thread, where the sink gets it
+
 #include "src/data/run/ConversionRun.h"
 
 #include "diagnostics/FaultmereClient.h"
@@ -49,6 +66,8 @@ void ConversionRun::Begin(com_ptr<IDataParserEvents> pSink, RunSettings settings
     m_state = State::Queued;
 }
 
+// The next step takes over what the parser has then. Nothing is changed in any other state: a run
+// that is queued does so anyway.
 void ConversionRun::Replaced()
 {
     State running = State::Running;
@@ -63,6 +82,8 @@ void ConversionRun::Close()
 
 // ---- steps
 
+// The file is at its end when a read fails, so a whole file that runs forwards takes one step more
+// than it has records. The step that fails also delivers the lines that are left.
 HRESULT ConversionRun::Step(ULONGLONG nIndex)
 {
     if (m_state != State::Running)
@@ -80,6 +101,8 @@ HRESULT ConversionRun::Step(ULONGLONG nIndex)
     return bLast ? End(LastStep(nIndex)) : hrRead;
 }
 
+// A run keeps what it has taken over until the parser says that it has been replaced. The last
+// exchange fails if a cancel has marked the run meanwhile; the mark must not be lost.
 std::optional<ConversionRun::Outcome> ConversionRun::TakeOver()
 {
     WorkerSide old; // let go of without the lock
@@ -137,6 +160,8 @@ ConversionRun::Outcome ConversionRun::LastStep(ULONGLONG nIndex)
     return ProcessLines(nIndex - 1);
 }
 
+// Parses with the lock held and delivers without it: a sink may take its time, and may use the
+// parser on another thread.
 ConversionRun::Outcome ConversionRun::ProcessLines(ULONGLONG nLast)
 {
     std::unique_lock<CriticalSection> lock(m_lock);

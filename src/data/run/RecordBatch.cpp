@@ -62,6 +62,7 @@ HRESULT RecordBatch::ParseLines()
     return m_hr;
 }
 
+// Only the last dimension of an array can be cut, which is why it is the one of the records.
 HRESULT RecordBatch::Deliver()
 {
     if (m_nSkipped != 0) {
@@ -134,6 +135,7 @@ RecordBatch::Line RecordBatch::CheckOrder()
     return bNewSymbol ? Line::Passed : CheckResolution();
 }
 
+// Symbols are compared by their hashes, as in an enumeration; the filter compares texts.
 RecordBatch::Line RecordBatch::CheckSymbol(bool& bNewSymbol)
 {
     Bstr sSymbol;
@@ -168,6 +170,7 @@ RecordBatch::Line RecordBatch::CheckResolution()
     return Reject([&] { return ShowResolutionCheckError(sError.get()); });
 }
 
+// Dates beyond either end aren't faults of the file, so the sink isn't asked about them.
 RecordBatch::Line RecordBatch::CheckRange(const DateWithStatus& date)
 {
     if (date < m_settings.dtStart)
