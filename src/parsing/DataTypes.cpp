@@ -1,3 +1,6 @@
+// Tables: the default templates of a type, and the types that a resolution admits and requires. The
+// rows of kResolutions stand in the order of the resolutions' numbers.
+
 #include "src/parsing/DataTypes.h"
 
 #include <algorithm>
@@ -151,6 +154,7 @@ void CDataType::FillDefaultTemplates()
         AddTemplate(sTemplate, bDefault);
 }
 
+// A template that is in the list keeps its place, and a default one stays a default one.
 void CDataType::AddTemplate(string_view_t sTemplate, bool bDefault)
 {
     if (sTemplate.empty())

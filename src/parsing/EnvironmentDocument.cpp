@@ -1,3 +1,8 @@
+// Writing is pasting: the values stand between fixed texts. Reading is left to the scanner of
+// documents, which gives each text with a mask of the elements around it, one bit per row of
+// kElements. A reader knows the elements of its own part, and takes a text where the mask is
+// exactly the one that it looks for.
+
 #include "src/parsing/EnvironmentDocument.h"
 
 #include "diagnostics/FaultmereClient.h"

@@ -1,10 +1,13 @@
+// The link is guarded by the record parser's lock, which is the second of the two. So the link is
+// read under that lock alone, both locks are taken in their order, and the link is read again. If
+// it has changed meanwhile, both are left and it begins anew.
+
 #include "src/parsing/LinkLock.h"
 
 #include "module/ComObject.h"
 
 namespace Hesperon::specifics {
 
-// The link may change until the record parser's lock is held.
 LinkLock::LinkLock(CriticalSection& cs, IQRL_TabulexConverter::IDataParser*& pLink)
     : m_cs(cs), m_pLink(pLink), m_pLinked(Linked())
 {

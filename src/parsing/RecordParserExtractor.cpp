@@ -1,3 +1,5 @@
+// The first step that fails gives the status, and those after it aren't taken.
+
 #include "src/parsing/RecordParserExtractor.h"
 
 namespace Hesperon::specifics {

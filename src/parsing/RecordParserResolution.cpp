@@ -30,6 +30,7 @@ double WholeUnits(double fSpan, double fUnitsPerDay)
     return std::trunc((fSpan + std::copysign(kHalfSecond, fSpan)) * fUnitsPerDay);
 }
 
+// A week is at least seven days between two records; otherwise the size says how many units.
 bool BreaksResolution(const ParserState& state, double fSpan)
 {
     const double fUnitsPerDay = kUnitsPerDay[state.m_nResolution];

@@ -1,4 +1,5 @@
-// Type names and template lists of a record parser.
+// Type names and template lists of a record parser. The lists belong to the object, and a clone has
+// a copy: what one adds the other doesn't see.
 
 #include "src/parsing/EnvironmentDocument.h"
 #include "src/parsing/RecordParser.h"

@@ -228,6 +228,7 @@ private:
         return bHit && SwapTypes(found[0], TypeVolume);
     }
 
+    // `a` is the price in question, `b` another one. A price of 0 counts as a volume at once.
     bool IsVolumeLike(unsigned uiPrice, unsigned uiOther) const
     {
         const auto price = Number(uiPrice);
@@ -245,6 +246,7 @@ private:
         return (v > a ? a / v : v / a) > kAlike;
     }
 
+    // In this order: the High above all others, then the Low below them.
     bool OrderBar()
     {
         struct Order

@@ -20,6 +20,7 @@ bool IsOffered(const ParserState& state, LONG nResolution)
     return FindOffer(state, nResolution) != state.m_resolutionTemplates.end();
 }
 
+// A size that isn't a number, or is negative, counts as none.
 LONG HostSize(const ParserState& state, LONG nResolution)
 {
     const auto offered = FindOffer(state, nResolution);

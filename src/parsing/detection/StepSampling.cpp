@@ -113,6 +113,7 @@ private:
         return true;
     }
 
+    // At most 65536 days of 1440 minutes, which 32 bits hold.
     static std::uint32_t MinuteOf(WORD nDay, DATE time)
     {
         SYSTEMTIME parts{};

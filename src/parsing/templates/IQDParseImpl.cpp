@@ -94,6 +94,8 @@ void CDataField::Rebuild()
     m_compiled = bMatched ? CompiledTemplate(m_uiType, sTemplate, m_vars) : CompiledTemplate();
 }
 
+// Two columns trade all but their places. The variables belong to the templates, so both are built
+// again, with all values 0.
 void CDataField::Swap(CDataField& other)
 {
     m_szTemplate.swap(other.m_szTemplate);
@@ -114,6 +116,7 @@ LONGLONG CDataField::VariableOr0(OLECHAR letter)
     return m_vars.IntegerOr0(letter);
 }
 
+// Without a PM variable the hour counts as it is. With one, 12 AM is hour 0 and 12 PM is noon.
 LONGLONG CDataField::HourOfDay()
 {
     const LONGLONG nHour = m_vars.IntegerOr0(OLESTR('h'));

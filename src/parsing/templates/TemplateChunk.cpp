@@ -1,3 +1,6 @@
+// Cuts are views of the template's text, so nothing is copied: whoever keeps a chunk keeps the
+// template too.
+
 #include "src/parsing/templates/TemplateChunk.h"
 
 #include <algorithm>

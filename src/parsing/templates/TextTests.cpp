@@ -19,6 +19,8 @@ enum CharClass : std::uint8_t
     Divider = 8,
 };
 
+// One table for all tests. A character beyond it is in no class; as a template divider only its low
+// byte counts.
 constexpr auto kClasses = [] {
     std::array<std::uint8_t, 256> classes{};
     const auto mark = [&](std::string_view set, CharClass charClass) {
