@@ -8,11 +8,13 @@ DynamicLibrary::~DynamicLibrary()
         dlclose(m_hLibrary);
 }
 
+// Counts as one more user of the library, which the destructor takes back.
 DynamicLibrary DynamicLibrary::FindLoaded(const std::string& sFile)
 {
     return DynamicLibrary(dlopen(sFile.c_str(), RTLD_NOW | RTLD_NOLOAD));
 }
 
+// RTLD_NOW: a library that lacks a symbol fails here, and not in the middle of a call.
 DynamicLibrary DynamicLibrary::Load(const std::string& sFile)
 {
     return DynamicLibrary(dlopen(sFile.c_str(), RTLD_NOW | RTLD_LOCAL));

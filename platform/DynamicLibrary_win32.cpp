@@ -19,6 +19,7 @@ DynamicLibrary::~DynamicLibrary()
         FreeLibrary(static_cast<HMODULE>(m_hLibrary));
 }
 
+// Counts as one more user of the library, which the destructor takes back.
 DynamicLibrary DynamicLibrary::FindLoaded(const std::string& sFile)
 {
     HMODULE hModule = nullptr;

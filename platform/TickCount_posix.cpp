@@ -2,6 +2,8 @@
 
 #include <ctime>
 
+// The coarse clock is read without entering the system, and its steps of a few milliseconds are
+// fine enough.
 std::uint32_t TickCount()
 {
     timespec time{};

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+// Eight bytes at a time: those beyond ASCII have their highest bit set.
 std::size_t AsciiPrefix(std::string_view bytes)
 {
     constexpr std::uint64_t kHighBits = 0x8080808080808080;

@@ -104,6 +104,8 @@ const CodePageConverter* FindMade(UINT nCodePage)
 
 } // namespace
 
+// Pages are never freed, so those that are made can be found without the lock. The second look,
+// under it, keeps two threads from making the same one.
 const CodePageConverter* CodePageConverter::Find(UINT nCodePage)
 {
     if (const CodePageConverter* page = FindMade(nCodePage))
@@ -126,6 +128,7 @@ CodePageConverter::CodePageConverter(UINT nCodePage, UConverter* converter) : m_
     Return(converter);
 }
 
+// In the table for encoding 0 means that the page lacks a unit; only the unit 0 has the byte 0.
 void CodePageConverter::FillTables(UConverter* converter)
 {
     const bool bStateless = IsStateless(converter);

@@ -4,6 +4,7 @@
 
 namespace {
 
+// Of several names of one number the first is that by which a converter is opened.
 constexpr CodePageName kRegistered[] = {
     {65001, "utf-8"},        {1200, "utf-16le"},     {1200, "utf-16"},
     {1201, "utf-16be"},      {12000, "utf-32le"},    {12000, "utf-32"},

@@ -67,6 +67,7 @@ bool IsPatternLetter(OLECHAR c)
 
 } // namespace
 
+// The calendar is named since a locale may bring another one, whose months are others.
 LocaleNames::LocaleNames(const std::string& name)
 {
     const auto locale = icu::Locale::createCanonical((name + "@calendar=gregorian").c_str());

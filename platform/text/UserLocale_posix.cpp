@@ -12,7 +12,8 @@ struct LanguagePage
     UINT nCodePage;
 };
 
-// The first row that the name begins with holds.
+// The ANSI code pages that Windows has for these languages. The first row that the name begins with
+// holds.
 constexpr LanguagePage kLanguagePages[] = {
     {"zh_TW", 950}, {"zh_HK", 950}, {"zh_MO", 950}, {"zh", 936},  {"ja", 932},  {"ko", 949},
     {"ru", 1251},   {"uk", 1251},   {"be", 1251},   {"bg", 1251}, {"mk", 1251}, {"pl", 1250},

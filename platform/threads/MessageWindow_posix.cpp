@@ -164,6 +164,8 @@ struct WindowDispatch
         return true;
     }
 
+    // As many messages as there were at first: what handlers add is left for the next time, so that
+    // a window that posts to itself doesn't keep the caller here.
     static unsigned DeliverAll(Lock& lock, Queue& queue)
     {
         unsigned nHandled = 0;

@@ -1,3 +1,6 @@
+// Messages come through queues of our own, whose events are waited for like others, so the request
+// to end for the system's input isn't used.
+
 #include "platform/threads/Sleeper.h"
 
 #include <condition_variable>

@@ -1,3 +1,8 @@
+// Texts and values in the published layout. A BSTR points at its text; the count of bytes stands in
+// front and a null after it. A VARIANT owns what it holds, unless it holds it by reference. So
+// copying and clearing have a case for each of the kinds that own something, texts, arrays and the
+// two kinds of interfaces, and all others are only bytes.
+
 #include <algorithm>
 #include <cstdlib>
 #include <limits>

@@ -85,7 +85,8 @@ void FreeDescriptor(SAFEARRAY* array)
     std::free(PrefixOf(array));
 }
 
-// A descriptor with neither bounds nor data; null without memory.
+// A descriptor with neither bounds nor data; null without memory. Its type has room for one bound,
+// the others follow it.
 SAFEARRAY* NewDescriptor(VARTYPE vt, UINT dimensions)
 {
     const std::size_t nBounds = (dimensions - 1) * sizeof(SAFEARRAYBOUND);
@@ -101,7 +102,8 @@ SAFEARRAY* NewDescriptor(VARTYPE vt, UINT dimensions)
     return array;
 }
 
-// Zeroed elements for the bounds; frees the descriptor when that fails.
+// Zeroed elements for the bounds; frees the descriptor when that fails. An array without elements
+// has a byte all the same, since null means that memory ran out.
 SAFEARRAY* WithData(SAFEARRAY* array)
 {
     const auto nBytes = SizeWith(*array, BoundOf(*array, array->cDims).cElements);
@@ -174,7 +176,8 @@ HRESULT CopyElement(const SAFEARRAY& array, const void* from, void* to)
     return S_OK;
 }
 
-// A BSTR or an interface is passed as itself, not by its address.
+// A BSTR or an interface is passed as itself, not by its address. It is copied before the old one
+// is freed: they may be the same.
 HRESULT ReplacePointer(const SAFEARRAY& array, void* value, void* element)
 {
     void* copy = nullptr;
@@ -280,7 +283,8 @@ HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy)
     return S_OK;
 }
 
-// The rightmost index runs slowest, so that a change only adds or removes at the end.
+// The rightmost index runs slowest, so that a change only adds or removes at the end. An array that
+// gets smaller is cut before memory is asked for, and keeps its block if there is no smaller one.
 HRESULT SafeArrayRedim(SAFEARRAY* array, SAFEARRAYBOUND* newRightmostBound)
 {
     if (!array || !newRightmostBound)

@@ -1,10 +1,10 @@
 // VariantChangeType: from any kind of value to any other.
 //
-// A value by reference is copied first. Then the kind of the target and that of the source
-// choose one of five ways: the same kind is copied, an interface is asked for another one, an
-// object gives its default property, which is converted in turn, a text is parsed or written
-// (VariantText), and everything else is a number (VariantNumber). Pairs that can't convert
-// whatever the value are refused before.
+// A value by reference is copied first. Then the kind of the target and that of the source choose
+// one of five ways: the same kind is copied, an interface is asked for another one, an object gives
+// its default property, which is converted in turn, a text is parsed or written
+// (VariantText_posix.cpp), and everything else is a number (VariantNumber_posix.cpp). Pairs that
+// can't convert whatever the value are refused before.
 
 #include <new>
 

@@ -112,6 +112,8 @@ bool Narrow(ULONGLONG n, const IntegerKind& kind, ULONGLONG& bits)
     return n <= kind.nMost;
 }
 
+// Halves go to the even number, which is how nearbyint rounds unless somebody has changed that. The
+// negated comparison also refuses a NaN.
 bool Narrow(double r, const IntegerKind& kind, ULONGLONG& bits)
 {
     const double whole = std::nearbyint(r);

@@ -160,7 +160,9 @@ bool RoundsUp(std::string_view kept, std::string_view dropped)
     return bOdd || dropped.find_first_not_of('0', 1) != std::string_view::npos;
 }
 
-// Digits in front of the point; the rest rounds to the nearest, halves to the even digit.
+// Digits in front of the point; the rest rounds to the nearest, halves to the even digit. No number
+// of 64 bits has more than 20. Where there are none in front, reading them leaves 0, and the
+// rounding alone counts.
 HRESULT ToWhole(const Decimal& number, int nScale, ULONGLONG& magnitude)
 {
     magnitude = 0;

@@ -2,7 +2,8 @@
 //
 // Years are counted from March, so that the leap day is the last of its year and the lengths
 // of the months follow one line, (153 * month + 2) / 5. Four hundred years are an era of
-// always the same number of days; dates before day 0 need no case of their own.
+// always the same number of days; dates before day 0 need no case of their own. These are the
+// calendar algorithms of Howard Hinnant ("chrono-Compatible Low-Level Date Algorithms").
 
 #include <algorithm>
 #include <cmath>
@@ -37,6 +38,8 @@ int DayOfDate(CalendarDate date)
     return nEra * kDaysPerEra + nDayOfEra - kEraDayOfZero;
 }
 
+// The year of the era is the days divided by 365, once the leap days before them are taken off: one
+// for every 1460 days, less one for every 36524, plus one for 146096.
 CalendarDate DateOfDay(int nDay)
 {
     const int nShifted = nDay + kEraDayOfZero;
@@ -84,7 +87,7 @@ bool SplitDate(DATE date, int& nDay, int& nSeconds)
 
 extern "C" {
 
-// Milliseconds are ignored.
+// Milliseconds are ignored. A month or a day of 0 is let through, and counts back from the first.
 INT SystemTimeToVariantTime(SYSTEMTIME* time, DATE* date)
 {
     if (!time || !date || time->wYear > 9999 || time->wMonth > 12 || time->wDay > 31)
