@@ -1,3 +1,7 @@
+// A call finds the window's handle in the shared state and sends or posts a message to it; the
+// window does the rest on its own thread. A window that has gone meanwhile answers 0, so no call
+// has to know whether it still stands.
+
 #include "src/UIComponents/ProgressDlgNoHTML.h"
 
 #include <mutex>

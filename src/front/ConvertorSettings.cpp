@@ -30,6 +30,8 @@ void ConvertorSettings::AddDefaultTemplates()
     }
 }
 
+// The host has one id for ticks and for bars of ticks. The first name that it gives for this id is
+// that of ticks, a second one that of bars.
 HRESULT ConvertorSettings::AddResolutionTemplate(LONG nHostValue, BSTR sName)
 {
     const HRESULT hr = m_arResolutionTemplates.CheckNewName(sName);

@@ -1,3 +1,7 @@
+// Whoever takes the window out of the link, by one exchange, may send it its last message; so there
+// is one end, whichever threads compete for it. Without a window a send gives 0, which is S_OK: a
+// batch that comes after the end counts as taken.
+
 #include "src/front/SinkLink.h"
 
 #include <utility>

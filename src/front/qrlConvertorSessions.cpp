@@ -1,4 +1,19 @@
 // Sessions: how they start, how their events come in, and how the host ends them.
+//
+// DoConvert to its end:
+//
+// host's thread  RunSession         makes the session's object and, for the sink, a sink window
+//                StartConversion    copies the settings, clones the parser, shows the box
+//                CDataParser        registers the clone's run by the sink's address and queues it
+// worker         ConversionRun      steps, with the session's object to hear its events
+//                ConversionSession  sends batches to the sink window, asks the box about bad lines
+//                ConversionRun      lets go of the session's object and reports the end to it
+// host's thread  CqrlSinkWindow     goes, then calls Commit or Rollback
+// worker         ConversionSession  closes the box; the last reference to the object goes
+//
+// Each message that calls the sink is waited for, so the host has to dispatch messages. Unadvise
+// takes the run's place at its end: it takes the session's object from the run, on the host's
+// thread, and reports the end itself.
 
 #include "module/Guarded.h"
 #include "src/files/AsyncTransactionPool.h"

@@ -72,7 +72,8 @@ HRESULT TemplateList::PutChoice(LONG nId)
     });
 }
 
-// The undefined type comes first in the list of names.
+// The undefined type comes first in the list of names. Its position, 0, wraps here and so is no
+// type.
 LONG HostFieldId(std::size_t nPosition)
 {
     return nPosition - 1 < TYPES_COUNT ? kFieldTypes[nPosition - 1].nHostId : HostFieldUndefined;

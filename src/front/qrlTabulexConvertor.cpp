@@ -52,6 +52,7 @@ HRESULT CqrlTabulexConvertor::Construct()
     return PublishResolutions();
 }
 
+// The data parser goes last, as SymbolEnumeratorHost asks for.
 void CqrlTabulexConvertor::FinalRelease()
 {
     m_session.Release();
