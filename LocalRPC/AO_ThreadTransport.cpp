@@ -154,6 +154,8 @@ void CThreadBase::SetWorker(std::shared_ptr<WorkerSide> pWorker)
         AllowTasks();
 }
 
+// A synchronous task from the thread itself runs at once: in the queue it would wait for the task
+// that waits for it.
 bool CThreadBase::PostTask(const TaskPtr& task)
 {
     if (!TakesTasks())
@@ -172,6 +174,8 @@ bool CThreadBase::PostTask(const TaskPtr& task)
     return true;
 }
 
+// m_lifeLock is held for as long as this waits, so a start waits for a stop. m_lock isn't, so that
+// a task which posts meanwhile doesn't wait for this call, and this call for the task.
 bool CThreadBase::StopEx(const bool bClear, const unsigned long nTimeout, const bool bSetStop)
 {
     if (!IsRunning() || RefuseOwnThread())

@@ -22,6 +22,7 @@ void CTaskStorage::Take(TaskPtr& task)
     m_queue.pop_front();
 }
 
+// The tasks are destroyed after the lock is left: what goes with them may post others.
 void CTaskStorage::Clear()
 {
     std::deque<TaskPtr> dropped;

@@ -1,3 +1,10 @@
+// Tasks go into a store, and a message tells the window to run what is in it. One message is enough
+// for any number of tasks, so while one is under way others don't post another.
+//
+// The window's object has two owners, the window and the counted references together, and is
+// deleted when both have left. The last reference makes the window run what is left and go, on its
+// own thread, so a stop from another thread doesn't wait for it.
+
 #include "LocalRPC/AO_WndMsgPumpTransport.h"
 
 #include <functional>
@@ -134,6 +141,8 @@ void CWndMsgPumpBase::Start()
     AllowTasks();
 }
 
+// The window is woken without the lock: a synchronous task from its own thread runs in this call,
+// and may do anything to the transport.
 bool CWndMsgPumpBase::PostTask(const TaskPtr& task)
 {
     if (!TakesTasks())

@@ -12,6 +12,9 @@ HRESULT STDAPICALLTYPE DllGetClassObject(REFCLSID rclsid, REFIID riid, void** pp
     return entry ? CreateClassFactory(*entry, riid, ppv) : CLASS_E_CLASSNOTAVAILABLE;
 }
 
+// A host that hears S_OK unloads the library, and threads that are idle would then run code that is
+// gone. They can't be waited for later, when the library goes: the loader keeps a thread from
+// ending then.
 HRESULT STDAPICALLTYPE DllCanUnloadNow()
 {
     using namespace Hesperon::specifics;

@@ -14,6 +14,7 @@
 using namespace Hesperon::specifics;
 using namespace IQRL_TabulexConverter;
 
+// A ProgID has at most 39 characters, at which that of the events' proxy is cut.
 std::span<const ObjectMapEntry> ObjectMap()
 {
     static constexpr ObjectMapEntry kMap[] = {

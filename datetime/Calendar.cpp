@@ -75,8 +75,8 @@ bool JulianToDateImpl(std::int32_t days, TDate& aOut)
     return true;
 }
 
-// The conversion of Fliegel and Van Flandern. Its input is a Julian day plus 68569,
-// and the Julian day of day 0 is 2415019.
+// The conversion of Fliegel and Van Flandern (Communications of the ACM 11, 1968, page 657). Its
+// input is a Julian day plus 68569, and the Julian day of day 0 is 2415019.
 bool TryJulianToDate(std::int32_t days, TDate& aOut)
 {
     if (days != 0 && !InRange(days, kFirstDay, kLastDay))
@@ -94,6 +94,7 @@ bool TryJulianToDate(std::int32_t days, TDate& aOut)
     return true;
 }
 
+// Day 1 is a Sunday. Day 0, the Saturday before it, would give a negative remainder.
 int GetDayOfWeekImpl(std::int32_t aDays)
 {
     CheckRange("details::GetDayOfWeekImpl", "aDays", 0, kLastDay, aDays);

@@ -32,6 +32,9 @@ HRESULT LogToStandardError(const Report& report)
 
 } // namespace
 
+// The path is UTF-8, which a path made of plain bytes wouldn't be on every system. The stream is
+// shared, since a receiver is copied. Each line is flushed: the fault that it reports may be the
+// last thing that the process does.
 Receiver LogTo(const std::string& sPath)
 {
     if (sPath == "-")

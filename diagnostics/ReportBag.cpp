@@ -82,6 +82,7 @@ void ReportBag::AddFlag(LPCOLESTR szName, bool bValue)
     Add(szName, value);
 }
 
+// A bag is handed back by one command and must not be filled any more, whatever comes of it.
 HRESULT ReportBag::Send(LPCOLESTR szCommand)
 {
     if (SUCCEEDED(m_hrStatus))

@@ -18,6 +18,7 @@ constexpr int kEndStatus = -1;
 
 } // namespace
 
+// Never destroyed: reports may come from destructors at the end of the process.
 FaultmereClient& FaultmereClient::Instance()
 {
     static FaultmereClient& client = *new FaultmereClient;
@@ -129,6 +130,7 @@ void FaultmereClient::Shutdown()
     m_pRoot.reset();
 }
 
+// The session is closed before the process ends, since no destructor runs after that.
 void FaultmereClient::Obey(HRESULT code)
 {
     if (code == kBreak)

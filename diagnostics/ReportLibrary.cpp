@@ -24,6 +24,7 @@ DynamicLibrary FindInstalled()
     return sRegistered.empty() ? DynamicLibrary() : DynamicLibrary::Load(sRegistered);
 }
 
+// The client keeps the root object until the process ends, and the library has its code.
 HRESULT RootOf(DynamicLibrary library, com_ptr<IReportRoot>& root)
 {
     const auto pfnInit = reinterpret_cast<FM_InitObject>(library.Find(kEntry));

@@ -91,6 +91,7 @@ public:
             VariantClear(&copy);
     }
 
+    // The caller's array has the last argument first.
     HRESULT Take(const DispatchCall& call, const DISPPARAMS& params, UINT* argument)
     {
         for (VARIANT& copy : m_copies)

@@ -15,7 +15,8 @@ struct MessageLoops
     std::map<std::uint32_t, CTabulexConvMessageLoop> table;
 };
 
-// Never destroyed: a thread may end after the static objects.
+// Never destroyed: a thread may end after the static objects. A record stays where it is while
+// others come and go, so the pointer that is handed out needs no lock; its thread alone uses it.
 MessageLoops& All()
 {
     static MessageLoops& all = *new MessageLoops;

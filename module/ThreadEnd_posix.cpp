@@ -2,6 +2,7 @@
 
 #include "module/MessageLoops.h"
 
+// A variable of the thread, whose destructor runs when the thread ends.
 void ExpectThreadEnd()
 {
     static thread_local const struct End

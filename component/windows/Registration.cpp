@@ -1,3 +1,7 @@
+// Three parts, in this order: the script among the resources, a table of keys for each class, and
+// the type library. Registering stops at the first failure. Unregistering takes the parts in
+// reverse, goes on after a failure, and reports the first one.
+
 #include "component/windows/Registration.h"
 
 #include "component/ObjectMap.h"

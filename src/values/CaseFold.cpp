@@ -1,3 +1,6 @@
+// ASCII, which is nearly all that is compared, is folded here; only other units take the way
+// through the user's locale, which needs a string.
+
 #include "src/values/CaseFold.h"
 
 #include <algorithm>

@@ -150,6 +150,8 @@ bool CXHMTLBaseImpl::SkipAttribute()
     return true;
 }
 
+// Tags within the content are passed over by their names alone: what looks like one in a script has
+// no attributes that could be read.
 bool CXHMTLBaseImpl::SkipRawContent(TagClass eClass)
 {
     while (SkipTo(OLESTR("<"), m_nPos)) {

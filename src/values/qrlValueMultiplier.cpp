@@ -78,6 +78,7 @@ constexpr Row DividedBy(string_view_t sName, BYTE nCode)
     return {sName, &Apply<DivideInteger<Divisor>>, &Apply<DivideFloat<Divisor>>, nCode};
 }
 
+// The codes are those by which a host names a row (PriceMultiplier, VolumeMultiplier).
 constexpr Row kRows[] = {
     Times<1000000>(OLESTR("1000000"), 0x01),
     Times<100000>(OLESTR("100000"), 0x40),
