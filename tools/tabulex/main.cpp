@@ -1,3 +1,10 @@
+// From the command line to a command: the arguments become Options, the component is set up for the
+// process, and the command of that name runs on them.
+//
+// What goes wrong is thrown as a Fault with its message and its exit status. It ends the work on
+// one file where a command takes several, and else the command; the worst status of all files is
+// that of the process.
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>

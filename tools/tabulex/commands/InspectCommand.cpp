@@ -59,6 +59,8 @@ ordered_json JsonOf(const FileLayout& layout, const std::optional<ULONGLONG>& nR
 
 } // namespace
 
+// The checks come around the last piece of output: a failed read spoils all that was found out, a
+// file that has grown only the count.
 ExitStatus Inspect(const Context& context, Host& host, const std::string& file)
 {
     if (const std::string& path = context.options.settings.sEnvironment; !path.empty())

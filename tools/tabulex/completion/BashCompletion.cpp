@@ -11,7 +11,7 @@ namespace tabulex {
 
 namespace {
 
-// Bash hands "--option=value" over as three words.
+// Bash hands "--option=value" over as three words. Braces are doubled as in any format of fmt.
 constexpr const char* kBashScript = R"(# Completion of tabulex for bash.
 
 _tabulex()

@@ -1,3 +1,6 @@
+// Fish takes a line for each option, with a condition under which it is offered: no command yet, or
+// the option's own command somewhere in the words before.
+
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 

@@ -61,6 +61,9 @@ std::string ValueAction(const OptionNode& option)
     return fmt::format(":{}:{}", Escaped(option.sValue, ":"), action);
 }
 
+// An option with two names is written '(-o --output)'{-o+,--output=}'[text]': neither name is
+// offered after the other, and a value may follow the short one at once. A star in front lets an
+// option be given again.
 std::string OptionLine(const OptionNode& option)
 {
     const std::string text =

@@ -97,6 +97,8 @@ HRESULT DataSink::Rollback()
     return S_OK;
 }
 
+// A cancelled conversion ends with a call of the sink. A cancelled enumeration ends without one:
+// the component only lets go of the sink.
 void PumpToTheEnd(const Host& host, DataSink& sink)
 {
     while (!sink.HasEnded() && !sink.IsLetGoOf()) {

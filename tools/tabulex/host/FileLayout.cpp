@@ -44,6 +44,7 @@ std::optional<LONG> Dividers(IRecordParser& records)
 
 } // namespace
 
+// The header is no record and has no position, so it is read as a line.
 FileLayout ReadLayout(const Host& host)
 {
     IDataParser& data = host.Data();

@@ -60,6 +60,7 @@ std::optional<Fault> FindReadFault(const Host& host)
     return Fault{ExitStatus::FileFault, TextOf(*state)};
 }
 
+// The component's rule from positions to lines (src/data/LineRule.h), the other way round.
 std::optional<ULONGLONG> FaultPosition(const Host& host)
 {
     const auto state = StateOf(host);

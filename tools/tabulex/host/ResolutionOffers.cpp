@@ -36,6 +36,8 @@ const std::vector<ResolutionOffer>& DefaultResolutions()
 ResolutionOffers::ResolutionOffers(std::string sNone) : m_rows{{ResolutionNone, std::move(sNone)}}
 {}
 
+// Does what the component does with each offer, to know the list that it has in the end: a second
+// name for ticks is that of bars of ticks, and a later name replaces an earlier one.
 bool ResolutionOffers::Add(const ResolutionOffer& offer)
 {
     if (std::ranges::find(m_rows, offer.sName, &Row::sName) != m_rows.end())

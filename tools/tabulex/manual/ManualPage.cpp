@@ -1,3 +1,8 @@
+// The page is a text with words such as @OPTIONS@, which are replaced by what the definition of the
+// command line says. The rest of the page is written by hand, in the same text. In roff a line that
+// begins with a dot is a request and a backslash begins an escape; Plain keeps a text from being
+// taken for either.
+
 #include "tools/tabulex/manual/ManualPage.h"
 
 #include <algorithm>

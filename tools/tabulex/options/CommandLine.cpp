@@ -1,3 +1,7 @@
+// A library reads the arguments. Its own messages are kept only where nothing better is known: for
+// a word that it doesn't know the nearest one is suggested, and too few or too many values are
+// reported with the option that they belong to.
+
 #include "tools/tabulex/options/CommandLine.h"
 
 #include <algorithm>

@@ -1,3 +1,7 @@
+// A help text begins with examples and ends with the exit statuses; what lies between is the
+// library's. The examples are kept in the formatter, where the completions and the manual find them
+// again.
+
 #include "tools/tabulex/options/HelpText.h"
 
 #include <string>

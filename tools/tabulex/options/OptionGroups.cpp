@@ -1,3 +1,6 @@
+// The value of an option is taken as a text and read by a function of the tool, not by the library:
+// so a fault names the option and the allowed values, and can suggest the nearest one.
+
 #include "tools/tabulex/options/OptionGroups.h"
 
 #include <algorithm>

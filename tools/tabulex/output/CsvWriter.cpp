@@ -26,6 +26,7 @@ void CsvWriter::Row(const VARIANT* cells, std::string& out)
     out += '\n';
 }
 
+// Numbers, dates and times hold nothing that has to be quoted.
 void CsvWriter::Cell(ColumnKind kind, const VARIANT& cell, std::string& out)
 {
     if (cell.vt != VT_BSTR) {

@@ -10,6 +10,7 @@
 
 namespace tabulex {
 
+// The keys are escaped once, for all records.
 JsonLinesWriter::JsonLinesWriter(std::vector<Column> columns) : m_columns(std::move(columns))
 {
     for (const Column& column : m_columns) {

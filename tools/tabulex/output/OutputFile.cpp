@@ -1,3 +1,6 @@
+// Stream functions may fail without saying why. So errno is cleared before each of them, and a 0
+// afterwards counts as EIO.
+
 #include "tools/tabulex/output/OutputFile.h"
 
 #include <cerrno>

@@ -40,6 +40,7 @@ bool SqliteDatabase::Open(const std::string& path)
     return true;
 }
 
+// SQLite refuses to close a database while a statement on it lives: let go of those before.
 bool SqliteDatabase::Close()
 {
     if (m_database && sqlite3_close(m_database.get()) != SQLITE_OK)
@@ -80,7 +81,8 @@ std::vector<std::string> SqliteDatabase::Texts(const std::string& sql, std::stri
     return texts;
 }
 
-// SQLite's text for a failing system call is general; the system's is better.
+// SQLite's text for a failing system call is general; the system's is better. The low byte of a
+// result is its kind, the others are details.
 bool SqliteDatabase::Fail()
 {
     if (!m_sFault.empty())
@@ -94,6 +96,7 @@ bool SqliteDatabase::Fail()
     return false;
 }
 
+// The text isn't copied: it has to stay where it is until the statement has run.
 void SqliteStatement::Bind(int nParameter, std::string_view text)
 {
     sqlite3_bind_text(m_statement.get(), nParameter, text.data(), static_cast<int>(text.size()),

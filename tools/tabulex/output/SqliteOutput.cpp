@@ -141,6 +141,9 @@ SqliteOutput::SqliteOutput(const OutputOptions& options, std::vector<Column> col
     RequireNoFault(options.sPath, m_database);
 }
 
+// The file of a new database is made first, since SQLite may open one here but not make it: the
+// name must be one that nobody else has. IMMEDIATE takes the lock for writing at the beginning, not
+// at the first row, so another writer is met before any work is done.
 void SqliteOutput::OpenDatabase(const OutputOptions& options)
 {
     std::error_code error;
@@ -188,6 +191,7 @@ bool SqliteOutput::Write(const VARIANT* cells, ULONGLONG nRows)
     return true;
 }
 
+// Each column has a text of its own, as all of them have to stay until the row has been written.
 void SqliteOutput::BindCell(std::size_t nColumn, const VARIANT& cell)
 {
     const int nParameter = static_cast<int>(nColumn) + 1;

@@ -1,3 +1,9 @@
+// The outputs are opened before the run starts, so that a name that can't be written costs no
+// conversion. While it runs an interrupt only sets a flag. The loop that dispatches messages sees
+// it and has the component cancel the run, or the sink refuses the next batch; either way the run
+// rolls back. Whether the outputs appear is decided last: a run may have been committed and still
+// lack a part of the file.
+
 #include "tools/tabulex/run/Conversion.h"
 
 #include <algorithm>
@@ -100,6 +106,7 @@ void Run::Start()
                         : m_sink->FaultText()};
 }
 
+// The box closes by a message that is posted after the end, and its view goes with it.
 void Run::WaitForEnd()
 {
     PumpToTheEnd(m_host, *m_sink.get());

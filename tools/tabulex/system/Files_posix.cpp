@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// In the order of FileMode.
+// In the order of FileMode. An x makes the call fail where the file exists.
 constexpr const char* kModes[] = {"rb", "wb", "wbx", "ab"};
 
 } // namespace

@@ -19,6 +19,7 @@ bool Interrupted()
     return g_bInterrupted;
 }
 
+// A second one ends the process: the user doesn't want to wait for the rollback.
 bool NoteInterrupt()
 {
     return g_nDeferrals > 0 && !g_bInterrupted.exchange(true);

@@ -9,6 +9,8 @@ namespace tabulex {
 
 namespace {
 
+// Only what a signal handler may do: atomic variables without a lock, and an end that runs no
+// destructor.
 extern "C" void OnInterrupt(int)
 {
     if (!NoteInterrupt())

@@ -57,6 +57,8 @@ unsigned TerminalWidth()
     return bKnown ? size.ws_col : 80;
 }
 
+// A write to a pipe without a reader, or beyond the limit of a file's size, would end the process.
+// Ignored, the signals leave EPIPE and EFBIG, which are reported like other faults.
 void SetUpStreams()
 {
     std::signal(SIGPIPE, SIG_IGN);

@@ -26,6 +26,7 @@ void TextTable::Add(std::vector<std::string> cells)
     m_rows.push_back(std::move(cells));
 }
 
+// A table that is taken in pieces gets wider as longer cells come; what was taken keeps its widths.
 std::string TextTable::Take(std::string_view indent)
 {
     std::string result;
