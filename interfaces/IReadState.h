@@ -34,7 +34,7 @@ struct ReadState
 
 struct IReadState : IUnknown
 {
-    // E_FAIL without a file, and where its size can't be had.
+    // E_FAIL without a file, and where its size isn't known.
     virtual HRESULT STDMETHODCALLTYPE GetReadState(ReadState* pState) = 0;
 };
 

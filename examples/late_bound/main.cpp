@@ -1,5 +1,5 @@
 // A host that isn't linked to the library and calls its objects by name: it loads the
-// library that it is told, opens a quote file, prints its columns, and converts it.
+// library that it is given, opens a quote file, prints its columns, and converts it.
 #include <filesystem>
 
 #include "../common/RowSink.h"

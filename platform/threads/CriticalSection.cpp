@@ -8,7 +8,8 @@
 //    unless another comes before.
 // 3. A thread that has been made the owner stands in no queue any more. All others leave it
 //    themselves.
-// 4. Who leaves touches nothing of a section after it is free and not wanted: it may be gone.
+// 4. A thread that leaves touches nothing of a section after it is free and not wanted: the
+//    section may be gone.
 
 #include "platform/threads/CriticalSection.h"
 

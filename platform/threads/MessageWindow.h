@@ -87,7 +87,7 @@ std::optional<int> WaitAnyPumping(Event& first, Event& second, Event::Timeout ti
 // message to be handled here.
 void WaitPumping(Event& event);
 
-// Takes a lock. Who holds it may be waiting for a message to be handled by this thread: a
+// Takes a lock. Its holder may be waiting for a message to be handled by this thread: a
 // thread with windows dispatches while it waits, but not for the first 50 ms, within which a
 // holder that merely works lets go. It is served before threads that wait by lock().
 void LockPumping(CriticalSection& section);

@@ -34,7 +34,7 @@ HRESULT CDataParser::StartConversion(IDispatch* pEventSink, ULONG_PTR nTranId)
     if (!pEventSink)
         return E_POINTER;
     const HRESULT hr = Guarded([&] { return StartWholeFile(pEventSink, nTranId); });
-    // Also the sink of a run that is on: that run then ends without EndTransaction.
+    // Also takes the sink of a run that is under way: it then ends without EndTransaction.
     if (FAILED(hr))
         m_run.LetGoOfSink();
     return hr;

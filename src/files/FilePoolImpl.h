@@ -50,7 +50,7 @@ public:
     void CloseFileHandle(string_view_t sName);
 
     // Returns when a thread has taken the request; false, and the request is gone,
-    // where no thread can be had. Waits for a shutdown that is under way.
+    // where no thread can be started. Waits for a shutdown that is under way.
     bool QueueRequest(std::unique_ptr<SOpenRequest> request);
 
     void AddParser() { ++m_nRefs; }

@@ -1,4 +1,4 @@
-// CLastRecord: where the last record of a file lies, found backwards from the end.
+// LastRecordOf: where the last record of a file lies, found backwards from the end.
 //
 // The method: from the end of the file step back over line ends and blanks to the last
 // character of a line, from there back to the line end before it, and forward again to the

@@ -48,8 +48,8 @@ public:
     bool IsComplete() const { return m_bComplete.load(std::memory_order_relaxed); }
 
     // Puts a cursor on a record, scanning the file up to it; false, with the cursor
-    // unmoved, where there is none. The count grows when this passes its end. Who has no
-    // cursor shares that of the index.
+    // unmoved, where there is none. The count grows when this passes its end. Callers
+    // without a cursor share that of the index.
     bool SeekRecord(ULONGLONG nIndex) { return SeekRecord(nIndex, m_cursor); }
     bool SeekRecord(ULONGLONG nIndex, LineCursor& cursor);
 

@@ -19,7 +19,8 @@ namespace Hesperon::specifics {
 
 // ---- seeking
 
-// After an erase a cursor is worth no more than a new one, which starts at the shared one.
+// After an erase the place of a cursor means nothing, so it starts at the shared one, as a new
+// one does.
 template <class Data>
 void LineIndexOf<Data>::BringUpToDate(LineCursor& cursor) const
 {

@@ -18,7 +18,7 @@ namespace Hesperon::specifics {
 struct FailedRead
 {
     IQRL_TabulexConverter::ReadFault kind = IQRL_TabulexConverter::ReadFaultNone;
-    std::uint64_t nPosition = 0; // the first byte that couldn't be had
+    std::uint64_t nPosition = 0; // the first byte that couldn't be read
 };
 
 class SharedFile

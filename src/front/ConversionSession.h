@@ -31,7 +31,7 @@ public:
 
     // ---- start and end, on the host's thread
 
-    // False where no sink window can be had.
+    // False where no sink window can be made.
     bool OpenSink(CqrlSinkWindow::Sink pSink) { return m_link.Open(std::move(pSink)); }
     // No box: errors go to the sink, bad lines are skipped without a call.
     void BeQuiet() { m_bNoProgress = true; }

@@ -18,7 +18,7 @@ class SettingsCheck
 public:
     using IDataParser = IQRL_TabulexConverter::IDataParser;
 
-    // Once, before the check. False where no sink window can be had.
+    // Once, before the check. False where no sink window can be made.
     bool Open(com_ptr<IDataParser> pDataParser, const ConvertorSettings& settings,
               CqrlSinkWindow::Sink pSink)
     {

@@ -21,7 +21,7 @@ public:
     SinkLink(const SinkLink&) = delete;
     SinkLink& operator=(const SinkLink&) = delete;
 
-    // Makes the window on the calling thread; false where none can be had.
+    // Makes the window on the calling thread; false where none can be made.
     bool Open(CqrlSinkWindow::Sink pSink);
 
     // The window, for a look at its state; 0 before Open and after the end.

@@ -23,7 +23,7 @@ class CqrlSinkWindow final : public MessageWindow
 public:
     using Sink = com_ptr<IQRL_TabulexConverter::IqrlTabulexDataSink>;
 
-    // On the calling thread; 0 where no window can be had.
+    // On the calling thread; 0 where no window can be made.
     static WindowHandle Open(Sink pSink);
 
 private:

@@ -1,7 +1,7 @@
 // Values, texts and errors of the record last parsed.
 //
 // Parsing only fills the variables of the columns; a value is computed when it is first asked for,
-// and its text is cut out of the record again where a value can't be had. The multipliers see the
+// and its text is cut out of the record again where there is no value. The multipliers see the
 // value on its way out, so the column keeps the unscaled one.
 
 #include "Simples/interface/ResourceStrings.h"

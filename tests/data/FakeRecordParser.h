@@ -20,7 +20,7 @@ public:
     std::vector<unsigned> types = {Hesperon::specifics::TypeDate, Hesperon::specifics::TypeClose};
     LONG nResolution = 6;
     LONG nResolutionSize = 1;
-    double fMinimalStep = 0; // days that a record must lie behind the one before
+    double fMinimalStep = 0; // days that a record must lie after the one before
     HRESULT hrParse = S_OK;
     HRESULT hrFieldCount = S_OK;
     HRESULT hrFieldName = S_OK;

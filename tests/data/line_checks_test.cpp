@@ -28,7 +28,7 @@ TEST_F(LineChecksTest, FirstFaultOfALineIsReported)
         {"11,0.5,XY,?", {}},                   // the filter is silent and stops the rest
         {"9,0.5,AB,?", {{2, 65535, "order"}}}, // order before fields
         {"11,0.5,AB,?", {{2, 4, "bad ?"}}},
-        {"99,0.5,AB,?", {}}, // behind the range: silent
+        {"99,0.5,AB,?", {}}, // after the range: silent
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.line);
@@ -187,7 +187,7 @@ struct LineNumberRow
 {
     const char* szWhat;
     int nLines;   // data lines
-    int nHeaders; // header offset, with a header line behind it if not 0
+    int nHeaders; // header offset, with a header line after it if not 0
     bool bInverted;
     std::vector<int> badLines; // lines of the file from 1 whose field is spoilt
     std::vector<LONG_PTR> told;

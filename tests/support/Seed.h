@@ -1,6 +1,6 @@
 // The random numbers of a run. The seed is a new one for each run, or what the environment
-// gives as TABULEX_SEED; a test that fails prints it. TABULEX_ROUNDS makes the random tests
-// that many times as long.
+// gives as TABULEX_SEED; a test that fails prints it. The length of the random tests is
+// multiplied by TABULEX_ROUNDS.
 #pragma once
 
 // The same for all tests of a program.

@@ -122,7 +122,7 @@ struct Held
     }
 };
 
-// ---- what is told
+// ---- what is reported
 
 TEST_F(EnumSymbolsTest, EachSymbolIsGivenOnceInOrderOfAppearance)
 {
@@ -147,7 +147,7 @@ TEST_F(EnumSymbolsTest, RecordsWithoutASymbolAreSkipped)
     std::vector<std::string> symbols(400, "MSFT");
     symbols.back() = "IBM";
     std::string text = Bars(symbols);
-    const std::string sLine = "MSFT,2000-11-08"; // behind the lines that detection looks at
+    const std::string sLine = "MSFT,2000-11-08"; // after the lines that detection looks at
     const std::size_t nAt = text.find(sLine);
     ASSERT_NE(nAt, text.npos);
     text.insert(nAt, ",,,,,,\n");

@@ -196,7 +196,7 @@ HRESULT ConversionRun::End(Outcome outcome)
     return outcome.hr == S_OK ? S_FALSE : outcome.hr;
 }
 
-// An end that goes unheard leaves the sink to a cancel that is on its way.
+// An end that the sink isn't to hear leaves it to a cancel that is under way.
 com_ptr<ConversionRun::IDataParserEvents> ConversionRun::TakeSinkAtEnd(bool bUnheard)
 {
     LockPumping(m_lock);
@@ -217,7 +217,7 @@ void ConversionRun::Cancel()
         if (const auto pQuestions = pSink.as<IOpenQuestion>())
             pQuestions->EndQuestions();
     const com_ptr<IDataParserEvents> pSink = TakeSink();
-    m_entry.Unregister(); // before the end is told, as in End
+    m_entry.Unregister(); // before the end is reported, as in End
     if (pSink)
         pSink->EndTransaction(VARIANT_FALSE);
 }

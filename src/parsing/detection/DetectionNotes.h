@@ -15,7 +15,7 @@ enum class DetectionCause
 {
     FirstRecord,  // the first record after Reset: of a new file, or in another code page
     Request,      // someone asks for layout and resolution
-    SkippedLines, // the number of lines ahead of the data was set
+    SkippedLines, // the number of lines before the data was set
     Dividers,     // the dividers were set, or the columns are to be made anew
     Resolution,   // a resolution was chosen
     Template,     // the template of a date or time was set, and the rest is to follow it

@@ -140,6 +140,7 @@ bool CFieldConstructor::SearchFrom(unsigned& uiType, string_view_t sField)
 
 // ---- columns from a header line -------------------------------------------------
 
+// Empty cells of a header count, since a cell finds its column in the data record by its place.
 void CFieldConstructor::BuildFromHeader(string_view_t sRecord, HeaderSearch header)
 {
     if (header == HeaderSearch::Anew) {

@@ -50,7 +50,7 @@ ExitStatus Raw(const Context& context, Host& host, const std::string& file)
         AddLast(host, results);
     else
         bToEnd = AddRange(host.Data(), context.options.range, results);
-    RequireRead(host); // ahead of the last piece of output, which may be all of it
+    RequireRead(host); // before the last piece of output, which may be all of it
     results.Finish();
     if (bToEnd)
         RequireNoGrowth(host);
