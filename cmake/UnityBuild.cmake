@@ -7,12 +7,17 @@
 # checkout.
 option(TABULEX_UNITY "Compile several sources of a target as one" ON)
 
+# The layers as well: for a build that is made whole each time, and quickly. Elsewhere a
+# change of one file would compile its neighbours too.
+option(TABULEX_UNITY_LAYERS "Compile several sources of a layer as one" OFF)
+
 # tabulex_unity(TARGET): batches of at most eight sources, of much the same size. Names in
 # anonymous namespaces must differ within the target.
 function(tabulex_unity target)
   if(NOT TABULEX_UNITY)
     return()
   endif()
+  get_target_property(folder ${target} SOURCE_DIR)
   get_target_property(others ${target} SOURCES)
   set(sources ${others})
   list(FILTER sources INCLUDE REGEX "\\.cpp$")
@@ -26,7 +31,7 @@ function(tabulex_unity target)
     list(REMOVE_ITEM sources ${batch})
     set(includes)
     foreach(source IN LISTS batch)
-      cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
+      cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${folder}" NORMALIZE)
       file(RELATIVE_PATH source "${CMAKE_SOURCE_DIR}" "${source}")
       string(APPEND includes "#include \"${source}\"\n")
     endforeach()

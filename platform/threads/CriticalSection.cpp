@@ -1,8 +1,8 @@
 // Threads that find a section held wait in its queue, each for an event of its own.
 //
 // 1. The section's word has kWanted in it exactly while its queue isn't empty. The word of a
-//    section that is wanted changes under g_lock only: a thread that comes finds it other
-//    than 0, and the owner finds it other than its token, so both come here.
+//    section that is wanted changes under g_sectionsLock only: a thread that comes finds it
+//    other than 0, and the owner finds it other than its token, so both come here.
 // 2. An owner that leaves makes the first thread that waits ahead the next owner. If there
 //    is none, it leaves the section free and wakes the first in the queue, which takes it
 //    unless another comes before.
@@ -17,7 +17,7 @@
 
 namespace {
 
-std::mutex g_lock; // guards the queues of all sections
+std::mutex g_sectionsLock; // guards the queues of all sections
 
 } // namespace
 
@@ -32,7 +32,7 @@ struct CriticalSection::Waiter
 void CriticalSection::LockContended(Token self)
 {
     Waiter waiter{self, false};
-    std::unique_lock lock(g_lock);
+    std::unique_lock lock(g_sectionsLock);
     Enqueue(waiter);
     while (!TakeInTurn(waiter)) {
         lock.unlock();
@@ -57,7 +57,7 @@ bool CriticalSection::lock_ahead(void (*pfnWait)(Event& owned))
 bool CriticalSection::WaitAhead(Token self, void (*pfnWait)(Event& owned))
 {
     Waiter waiter{self, true};
-    std::unique_lock lock(g_lock);
+    std::unique_lock lock(g_sectionsLock);
     Enqueue(waiter);
     if (TakeInTurn(waiter))
         return true;
@@ -72,7 +72,7 @@ bool CriticalSection::WaitAhead(Token self, void (*pfnWait)(Event& owned))
 
 void CriticalSection::UnlockContended()
 {
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_sectionsLock);
     if (Waiter* heir = FirstAhead()) {
         Dequeue(*heir);
         SetOwner(heir->self);
@@ -85,7 +85,7 @@ void CriticalSection::UnlockContended()
         first->look.Set();
 }
 
-// ---- under g_lock
+// ---- under g_sectionsLock
 
 void CriticalSection::Enqueue(Waiter& waiter)
 {

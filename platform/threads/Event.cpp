@@ -6,7 +6,7 @@
 
 #include "platform/threads/Sleeper.h"
 
-// 1. An event hands its signal to the longest waiting thread under g_lock, so no
+// 1. An event hands its signal to the longest waiting thread under g_queuesLock, so no
 //    signal is lost between a thread's look at the flag and its sleep.
 // 2. A thread that was let through stands in no queue any more, so that an event
 //    can't spend a second signal on it.
@@ -15,7 +15,7 @@
 
 namespace {
 
-std::mutex g_lock; // guards the queues of all events and the results of all waiters
+std::mutex g_queuesLock; // guards the queues of all events and the results of all waiters
 
 constexpr int kNotYet = -1;
 
@@ -64,13 +64,13 @@ Event::Event(Kind kind, bool bSignalled) : m_kind(kind), m_bSignalled(bSignalled
 // A thread that took the signal may come here while Set() is still at work.
 Event::~Event()
 {
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_queuesLock);
     assert(!m_pFirst);
 }
 
 void Event::Set()
 {
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_queuesLock);
     if (m_kind == Kind::AutoReset && m_pFirst) {
         LetThrough(*m_pFirst);
         return;
@@ -82,7 +82,7 @@ void Event::Set()
 
 void Event::Reset()
 {
-    const std::lock_guard lock(g_lock);
+    const std::lock_guard lock(g_queuesLock);
     m_bSignalled.store(false, std::memory_order_release);
 }
 
@@ -122,7 +122,7 @@ std::optional<int> Event::WaitFor(Event* const* events, int nEvents, Timeout tim
     if (nTaken || (timeout && timeout->count() <= 0))
         return nTaken;
 
-    std::unique_lock lock(g_lock);
+    std::unique_lock lock(g_queuesLock);
     // A signal may have come before the lock did.
     if (const std::optional<int> nLate = take())
         return nLate;

@@ -23,15 +23,11 @@ constexpr string_view_t kMonths[] = {
     u"july",    u"august",   u"september", u"october", u"november", u"december",
 };
 
-bool IsDigit(OLECHAR c)
-{
-    return c >= u'0' && c <= u'9';
-}
 bool IsLetter(OLECHAR c)
 {
     return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
 }
-bool IsBlank(OLECHAR c)
+bool IsSpaceOrTab(OLECHAR c)
 {
     return c == u' ' || c == u'\t';
 }
@@ -138,7 +134,7 @@ private:
 
     void SkipBlanks()
     {
-        while (IsBlank(Next()))
+        while (IsSpaceOrTab(Next()))
             m_text.remove_prefix(1);
     }
 

@@ -25,11 +25,6 @@ bool IsBlank(OLECHAR c)
     return c == u' ' || (c >= u'\t' && c <= u'\r') || c == 0x00A0 || c == 0x3000;
 }
 
-bool IsDigit(OLECHAR c)
-{
-    return c >= u'0' && c <= u'9';
-}
-
 char Digit(int nValue)
 {
     return static_cast<char>('0' + nValue);

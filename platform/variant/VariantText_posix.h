@@ -20,3 +20,9 @@ HRESULT FormatDate(DATE date, string_t& text);
 // A date of month, day and year in number or English name, a time of day, or the
 // two in either order. What is left out of a date is taken from today.
 HRESULT ParseDate(string_view_t text, DATE& date);
+
+// An ASCII digit.
+constexpr bool IsDigit(OLECHAR c)
+{
+    return c >= u'0' && c <= u'9';
+}
