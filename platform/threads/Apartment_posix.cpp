@@ -2,4 +2,5 @@
 
 ThreadApartment::ThreadApartment() : m_bEntered(false) {}
 
-ThreadApartment::~ThreadApartment() = default;
+// Not defaulted: on the other system there is work to do, so the class isn't trivial.
+ThreadApartment::~ThreadApartment() {}

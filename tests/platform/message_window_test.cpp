@@ -164,8 +164,10 @@ TEST(MessageWindow, GoesWithItsThread)
 TEST(MessageWindow, GoesWithItsThreadWhileOthersComeAndGo)
 {
     std::atomic<bool> done = false;
+    constexpr int kOthers = 4;
     std::vector<std::thread> others;
-    for (int i = 0; i < 4; ++i)
+    others.reserve(kOthers);
+    for (int i = 0; i < kOthers; ++i)
         others.emplace_back([&] {
             while (!done)
                 Recorder().Create();
@@ -255,6 +257,7 @@ TEST(MessageWindow, LosesNoMessageOfManySenders)
     std::atomic<int> nLeft = kSenders;
     std::atomic<bool> done = false;
     std::vector<std::thread> senders;
+    senders.reserve(kSenders);
     for (int i = 0; i < kSenders; ++i)
         senders.emplace_back([&] {
             for (int k = 0; k < kMessages; ++k) {

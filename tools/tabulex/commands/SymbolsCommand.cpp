@@ -57,7 +57,7 @@ ExitStatus Symbols(const Context& context, Host& host, const std::string& file)
     if (Interrupted())
         return ExitStatus::Interrupted;
     if (sink->WriteFault())
-        throw *sink->WriteFault();
+        throw Fault(*sink->WriteFault());
     if (!sink->IsCommitted())
         throw Fault{ExitStatus::Refused, "listing the symbols failed; the list is incomplete"};
     RequireRead(host);

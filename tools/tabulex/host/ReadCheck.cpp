@@ -91,13 +91,13 @@ std::optional<Fault> FindGrowth(const Host& host)
 void RequireRead(const Host& host)
 {
     if (const auto fault = FindReadFault(host))
-        throw *fault;
+        throw Fault(*fault);
 }
 
 void RequireNoGrowth(const Host& host)
 {
     if (const auto fault = FindGrowth(host))
-        throw *fault;
+        throw Fault(*fault);
 }
 
 } // namespace tabulex

@@ -89,6 +89,7 @@ std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments
                                        ExitStatus& status)
 {
     std::vector<const char*> words;
+    words.reserve(arguments.size());
     for (const std::string& argument : arguments)
         words.push_back(argument.c_str());
     Options options;

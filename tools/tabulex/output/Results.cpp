@@ -8,7 +8,7 @@ namespace tabulex {
 
 namespace {
 
-constexpr std::size_t kResultsBuffer = 64 * 1024;
+constexpr std::size_t kResultsBuffer = std::size_t{64} * 1024;
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <exception>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -235,6 +236,15 @@ bool SqliteOutput::Publish()
     if (error)
         m_sPublishFault = error.message();
     return !error;
+}
+
+// Memory may run out here as well, where nobody is left to be told.
+SqliteOutput::~SqliteOutput()
+{
+    try {
+        Discard();
+    } catch (const std::exception&) {
+    }
 }
 
 // Closing a database takes back what isn't committed. After a fault of the disk that is

@@ -22,7 +22,7 @@ public:
     // Throws Fault: Refused if the table exists and is to be kept, or has other columns, and
     // FileFault if the file can't be written or is no database.
     SqliteOutput(const OutputOptions& options, std::vector<Column> columns);
-    ~SqliteOutput() override { Discard(); }
+    ~SqliteOutput() override;
 
     bool Write(const VARIANT* cells, ULONGLONG nRows) override;
     bool Commit() override;
