@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # tidy.sh [COMMIT]: clang-tidy, with the checks of .clang-tidy, over the sources that have
-# changed since COMMIT (scripts/changes_since.sh if not given), as far as they are compiled
-# on this system. Without git's history it checks the layers of src. The target `tidy` goes
-# over the whole tree.
+# changed since COMMIT (scripts/changes_since.sh if not given). Without git's history it
+# checks the layers of src. Fails for any finding. So that it stays quick it looks at a
+# bounded number of files, the newest, and names those that it leaves out. The target `tidy`
+# goes over the whole tree.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -20,17 +21,45 @@ sources() {
     fi
 }
 
+is_compiled() { grep -qF "\"file\": \"$PWD/$1\"" build/tidy/compile_commands.json; }
+
+# left_out WHY FILE...: names the files that aren't looked at.
+left_out() {
+    local why=$1
+    shift
+    if [ "$#" -gt 0 ]; then
+        echo "tidy: left out, $why: $# files"
+        printf '    %s\n' "$@"
+    fi
+}
+
 # No sources are joined here: each is looked at by itself.
 cmake --preset release -B build/tidy -DTABULEX_UNITY=OFF -DTABULEX_PCH=OFF --log-level=NOTICE >/dev/null
-mapfile -t files < <(sources "$@" | sort -u | while read -r file; do
-    if grep -qF "\"file\": \"$PWD/$file\"" build/tidy/compile_commands.json; then
-        echo "$file"
+
+files=()
+foreign=()
+mapfile -t changed < <(sources "$@" | sort -u)
+for file in "${changed[@]}"; do
+    if is_compiled "$file"; then
+        files+=("$file")
+    elif [ -f "$file" ]; then
+        foreign+=("$file")
+    else
+        foreign+=("${file%cpp}h")
     fi
-done)
+done
+left_out "no source that is compiled on this system" "${foreign[@]}"
 if [ "${#files[@]}" -gt "$most" ]; then
-    echo "tidy: $((${#files[@]} - most)) of ${#files[@]} changed files are left out"
-    mapfile -t files < <(ls -t "${files[@]}" | head -n "$most")
+    mapfile -t files < <(ls -t "${files[@]}")
+    left_out "more than $most have changed" "${files[@]:most}"
+    files=("${files[@]:0:most}")
 fi
+
 echo "== tidy: ${#files[@]} files"
-printf '%s\0' "${files[@]}" | xargs -0 -r -n 1 -P "$(nproc)" \
-    clang-tidy -quiet -p build/tidy "-extra-arg-before=-isystem$PWD/cmake/clang-14"
+if [ "${#files[@]}" -eq 0 ]; then
+    exit 0
+fi
+# Counts of what is in the system's headers, and isn't shown, say nothing.
+printf '%s\0' "${files[@]}" | xargs -0 -n 1 -P "$(nproc)" \
+    clang-tidy -quiet -p build/tidy "-extra-arg-before=-isystem$PWD/cmake/clang-14" 2>&1 |
+    sed -E '/^[0-9]+ warnings?( and [0-9]+ errors?)? generated\.$/d'
