@@ -7,13 +7,12 @@
 
 #include <deque>
 #include <list>
-#include <thread>
 
 #include "diagnostics/FaultmereClient.h"
 #include "platform/Process.h"
 #include "platform/com_ptr.h"
-#include "platform/threads/Apartment.h"
 #include "platform/threads/CriticalSection.h"
+#include "platform/threads/WorkerThread.h"
 #include "platform/threads/WorkerWait.h"
 
 using FaultmereUtil::Assert;
@@ -29,7 +28,6 @@ namespace {
 //   2. A thread whose stop event is set takes no further step. It stays in m_thread until
 //      it has been joined, and nothing is added meanwhile. A thread that was stopped by
 //      its own step can't be joined there: it moves to m_retired and loses the list.
-//   3. A thread sets its end event as the last thing that it does.
 class CSymbolEnumeratorHost
 {
 public:
@@ -50,28 +48,25 @@ private:
     };
     using WorkList = std::deque<CConverterPersist>;
 
-    struct WorkerThread
+    struct EnumeratorThread
     {
         Event wake{Event::Kind::AutoReset}; // a new entry is there
         Event stop{Event::Kind::ManualReset};
-        Event ended{Event::Kind::ManualReset};
         WorkerWait wait;
-        std::thread thread;
+        WorkerThread worker;
 
         bool IsStopping() { return stop.Wait(std::chrono::milliseconds(0)); }
-        bool HasEnded() { return ended.Wait(std::chrono::milliseconds(0)); }
-        bool IsSelf() const { return thread.get_id() == std::this_thread::get_id(); }
     };
-    using ThreadList = std::list<WorkerThread>;
+    using ThreadList = std::list<EnumeratorThread>;
 
     CSymbolEnumeratorHost() = default;
 
     void StartThread();
-    void ThreadMain(WorkerThread& self);
-    bool WaitForWork(WorkerThread& self);
-    void Step(WorkerThread& self);
-    WorkerThread* BeginStop(WorkList& dropped);
-    void EndStop(WorkerThread& stopped, WorkList& dropped);
+    void ThreadMain(EnumeratorThread& self);
+    bool WaitForWork(EnumeratorThread& self);
+    void Step(EnumeratorThread& self);
+    EnumeratorThread* BeginStop(WorkList& dropped);
+    void EndStop(EnumeratorThread& stopped, WorkList& dropped);
     void JoinEnded();
 
     CriticalSection m_lock; // guards all below
@@ -106,7 +101,7 @@ void CSymbolEnumeratorHost::AddConvertor()
 void CSymbolEnumeratorHost::ReleaseConvertor()
 {
     WorkList dropped; // let go of without the lock
-    WorkerThread* pStopped = nullptr;
+    EnumeratorThread* pStopped = nullptr;
     LONG nLeft = 0;
     {
         LockGuard lock(m_lock);
@@ -120,36 +115,35 @@ void CSymbolEnumeratorHost::ReleaseConvertor()
 }
 
 // With the lock held. The thread to wait for; null for none.
-CSymbolEnumeratorHost::WorkerThread* CSymbolEnumeratorHost::BeginStop(WorkList& dropped)
+CSymbolEnumeratorHost::EnumeratorThread* CSymbolEnumeratorHost::BeginStop(WorkList& dropped)
 {
     JoinEnded();
     if (m_thread.empty() || m_thread.front().IsStopping())
         return nullptr;
-    WorkerThread& thread = m_thread.front();
+    EnumeratorThread& thread = m_thread.front();
     thread.stop.Set();
-    if (!thread.IsSelf())
+    if (!thread.worker.IsSelf())
         return &thread;
     m_retired.splice(m_retired.end(), m_thread);
     dropped.swap(m_arSymbolEnumerators);
     return nullptr;
 }
 
-void CSymbolEnumeratorHost::EndStop(WorkerThread& stopped, WorkList& dropped)
+void CSymbolEnumeratorHost::EndStop(EnumeratorThread& stopped, WorkList& dropped)
 {
-    WaitPumping(stopped.ended);
-    stopped.thread.join();
+    stopped.worker.JoinPumping();
     LockGuard lock(m_lock);
     m_thread.clear();
     dropped.swap(m_arSymbolEnumerators);
 }
 
-// With the lock held: a thread that has set its end event doesn't take it again.
+// With the lock held: a thread that has ended doesn't take it again.
 void CSymbolEnumeratorHost::JoinEnded()
 {
-    m_retired.remove_if([](WorkerThread& thread) {
-        const bool bEnded = thread.HasEnded();
+    m_retired.remove_if([](EnumeratorThread& thread) {
+        const bool bEnded = thread.worker.HasEnded();
         if (bEnded)
-            thread.thread.join();
+            thread.worker.Join();
         return bEnded;
     });
 }
@@ -164,12 +158,12 @@ void CSymbolEnumeratorHost::EndThread()
         if (!m_thread.empty() && !m_thread.front().IsStopping())
             threads.splice(threads.end(), m_thread);
     }
-    for (WorkerThread& thread : threads) {
+    for (EnumeratorThread& thread : threads) {
         thread.stop.Set();
-        if (thread.IsSelf())
-            thread.thread.detach();
+        if (thread.worker.IsSelf())
+            thread.worker.Leave();
         else
-            thread.thread.join();
+            thread.worker.Join();
     }
 }
 
@@ -181,7 +175,7 @@ HRESULT CSymbolEnumeratorHost::Add(IFileHandlerEvents* pEvents)
     JoinEnded();
     if (m_thread.empty())
         StartThread();
-    WorkerThread& thread = m_thread.front();
+    EnumeratorThread& thread = m_thread.front();
     if (thread.IsStopping())
         return S_FALSE;
     m_arSymbolEnumerators.push_back({pEvents, 0});
@@ -193,27 +187,24 @@ HRESULT CSymbolEnumeratorHost::Add(IFileHandlerEvents* pEvents)
 
 void CSymbolEnumeratorHost::StartThread()
 {
-    WorkerThread& self = m_thread.emplace_back();
+    EnumeratorThread& self = m_thread.emplace_back();
     try {
-        self.thread = std::thread([this, &self] { ThreadMain(self); });
+        self.worker.Start(WorkerThread::Priority::Normal, WorkerThread::Runtime::Apartment,
+                          [this, &self] { ThreadMain(self); });
     } catch (...) {
         m_thread.clear();
         throw;
     }
 }
 
-void CSymbolEnumeratorHost::ThreadMain(WorkerThread& self)
+void CSymbolEnumeratorHost::ThreadMain(EnumeratorThread& self)
 {
-    {
-        const ThreadApartment apartment;
-        while (WaitForWork(self))
-            Step(self);
-    }
-    self.ended.Set();
+    while (WaitForWork(self))
+        Step(self);
 }
 
 // False: the thread is to end.
-bool CSymbolEnumeratorHost::WaitForWork(WorkerThread& self)
+bool CSymbolEnumeratorHost::WaitForWork(EnumeratorThread& self)
 {
     constexpr int kStop = 0;
     Event::Timeout timeout; // without end
@@ -225,7 +216,7 @@ bool CSymbolEnumeratorHost::WaitForWork(WorkerThread& self)
     return self.wait.WaitAny(self.stop, self.wake, timeout) != kStop;
 }
 
-void CSymbolEnumeratorHost::Step(WorkerThread& self)
+void CSymbolEnumeratorHost::Step(EnumeratorThread& self)
 {
     com_ptr<IFileHandlerEvents> pEvents; // may be the last reference when the entry has gone
     ULONGLONG nPosition = 0;

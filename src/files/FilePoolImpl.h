@@ -27,8 +27,8 @@
 #include <list>
 #include <map>
 #include <mutex>
-#include <thread>
 
+#include "platform/threads/WorkerThread.h"
 #include "src/files/FileHandler.h"
 
 namespace Hesperon::specifics {
@@ -96,15 +96,14 @@ private:
 
     // ---- threads
 
-    struct WorkerThread
+    struct PoolThread
     {
-        std::thread thread;
-        std::thread::id id;                     // stays readable while `thread` is joined
+        WorkerThread worker;
         std::shared_ptr<CFileHandler> pHandler; // that it runs
         bool bRetired = false;                  // ends when its handler does
         bool bEnded = false;                    // touches nothing any more
     };
-    using ThreadList = std::list<WorkerThread>;
+    using ThreadList = std::list<PoolThread>;
     struct QueuedRequest
     {
         ULONGLONG nTicket; // rising
@@ -113,8 +112,8 @@ private:
     };
     using ThreadsLock = std::unique_lock<std::mutex>;
 
-    void ThreadMain(WorkerThread& self);
-    void RunRequest(ThreadsLock& lock, WorkerThread& self);
+    void ThreadMain(PoolThread& self);
+    void RunRequest(ThreadsLock& lock, PoolThread& self);
     void WaitUntilTaken(ThreadsLock& lock, ULONGLONG nTicket);
     void StartThread();
     bool IsPoolThread() const;

@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "diagnostics/FaultmereClient.h"
-#include "platform/threads/Thread.h"
 #include "src/files/FilePoolImpl.h"
 
 namespace Hesperon::specifics {
@@ -51,10 +50,10 @@ void CFilePool::WaitUntilTaken(ThreadsLock& lock, ULONGLONG nTicket)
 
 void CFilePool::StartThread()
 {
-    WorkerThread& self = m_threads.emplace_back();
+    PoolThread& self = m_threads.emplace_back();
     try {
-        self.thread = std::thread([this, &self] { ThreadMain(self); });
-        self.id = self.thread.get_id();
+        self.worker.Start(WorkerThread::Priority::Lowered, WorkerThread::Runtime::None,
+                          [this, &self] { ThreadMain(self); });
     } catch (const std::exception&) {
         m_threads.pop_back();
         throw;
@@ -64,9 +63,8 @@ void CFilePool::StartThread()
 }
 
 // A thread serves one file and ends; the only one ever started waits for the next.
-void CFilePool::ThreadMain(WorkerThread& self)
+void CFilePool::ThreadMain(PoolThread& self)
 {
-    LowerThreadPriority();
     ThreadsLock lock(m_threadsLock);
     for (bool bLast = false; !bLast;) {
         m_threadsChanged.wait(lock, [&] { return m_bShutdown || !m_queue.empty(); });
@@ -81,7 +79,7 @@ void CFilePool::ThreadMain(WorkerThread& self)
     self.bEnded = true;
 }
 
-void CFilePool::RunRequest(ThreadsLock& lock, WorkerThread& self)
+void CFilePool::RunRequest(ThreadsLock& lock, PoolThread& self)
 {
     QueuedRequest queued = std::move(m_queue.front());
     m_queue.pop_front();
@@ -102,7 +100,7 @@ void CFilePool::RunRequest(ThreadsLock& lock, WorkerThread& self)
 
 bool CFilePool::IsPoolThread() const
 {
-    const auto isSelf = [](const WorkerThread& t) { return t.id == std::this_thread::get_id(); };
+    const auto isSelf = [](const PoolThread& t) { return t.worker.IsSelf(); };
     return std::ranges::any_of(m_threads, isSelf) || std::ranges::any_of(m_stopping, isSelf) ||
            std::ranges::any_of(m_retired, isSelf);
 }
@@ -111,9 +109,9 @@ bool CFilePool::IsPoolThread() const
 // wait.
 void CFilePool::JoinEnded(ThreadList& threads)
 {
-    std::erase_if(threads, [](WorkerThread& t) {
+    std::erase_if(threads, [](PoolThread& t) {
         if (t.bEnded)
-            t.thread.join();
+            t.worker.Join();
         return t.bEnded;
     });
 }
@@ -157,7 +155,7 @@ bool CFilePool::BeginShutdown(ThreadsLock& lock, bool bWhateverLives)
     m_stopping.splice(m_stopping.end(), m_threads);
     m_stopping.splice(m_stopping.end(), m_retired);
     if (bWhateverLives) {
-        for (WorkerThread& t : m_stopping)
+        for (PoolThread& t : m_stopping)
             if (t.pHandler)
                 t.pHandler->Stop();
     }
@@ -170,14 +168,15 @@ bool CFilePool::BeginShutdown(ThreadsLock& lock, bool bWhateverLives)
 // shutdown changes it, and m_bShutdown keeps others out.
 void CFilePool::JoinStopping(ThreadsLock& lock)
 {
-    const auto self = std::ranges::find(m_stopping, std::this_thread::get_id(), &WorkerThread::id);
+    const auto self =
+        std::ranges::find_if(m_stopping, [](const PoolThread& t) { return t.worker.IsSelf(); });
     if (self != m_stopping.end()) {
         self->bRetired = true;
         m_retired.splice(m_retired.end(), m_stopping, self);
     }
-    for (WorkerThread& t : m_stopping) {
+    for (PoolThread& t : m_stopping) {
         lock.unlock();
-        t.thread.join();
+        t.worker.Join();
         lock.lock();
     }
     m_stopping.clear();
