@@ -3,9 +3,15 @@
 // Lines end with CR or LF. The search for the next line steps over lines that are empty or
 // hold nothing but ": ,;", and works on spans of a page, not byte by byte.
 //
+// A file that was given its size before its lines were written ends in zeros, perhaps in
+// gigabytes of them. The scan of the lines and the search for the last record both have to get
+// past them, so each leaves out the zeros that the other one has read.
+//
 // Not synchronised. Operations that read throw std::invalid_argument when the file can't be
 // read. Positions are bytes from the beginning of the file.
 #pragma once
+
+#include <algorithm>
 
 #include "src/files/DataArray.h"
 
@@ -60,6 +66,20 @@ private:
     bool FindContentLineEnd(ULONGLONG& nPos);
     ULONGLONG FindLineEnd(ULONGLONG nPos);
 
+    // The end of the known zeros for a position among them, or nLimit if that comes first;
+    // else the position itself.
+    ULONGLONG PastZeros(ULONGLONG nPos, ULONGLONG nLimit) const
+    {
+        const ULONGLONG nEnd = std::min(m_nZerosTo, nLimit);
+        return m_nZerosFrom <= nPos && nPos < nEnd ? nEnd : nPos;
+    }
+    // The same backwards: their beginning for a position after one of them.
+    ULONGLONG BeforeZeros(ULONGLONG nPos) const
+    {
+        return m_nZerosFrom < nPos && nPos <= m_nZerosTo ? m_nZerosFrom : nPos;
+    }
+    void NoteZeros(ULONGLONG nFrom, ULONGLONG nTo);
+
     Data m_data;
     bool m_bCharSizeKnown = false;
     bool is_unicode = false;
@@ -68,6 +88,10 @@ private:
     // once more when a cursor moves past it. Its end is the file's where none was found.
     ULONGLONG m_nKnownStart = kNowhere;
     ULONGLONG m_nKnownEnd = 0;
+
+    // The bytes of [from, to) were zeros when they were read.
+    ULONGLONG m_nZerosFrom = 0;
+    ULONGLONG m_nZerosTo = 0;
 };
 
 } // namespace Hesperon::specifics

@@ -5,8 +5,8 @@
 // The line that was looked for last is remembered, since each is asked for twice.
 #pragma once
 
-#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "src/files/DataArrayImpl.h"
 #include "src/files/FileLines.h"
@@ -18,6 +18,7 @@ template <class Data>
 void FileLinesOf<Data>::RefreshSize()
 {
     m_nKnownStart = kNowhere;
+    m_nZerosFrom = m_nZerosTo = 0;
     m_data.RefreshFileSize();
 }
 
@@ -39,13 +40,15 @@ template <class Data>
 ULONGLONG FileLinesOf<Data>::FindLineEnd(ULONGLONG nPos)
 {
     const ULONGLONG nSize = Size();
-    while (nPos != nSize) {
+    while ((nPos = PastZeros(nPos, nSize)) != nSize) {
         const auto span = Span(nPos);
         const char* pEnd = span.data() + span.size();
         const char* p = LineBytes::FindLineEnd(span.data(), pEnd);
-        nPos += p - span.data();
+        const ULONGLONG nStart = std::exchange(nPos, nPos + (p - span.data()));
         if (p != pEnd)
             break;
+        if (LineBytes::AreZeros(span.data(), pEnd))
+            NoteZeros(nStart, nPos);
     }
     return nPos;
 }
@@ -102,13 +105,16 @@ bool FileLinesOf<Data>::IsValidRecord(ULONGLONG nFrom, ULONGLONG nTo)
 template <class Data>
 ULONGLONG FileLinesOf<Data>::SkipClass(ULONGLONG nPos, ULONGLONG nLimit, std::uint8_t what)
 {
-    while (nPos != nLimit) {
+    const bool bZeros = LineBytes::Is('\0', what);
+    while ((nPos = bZeros ? PastZeros(nPos, nLimit) : nPos) != nLimit) {
         const auto span = Span(nPos);
         const char* pEnd = span.data() + std::min<ULONGLONG>(span.size(), nLimit - nPos);
         const char* p = LineBytes::SkipClass(span.data(), pEnd, what);
-        nPos += p - span.data();
+        const ULONGLONG nStart = std::exchange(nPos, nPos + (p - span.data()));
         if (p != pEnd)
             break;
+        if (LineBytes::AreZeros(span.data(), pEnd))
+            NoteZeros(nStart, nPos);
     }
     return nPos;
 }
@@ -128,15 +134,30 @@ ULONGLONG FileLinesOf<Data>::SkipLead(ULONGLONG nPos)
 template <class Data>
 ULONGLONG FileLinesOf<Data>::EndWithoutZeros(ULONGLONG nFrom, ULONGLONG nTo)
 {
-    while (nFrom != nTo) {
+    while ((nTo = std::max(BeforeZeros(nTo), nFrom)) != nFrom) {
         const auto page = m_data.SpanUpTo(nTo - 1);
         const auto span = page.last(std::min<ULONGLONG>(page.size(), nTo - nFrom));
         const std::size_t nLast = std::string_view(span.data(), span.size()).find_last_not_of('\0');
         if (nLast != std::string_view::npos)
             return nTo - span.size() + nLast + 1;
-        nTo -= span.size();
+        const ULONGLONG nEnd = std::exchange(nTo, nTo - span.size());
+        NoteZeros(nTo, nEnd);
     }
     return nFrom;
+}
+
+// Keeps one run of zeros, and makes it longer where the new ones border on it.
+template <class Data>
+void FileLinesOf<Data>::NoteZeros(ULONGLONG nFrom, ULONGLONG nTo)
+{
+    if (nFrom == m_nZerosTo) {
+        m_nZerosTo = nTo;
+    } else if (nTo == m_nZerosFrom) {
+        m_nZerosFrom = nFrom;
+    } else {
+        m_nZerosFrom = nFrom;
+        m_nZerosTo = nTo;
+    }
 }
 
 template <class Data>

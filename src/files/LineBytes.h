@@ -48,6 +48,12 @@ inline const char* SkipClass(const char* p, const char* pEnd, Class what)
     return p;
 }
 
+// Whether [p, pEnd), at least one byte, holds nothing but zeros.
+inline bool AreZeros(const char* p, const char* pEnd)
+{
+    return *p == 0 && std::memcmp(p, p + 1, pEnd - p - 1) == 0;
+}
+
 namespace details {
 
 // 16 bytes that are compared at once; all bits of a byte are set where it is equal.
