@@ -117,6 +117,13 @@ class Commands(Reads):
             self.try_each_read(self.quotes, "convert", self.quotes, *command,
                                kinds=(FAIL_ONCE, FAIL_EVER, END_EARLY))
 
+    def test_templates_are_tried_on_the_beginning_of_a_long_last_line(self):
+        path = self.file("long.csv", quotes(30) + "x," * (8 << 20) + "\n")
+        result = self.faulty(path, "check", "--column", "2=Date", path, least=8 << 20,
+                             log=self.path("log"))
+        self.assertIn("no Date template reads it", result.err)
+        self.assertEqual(self.read("log").split()[1], "0") # allocations of 8 MiB and more
+
     def test_a_good_output_is_not_replaced_by_a_short_one(self):
         few = self.file("few.csv", quotes(30))
         for name, *replace in (("out.csv",), ("out.db", "--replace")):

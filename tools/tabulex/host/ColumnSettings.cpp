@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/tabulex/host/LastRecord.h"
 #include "tools/tabulex/host/Properties.h"
 #include "tools/tabulex/system/Fault.h"
 
@@ -29,22 +30,33 @@ void SetTemplate(const Host& host, const ColumnSetting& column, const std::strin
 }
 
 // Whether the column's template reads one record of the file.
-bool ReadsRecord(const Host& host, ULONG nField, HRESULT (IDataParser::*record)(BSTR*))
+bool ReadsRecord(const Host& host, ULONG nField, const Bstr& record)
 {
-    Bstr text;
-    if (FAILED((host.Data().*record)(text.put())) || FAILED(host.Records().Parse(text.get())))
-        return false;
     Variant value;
-    return host.Records().GetFieldValue(value.put(), nField) == S_OK;
+    return SUCCEEDED(host.Records().Parse(record.get())) &&
+           host.Records().GetFieldValue(value.put(), nField) == S_OK;
+}
+
+bool ReadsFirst(const Host& host, ULONG nField)
+{
+    Bstr record;
+    return host.Data().put_Position(0) == S_OK &&
+           SUCCEEDED(host.Data().get_CurrentRecord(record.put())) &&
+           ReadsRecord(host, nField, record);
+}
+
+// Asked for each template anew, since with another one the file may run backwards.
+bool ReadsLast(const Host& host, ULONG nField)
+{
+    const auto record = LastRecordText(host.Data());
+    return record && ReadsRecord(host, nField, Bstr(FromUtf8(*record)));
 }
 
 // Two records far apart show which is the day and which the month more often than two
 // neighbours do.
 bool ReadsFirstAndLast(const Host& host, ULONG nField)
 {
-    return host.Data().put_Position(0) == S_OK &&
-           ReadsRecord(host, nField, &IDataParser::get_CurrentRecord) &&
-           ReadsRecord(host, nField, &IDataParser::get_LastRecord);
+    return ReadsFirst(host, nField) && ReadsLast(host, nField);
 }
 
 // Tries the type's templates in their own order.
