@@ -35,6 +35,7 @@ INVALID = [
     ("Date", "*y/*m/*d", "2100/1/1"),
     ("Date", "*y/*m/*d", ""),
     ("Time", "*h:*m", "24:60"),
+    ("Time", "*h:*m", "24:00"),
     ("Time", "*h:*m", "half past"),
     ("Volume", "*i", "12.5"),
     ("Close", "*i.*f", "1.5x"),
@@ -60,6 +61,16 @@ class Trials(ToolTest):
                                                   text).out)
                 self.assertEqual((found["valid"], found["value"]), (False, None))
                 self.assertIn(f'"{text}"', found["reason"])
+
+    def test_an_hour_that_belongs_to_the_next_day_has_no_value(self):
+        for template, text in [("*h:*m", "24:00"), ("*hmm", "2400"), ("*h:*m tt@pm", "24:30 pm")]:
+            with self.subTest((template, text)):
+                reason = f'"{text}" has an hour above 23, which has no value without a date.'
+                self.assertEqual(self.fail_with(1, "template", "Time", template, text).err,
+                                 f"tabulex: {reason}\n")
+                found = json.loads(self.fail_with(1, "template", "--json", "Time", template,
+                                                  text).out)
+                self.assertEqual(found["reason"], reason)
 
     def test_a_text_may_begin_with_a_dash(self):
         self.assertEqual(self.succeed("template", "Volume", "*i", "--", "-12").out, "-12\n")

@@ -55,17 +55,24 @@ void SetTemplate(const Host& host, unsigned uiType, const std::string& sTemplate
                     fmt::format("the only template of this type is '{}'", pszPattern)};
 }
 
+// The component finds no fault in the hour 24: it is the first hour of the next day. But it
+// gives no value where there is no date that could go on to that day.
+std::string ReasonOf(const Host& host, const std::string& text)
+{
+    Bstr reason;
+    if (host.Records().GetFieldError(reason.put(), 0) == S_FALSE)
+        return fmt::format("\"{}\" has an hour above 23, which has no value without a date.", text);
+    return ToUtf8(reason.view());
+}
+
 // The whole text is the column: it is normalised as a field of a file would be.
 Trial Try(const Host& host, const std::string& text)
 {
     Trial trial;
     RequireSuccess(host.Records().Parse(Bstr(FromUtf8(text)).get()), "the text");
     trial.bValid = host.Records().GetFieldValue(trial.value.put(), 0) == S_OK;
-    if (trial.bValid)
-        return trial;
-    Bstr reason;
-    host.Records().GetFieldError(reason.put(), 0);
-    trial.sReason = ToUtf8(reason.view());
+    if (!trial.bValid)
+        trial.sReason = ReasonOf(host, text);
     return trial;
 }
 
