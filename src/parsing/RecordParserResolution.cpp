@@ -72,6 +72,19 @@ HRESULT ReadResolutionTemplate(SAFEARRAY* ids, SAFEARRAY* names, LONG i, Resolut
     return S_OK;
 }
 
+// S_FALSE with the reason for a step that the resolution doesn't have.
+HRESULT CheckStep(const ParserState& state, double fStep, BSTR* pError, IDispatch* pHost)
+{
+    if (fStep < 0) {
+        *pError = NewBstr(LoadResourceString(IDS_NEGATIVE_INCREMENT));
+        return S_FALSE;
+    }
+    if (!BreaksResolution(state, fStep))
+        return S_OK;
+    const HRESULT hr = ResolutionErrorText(pHost, state.m_nResolution, pError);
+    return FAILED(hr) ? hr : S_FALSE;
+}
+
 } // namespace
 
 HRESULT CRecordParser::FindResolution(BSTR bsRecord)
@@ -94,14 +107,7 @@ HRESULT CRecordParser::CheckResolution(VARIANT LastDateTime, BSTR* ResolutionErr
             return hr;
         if (m_state.m_nResolution >= RESOLUTIONS_COUNT)
             return E_UNEXPECTED;
-        if (current < LastDateTime.date) {
-            *ResolutionError = NewBstr(LoadResourceString(IDS_NEGATIVE_INCREMENT));
-            return S_FALSE;
-        }
-        if (!BreaksResolution(m_state, current - LastDateTime.date))
-            return S_OK;
-        const HRESULT hr = ResolutionErrorText(pHost, m_state.m_nResolution, ResolutionError);
-        return FAILED(hr) ? hr : S_FALSE;
+        return CheckStep(m_state, current - LastDateTime.date, ResolutionError, pHost);
     });
 }
 
