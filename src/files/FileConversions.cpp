@@ -11,7 +11,7 @@ namespace Hesperon::specifics {
 
 using namespace IQRL_TabulexConverter;
 
-// Only a portion begins elsewhere than at position 0, and only its consumer has a position to give.
+// A consumer that gives no position begins at 0, as one that takes a whole file does.
 CConverterPersist::CConverterPersist(com_ptr<IFileHandlerEvents> pEvents)
     : m_pEvents(std::move(pEvents))
 {
