@@ -26,14 +26,14 @@ void WorkerThread::Main(State& state, Priority priority, Runtime runtime,
 {
     if (priority == Priority::Lowered)
         LowerThreadPriority();
+    state.id = std::this_thread::get_id();
     {
         std::optional<ThreadApartment> apartment;
         if (runtime == Runtime::Apartment)
             apartment.emplace();
-        state.id = std::this_thread::get_id();
         run();
-        state.id = std::thread::id();
     }
+    state.id = std::thread::id();
     state.ended.Set();
 }
 

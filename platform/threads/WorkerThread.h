@@ -33,8 +33,8 @@ public:
     // it may be called again.
     void Start(Priority priority, Runtime runtime, std::function<void()> run);
 
-    // Whether the function runs on the calling thread. From any thread once Start has
-    // returned, and from the new thread at once.
+    // Whether the calling thread is this one. From any thread once Start has returned, and
+    // from the new thread at once, until its apartment has gone.
     bool IsSelf() const;
     // True after the last thing that the thread does, so that a join doesn't wait.
     bool HasEnded() const;
@@ -50,7 +50,7 @@ private:
     // Shared with the thread, which may outlive the object.
     struct State
     {
-        std::atomic<std::thread::id> id; // while the function runs; set by the thread itself
+        std::atomic<std::thread::id> id; // as long as it can be asked for; set by the thread itself
         Event ended{Event::Kind::ManualReset};
     };
 
