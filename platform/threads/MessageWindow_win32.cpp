@@ -83,11 +83,9 @@ private:
     const DWORD m_nSlot = FlsAlloc(&OnThreadEnd);
 };
 
-WindowTable& Windows()
-{
-    static WindowTable table;
-    return table;
-}
+// Made when the module is loaded, and not by the first thread that asks: for the reason see
+// Spares in Sleeper_win32.cpp.
+WindowTable g_windows;
 
 } // namespace
 
@@ -150,7 +148,7 @@ WindowHandle MessageWindow::Create()
                                       ThisModule(), nullptr);
     if (!hWnd)
         return 0;
-    Windows().Add(*this);
+    g_windows.Add(*this);
     SetWindowLongPtrW(hWnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     m_handle = reinterpret_cast<WindowHandle>(hWnd);
     return m_handle;
@@ -162,7 +160,7 @@ void MessageWindow::Destroy()
         return;
     const HWND hWnd = AsWindow(std::exchange(m_handle, 0));
     SetWindowLongPtrW(hWnd, GWLP_USERDATA, 0);
-    Windows().Remove(*this);
+    g_windows.Remove(*this);
     DestroyWindow(hWnd);
     OnFinalMessage();
 }
@@ -305,5 +303,5 @@ void DispatchUntil(const std::function<bool()>& isOver)
 
 bool OwnsWindows()
 {
-    return Windows().HasOwn();
+    return g_windows.HasOwn();
 }

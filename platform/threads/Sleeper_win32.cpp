@@ -10,8 +10,12 @@
 
 #include "platform/component.h"
 
+// Making an event costs more than a wait, so events are kept for later sleepers. A wake-up
+// that came too late leaves its event set, and ends a later sleep for no reason.
 struct Sleeper::Signal
 {
+    class Spares;
+
     Signal() : hEvent(CreateEventW(nullptr, FALSE, FALSE, nullptr))
     {
         if (!hEvent)
@@ -24,14 +28,14 @@ struct Sleeper::Signal
     const HANDLE hEvent;
 };
 
-namespace {
-
-// Making an event costs more than a wait, so events are kept for later sleepers. A wake-up
-// that came too late leaves its event set, and ends a later sleep for no reason.
-template <class Signal>
-class Spares
+class Sleeper::Signal::Spares
 {
 public:
+    // Made when the module is loaded. A thread that made it later would have to register its
+    // destructor, and at the end of the process the runtime keeps others from that, while it
+    // runs the destructor that waits for this very thread.
+    static Spares s_all;
+
     Signal* Take()
     {
         const std::lock_guard lock(m_lock);
@@ -54,12 +58,9 @@ private:
     std::vector<std::unique_ptr<Signal>> m_signals;
 };
 
-template <class Signal>
-Spares<Signal>& AllSpares()
-{
-    static Spares<Signal> spares;
-    return spares;
-}
+Sleeper::Signal::Spares Sleeper::Signal::Spares::s_all;
+
+namespace {
 
 // Rounded up, so that a sleep isn't over before its time.
 DWORD MillisecondsUntil(const Sleeper::Deadline& deadline)
@@ -74,11 +75,11 @@ DWORD MillisecondsUntil(const Sleeper::Deadline& deadline)
 
 } // namespace
 
-Sleeper::Sleeper() : m_pSignal(AllSpares<Signal>().Take()) {}
+Sleeper::Sleeper() : m_pSignal(Signal::Spares::s_all.Take()) {}
 
 Sleeper::~Sleeper()
 {
-    AllSpares<Signal>().Give(m_pSignal);
+    Signal::Spares::s_all.Give(m_pSignal);
 }
 
 Sleeper::Ending Sleeper::Sleep(std::unique_lock<std::mutex>& lock, Deadline deadline, bool bInput)
