@@ -1,5 +1,5 @@
 """Reads that fail, files that change, and memory that runs out while a file is read: a short
-result is never given as a whole one. fault_preload_posix.cpp makes them fail."""
+result is never given as a whole one. faults/FaultPreload_posix.cpp makes them fail."""
 import contextlib
 import errno
 import os
