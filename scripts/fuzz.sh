@@ -21,6 +21,7 @@ for target in "${targets[@]}"; do
     mkdir -p "$gathered"
     echo "== fuzz: $target"
     build/fuzz/bin/fuzz_"$target" -max_total_time=$((seconds / ${#targets[@]})) -timeout=60 \
-        -max_len=4096 -verbosity=0 -print_final_stats=1 \
-        -artifact_prefix=build/fuzz/faults/"$target"- "$gathered" "${kept[@]}"
+        -max_len=4096 -verbosity=0 -print_funcs=0 -print_final_stats=1 \
+        -artifact_prefix=build/fuzz/faults/"$target"- "$gathered" "${kept[@]}" 2>&1 |
+        sed '/^###### Recommended dictionary/,/^###### End/d'
 done
