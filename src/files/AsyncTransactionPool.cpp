@@ -8,6 +8,7 @@
 #include <map>
 
 #include "diagnostics/FaultmereClient.h"
+#include "module/LiveReference.h"
 #include "src/files/Proxies.h"
 
 namespace Hesperon::specifics::AsyncTransactionPool {
@@ -64,7 +65,7 @@ void UnregisterTransaction(IAsyncTransaction* pTransaction)
 }
 
 // All others may let go of the object while it is being cancelled. One that has lost its last
-// reference before waits for the lock in its FinalRelease, and for no reference.
+// reference before waits for the lock in its FinalRelease.
 bool CancelTransaction(ULONG_PTR nNumber)
 {
     com_ptr<IAsyncTransaction> pKept; // released after the lock
@@ -72,10 +73,8 @@ bool CancelTransaction(ULONG_PTR nNumber)
     const auto it = Transactions().find(nNumber);
     if (it == Transactions().end())
         return false;
-    const bool bDying = it->second->AddRef() > kDyingRefs;
-    com_ptr<IAsyncTransaction> pTransaction(attach_ref, it->second);
-    if (!bDying)
-        pKept = pTransaction;
+    IAsyncTransaction* pTransaction = it->second;
+    pKept = LiveReference(pTransaction);
     pTransaction->Cancel();
     return true;
 }

@@ -3,6 +3,8 @@
 
 #include "src/files/Proxies.h"
 
+#include "module/LiveReference.h"
+
 namespace Hesperon::specifics {
 
 using IQRL_TabulexConverter::IFileHandlerEvents;
@@ -25,16 +27,11 @@ void CFileHandlerEventsProxy::Detach()
     Attach(nullptr);
 }
 
-// A target that has lost its last reference may not have called Detach yet. It exists
-// for as long as the lock is held, but no new reference can keep it alive.
+// A target that has lost its last reference may not have called Detach yet.
 com_ptr<IFileHandlerEvents> CFileHandlerEventsProxy::Target()
 {
     const ProxyLockGuard lock;
-    if (!m_pTarget)
-        return {};
-    const bool bDying = m_pTarget->AddRef() > kDyingRefs;
-    com_ptr<IFileHandlerEvents> pTarget(attach_ref, m_pTarget);
-    return bDying ? nullptr : pTarget;
+    return m_pTarget ? LiveReference(m_pTarget) : nullptr;
 }
 
 HRESULT STDMETHODCALLTYPE CFileHandlerEventsProxy::RecordCountChange(ULONGLONG nNewCount,

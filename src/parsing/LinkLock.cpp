@@ -4,7 +4,7 @@
 
 #include "src/parsing/LinkLock.h"
 
-#include "module/ComObject.h"
+#include "module/LiveReference.h"
 
 namespace Hesperon::specifics {
 
@@ -38,9 +38,7 @@ com_ptr<IDataParserLock> LinkLock::Linked()
     com_ptr<IDataParserLock> pLinked;
     if (FAILED(query(m_pLink, pLinked)))
         return {};
-    const bool bDying = pLinked->AddRef() > kDyingRefs;
-    pLinked->Release();
-    if (!bDying)
+    if (LiveReference(pLinked.get()))
         return pLinked;
     m_pLink = nullptr;
     pLinked.reset();
