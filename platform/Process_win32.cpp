@@ -3,14 +3,10 @@
 #include <cstdlib>
 #include <string>
 
-#include "platform/Process_win32.h"
 #include "platform/component.h"
 
-namespace {
-
-bool g_bOtherThreadsAreGone = false; // changes when there are none
-
-} // namespace
+// Of ntdll; no header declares it.
+extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress();
 
 void BreakIntoDebugger()
 {
@@ -33,10 +29,5 @@ bool UserKeyHasDefault(std::string_view sKey)
 
 bool OtherThreadsAreGone()
 {
-    return g_bOtherThreadsAreGone;
-}
-
-void NoteOtherThreadsAreGone()
-{
-    g_bOtherThreadsAreGone = true;
+    return RtlDllShutdownInProgress() != FALSE;
 }

@@ -4,7 +4,6 @@
 #include "module/MenuLibrary_win32.h"
 #include "module/MessageLoops.h"
 #include "platform/Module_win32.h"
-#include "platform/Process_win32.h"
 
 // Each thread that enters is switched to the system's default locale, whatever the host
 // has set.
@@ -19,9 +18,7 @@ BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD nReason, LPVOID pAtProcessEnd)
         SetThreadLocale(LOCALE_SYSTEM_DEFAULT);
         break;
     case DLL_PROCESS_DETACH:
-        if (pAtProcessEnd) {
-            NoteOtherThreadsAreGone();
-        } else {
+        if (!pAtProcessEnd) {
             MenuLibrary::Free();
             ForgetMessageLoop();
         }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/Module_win32.h"
+#include "platform/Process.h"
 
 namespace {
 
@@ -32,10 +33,17 @@ MessageWindow* TargetOf(HWND hWnd)
 // windows of other threads and programs come and go during a search, and end it early. A
 // thread with windows has a value in a slot that calls back when the thread ends;
 // thread_local variables are already gone at that time.
+//
+// The slot calls back for the last thread of a process too. The system takes the windows
+// then: an owner that is told might want a lock that a thread held when it was ended.
 class WindowTable
 {
 public:
-    ~WindowTable() { FlsFree(m_nSlot); }
+    ~WindowTable()
+    {
+        if (!OtherThreadsAreGone())
+            FlsFree(m_nSlot);
+    }
 
     void Add(MessageWindow& window)
     {
@@ -74,6 +82,8 @@ private:
 
     static void NTAPI OnThreadEnd(void* pTable)
     {
+        if (OtherThreadsAreGone())
+            return;
         while (MessageWindow* pWindow = static_cast<WindowTable*>(pTable)->AnyOwn())
             pWindow->Destroy();
     }
