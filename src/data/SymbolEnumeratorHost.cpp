@@ -25,9 +25,9 @@ namespace {
 //   Invariants
 //   1. m_thread holds the thread that serves the list, or nothing. The list has entries
 //      only while there is one.
-//   2. A thread whose stop event is set takes no further step. It stays in m_thread until
-//      it has been joined, and nothing is added meanwhile. A thread that was stopped by
-//      its own step can't be joined there: it moves to m_retired and loses the list.
+//   2. A thread whose stop event is set takes no further step, and has neither m_thread nor
+//      the list. Whoever stopped it keeps it until it has been joined. A thread that was
+//      stopped by its own step can't be joined there: it is kept in m_retired.
 class CSymbolEnumeratorHost
 {
 public:
@@ -54,8 +54,6 @@ private:
         Event stop{Event::Kind::ManualReset};
         WorkerWait wait;
         WorkerThread worker;
-
-        bool IsStopping() { return stop.Wait(std::chrono::milliseconds(0)); }
     };
     using ThreadList = std::list<EnumeratorThread>;
 
@@ -65,14 +63,15 @@ private:
     void ThreadMain(EnumeratorThread& self);
     bool WaitForWork(EnumeratorThread& self);
     void Step(EnumeratorThread& self);
-    EnumeratorThread* BeginStop(WorkList& dropped);
-    void EndStop(EnumeratorThread& stopped, WorkList& dropped);
+    void BeginStop(ThreadList& stopped, WorkList& dropped);
+    void AwaitStop(ThreadList& stopped);
     void JoinEnded();
 
     CriticalSection m_lock; // guards all below
     ThreadList m_thread;    // one at most
     ThreadList m_retired;
-    LONG m_nRefCount = 0; // front objects alive
+    std::size_t m_nAwaited = 0; // stopped threads that somebody waits for
+    LONG m_nRefCount = 0;       // front objects alive
     WorkList m_arSymbolEnumerators;
 };
 
@@ -101,40 +100,40 @@ void CSymbolEnumeratorHost::AddConvertor()
 void CSymbolEnumeratorHost::ReleaseConvertor()
 {
     WorkList dropped; // let go of without the lock
-    EnumeratorThread* pStopped = nullptr;
+    ThreadList stopped;
     LONG nLeft = 0;
     {
         LockGuard lock(m_lock);
         nLeft = --m_nRefCount;
         if (nLeft == 0)
-            pStopped = BeginStop(dropped);
+            BeginStop(stopped, dropped);
     }
     Assert(0 <= nLeft, "0 <= (LONG)_host.m_nRefCount");
-    if (pStopped)
-        EndStop(*pStopped, dropped);
+    AwaitStop(stopped);
 }
 
-// With the lock held. The thread to wait for; null for none.
-CSymbolEnumeratorHost::EnumeratorThread* CSymbolEnumeratorHost::BeginStop(WorkList& dropped)
+// With the lock held. Gives the thread to wait for, if there is one.
+void CSymbolEnumeratorHost::BeginStop(ThreadList& stopped, WorkList& dropped)
 {
     JoinEnded();
-    if (m_thread.empty() || m_thread.front().IsStopping())
-        return nullptr;
+    if (m_thread.empty())
+        return;
     EnumeratorThread& thread = m_thread.front();
     thread.stop.Set();
-    if (!thread.worker.IsSelf())
-        return &thread;
-    m_retired.splice(m_retired.end(), m_thread);
     dropped.swap(m_arSymbolEnumerators);
-    return nullptr;
+    ThreadList& keeper = thread.worker.IsSelf() ? m_retired : stopped;
+    keeper.splice(keeper.end(), m_thread);
+    m_nAwaited += stopped.size();
 }
 
-void CSymbolEnumeratorHost::EndStop(EnumeratorThread& stopped, WorkList& dropped)
+void CSymbolEnumeratorHost::AwaitStop(ThreadList& stopped)
 {
-    stopped.worker.JoinPumping();
+    if (stopped.empty())
+        return;
+    for (EnumeratorThread& thread : stopped)
+        thread.worker.JoinPumping();
     LockGuard lock(m_lock);
-    m_thread.clear();
-    dropped.swap(m_arSymbolEnumerators);
+    m_nAwaited -= stopped.size();
 }
 
 // With the lock held: a thread that has ended doesn't take it again.
@@ -155,8 +154,7 @@ void CSymbolEnumeratorHost::EndThread()
     {
         LockGuard lock(m_lock);
         threads.swap(m_retired);
-        if (!m_thread.empty() && !m_thread.front().IsStopping())
-            threads.splice(threads.end(), m_thread);
+        threads.splice(threads.end(), m_thread);
     }
     for (EnumeratorThread& thread : threads) {
         thread.stop.Set();
@@ -173,15 +171,15 @@ HRESULT CSymbolEnumeratorHost::Add(IFileHandlerEvents* pEvents)
 {
     LockGuard lock(m_lock);
     JoinEnded();
+    // A front object that came after the last one had gone isn't kept waiting.
+    if (m_nAwaited > 0 && m_nRefCount == 0)
+        return S_FALSE;
     if (m_thread.empty())
         StartThread();
-    EnumeratorThread& thread = m_thread.front();
-    if (thread.IsStopping())
-        return S_FALSE;
     m_arSymbolEnumerators.push_back({pEvents, 0});
     // With the lock held: the thread takes the signal before the first step of this entry, so
     // it never wakes to an empty list.
-    thread.wake.Set();
+    m_thread.front().wake.Set();
     return S_OK;
 }
 
@@ -233,8 +231,7 @@ void CSymbolEnumeratorHost::Step(EnumeratorThread& self)
     if (pEvents->ProcessRecord(nPosition, nullptr, VARIANT_TRUE) == S_OK)
         return;
     LockGuard lock(m_lock);
-    // A step that stopped its own thread has taken the list away from it. The list then belongs
-    // to a new thread.
+    // A thread that was stopped within the step has lost the list, maybe to a new thread.
     const bool bOwnList = !m_thread.empty() && &m_thread.front() == &self;
     if (bOwnList)
         m_arSymbolEnumerators.pop_front();

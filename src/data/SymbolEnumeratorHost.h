@@ -3,7 +3,8 @@
 //
 // The thread starts with the first enumeration and ends with the last front object. An
 // enumeration that is under way then ends after its current step. It and those that wait are
-// released, and their receivers aren't called. A thread that was started without any front
+// released, and their receivers aren't called. A front object that comes meanwhile gets a new
+// thread, and doesn't wait for that step. A thread that was started without any front
 // object waits for the next enumeration, and ends with the process.
 //
 // Safe from any thread. No lock is held while an enumeration is called or released.
@@ -28,8 +29,8 @@ void ReleaseConvertor();
 void EndThread();
 
 // Puts an enumeration at the end of the list. Its ProcessRecord is called with positions from
-// 0 on until it returns anything but S_OK. S_FALSE: the thread is being ended, and the
-// enumeration wasn't taken. Throws if the thread can't be started.
+// 0 on until it returns anything but S_OK. S_FALSE: the thread is being ended and no front
+// object is left, so the enumeration wasn't taken. Throws if the thread can't be started.
 HRESULT Add(IQRL_TabulexConverter::IFileHandlerEvents* pEvents);
 
 } // namespace Hesperon::specifics::SymbolEnumeratorHost

@@ -250,6 +250,37 @@ TEST(SymbolEnumeratorHostTest, TheNextFrontObjectStartsAnew)
     }
 }
 
+// The last front object of a session may go on another thread, while the next one starts.
+TEST(SymbolEnumeratorHostTest, AFrontObjectThatComesWhileTheThreadEndsIsServed)
+{
+    auto pFront = std::make_unique<Front>();
+    Gate gate;
+    ULONGLONG nOldSteps = 0;
+    const Gone pOld = Start([&](ULONGLONG) {
+        ++nOldSteps;
+        gate.Pass();
+        return S_OK;
+    });
+    ASSERT_TRUE(gate.inside.Wait(kPatience));
+    std::thread releaser([&] { pFront.reset(); });
+    AwaitStop();
+    {
+        const Front next;
+        ULONGLONG nLast = 0;
+        const Gone pNext = Start([&](ULONGLONG n) {
+            nLast = n;
+            return n < 100 ? S_OK : S_FALSE;
+        });
+        EXPECT_TRUE(pNext && pNext->Wait(kPatience));
+        EXPECT_EQ(nLast, 100u);
+        EXPECT_FALSE(pOld->Wait(kNoWait));
+        gate.open.Set();
+        releaser.join();
+    }
+    EXPECT_TRUE(pOld->Wait(kPatience));
+    EXPECT_EQ(nOldSteps, 1u);
+}
+
 // While the last front object waits for a step, the step may wait for its thread.
 TEST(SymbolEnumeratorHostTest, LastReleaseDispatchesTheMessagesOfItsThread)
 {
