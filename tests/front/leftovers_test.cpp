@@ -4,11 +4,11 @@
 #include "tests/front/ScriptedHost.h"
 
 #include "interfaces/Module.h"
+#include "tests/support/Seed.h"
 
 namespace {
 
-constexpr int kConversions = 200;
-constexpr int kHosts = kConversions / 4;
+constexpr int kHosts = 50; // of four conversions each
 
 class Leftovers : public FrontFixture
 {
@@ -53,7 +53,7 @@ protected:
 
     void RunHosts()
     {
-        for (int i = 0; i < kHosts; ++i) {
+        for (int i = 0; i < Rounds(kHosts); ++i) {
             front = NewFront();
             ASSERT_EQ(Open(*front.get(), file), S_OK);
             Convert();

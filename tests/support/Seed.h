@@ -6,5 +6,5 @@
 // The same for all tests of a program.
 unsigned Seed();
 
-// A number of rounds, times TABULEX_ROUNDS.
+// A number of rounds, times TABULEX_ROUNDS; a quarter of it under the thread sanitizer.
 int Rounds(int nUsual);
