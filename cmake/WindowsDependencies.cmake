@@ -33,7 +33,7 @@ if(TABULEX_TESTS)
   # square of an object's sections: six seconds for each program. Inline functions of the
   # headers would make the linker take the library a second time.
   foreach(library gtest gmock gtest_main gmock_main)
-    target_compile_options(${library} PRIVATE -w -O1 -g0)
+    target_compile_options(${library} PRIVATE -w -O1 -g0 -fno-lto)
     target_compile_definitions(${library} PRIVATE __CRT__NO_INLINE)
   endforeach()
 endif()

@@ -10,9 +10,11 @@
 
 namespace {
 
-// The thread sanitizer looks at every access; what it costs is made up for by fewer rounds.
-#ifdef __SANITIZE_THREAD__
+// What a sanitizer costs is made up for by fewer rounds.
+#if defined(__SANITIZE_THREAD__)
 constexpr int kSlowness = 4;
+#elif defined(__SANITIZE_ADDRESS__)
+constexpr int kSlowness = 2;
 #else
 constexpr int kSlowness = 1;
 #endif

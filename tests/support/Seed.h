@@ -6,5 +6,6 @@
 // The same for all tests of a program.
 unsigned Seed();
 
-// A number of rounds, times TABULEX_ROUNDS; a quarter of it under the thread sanitizer.
+// A number of rounds, times TABULEX_ROUNDS; half of it under the address sanitizer, and a quarter
+// under that of threads.
 int Rounds(int nUsual);
