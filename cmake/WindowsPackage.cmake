@@ -29,6 +29,9 @@ install(DIRECTORY interfaces DESTINATION include
         PATTERN NativeHost.h EXCLUDE
         PATTERN IProgressView.h EXCLUDE
         PATTERN IControlsView.h EXCLUDE
+        PATTERN IDialogViews.h EXCLUDE
+        PATTERN IFolderView.h EXCLUDE
+        PATTERN IGridView.h EXCLUDE
         PATTERN ControlTable.h EXCLUDE)
 install(FILES platform/com_ptr.h platform/component.h platform/values.h
         DESTINATION include/platform)

@@ -4,6 +4,7 @@
 #include "diagnostics/FaultmereClient.h"
 #include "platform/text/CodePage.h"
 #include "platform/threads/MessageWindow.h"
+#include "src/UIComponents/views/DialogViews.h"
 #include "src/UIComponents/views/ProgressView.h"
 
 void TabulexSetLanguage(TabulexLanguage language)
@@ -28,6 +29,11 @@ void TabulexSetReportLog(const char* path)
 void TabulexSetProgressViews(TabulexProgressViewFactory pfnMake, void* pContext)
 {
     Hesperon::specifics::UILayer::SetProgressViews(pfnMake, pContext);
+}
+
+void TabulexSetDialogViews(IQRL_TabulexConverter::IDialogViews* pViews)
+{
+    Hesperon::specifics::UILayer::SetDialogViews(pViews);
 }
 
 unsigned TabulexPumpMessages(unsigned nMilliseconds)

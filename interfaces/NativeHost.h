@@ -10,6 +10,7 @@
 // The other calls are made once, before objects are created.
 #pragma once
 
+#include "interfaces/IDialogViews.h"
 #include "interfaces/IProgressView.h"
 #include "platform/StringTable.h"
 
@@ -43,4 +44,12 @@ TABULEX_API unsigned TabulexPumpMessages(unsigned nMilliseconds);
 // thread that starts a conversion; a null view counts as none.
 typedef IQRL_TabulexConverter::IProgressView* (*TabulexProgressViewFactory)(void* pContext);
 TABULEX_API void TabulexSetProgressViews(TabulexProgressViewFactory pfnMake, void* pContext);
+
+// The views on which IqrlTabulexConvertor::DoAnalyse opens the import dialog; null for none.
+// They must outlive the calls of DoAnalyse.
+TABULEX_API void TabulexSetDialogViews(IQRL_TabulexConverter::IDialogViews* pViews);
+
+// The label of a control in the current language, or the caption of a dialog or the heading of a
+// pane for kWholeView; never null, empty for one without. Good for good.
+TABULEX_API const OLECHAR* TabulexDialogText(IQRL_TabulexConverter::DialogId dialog, LONG nControl);
 }

@@ -8,15 +8,9 @@
 #include "interfaces/FieldsAndResolutions.h"
 #include "platform/component.h"
 #include "platform/values.h"
+#include "src/data/TemplateEntry.h"
 
 namespace Hesperon::specifics {
-
-// One row of a host's list.
-struct STemplateEntry
-{
-    string_t sName;
-    LONG nId;
-};
 
 // A list as the host built it up, and the name that was chosen from it. Names are unique,
 // ids need not be.
