@@ -18,8 +18,17 @@ string_t LocaleInfo(int nType);
 // The day in the user's short date format. Only the date fields are read.
 string_t ShortDate(const SYSTEMTIME& time);
 
+// The time of day in the user's format, with seconds: "9:30:00 AM". Blanks are U+0020. Empty
+// for no time of day. Only the fields down to the second are read.
+string_t TimeText(const SYSTEMTIME& time);
+
 // The time of day in the invariant 24-hour format, HH:mm:ss.
 string_t InvariantTime(const SYSTEMTIME& time);
+
+// The pictures of short dates and of times, in the letters d M y H h m s t: "M/d/yyyy" and
+// "h:mm:ss tt". Of the system's default locale on Windows, elsewhere of the user's.
+string_t DateFormatText();
+string_t TimeFormatText();
 
 // True where the environment asks for Chinese texts (a zh locale).
 bool PrefersChinese();

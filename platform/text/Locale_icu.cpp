@@ -1,6 +1,5 @@
 #include "platform/text/Locale_icu.h"
 
-#include <algorithm>
 #include <memory>
 
 #include <fmt/format.h>
@@ -9,6 +8,7 @@
 #include <unicode/smpdtfmt.h>
 #include <unicode/uchar.h>
 
+#include "platform/text/DateTimePicture_posix.h"
 #include "platform/text/Locale.h"
 #include "platform/text/UserLocale_posix.h"
 #include "platform/variant/CalendarDay_posix.h"
@@ -25,17 +25,16 @@ string_t Ascii(std::string_view text)
     return string_t(text.begin(), text.end());
 }
 
-// ICU's short pattern may have a year of two digits; the published one has four.
-string_t ShortDatePattern(const icu::Locale& locale)
+// The picture of a format of ICU's. Its short dates may have a year of two digits; the picture
+// has four.
+string_t FormatPicture(const std::unique_ptr<icu::DateFormat>& format, string_view_t otherwise)
 {
-    const std::unique_ptr<icu::DateFormat> format(
-        icu::DateFormat::createDateInstance(icu::DateFormat::kShort, locale));
     const auto* simple = dynamic_cast<const icu::SimpleDateFormat*>(format.get());
     if (!simple)
-        return u"M/d/yyyy";
+        return string_t(otherwise);
     icu::UnicodeString pattern;
     simple->toPattern(pattern);
-    return TextOf(pattern);
+    return PictureOf(TextOf(pattern));
 }
 
 bool IsValidDate(const SYSTEMTIME& time)
@@ -44,25 +43,9 @@ bool IsValidDate(const SYSTEMTIME& time)
            time.wDay >= 1 && time.wDay <= DaysInMonth(time.wYear, time.wMonth);
 }
 
-// A field of the pattern's letter; empty for a letter that isn't one.
-std::string DateField(OLECHAR letter, std::size_t nWidth, const SYSTEMTIME& time)
+bool IsValidTime(const SYSTEMTIME& time)
 {
-    switch (letter) {
-    case u'y':
-        return fmt::format("{:04}", time.wYear);
-    case u'M':
-    case u'L':
-        return fmt::format("{:0{}}", time.wMonth, std::min<std::size_t>(nWidth, 2));
-    case u'd':
-        return fmt::format("{:0{}}", time.wDay, std::min<std::size_t>(nWidth, 2));
-    default:
-        return {};
-    }
-}
-
-bool IsPatternLetter(OLECHAR c)
-{
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+    return time.wHour <= 23 && time.wMinute <= 59 && time.wSecond <= 59;
 }
 
 } // namespace
@@ -88,7 +71,17 @@ LocaleNames::LocaleNames(const std::string& name)
         for (int n = 0; n < 12; ++n, ++next)
             *next = n < nMonths ? TextOf(months[n]) : string_t();
     }
-    m_shortDate = ShortDatePattern(locale);
+    int32_t nMarks = 0;
+    const icu::UnicodeString* marks = symbols.getAmPmStrings(nMarks);
+    for (int n = 0; n < 2 && n < nMarks; ++n) {
+        m_marks[n] = TextOf(marks[n]);
+        PlainBlanks(m_marks[n]);
+    }
+    using Format = icu::DateFormat;
+    const auto date = std::unique_ptr<Format>(Format::createDateInstance(Format::kShort, locale));
+    const auto time = std::unique_ptr<Format>(Format::createTimeInstance(Format::kMedium, locale));
+    m_datePicture = FormatPicture(date, u"M/d/yyyy");
+    m_timePicture = FormatPicture(time, u"h:mm:ss tt");
 }
 
 string_t LocaleNames::Info(int nType) const
@@ -100,22 +93,13 @@ string_t LocaleNames::Info(int nType) const
 
 string_t LocaleNames::ShortDate(const SYSTEMTIME& time) const
 {
-    string_t text;
-    if (!IsValidDate(time))
-        return text;
-    for (string_view_t rest = m_shortDate; !rest.empty();) {
-        const OLECHAR c = rest.front();
-        if (!IsPatternLetter(c)) {
-            if (c != u'\'')
-                text.push_back(c);
-            rest.remove_prefix(1);
-            continue;
-        }
-        const std::size_t nWidth = std::min(rest.find_first_not_of(c), rest.size());
-        text += Ascii(DateField(c, nWidth, time));
-        rest.remove_prefix(nWidth);
-    }
-    return text;
+    return IsValidDate(time) ? FillPicture(m_datePicture, time, {}) : string_t();
+}
+
+string_t LocaleNames::Time(const SYSTEMTIME& time) const
+{
+    return IsValidTime(time) ? FillPicture(m_timePicture, time, m_marks[time.wHour / 12])
+                             : string_t();
 }
 
 // Never freed, so that threads may still ask while the process ends.
@@ -146,9 +130,24 @@ string_t ShortDate(const SYSTEMTIME& time)
     return UserLocaleNames().ShortDate(time);
 }
 
+string_t TimeText(const SYSTEMTIME& time)
+{
+    return UserLocaleNames().Time(time);
+}
+
+string_t DateFormatText()
+{
+    return UserLocaleNames().DatePicture();
+}
+
+string_t TimeFormatText()
+{
+    return UserLocaleNames().TimePicture();
+}
+
 string_t InvariantTime(const SYSTEMTIME& time)
 {
-    if (time.wHour > 23 || time.wMinute > 59 || time.wSecond > 59)
+    if (!IsValidTime(time))
         return {};
     return Ascii(fmt::format("{:02}:{:02}:{:02}", time.wHour, time.wMinute, time.wSecond));
 }

@@ -4,6 +4,7 @@
 
 #include "SystemTime.h"
 #include "Values.h"
+#include "platform/text/DateTimePicture_posix.h"
 #include "platform/text/Locale.h"
 #include "platform/text/Locale_icu.h"
 #include "platform/text/UserLocale_posix.h"
@@ -103,6 +104,85 @@ TEST(ShortDate, HasTheYearInFullAndTheLocalesOrder)
     for (const Row& row : rows)
         EXPECT_EQ(Narrow(LocaleNames(row.locale).ShortDate(Time(2004, 3, 5))), Narrow(row.text))
             << row.locale;
+}
+
+TEST(TimeText, FollowsTheLocale)
+{
+    struct Row
+    {
+        const char* locale;
+        string_view_t text;
+    };
+    const Row rows[] = {
+        {"en_US", u"3:05:09 PM"},
+        {"en_GB", u"15:05:09"},
+        {"de_DE", u"15:05:09"},
+        {"zh_CN", u"15:05:09"},
+        {"ko_KR", u"\uC624\uD6C4 3:05:09"},
+        {"es_CO", u"3:05:09 p. m."},
+    };
+    SYSTEMTIME time = {};
+    time.wHour = 15;
+    time.wMinute = 5;
+    time.wSecond = 9;
+    for (const Row& row : rows)
+        EXPECT_EQ(Narrow(LocaleNames(row.locale).Time(time)), Narrow(row.text)) << row.locale;
+}
+
+TEST(FormatTexts, FollowTheLocale)
+{
+    struct Row
+    {
+        const char* locale;
+        string_view_t date, time;
+    };
+    const Row rows[] = {
+        {"en_US", u"M/d/yyyy", u"h:mm:ss tt"},    {"en_GB", u"dd/MM/yyyy", u"HH:mm:ss"},
+        {"de_DE", u"dd.MM.yyyy", u"HH:mm:ss"},    {"zh_CN", u"yyyy/M/d", u"HH:mm:ss"},
+        {"ko_KR", u"yyyy. M. d.", u"tt h:mm:ss"},
+    };
+    for (const Row& row : rows) {
+        const LocaleNames names(row.locale);
+        EXPECT_EQ(Narrow(names.DatePicture()), Narrow(row.date)) << row.locale;
+        EXPECT_EQ(Narrow(names.TimePicture()), Narrow(row.time)) << row.locale;
+    }
+}
+
+TEST(Pictures, HaveTheLettersOfWindows)
+{
+    const std::pair<string_view_t, string_view_t> rows[] = {
+        {u"h:mm:ss\u202Fa", u"h:mm:ss tt"},
+        {u"d\u00A0M\u00A0y", u"d M yyyy"},
+        {u"yy-LLL-dd", u"yyyy-MM-dd"},
+        {u"kk:m:s B", u"HH:m:s tt"},
+        {u"K:mm b", u"h:mm tt"},
+        {u"H'h'mm", u"H'h'mm"},
+        {u"d.M.y GGGGG", u"d.M.yyyy "},
+        {u"H 'open", u"H 'open"},
+        {u"", u""},
+    };
+    for (const auto& [pattern, picture] : rows)
+        EXPECT_EQ(Narrow(PictureOf(pattern)), Narrow(picture)) << Narrow(pattern);
+}
+
+TEST(Pictures, AreFilledWithTheFieldsOfATime)
+{
+    SYSTEMTIME time = Time(2004, 3, 5);
+    time.wHour = 13;
+    time.wMinute = 7;
+    time.wSecond = 9;
+    const std::pair<string_view_t, string_view_t> rows[] = {
+        {u"d/M/yyyy", u"5/3/2004"},
+        {u"dd.MM.yyyy", u"05.03.2004"},
+        {u"HH:mm:ss", u"13:07:09"},
+        {u"h:m:s tt", u"1:7:9 pm"},
+        {u"H' o''clock'", u"13 oclock"},
+        {u"H'h", u"13h"},
+        {u"'", u""},
+        {u"", u""},
+    };
+    for (const auto& [picture, text] : rows)
+        EXPECT_EQ(Narrow(FillPicture(picture, time, u"pm")), Narrow(text)) << Narrow(picture);
 }
 
 TEST(LowerCase, KnowsTheDottedCapital)

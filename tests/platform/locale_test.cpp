@@ -46,6 +46,42 @@ TEST(ShortDate, HasLeapDaysInLeapYears)
     EXPECT_EQ(ShortDate(Time(2003, 2, 29)).empty(), !EachYearHasALeapDay());
 }
 
+SYSTEMTIME TimeOfDay(WORD wHour, WORD wMinute, WORD wSecond)
+{
+    SYSTEMTIME time = {};
+    time.wHour = wHour;
+    time.wMinute = wMinute;
+    time.wSecond = wSecond;
+    return time;
+}
+
+TEST(TimeText, HasSecondsAndTheHalfOfTheDay)
+{
+    EXPECT_EQ(Narrow(TimeText(TimeOfDay(9, 30, 0))), "9:30:00 AM");
+    EXPECT_EQ(Narrow(TimeText(TimeOfDay(0, 5, 9))), "12:05:09 AM");
+    EXPECT_EQ(Narrow(TimeText(TimeOfDay(12, 0, 0))), "12:00:00 PM");
+    EXPECT_EQ(Narrow(TimeText(TimeOfDay(23, 59, 59))), "11:59:59 PM");
+}
+
+TEST(TimeText, LeavesMillisecondsOut)
+{
+    SYSTEMTIME time = TimeOfDay(9, 30, 0);
+    time.wMilliseconds = 250;
+    EXPECT_EQ(Narrow(TimeText(time)), "9:30:00 AM");
+}
+
+TEST(TimeText, IsEmptyForNoTimeOfDay)
+{
+    for (const SYSTEMTIME& time : {TimeOfDay(24, 0, 0), TimeOfDay(0, 60, 0), TimeOfDay(0, 0, 60)})
+        EXPECT_EQ(TimeText(time), OLESTR(""));
+}
+
+TEST(FormatTexts, AreThePicturesOfShortDatesAndTimes)
+{
+    EXPECT_EQ(Narrow(DateFormatText()), "M/d/yyyy");
+    EXPECT_EQ(Narrow(TimeFormatText()), "h:mm:ss tt");
+}
+
 TEST(InvariantTime, HasTwoDigitsEverywhere)
 {
     SYSTEMTIME time = {};

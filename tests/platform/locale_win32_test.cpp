@@ -11,4 +11,13 @@ TEST(PrefersChinese, WhereTheUsersLocaleIsChinese)
     EXPECT_EQ(PrefersChinese(), string_t(language) == L"zh");
 }
 
+TEST(FormatTexts, AreThoseOfTheSystemsLocale)
+{
+    wchar_t date[80] = {}, time[80] = {};
+    GetLocaleInfoW(LOCALE_SYSTEM_DEFAULT, LOCALE_SSHORTDATE, date, 80);
+    GetLocaleInfoW(LOCALE_SYSTEM_DEFAULT, LOCALE_STIMEFORMAT, time, 80);
+    EXPECT_EQ(DateFormatText(), date);
+    EXPECT_EQ(TimeFormatText(), time);
+}
+
 } // namespace
