@@ -13,7 +13,7 @@
 
 #include "platform/values.h"
 
-inline constexpr std::size_t kMaxDispatchArguments = 5;
+inline constexpr std::size_t kMaxDispatchArguments = 6;
 
 // Calls an operation with its coerced arguments, in declared order.
 struct DispatchCall

@@ -8,7 +8,7 @@ from tables import ROOT, read, rows, sections
 
 KINDS = {"BYTE": "UI1", "LONG": "I4", "ULONG": "UI4", "LONG_PTR": "I8", "ULONG_PTR": "UI8",
          "ULONGLONG": "UI8", "FLOAT": "R4", "VARIANT_BOOL": "BOOL", "BSTR": "BSTR",
-         "VARIANT": "VARIANT", "IDispatch*": "DISPATCH"}
+         "VARIANT": "VARIANT", "IDispatch*": "DISPATCH", "BOOL": "I4", "OLE_COLOR": "UI4"}
 ACCESS = {"Property": "get and put", "ReadOnly": "get", "Result": "get", "WriteOnly": "put"}
 
 
@@ -35,12 +35,12 @@ def declared_kinds():
 def dispatch_tables():
     """The rows of each dispatch table as the document has them: number, name, arguments."""
     kinds = declared_kinds()
-    source = read("module/DispatchTables.cpp") + read("module/HostDispatchTables.cpp")
+    source = "".join(read(f"module/{name}DispatchTables.cpp") for name in ("", "Host", "Control"))
     tables = {}
     for interface, body in re.findall(r"DispatchTable<(\w+)>\(\)\n\{(.*?)\n\}\n", source, re.S):
         tables[interface] = set()
         for row, operation, name, number, names in re.findall(
-                r'(\w+)Row<&\w+::(\w+)[^>]*>\(\s*OLESTR\("(\w+)"\),\s*(0x[0-9a-f]+|\d+)'
+                r'(\w+)Row<&\w+::(\w+)[^>]*>\(\s*OLESTR\("(\w+)"\),\s*(0x[0-9a-f]+|-?\d+)'
                 r"(?:,\s*\{(.*?)\})?", body, re.S):
             arguments = kinds[interface, operation]
             if row == "Method":
@@ -56,11 +56,11 @@ def dispatch_tables():
 def check_dispids(_):
     parts = sections(read("docs/hosting.md"), 3)
     tables = dispatch_tables()
-    if len(tables) < 11 or not all(tables.values()):
+    if len(tables) < 15 or not all(tables.values()):
         yield f"tables of {sorted(tables)} only"
     for name, has in tables.items():
         told = {(int(row[0]), row[1].strip("`"), row[2]) for row in rows(parts.get(name, ""))
-                if row[0].isdigit()}
+                if row[0].removeprefix("-").isdigit()}
         for row in sorted(has ^ told):
             yield f"{name}: only {'the code' if row in has else 'the document'} has {row}"
 

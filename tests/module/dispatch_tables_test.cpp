@@ -4,10 +4,14 @@
 
 #include <set>
 
+#include "interfaces/IDataChangeSink.h"
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
 #include "interfaces/IFileHandlerEvents.h"
+#include "interfaces/IFolderViewCtrl.h"
 #include "interfaces/IProgressBox.h"
+#include "interfaces/IQRLCommonCtrlContained.h"
+#include "interfaces/IQRLDataGridViewCtrl.h"
 #include "interfaces/IQRLGUITweak.h"
 #include "interfaces/IRecordParser.h"
 #include "interfaces/ISymbolEnumerator.h"
@@ -191,6 +195,37 @@ constexpr Entry kSymbolEnumerator[] = {
     {OLESTR("Start"), 4},
 };
 
+constexpr Entry kGrid[] = {
+    {OLESTR("AutoSize"), -500, kProperty},
+    {OLESTR("BackColor"), -501, kProperty},
+    {OLESTR("BorderStyle"), -504, kProperty},
+    {OLESTR("BorderWidth"), -505, kProperty},
+    {OLESTR("Enabled"), -514, kProperty},
+    {OLESTR("TabStop"), -516, kProperty},
+    {OLESTR("DataParser"), 1, kProperty},
+    {OLESTR("NotifySourceDetach"), 2},
+    {OLESTR("TextMode"), 3, kProperty},
+    {OLESTR("CreateFields"), 4},
+    {OLESTR("oncomplexfieldchange"), 5, kWriteOnly},
+    {OLESTR("Refresh"), 6},
+    {OLESTR("DataChangeSink"), 7, kWriteOnly},
+};
+
+constexpr Entry kFolderView[] = {
+    {OLESTR("FileName"), 1, kProperty}, {OLESTR("onchange"), 2, kWriteOnly},
+    {OLESTR("Folder"), 3, kProperty},   {OLESTR("Title"), 4, kProperty},
+    {OLESTR("disabled"), 5, kProperty},
+};
+
+constexpr Entry kContained[] = {
+    {OLESTR("CreateControl"), 1},
+    {OLESTR("DefWindowProc0"), 2},
+    {OLESTR("DefWindowProcW"), 3},
+    {OLESTR("ControlHWND"), 4, kReadOnly},
+};
+
+constexpr Entry kDataChangeSink[] = {{OLESTR("OnDataChanged"), 1}};
+
 DISPID IdOf(std::span<const DispatchRow> table, string_t sName)
 {
     LPOLESTR name = sName.data();
@@ -256,6 +291,40 @@ TEST(DispatchNumbers, OfTheTweaks)
 TEST(DispatchNumbers, OfTheDataSink)
 {
     Expect(DispatchTable<IqrlTabulexDataSink>(), kDataSink);
+}
+
+TEST(DispatchNumbers, OfTheDialogsControls)
+{
+    Expect(DispatchTable<IQRLDataGridViewCtrl>(), kGrid);
+    Expect(DispatchTable<IFolderViewCtrl>(), kFolderView);
+    Expect(DispatchTable<IQRLCommonCtrlContained>(), kContained);
+    Expect(DispatchTable<IDataChangeSink>(), kDataChangeSink);
+}
+
+// Each interface refuses more arguments than its own widest operation takes.
+TEST(DispatchNumbers, WidestOperationsAreCountedForEachInterface)
+{
+    struct Row
+    {
+        std::span<const DispatchRow> table;
+        UINT nMost;
+    };
+    const Row kRows[] = {
+        {DispatchTable<IQRLCommonCtrlContained>(), 6}, {DispatchTable<IDataParser>(), 5},
+        {DispatchTable<IqrlTabulexConvertor>(), 4},    {DispatchTable<IQRLDataGridViewCtrl>(), 1},
+        {DispatchTable<IFolderViewCtrl>(), 1},         {DispatchTable<IDataChangeSink>(), 0},
+    };
+    for (const Row& row : kRows) {
+        VARIANT arguments[7]{};
+        DISPPARAMS params{arguments, nullptr, row.nMost + 1, 0};
+        const auto invoke = [&] {
+            return DispatchInvoke(row.table, nullptr, 99, DISPATCH_METHOD, &params, nullptr,
+                                  nullptr, nullptr);
+        };
+        EXPECT_EQ(DISP_E_BADPARAMCOUNT, invoke()) << row.nMost;
+        params.cArgs = row.nMost;
+        EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke()) << row.nMost;
+    }
 }
 
 TEST(DispatchNumbers, OfTheSymbolEnumerator)
