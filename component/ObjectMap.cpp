@@ -3,6 +3,7 @@
 #include "interfaces/ClassIds.h"
 #include "module/ComObject.h"
 #include "src/UIComponents/ProgressDlgNoHTML.h"
+#include "src/UIComponents/controls/QRLDataGridViewCtrl.h"
 #include "src/data/DataParser.h"
 #include "src/data/FakeRecordParser.h"
 #include "src/data/SymbolEnumerator.h"
@@ -28,6 +29,8 @@ std::span<const ObjectMapEntry> ObjectMap()
          &CreateClass<CqrlDataParserEventsProxy>},
         {CLSID_CProgressDlgNoHTML, OLESTR("CProgressDlgNoHTML.CProgressDlgNoHTML"),
          &CreateClass<UILayer::CProgressDlgNoHTML>},
+        {CLSID_CQRLDataGridViewCtrl, OLESTR("TabulexConverter.QRLDataGridViewCtrl"),
+         &CreateClass<CQRLDataGridViewCtrl>},
         {CLSID_CSymbolEnumerator, OLESTR("TabulexConverter.SymbolEnumerator"),
          &CreateClass<CSymbolEnumerator>},
         {CLSID_CFakeRecordParser, OLESTR("TabulexConverter.FakeRecordParser"),

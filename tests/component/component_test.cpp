@@ -9,6 +9,7 @@
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
 #include "interfaces/IProgressBox.h"
+#include "interfaces/IQRLDataGridViewCtrl.h"
 #include "interfaces/IRecordParser.h"
 #include "interfaces/ISymbolEnumerator.h"
 #include "interfaces/IValueMultiplier.h"
@@ -58,6 +59,10 @@ const ClassRow kClasses[] = {
      {0x80E5F78A, 0x3001, 0x46CA, {0x94, 0x65, 0x26, 0x38, 0x64, 0x08, 0x02, 0xBE}},
      OLESTR("CProgressDlgNoHTML.CProgressDlgNoHTML"),
      iid_of<IProgressBox>},
+    {"data grid",
+     {0x15863D31, 0x7437, 0x4F5B, {0x85, 0xAE, 0x75, 0x5F, 0xAB, 0xC2, 0x96, 0x0B}},
+     OLESTR("TabulexConverter.QRLDataGridViewCtrl"),
+     iid_of<IQRLDataGridViewCtrl>},
     {"host's object",
      {0xCB33C95B, 0x48D2, 0x4735, {0xA3, 0xC5, 0x0B, 0x0F, 0x43, 0x0D, 0xA0, 0x46}},
      OLESTR("TabulexConverter.qrlTabulexConvertor"),

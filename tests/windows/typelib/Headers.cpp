@@ -5,7 +5,10 @@
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
 #include "interfaces/IFileHandlerEvents.h"
+#include "interfaces/IFolderViewCtrl.h"
 #include "interfaces/IProgressBox.h"
+#include "interfaces/IQRLCommonCtrlContained.h"
+#include "interfaces/IQRLDataGridViewCtrl.h"
 #include "interfaces/IQRLGUITweak.h"
 #include "interfaces/IRecordParser.h"
 #include "interfaces/ISymbolEnumerator.h"
@@ -297,6 +300,58 @@ std::vector<Member> MembersOf<IProgressDlg>()
     };
 }
 
+template <>
+std::vector<Member> MembersOf<IQRLDataGridViewCtrl>()
+{
+    using I = IQRLDataGridViewCtrl;
+    return {
+        MEMBER(put_AutoSize),
+        MEMBER(get_AutoSize),
+        MEMBER(put_BackColor),
+        MEMBER(get_BackColor),
+        MEMBER(put_BorderStyle),
+        MEMBER(get_BorderStyle),
+        MEMBER(put_BorderWidth),
+        MEMBER(get_BorderWidth),
+        MEMBER(put_Enabled),
+        MEMBER(get_Enabled),
+        MEMBER(put_TabStop),
+        MEMBER(get_TabStop),
+        MEMBER(get_DataParser),
+        MEMBER(put_DataParser),
+        MEMBER(NotifySourceDetach),
+        MEMBER(get_TextMode),
+        MEMBER(put_TextMode),
+        MEMBER(CreateFields),
+        MEMBER(put_oncomplexfieldchange),
+        MEMBER(Refresh),
+        MEMBER(put_DataChangeSink),
+    };
+}
+
+template <>
+std::vector<Member> MembersOf<IFolderViewCtrl>()
+{
+    using I = IFolderViewCtrl;
+    return {
+        MEMBER(get_FileName), MEMBER(put_FileName), MEMBER(put_onchange),
+        MEMBER(get_Folder),   MEMBER(put_Folder),   MEMBER(get_Title),
+        MEMBER(put_Title),    MEMBER(get_disabled), MEMBER(put_disabled),
+    };
+}
+
+template <>
+std::vector<Member> MembersOf<IQRLCommonCtrlContained>()
+{
+    using I = IQRLCommonCtrlContained;
+    return {
+        MEMBER(CreateControl),
+        MEMBER(DefWindowProc0),
+        MEMBER(DefWindowProcW),
+        MEMBER(get_ControlHWND),
+    };
+}
+
 template <class Interface>
 Description DescriptionOf(string_view_t sName)
 {
@@ -316,7 +371,8 @@ const std::vector<Description>& Descriptions()
         DESCRIPTION(IRecordParser),        DESCRIPTION(IDataParserEvents),
         DESCRIPTION(IFileHandlerEvents),   DESCRIPTION(IFileHandlerEvents2),
         DESCRIPTION(ISymbolEnumerator),    DESCRIPTION(IValueMultiplier),
-        DESCRIPTION(IProgressDlg),
+        DESCRIPTION(IProgressDlg),         DESCRIPTION(IQRLDataGridViewCtrl),
+        DESCRIPTION(IFolderViewCtrl),      DESCRIPTION(IQRLCommonCtrlContained),
     };
     return all;
 }

@@ -10,7 +10,10 @@
 #include "interfaces/ClassIds.h"
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
+#include "interfaces/IFolderViewCtrl.h"
 #include "interfaces/IProgressBox.h"
+#include "interfaces/IQRLCommonCtrlContained.h"
+#include "interfaces/IQRLDataGridViewCtrl.h"
 #include "interfaces/IRecordParser.h"
 #include "interfaces/ISymbolEnumerator.h"
 #include "interfaces/IValueMultiplier.h"
@@ -44,6 +47,9 @@ const ClassRow kClasses[] = {
     CLASS_ROW(CProgressDlgNoHTML, IProgressDlg),
     CLASS_ROW(CSymbolEnumerator, ISymbolEnumerator),
     CLASS_ROW(CFakeRecordParser, IRecordParser),
+    CLASS_ROW(CQRLDataGridViewCtrl, IQRLDataGridViewCtrl),
+    CLASS_ROW(CFolderViewCtrl, IFolderViewCtrl),
+    CLASS_ROW(CQRLCommonCtrlContained, IQRLCommonCtrlContained),
 };
 
 // How many descriptions of a kind the library has.
