@@ -4,6 +4,7 @@
 #include "diagnostics/FaultmereClient.h"
 #include "platform/text/CodePage.h"
 #include "platform/threads/MessageWindow.h"
+#include "src/UIComponents/views/DialogTexts.h"
 #include "src/UIComponents/views/DialogViews.h"
 #include "src/UIComponents/views/ProgressView.h"
 
@@ -34,6 +35,11 @@ void TabulexSetProgressViews(TabulexProgressViewFactory pfnMake, void* pContext)
 void TabulexSetDialogViews(IQRL_TabulexConverter::IDialogViews* pViews)
 {
     Hesperon::specifics::UILayer::SetDialogViews(pViews);
+}
+
+const OLECHAR* TabulexDialogText(IQRL_TabulexConverter::DialogId dialog, LONG nControl)
+{
+    return Hesperon::specifics::UILayer::DialogText(dialog, nControl);
 }
 
 unsigned TabulexPumpMessages(unsigned nMilliseconds)

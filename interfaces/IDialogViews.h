@@ -38,6 +38,7 @@ inline constexpr LONG kDialogFailed = -1; // it couldn't be set up
 
 enum ImportControl : LONG
 {
+    ImportLabel = -1, // over the file picker
     ImportOk = 300,
     ImportCancel = 2,
 };
@@ -83,9 +84,9 @@ enum TemplateControl : LONG
     TemplateDelete = 454, // button
 };
 
-// Check boxes.
 enum DelimiterControl : LONG
 {
+    DelimiterLabel = -1, // over the check boxes, which follow
     DelimiterSpace = 203,
     DelimiterTab = 204,
     DelimiterSemicolon = 205,
