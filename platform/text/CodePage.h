@@ -38,6 +38,18 @@ void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out);
 // surrogate has a mark of its own, and UTF-8 has U+FFFD for a lone one.
 std::string EncodeText(UINT nCodePage, string_view_t text);
 
+struct CodePageDescription
+{
+    UINT nCodePage;
+    string_t sDescription; // for the user, such as "Western European (Windows)"
+};
+
+// The code pages that text can be read in, in the system's order; empty where the system
+// can't tell. On Windows those that it offers for documents, with descriptions in the
+// user's language, and the thread must be in an apartment; elsewhere the published ones that
+// there is a converter for, with English descriptions.
+std::vector<CodePageDescription> CodePages();
+
 struct DetectedCodePage
 {
     UINT nCodePage;
