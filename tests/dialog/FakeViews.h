@@ -214,7 +214,8 @@ public:
     const LONG_PTR m_hwndParent;
     LONG m_nResult = 0; // 0 while it runs
     IControlsView* m_pFocusPane = nullptr;
-    std::set<LONG> m_refused; // panes that can't be made
+    std::set<LONG> m_refused;                // panes that can't be made
+    std::function<void(FakePane&)> m_onPane; // when one has been made
     std::map<LONG, std::unique_ptr<FakePane>> m_panes;
     std::unique_ptr<FakeFolderView> m_pFolderView;
 
@@ -235,6 +236,8 @@ public:
             return nullptr;
         auto& pPane = m_panes[pane];
         pPane = std::make_unique<FakePane>(std::to_string(pane), m_pLog, events);
+        if (m_onPane)
+            m_onPane(*pPane);
         return pPane.get();
     }
     IFolderView* MakeFolderView(IFolderEvents& events) override
@@ -267,6 +270,19 @@ public:
 
 private:
     IDialogEvents& m_dialogEvents;
+};
+
+// The events of a dialog that is there for its panes only.
+struct NoDialogEvents : IDialogEvents
+{
+    void OnOpen(IDialogView&) override {}
+    void OnDefaultCommand() override {}
+    void OnDestroy() override {}
+    void OnText(LONG) override {}
+    void OnSelect(LONG) override {}
+    void OnClick(LONG) override {}
+    void OnDate(LONG) override {}
+    void OnResize() override {}
 };
 
 // The process's views while it lives.
