@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "CodePages.h"
@@ -86,6 +88,33 @@ TEST(CodePageDetection, PutsTheRightPageFirst)
 TEST(CodePageDetection, FindsSeveralForAscii)
 {
     EXPECT_EQ(DetectCodePages("Date,Time,Open\r\n2004-01-02,10:30,1\r\n", 2).size(), 2u);
+}
+
+TEST(CodePageList, HasOnlyPagesWithAConverter)
+{
+    const UINT nBefore = AnsiCodePage();
+    for (const CodePageDescription& page : CodePages())
+        EXPECT_TRUE(SetAnsiCodePage(page.nCodePage)) << page.nCodePage;
+    SetAnsiCodePage(nBefore);
+}
+
+TEST(CodePageList, HasTheEnglishDescriptions)
+{
+    struct Row
+    {
+        UINT nCodePage;
+        string_view_t sDescription;
+    };
+    static constexpr Row kRows[] = {
+        {936, u"Chinese Simplified (GBK)"}, {950, u"Chinese Traditional (Big5)"},
+        {932, u"Japanese (Shift-JIS)"},     {949, u"Korean (Windows)"},
+        {20866, u"Cyrillic (KOI8-R)"},      {65001, u"Unicode (UTF-8)"},
+    };
+    const std::vector<CodePageDescription> pages = CodePages();
+    for (const Row& row : kRows)
+        EXPECT_TRUE(std::ranges::any_of(pages, [&](const CodePageDescription& page) {
+            return page.nCodePage == row.nCodePage && page.sDescription == row.sDescription;
+        })) << row.nCodePage;
 }
 
 } // namespace
