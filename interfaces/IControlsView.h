@@ -76,7 +76,7 @@ struct IControlsView
     virtual void Move(LONG nControl, const ControlPlace& place) = 0;
     // At once, what lies behind it as well.
     virtual void Repaint(LONG nControl) = 0;
-    // The control that the keyboard goes to; kWholeView for none.
+    // The control that the keyboard goes to; kWholeView where it goes elsewhere.
     virtual void SetFocus(LONG nControl) = 0;
     virtual LONG Focus() = 0;
     // What the controls can lie in; its upper left corner is 0, 0.

@@ -111,8 +111,6 @@ struct IDialogView : IControlsView
     // Move of kWholeView are a pane's place in the dialog.
     virtual IPaneView* MakePane(DialogId pane, IControlEvents& events) = 0;
     virtual IFolderView* MakeFolderView(IFolderEvents& events) = 0;
-    // Whether the keyboard goes to a control of the pane; null is the dialog itself.
-    virtual bool HasFocus(IControlsView* pPane) = 0;
     virtual void Centre() = 0; // on the window that the dialog was opened over
     // The handle that boxes are opened over; 0 where there are no windows.
     virtual LONG_PTR Window() = 0;

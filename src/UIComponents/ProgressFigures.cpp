@@ -44,12 +44,6 @@ std::uint32_t StartedSeconds(std::uint32_t nMilliseconds)
     return nMilliseconds / 1000 + (nMilliseconds % 1000 != 0);
 }
 
-string_t DecimalText(ULONGLONG nNumber)
-{
-    const std::string sDigits = std::to_string(nNumber);
-    return {sDigits.begin(), sDigits.end()};
-}
-
 string_t DurationText(std::uint32_t nSeconds)
 {
     return DecimalText(nSeconds / 60) + OLESTR(" min ") + DecimalText(nSeconds % 60) +

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "platform/component.h"
+#include "src/UIComponents/DecimalText.h"
 
 namespace Hesperon::specifics::UILayer {
 
@@ -17,7 +18,6 @@ std::uint32_t RemainingTime(std::uint32_t nElapsed, FLOAT fRelative);
 std::uint32_t WholeSeconds(std::uint32_t nMilliseconds);   // rounded down
 std::uint32_t StartedSeconds(std::uint32_t nMilliseconds); // rounded up
 
-string_t DecimalText(ULONGLONG nNumber);
 string_t DurationText(std::uint32_t nSeconds); // "%u min %u sec" in every language
 
 } // namespace Hesperon::specifics::UILayer

@@ -212,8 +212,7 @@ public:
 
     const DialogId m_dialog;
     const LONG_PTR m_hwndParent;
-    LONG m_nResult = 0; // 0 while it runs
-    IControlsView* m_pFocusPane = nullptr;
+    LONG m_nResult = 0;                      // 0 while it runs
     std::set<LONG> m_refused;                // panes that can't be made
     std::function<void(FakePane&)> m_onPane; // when one has been made
     std::map<LONG, std::unique_ptr<FakePane>> m_panes;
@@ -222,11 +221,12 @@ public:
     IDialogEvents& Events() { return m_dialogEvents; }
     FakePane& Pane(DialogId pane) { return *m_panes.at(pane); }
     FakeGrid& Grid(DialogId pane) { return *Pane(pane).m_pGrid; }
-    // Enter while a control of a pane, null for the dialog itself, has the focus.
-    void PressEnter(IControlsView* pPane, LONG nControl)
+    // Enter while a control of a pane, 0 for the dialog itself, has the focus.
+    void PressEnter(LONG nPane, LONG nControl)
     {
-        m_pFocusPane = pPane;
-        (pPane ? *pPane : static_cast<IControlsView&>(*this)).SetFocus(nControl);
+        SetFocus(nPane == 0 ? nControl : kWholeView);
+        for (auto& [pane, pPane] : m_panes)
+            pPane->SetFocus(pane == nPane ? nControl : kWholeView);
         m_dialogEvents.OnDefaultCommand();
     }
 
@@ -247,7 +247,6 @@ public:
         m_pFolderView = std::make_unique<FakeFolderView>("folder", m_pLog, events);
         return m_pFolderView.get();
     }
-    bool HasFocus(IControlsView* pPane) override { return pPane == m_pFocusPane; }
     void Centre() override
     {
         if (m_pLog)

@@ -118,7 +118,7 @@ TEST(DelimiterDialog, EnterIsOk)
     FakeViews views;
     views.m_onRun = [](FakeDialog& dialog) {
         dialog.Tick(DelimiterBar, 1);
-        dialog.PressEnter(nullptr, DelimiterBar);
+        dialog.PressEnter(0, DelimiterBar);
     };
     CSelectDelimitersDialog dialog;
     EXPECT_EQ(dialog.DoModal(), kDialogOk);

@@ -312,11 +312,10 @@ TEST_F(TemplateDialog, ADeletedTemplateStaysInTheParserThatWasGiven)
 
 TEST_F(TemplateDialog, EnterIsOkWhereOkIsEnabled)
 {
-    EXPECT_EQ(Run([](FakeDialog& dialog) { dialog.PressEnter(nullptr, TemplateText); }),
-              kDialogCancel);
+    EXPECT_EQ(Run([](FakeDialog& dialog) { dialog.PressEnter(0, TemplateText); }), kDialogCancel);
     EXPECT_EQ(Run([](FakeDialog& dialog) {
                   dialog.Type(TemplateText, "*y");
-                  dialog.PressEnter(nullptr, TemplateText);
+                  dialog.PressEnter(0, TemplateText);
               }),
               kDialogOk);
 }

@@ -23,6 +23,14 @@ inline void MoveDown(IControlsView& view, LONG nControl, LONG nDelta)
     view.Move(nControl, place);
 }
 
+// Moves a control so that its upper left corner is there; its size stays.
+inline void MoveTo(IControlsView& view, LONG nControl, LONG nLeft, LONG nTop)
+{
+    const ControlPlace place = view.Place(nControl);
+    view.Move(nControl,
+              {nLeft, nTop, nLeft + place.nRight - place.nLeft, nTop + place.nBottom - place.nTop});
+}
+
 // Makes a control, or the whole view, higher by nDelta; its top stays.
 inline void GrowHeight(IControlsView& view, LONG nControl, LONG nDelta)
 {

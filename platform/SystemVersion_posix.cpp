@@ -1,0 +1,6 @@
+#include "platform/SystemVersion.h"
+
+unsigned SystemMajorVersion()
+{
+    return 6;
+}
