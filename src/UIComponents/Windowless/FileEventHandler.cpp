@@ -1,0 +1,21 @@
+#include "src/UIComponents/Windowless/FileEventHandler.h"
+
+#include <mutex>
+
+namespace Hesperon::specifics {
+
+void CFileEventHandler::PointAt(notify::IFileEventSink* pSink)
+{
+    const std::lock_guard lock(m_lock);
+    m_pSink = pSink;
+}
+
+HRESULT CFileEventHandler::RecordCountChange(ULONGLONG, VARIANT_BOOL)
+{
+    const std::lock_guard lock(m_lock);
+    if (m_pSink)
+        m_pSink->OnRecordCountChanged();
+    return S_OK;
+}
+
+} // namespace Hesperon::specifics
