@@ -36,6 +36,7 @@ public:
     // E_UNEXPECTED, and no change, where no row has the id.
     HRESULT PutChoice(LONG nId);
     void Choose(string_view_t sName) { m_sChoice = sName; }
+    const string_t& Choice() const { return m_sChoice; } // its name
 
 private:
     std::vector<STemplateEntry> m_rows;

@@ -9,8 +9,10 @@
 #include "module/MessageLoops.h"
 #include "module/OutValue.h"
 #include "module/Tweaks.h"
+#include "src/UIComponents/views/DialogViews.h"
 #include "src/data/SymbolEnumeratorHost.h"
 #include "src/files/FilePool.h"
+#include "src/front/DialogChoices.h"
 #include "src/parsing/EnvironmentDocument.h"
 
 using namespace IQRL_TabulexConverter;
@@ -134,16 +136,31 @@ HRESULT CqrlTabulexConvertor::CloneParserTo(CqrlTabulexConvertor& clone) const
 
 // ---- analyse
 
-HRESULT CqrlTabulexConvertor::DoAnalyse(VARIANT_BOOL* Status, LONG_PTR)
+// The dialog changes the parser itself; of what this object keeps, five choices change, and only
+// where the user confirms.
+HRESULT CqrlTabulexConvertor::DoAnalyse(VARIANT_BOOL* Status, LONG_PTR ParentWindow)
 {
     if (!Status)
         return E_POINTER;
-    m_settings.m_arFields.clear();
-    m_settings.AddDefaultTemplates();
-    if (!m_pDataParser)
-        return E_NOTIMPL;
-    *Status = VARIANT_FALSE; // there is no dialog to confirm
-    return InitFieldsInfo();
+    return Guarded([&] {
+        const LONG_PTR hwndParent =
+            ParentWindow ? ParentWindow : UILayer::DialogViews().ActiveWindow();
+        m_settings.m_arFields.clear();
+        m_settings.AddDefaultTemplates();
+        if (!m_pDataParser)
+            return E_NOTIMPL;
+        const com_ptr<IqrlTabulexConvertor> pSelf(this); // the host may release it meanwhile
+        SConvertDialogParams params = DialogParams(m_settings);
+        params.pDataParser = m_pDataParser;
+        params.pEventSink = com_ptr<IDataParserEvents>(this);
+        params.nMode = m_nMode;
+        UILayer::CConvertDummyDialog dialog(params);
+        const bool bConfirmed = dialog.DoModal(hwndParent) == kDialogOk;
+        *Status = bConfirmed ? VARIANT_TRUE : VARIANT_FALSE;
+        if (bConfirmed)
+            TakeChoices(dialog, m_settings);
+        return InitFieldsInfo();
+    });
 }
 
 // ---- properties of the parsers
