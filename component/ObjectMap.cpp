@@ -3,6 +3,8 @@
 #include "interfaces/ClassIds.h"
 #include "module/ComObject.h"
 #include "src/UIComponents/ProgressDlgNoHTML.h"
+#include "src/UIComponents/controls/FolderView.h"
+#include "src/UIComponents/controls/QRLCommonCtrlContained.h"
 #include "src/UIComponents/controls/QRLDataGridViewCtrl.h"
 #include "src/data/DataParser.h"
 #include "src/data/FakeRecordParser.h"
@@ -31,6 +33,10 @@ std::span<const ObjectMapEntry> ObjectMap()
          &CreateClass<UILayer::CProgressDlgNoHTML>},
         {CLSID_CQRLDataGridViewCtrl, OLESTR("TabulexConverter.QRLDataGridViewCtrl"),
          &CreateClass<CQRLDataGridViewCtrl>},
+        {CLSID_CFolderViewCtrl, OLESTR("TabulexConverter.FolderViewCtrl"),
+         &CreateClass<CFolderViewCtrl>},
+        {CLSID_CQRLCommonCtrlContained, OLESTR("TabulexConverter.QRLCommonCtrlContained"),
+         &CreateClass<CQRLCommonCtrlContained>},
         {CLSID_CSymbolEnumerator, OLESTR("TabulexConverter.SymbolEnumerator"),
          &CreateClass<CSymbolEnumerator>},
         {CLSID_CFakeRecordParser, OLESTR("TabulexConverter.FakeRecordParser"),

@@ -8,7 +8,9 @@
 #include "interfaces/ClassIds.h"
 #include "interfaces/IDataParser.h"
 #include "interfaces/IDataParserEvents.h"
+#include "interfaces/IFolderViewCtrl.h"
 #include "interfaces/IProgressBox.h"
+#include "interfaces/IQRLCommonCtrlContained.h"
 #include "interfaces/IQRLDataGridViewCtrl.h"
 #include "interfaces/IRecordParser.h"
 #include "interfaces/ISymbolEnumerator.h"
@@ -63,6 +65,14 @@ const ClassRow kClasses[] = {
      {0x15863D31, 0x7437, 0x4F5B, {0x85, 0xAE, 0x75, 0x5F, 0xAB, 0xC2, 0x96, 0x0B}},
      OLESTR("TabulexConverter.QRLDataGridViewCtrl"),
      iid_of<IQRLDataGridViewCtrl>},
+    {"folder view",
+     {0xE458A594, 0xBF8A, 0x4E1D, {0xB9, 0x26, 0xBF, 0x1B, 0xD4, 0x4A, 0x3D, 0x57}},
+     OLESTR("TabulexConverter.FolderViewCtrl"),
+     iid_of<IFolderViewCtrl>},
+    {"contained control",
+     {0x9350074B, 0x42E9, 0x44E0, {0x92, 0x8A, 0x46, 0x42, 0x2D, 0x94, 0x71, 0x90}},
+     OLESTR("TabulexConverter.QRLCommonCtrlContained"),
+     iid_of<IQRLCommonCtrlContained>},
     {"host's object",
      {0xCB33C95B, 0x48D2, 0x4735, {0xA3, 0xC5, 0x0B, 0x0F, 0x43, 0x0D, 0xA0, 0x46}},
      OLESTR("TabulexConverter.qrlTabulexConvertor"),
