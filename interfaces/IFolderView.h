@@ -1,10 +1,12 @@
 // IFolderView: the folder list of a dialog, in which the user picks a file.
 //
-// Its controls are those of FolderControl. Another row of FolderLookIn opens nothing yet: Enter
-// there is FolderOpenSelection, and a view in which a row can be chosen for good by other
-// means, such as a mouse, reports it by OnClick(FolderLookIn). The view shows the entries of the folder that the
+// Its controls are those of FolderControl. The view shows the entries of the folder that the
 // component has opened; it may list them by itself, with the system's own means, and ask of
 // each whether it is to be shown. All calls come on the thread of the dialog.
+//
+// Another row of FolderLookIn opens nothing yet. Enter there is FolderOpenSelection; a view in
+// which a row can be chosen for good by other means, such as a mouse, reports that by
+// OnClick(FolderLookIn).
 #pragma once
 
 #include "interfaces/IGridView.h"
