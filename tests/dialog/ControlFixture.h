@@ -6,10 +6,10 @@
 
 #include "platform/threads/MessageWindow.h"
 #include "src/UIComponents/Windowless/ConverterCtrl.h"
-#include "tests/dialog/FakeGridObject.h"
-#include "tests/dialog/FakeParsers.h"
-#include "tests/dialog/FakeUIControls.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeGridObject.h"
+#include "tests/dialog/fakes/FakeParsers.h"
+#include "tests/dialog/fakes/FakeUIControls.h"
+#include "tests/dialog/fakes/FakeViews.h"
 
 namespace dialog_test {
 

@@ -9,7 +9,7 @@
 #include "src/UIComponents/controls/QRLDataGridViewCtrl.h"
 #include "src/data/UnofferedRecordParser.h"
 #include "src/values/TextArray.h"
-#include "tests/dialog/FakeGrid.h"
+#include "tests/dialog/fakes/FakeGrid.h"
 #include "tests/support/Objects.h"
 #include "tests/support/ReportLog.h"
 #include "tests/support/UnusedDataParser.h"

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "src/UIComponents/ConvertDialog/DataSettingAdapter.h"
-#include "tests/dialog/FakeParsers.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeParsers.h"
+#include "tests/dialog/fakes/FakeViews.h"
 
 namespace dialog_test {
 

@@ -4,7 +4,7 @@
 #include "interfaces/IDataParser.h"
 #include "interfaces/IRecordParser.h"
 #include "module/Module.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 #include "tests/front/ScriptedHost.h"
 #include "tests/support/Objects.h"
 

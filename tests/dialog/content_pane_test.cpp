@@ -5,7 +5,7 @@
 
 #include "src/UIComponents/ConvertDialog/FileContentAdapter.h"
 #include "src/UIComponents/ConvertDialog/LanguageList.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 #include "tests/support/ReportLog.h"
 
 using namespace dialog_test;

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "src/UIComponents/ConvertDialog/DataDecodeAdapter.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 
 using namespace dialog_test;
 using Hesperon::specifics::UILayer::CDataDecodeAdapter;

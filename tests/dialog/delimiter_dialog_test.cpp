@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "src/UIComponents/DelDialog.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 
 using namespace dialog_test;
 using Hesperon::specifics::UILayer::CSelectDelimitersDialog;

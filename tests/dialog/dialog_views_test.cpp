@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 
 using namespace dialog_test;
 

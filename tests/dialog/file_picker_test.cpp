@@ -7,7 +7,7 @@
 
 #include "platform/Folders.h"
 #include "src/UIComponents/ConvertDialog/FileContentAdapter.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/UnusedDataParser.h"
 

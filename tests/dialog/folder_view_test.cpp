@@ -8,7 +8,7 @@
 #include "platform/Folders.h"
 #include "src/UIComponents/controls/FolderView.h"
 #include "tests/dialog/ChangeCounter.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 #include "tests/support/ReportLog.h"
 #include "tests/support/TempFolder.h"
 

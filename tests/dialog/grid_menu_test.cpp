@@ -1,7 +1,7 @@
 // What happens when the user presses the heading of a column, and chooses.
 
-#include "tests/dialog/FakeViews.h"
 #include "tests/dialog/GridFakes.h"
+#include "tests/dialog/fakes/FakeViews.h"
 
 using namespace dialog_test;
 

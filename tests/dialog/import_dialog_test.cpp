@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "src/UIComponents/ConvertDialog/ConvertDummyDialog.h"
-#include "tests/dialog/FakeParsers.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeParsers.h"
+#include "tests/dialog/fakes/FakeViews.h"
 #include "tests/support/ReportLog.h"
 #include "tests/support/TempFolder.h"
 

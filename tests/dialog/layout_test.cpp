@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "src/UIComponents/ConvertDialog/ConvertDialogLayout.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 
 using namespace dialog_test;
 using namespace Hesperon::specifics::Layout;

@@ -2,7 +2,7 @@
 // conversion delivers the rows that the dialog showed tinted.
 
 #include "src/parsing/EnvironmentDocument.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 #include "tests/front/ScriptedHost.h"
 
 using namespace dialog_test;

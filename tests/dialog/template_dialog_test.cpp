@@ -7,7 +7,7 @@
 #include "src/UIComponents/TemplateEditDlgNoHTML.h"
 #include "src/data/DataParser.h"
 #include "src/data/UnofferedRecordParser.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 #include "tests/support/ReportLog.h"
 #include "tests/support/TempFile.h"
 

@@ -5,7 +5,7 @@
 #include "interfaces/IQRLDataGridViewCtrl.h"
 #include "module/ComObject.h"
 #include "platform/values.h"
-#include "tests/dialog/Scripted.h"
+#include "tests/dialog/fakes/Scripted.h"
 
 namespace dialog_test {
 

@@ -5,7 +5,7 @@
 #include <map>
 
 #include "platform/com_ptr.h"
-#include "tests/dialog/CallLog.h"
+#include "tests/dialog/fakes/CallLog.h"
 #include "tests/support/Text.h"
 
 namespace dialog_test {

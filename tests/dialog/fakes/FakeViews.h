@@ -14,7 +14,7 @@
 #include "interfaces/ControlTable.h"
 #include "interfaces/IDialogViews.h"
 #include "src/UIComponents/views/DialogViews.h"
-#include "tests/dialog/FakeGrid.h"
+#include "tests/dialog/fakes/FakeGrid.h"
 
 namespace dialog_test {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "src/UIComponents/Windowless/UIControls.h"
-#include "tests/dialog/Scripted.h"
+#include "tests/dialog/fakes/Scripted.h"
 
 namespace dialog_test {
 

@@ -4,7 +4,7 @@
 #include "interfaces/IValueMultiplier.h"
 #include "src/data/UnofferedRecordParser.h"
 #include "src/values/TextArray.h"
-#include "tests/dialog/Scripted.h"
+#include "tests/dialog/fakes/Scripted.h"
 #include "tests/support/UnusedDataParser.h"
 
 namespace dialog_test {
