@@ -71,8 +71,14 @@ HRESULT ColumnChange::Read(std::vector<FieldMenuType>& types)
         hr = m_pParser->GetTypeNamesLocalized(&vTexts);
     if (FAILED(hr))
         return hr;
-    if (!IsTextArray(vNames) || !IsTextArray(vTexts))
-        return E_UNEXPECTED;
+    return IsTextArray(vNames) && IsTextArray(vTexts) ? ReadTypes(vNames, vTexts, types)
+                                                      : E_UNEXPECTED;
+}
+
+// A type without a text for the user shows its name.
+HRESULT ColumnChange::ReadTypes(const VARIANT& vNames, const VARIANT& vTexts,
+                                std::vector<FieldMenuType>& types)
+{
     const LockedArray<BSTR> names(vNames.parray), texts(vTexts.parray);
     for (std::size_t i = 0; i < names.Elements().size(); ++i) {
         FieldMenuType type{.sName = string_t(TextOf(names.At(i)))};
@@ -80,7 +86,7 @@ HRESULT ColumnChange::Read(std::vector<FieldMenuType>& types)
             type.sText = MenuText(texts.At(i));
         if (type.sText.empty())
             type.sText = type.sName;
-        hr = ReadTemplates(names.At(i), type.templates);
+        const HRESULT hr = ReadTemplates(names.At(i), type.templates);
         if (FAILED(hr))
             return hr;
         types.push_back(std::move(type));

@@ -37,6 +37,8 @@ public:
 
 private:
     HRESULT ReadColumn();
+    HRESULT ReadTypes(const VARIANT& vNames, const VARIANT& vTexts,
+                      std::vector<FieldMenuType>& types);
     HRESULT ReadTemplates(BSTR bsName, std::vector<string_t>& templates);
 
     const com_ptr<IQRL_TabulexConverter::IRecordParser> m_pParser;
