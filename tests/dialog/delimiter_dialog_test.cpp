@@ -1,6 +1,5 @@
 // The delimiter dialog.
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 // The template editor.
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -63,7 +62,7 @@ public:
     }
     HRESULT STDMETHODCALLTYPE RemoveTemplate(ULONG nField, BSTR Template) override
     {
-        m_removed.push_back(fmt::format("{} {}", nField, Utf8(TextOf(Template))));
+        m_removed.push_back(std::to_string(nField) + " " + Utf8(TextOf(Template)));
         return m_hrRemove;
     }
 };
@@ -93,8 +92,8 @@ protected:
 // "ok delete", a button that is off as "-".
 std::string Buttons(FakeDialog& dialog)
 {
-    return fmt::format("{} {}", dialog.IsEnabled(SmallDialogOk) ? "ok" : "-",
-                       dialog.IsEnabled(TemplateDelete) ? "delete" : "-");
+    return std::string(dialog.IsEnabled(SmallDialogOk) ? "ok " : "- ") +
+           (dialog.IsEnabled(TemplateDelete) ? "delete" : "-");
 }
 
 TEST_F(TemplateDialog, OpensWithTheTemplatesOfTheTypeAndAnEmptyEdit)
