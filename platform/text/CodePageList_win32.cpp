@@ -2,6 +2,7 @@
 
 #include "platform/com_ptr.h"
 #include "platform/text/CodePage.h"
+#include "platform/threads/Apartment.h"
 
 template <>
 inline constexpr GUID iid_of<IMultiLanguage> = {
@@ -17,6 +18,7 @@ constexpr DWORD kValidPages = 0x20000; // MIMECONTF_VALID
 
 std::vector<CodePageDescription> CodePages()
 {
+    const ThreadApartment apartment; // the service is a component
     com_ptr<IMultiLanguage> service;
     com_ptr<IEnumCodePage> list;
     if (FAILED(CoCreateInstance(kMultiLanguageService, nullptr, CLSCTX_INPROC_SERVER,

@@ -4,6 +4,8 @@
 #include "interfaces/IDataParser.h"
 #include "interfaces/IRecordParser.h"
 #include "module/Module.h"
+#include "src/UIComponents/controls/FolderList.h"
+#include "src/parsing/EnvironmentDocument.h"
 #include "tests/dialog/fakes/FakeViews.h"
 #include "tests/front/ScriptedHost.h"
 #include "tests/support/Objects.h"
@@ -63,8 +65,9 @@ TEST_F(Analyse, OkTakesTheChoices)
     EXPECT_EQ(Chosen(&IqrlTabulexConvertor::get_FieldCount), 7);
     Bstr sEnvironment;
     front->get_Environment(sEnvironment.put());
-    EXPECT_NE(Utf8(sEnvironment.view()).find(std::filesystem::temp_directory_path().string()),
-              std::string::npos)
+    string_t sFolder;
+    EXPECT_TRUE(Hesperon::specifics::ReadFolder(sEnvironment.view(), sFolder));
+    EXPECT_EQ(sFolder, Hesperon::specifics::FolderPart(Bstr(file.Name()).view()))
         << "the folder is remembered";
 }
 

@@ -177,16 +177,6 @@ TEST_F(ControlLife, ACountMakesTheColumnsOnTheDialogsThread)
     EXPECT_EQ(Take(), Calls({"records: columns", "lines: count 100 complete"}));
 }
 
-TEST_F(ControlLife, ManyCountsPostOneTask)
-{
-    Start();
-    m_pRecordsGrid->m_nCreateFailures = 2; // both calls of one attempt
-    for (int n = 0; n < 50; ++n)
-        TellCount();
-    PumpMessages(0ms);
-    EXPECT_EQ(Take(), Calls({"records: columns", "records: parser", "records: columns"}));
-}
-
 TEST_F(ControlLife, AGridWithoutAParserGetsTheMainOne)
 {
     Start();
@@ -210,6 +200,10 @@ TEST_F(ControlLife, ColumnsThatCannotBeMadeAreTriedAThousandTimesMore)
     TellCount();
     Drain();
     EXPECT_EQ(Take().size(), calls.size()) << "a later count starts again";
+    for (int n = 0; n < 50; ++n)
+        TellCount();
+    Drain();
+    EXPECT_EQ(Take().size(), calls.size()) << "counts that come together are one";
 }
 
 // ---- end

@@ -117,4 +117,13 @@ TEST(CodePageList, HasTheEnglishDescriptions)
         })) << row.nCodePage;
 }
 
+TEST(CodePageList, HasTheUsualOnes)
+{
+    const std::vector<CodePageDescription> pages = CodePages();
+    for (const UINT nCodePage : {932u, 936u, 949u, 950u, 1250u, 1251u, 1252u, 1253u, 1254u, 1255u,
+                                 1256u, 1257u, 1258u, 866u, 20866u, 28591u, 65001u})
+        EXPECT_EQ(std::ranges::count(pages, nCodePage, &CodePageDescription::nCodePage), 1)
+            << nCodePage;
+}
+
 } // namespace
