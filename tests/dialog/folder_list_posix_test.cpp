@@ -108,6 +108,21 @@ TEST(Links, StandForWhatTheyLeadTo)
     EXPECT_EQ(pList->Item(0).nSize, 5u);
 }
 
+// The target starts from the folder that really holds the link, not from the one that leads there.
+TEST(Links, BehindALinkedFolderLeadOnFromTheRealOne)
+{
+    const TempFolder folder;
+    const fs::path path = fs::canonical(folder.Path());
+    fs::create_directories(path / "data" / "deep");
+    for (const fs::path& file : {path / "data" / "quotes.csv", path / "quotes.csv"})
+        std::ofstream(file) << "12345";
+    fs::create_symlink("../quotes.csv", path / "data" / "deep" / "link.csv");
+    fs::create_symlink("data/deep", path / "short");
+    string_t sFile;
+    EXPECT_EQ(ResolveFile(TextOfPath(path / "short" / "link.csv"), sFile), S_OK);
+    EXPECT_EQ(Utf8(sFile), (path / "data" / "quotes.csv").string());
+}
+
 TEST(FoldersPosix, DontListPipes)
 {
     const TempFolder folder;

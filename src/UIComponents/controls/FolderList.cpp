@@ -18,7 +18,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr HRESULT kNotThere = static_cast<HRESULT>(0x80070002);
-constexpr int kMostLinks = 40; // one after the other; beyond that they run in a circle
 
 HRESULT ResultOfError(const std::error_code& error)
 {
@@ -184,12 +183,11 @@ HRESULT ResolveFile(string_view_t sPath, string_t& sFile)
     if (path.empty())
         return E_INVALIDARG;
     std::error_code error;
-    for (int n = 0; n < kMostLinks && fs::is_symlink(path, error); ++n) {
-        const fs::path target = fs::read_symlink(path, error);
-        if (error)
-            break;
-        path = (path.parent_path() / target).lexically_normal();
-    }
+    // By the system's own rule: a target that goes up starts from the folder that really holds the
+    // link, which isn't the one that the path names where a folder on the way is a link too.
+    if (fs::is_symlink(path, error))
+        if (fs::path target = fs::canonical(path, error); !error)
+            path = std::move(target);
     const fs::file_status status = fs::status(path, error);
     if (!fs::is_regular_file(status))
         return ResultOfKind(status, error);
