@@ -11,6 +11,8 @@
 #include "platform/File.h"
 #include "platform/Folders.h"
 #include "src/UIComponents/controls/FolderList.h"
+#include "src/UIComponents/controls/FolderView.h"
+#include "tests/dialog/FakeViews.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Text.h"
 
@@ -121,6 +123,22 @@ TEST(Links, BehindALinkedFolderLeadOnFromTheRealOne)
     string_t sFile;
     EXPECT_EQ(ResolveFile(TextOfPath(path / "short" / "link.csv"), sFile), S_OK);
     EXPECT_EQ(Utf8(sFile), (path / "data" / "quotes.csv").string());
+}
+
+TEST(FoldersPosix, ACurrentFolderThatHasGoneLeavesTheRoot)
+{
+    const TempFolder folder;
+    const fs::path before = fs::current_path();
+    fs::create_directory(folder.Path() / "gone");
+    fs::current_path(folder.Path() / "gone");
+    fs::remove(folder.Path() / "gone");
+    com_ptr<CFolderViewCtrl> pCtrl;
+    ASSERT_EQ(CreateObject(pCtrl), S_OK);
+    dialog_test::FakeFolderView view("folder", nullptr, pCtrl->Events());
+    pCtrl->Attach(&view);
+    fs::current_path(before);
+    EXPECT_EQ(view.m_sFolder, "/");
+    pCtrl->Events().OnClose();
 }
 
 TEST(FoldersPosix, DontListPipes)

@@ -448,4 +448,21 @@ TEST_F(FolderViewTest, WithoutItsViewItStillKeepsThings)
     EXPECT_FALSE(m_pView->m_bFrozen);
 }
 
+TEST_F(FolderViewTest, MayGoWhileItsMenuIsOpen)
+{
+    Open();
+    com_ptr<CFolderViewCtrl> pOther;
+    ASSERT_EQ(CreateObject(pOther), S_OK);
+    IFolderEvents& events = pOther->Events();
+    FakeFolderView view("other", nullptr, events);
+    pOther->Attach(&view);
+    view.m_onMenu = [&](ViewMenu) -> LONG {
+        events.OnClose();
+        pOther.reset();
+        return FolderDetails;
+    };
+    events.OnCommand(FolderModes);
+    EXPECT_EQ(view.m_mode, ModeNames);
+}
+
 } // namespace

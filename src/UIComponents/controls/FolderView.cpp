@@ -47,7 +47,7 @@ void CFolderViewCtrl::Attach(IFolderView* pView)
         return;
     Guarded([&] {
         if (!m_pShellFolder)
-            return InternalOpenFolder(StartFolder());
+            return OpenFirstFolder();
         if (!CreateViewImpl())
             return E_FAIL;
         pView->SelectEntry(m_sSelection.c_str());
@@ -104,6 +104,14 @@ void CFolderViewCtrl::OnResize()
 }
 
 // ---- folders
+
+// Where the system's own choice can't be read, or has gone, the user begins at the root: without
+// a folder there would be no way to any other.
+HRESULT CFolderViewCtrl::OpenFirstFolder()
+{
+    const HRESULT hr = InternalOpenFolder(StartFolder());
+    return SUCCEEDED(hr) ? hr : InternalOpenFolder(OLESTR("/"));
+}
 
 // While the view shows the new folder it asks for the new entries already.
 HRESULT CFolderViewCtrl::InternalOpenFolder(string_view_t sFolder)
@@ -248,6 +256,7 @@ void CFolderViewCtrl::ChooseMode()
 {
     if (!m_pView)
         return;
+    const com_ptr<CFolderViewCtrl> pSelf(this); // the view may go while the menu is open
     std::array<ViewMenuItem, 4> items;
     LONG nId = FolderIcons;
     for (ViewMenuItem& item : items) {

@@ -30,8 +30,8 @@ public:
 
     // For the maker of its view. The view calls OnClose before this object goes.
     IQRL_TabulexConverter::IFolderEvents& Events() { return *this; }
-    // Shows the folder that was put, else the system's own choice, in this view until its
-    // OnClose; null takes it away.
+    // Shows the folder that was put, else the system's own choice, else the root, in this view
+    // until its OnClose; null takes it away.
     void Attach(IFolderView* pView);
     // As Enter does: opens a folder. A file that is selected stays so; no program is started.
     void OpenSelection();
@@ -65,6 +65,7 @@ private:
 
     // Reads a folder and shows it, with nothing selected; after a failure all is as it was.
     HRESULT InternalOpenFolder(string_view_t sFolder);
+    HRESULT OpenFirstFolder();
     bool CreateViewImpl();
     void FillLookInList();
     void OpenLookInRow();
