@@ -268,4 +268,48 @@ TEST_F(ImportDialog, AStateEnablesLanguageAndOk)
     });
 }
 
+// ---- a view that goes before its time
+
+TEST_F(ImportDialog, MayGoWhileTheCheckShowsItsMessage)
+{
+    m_pData->m_sFile = "/quotes/es/file.csv";
+    Run([&](FakeDialog& dialog) {
+        m_pData->m_onCheck = [&] { dialog.Events().OnDestroy(); };
+        dialog.Click(ImportOk);
+        EXPECT_EQ(dialog.m_nResult, 0) << "there is nothing left to end";
+    });
+    EXPECT_EQ(m_pDialog->m_sFolder, OLESTR("/quotes/es"));
+}
+
+TEST_F(ImportDialog, MayGoWhileTheDelimitersAreChosen)
+{
+    FakeDialog* pImport = nullptr;
+    Run([&](FakeDialog& dialog) {
+        if (dialog.m_dialog == DialogDelimiters) {
+            pImport->Events().OnDestroy();
+            m_script.Take();
+            return dialog.Click(SmallDialogOk);
+        }
+        pImport = &dialog;
+        dialog.Pane(DialogSettings).Click(SettingsDelimiters);
+        EXPECT_THAT(m_script.Take(), testing::IsEmpty());
+    });
+}
+
+TEST_F(ImportDialog, KeepsItsChoicesWhateverItIsToldAfterItsEnd)
+{
+    Run([](FakeDialog& dialog) {
+        dialog.Pane(DialogSettings).Choose(SettingsField, 0);
+        dialog.Events().OnDestroy();
+        dialog.Click(ImportOk);
+        dialog.Click(ImportCancel);
+        dialog.Click(SettingsDelimiters);
+        dialog.PressEnter(0, ImportOk);
+        dialog.Resize(300, 555);
+        EXPECT_EQ(dialog.m_nResult, 0);
+    });
+    EXPECT_EQ(m_pDialog->m_sField, OLESTR("First")) << "Run has told of the end once more";
+    EXPECT_EQ(Checks(), 0);
+}
+
 } // namespace

@@ -29,7 +29,10 @@ LONG CConvertDummyDialog::DoModal(LONG_PTR hwndParent)
 void CConvertDummyDialog::OnOpen(IDialogView& view)
 {
     m_pView = &view;
-    MakePanes();
+    Guarded([&] {
+        MakePanes();
+        return S_OK;
+    });
     const HRESULT hr = m_convertCtrl.Initialize();
     view.Centre();
     OnResize();
@@ -62,20 +65,26 @@ void CConvertDummyDialog::AddPane(IControlsView* pView, Layout::eControlOrdinal 
 
 void CConvertDummyDialog::OnResize()
 {
-    if (m_pView)
-        m_layout.Apply(m_pView->ClientArea());
+    Guarded([&] {
+        if (m_pView)
+            m_layout.Apply(m_pView->ClientArea());
+        return S_OK;
+    });
 }
 
 // ---- what the user does
 
-// A button of a pane, reached by the keyboard, also comes here.
+// A button of a pane, reached by the keyboard, also comes here. The check may wait for the user,
+// and the view may go meanwhile.
 void CConvertDummyDialog::OnClick(LONG nControl)
 {
+    if (!m_pView)
+        return;
     if (nControl == ImportCancel)
         m_pView->End(kDialogCancel);
     else if (nControl != ImportOk)
         m_dataSettingPane.OnClick(nControl);
-    else if (CheckSettings() == S_OK)
+    else if (CheckSettings() == S_OK && m_pView)
         m_pView->End(kDialogOk);
 }
 
@@ -90,16 +99,24 @@ HRESULT CConvertDummyDialog::CheckSettings()
 // Enter on the button checks the settings too, and on purpose doesn't close.
 void CConvertDummyDialog::OnDefaultCommand()
 {
-    if (m_pView->Focus() == ImportOk)
-        CheckSettings();
-    else if (m_dataSettingPane.ApplyFocusedEdit() != 0)
-        m_filePicker.OpenSelection();
+    if (!m_pView)
+        return;
+    Guarded([&] {
+        if (m_pView->Focus() == ImportOk)
+            CheckSettings();
+        else if (m_dataSettingPane.ApplyFocusedEdit() != 0)
+            m_filePicker.OpenSelection();
+        return S_OK;
+    });
 }
 
 // ---- closing
 
+// Once: what is told later has no controls to read.
 void CConvertDummyDialog::OnDestroy()
 {
+    if (!m_pView)
+        return;
     Guarded([&] {
         ReadChoices();
         return S_OK;

@@ -238,13 +238,15 @@ void CConvertCtrl::OnDelimitersClicked()
     m_pControls.SetControlsState(FAILED(hr) ? UILayer::StateUnreadable : UILayer::StateReady);
 }
 
+// The import dialog may go while the small one is open, and the parsers with it.
 HRESULT CConvertCtrl::__change_delimiters()
 {
     UILayer::CSelectDelimitersDialog dialog;
     const HRESULT hr = m__recParser->get_FieldDividers(&dialog.m_nDividers);
     if (FAILED(hr))
         return hr;
-    return dialog.DoModal() == kDialogOk ? __apply_delimiters(dialog.m_nDividers) : S_OK;
+    const bool bChosen = dialog.DoModal() == kDialogOk && m__recParser;
+    return bChosen ? __apply_delimiters(dialog.m_nDividers) : S_OK;
 }
 
 HRESULT CConvertCtrl::__apply_delimiters(LONG nDividers)

@@ -1,6 +1,8 @@
 // The parsers under edit, without a file: they keep what is put, and write it down.
 #pragma once
 
+#include <functional>
+
 #include "interfaces/IValueMultiplier.h"
 #include "src/data/UnofferedRecordParser.h"
 #include "src/values/TextArray.h"
@@ -131,8 +133,12 @@ public:
     ULONG m_nCodePage = 1252;
     com_ptr<IDispatch> m_pHandler;
 
+    std::function<void()> m_onCheck; // while a message is shown
+
     HRESULT STDMETHODCALLTYPE CheckConverterSettings(LONG_PTR hWnd, IDispatch*) override
     {
+        if (m_onCheck)
+            m_onCheck();
         return m_pScript->Done("check", std::to_string(hWnd));
     }
     HRESULT STDMETHODCALLTYPE GetCount(ULONGLONG* nCount, VARIANT_BOOL* bComplete) override
