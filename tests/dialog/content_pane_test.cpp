@@ -18,8 +18,14 @@ class ChosenLanguages final : public notify::IDataSettingEventSink
 {
 public:
     std::vector<ULONG> m_pages;
+    bool m_bThrows = false;
 
-    void OnFileLanguageChanged(ULONG nCodePage) override { m_pages.push_back(nCodePage); }
+    void OnFileLanguageChanged(ULONG nCodePage) override
+    {
+        if (m_bThrows)
+            throw std::bad_alloc();
+        m_pages.push_back(nCodePage);
+    }
     void OnDateFirstChanged(const VARIANT&) override { ADD_FAILURE(); }
     void OnDateLastChanged(const VARIANT&) override { ADD_FAILURE(); }
     void OnMultiPriceChanged(const OLECHAR*) override { ADD_FAILURE(); }
@@ -240,6 +246,13 @@ TEST_F(ContentPane, ClosedItKeepsItsGridForTheView)
     View().Resize(10, 10);
     EXPECT_THAT(m_sink.m_pages, testing::IsEmpty());
     EXPECT_EQ(m_pane.SetFileLanguage(1252), TYPE_E_ELEMENTNOTFOUND);
+}
+
+TEST_F(ContentPane, LetsNothingThrownReachTheView)
+{
+    m_sink.m_bThrows = true;
+    ASSERT_EQ(m_pane.Create(m_dialog), S_OK);
+    EXPECT_NO_THROW(View().Choose(ContentLanguage, 0));
 }
 
 } // namespace

@@ -246,4 +246,27 @@ TEST_F(ControlLife, EndsWhileTheWorkerCounts)
     EXPECT_EQ(RefsOf(m_pData->Identity()), 3u) << "the test, the parameters, the record grid";
 }
 
+// ---- memory that runs out
+
+struct ThrowingSinks final : Hesperon::specifics::notify::IFileEventSink,
+                             Hesperon::specifics::notify::IDataChangeEventSink
+{
+    void OnFileSelected(const OLECHAR*) override {}
+    void OnRecordCountChanged() override { throw std::bad_alloc(); }
+    void OnDataChanged() override { throw std::bad_alloc(); }
+};
+
+TEST(ControlEventObjects, LetNoExceptionOut)
+{
+    ThrowingSinks sinks;
+    com_ptr<Hesperon::specifics::CFileEventHandler> pFileEvents;
+    com_ptr<Hesperon::specifics::CDataChangeEvent> pDataEvents;
+    ASSERT_EQ(CreateObject(pFileEvents), S_OK);
+    ASSERT_EQ(CreateObject(pDataEvents), S_OK);
+    pFileEvents->PointAt(&sinks);
+    pDataEvents->PointAt(&sinks);
+    EXPECT_EQ(pFileEvents->RecordCountChange(1, VARIANT_TRUE), E_OUTOFMEMORY);
+    EXPECT_EQ(pDataEvents->OnDataChanged(), E_OUTOFMEMORY);
+}
+
 } // namespace

@@ -151,4 +151,36 @@ TEST_F(SettingsEvents, ABadSelectionLeavesTheResolution)
     EXPECT_EQ(m_pane.ResolutionSize(), 0) << "N/A";
 }
 
+struct ThrowingSettingSink final : Hesperon::specifics::notify::IDataSettingEventSink
+{
+    void OnFileLanguageChanged(ULONG) override { throw std::bad_alloc(); }
+    void OnDateFirstChanged(const VARIANT&) override { throw std::bad_alloc(); }
+    void OnDateLastChanged(const VARIANT&) override { throw std::bad_alloc(); }
+    void OnMultiPriceChanged(const OLECHAR*) override { throw std::bad_alloc(); }
+    void OnMultiVolumeChanged(const OLECHAR*) override { throw std::bad_alloc(); }
+    void OnResolutionSizeChanged(const LONG) override { throw std::bad_alloc(); }
+    void OnResolutionTypeChanged(const int) override { throw std::bad_alloc(); }
+    void OnDelimitersClicked() override { throw std::bad_alloc(); }
+    void OnStartRowChanged(const ULONG) override { throw std::bad_alloc(); }
+    void OnUseBarsEndTimeChanged(bool) override { throw std::bad_alloc(); }
+};
+
+TEST_F(SettingsEvents, LetNothingThrownReachTheView)
+{
+    ThrowingSettingSink sink;
+    m_params.nMode = 1;
+    CDataSettingAdapter::CPane pane(m_params, sink);
+    ASSERT_EQ(pane.Create(m_dialog), S_OK);
+    FakePane& view = View();
+    EXPECT_NO_THROW(view.Choose(SettingsResolution, 1));
+    EXPECT_NO_THROW(view.Choose(SettingsPriceMultiplier, 1));
+    EXPECT_NO_THROW(view.Choose(SettingsVolumeMultiplier, 1));
+    EXPECT_NO_THROW(view.Type(SettingsSize, "7"));
+    EXPECT_NO_THROW(view.Type(SettingsStartRow, "7"));
+    EXPECT_NO_THROW(view.Click(SettingsDelimiters));
+    EXPECT_NO_THROW(view.Tick(SettingsBarsEndTime, 1));
+    EXPECT_NO_THROW(view.PickDate(SettingsDateFirst, {2009, 7, 0, 6, 0, 0, 0, 0}));
+    EXPECT_NO_THROW(view.PickDate(SettingsDateLast, {2009, 7, 0, 6, 0, 0, 0, 0}));
+}
+
 } // namespace

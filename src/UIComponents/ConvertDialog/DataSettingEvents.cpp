@@ -1,6 +1,8 @@
-// What the user does in the settings pane, and what the dialog asks it at its end.
+// What the user does in the settings pane, and what the dialog asks it at its end. A view has no
+// use for what is thrown, so no event lets anything out.
 
 #include "Simples/interface/ResourceStrings.h"
+#include "module/Guarded.h"
 #include "src/UIComponents/ConvertDialog/DataSettingAdapter.h"
 #include "src/UIComponents/DecimalText.h"
 
@@ -12,34 +14,43 @@ void CDataSettingAdapter::CPane::OnText(LONG nControl)
 {
     if (!m_pView)
         return;
-    if (nControl == SettingsSize)
-        ApplySize();
-    else if (nControl == SettingsStartRow)
-        ApplyStartRow();
+    Guarded([&] {
+        if (nControl == SettingsSize)
+            ApplySize();
+        else if (nControl == SettingsStartRow)
+            ApplyStartRow();
+        return S_OK;
+    });
 }
 
 void CDataSettingAdapter::CPane::OnSelect(LONG nControl)
 {
     if (!m_pView)
         return;
-    const LONG nRow = m_pView->Selected(nControl);
-    const string_t sRow = m_pView->RowText(nControl, nRow);
-    if (nControl == SettingsResolution)
-        OnResolutionSelected();
-    else if (nControl == SettingsPriceMultiplier && nRow != kNoRow)
-        m_pSink.OnMultiPriceChanged(sRow.c_str());
-    else if (nControl == SettingsVolumeMultiplier && nRow != kNoRow)
-        m_pSink.OnMultiVolumeChanged(sRow.c_str());
+    Guarded([&] {
+        const LONG nRow = m_pView->Selected(nControl);
+        const string_t sRow = m_pView->RowText(nControl, nRow);
+        if (nControl == SettingsResolution)
+            OnResolutionSelected();
+        else if (nControl == SettingsPriceMultiplier && nRow != kNoRow)
+            m_pSink.OnMultiPriceChanged(sRow.c_str());
+        else if (nControl == SettingsVolumeMultiplier && nRow != kNoRow)
+            m_pSink.OnMultiVolumeChanged(sRow.c_str());
+        return S_OK;
+    });
 }
 
 void CDataSettingAdapter::CPane::OnClick(LONG nControl)
 {
     if (!m_pView)
         return;
-    if (nControl == SettingsDelimiters)
-        m_pSink.OnDelimitersClicked();
-    else if (nControl == SettingsBarsEndTime)
-        m_pSink.OnUseBarsEndTimeChanged(m_pView->Check(SettingsBarsEndTime) != 0);
+    Guarded([&] {
+        if (nControl == SettingsDelimiters)
+            m_pSink.OnDelimitersClicked();
+        else if (nControl == SettingsBarsEndTime)
+            m_pSink.OnUseBarsEndTimeChanged(m_pView->Check(SettingsBarsEndTime) != 0);
+        return S_OK;
+    });
 }
 
 void CDataSettingAdapter::CPane::OnDate(LONG nControl)
@@ -51,10 +62,13 @@ void CDataSettingAdapter::CPane::OnDate(LONG nControl)
     picker.vWritten = Variant();
     if (FAILED(ReadPicker(picker, picker.vReported.put())))
         return;
-    if (bFirst)
-        m_pSink.OnDateFirstChanged(picker.vReported);
-    else
-        m_pSink.OnDateLastChanged(picker.vReported);
+    Guarded([&] {
+        if (bFirst)
+            m_pSink.OnDateFirstChanged(picker.vReported);
+        else
+            m_pSink.OnDateLastChanged(picker.vReported);
+        return S_OK;
+    });
 }
 
 // The size is written first, and where it can be typed that counts as a change of its own.

@@ -61,8 +61,14 @@ void CFileContentViewAdapter::CPane::OnSelect(LONG nControl)
 {
     if (nControl != ContentLanguage || !m_pView || !m_pSink)
         return;
-    if (const LONG nRow = m_pView->Selected(ContentLanguage); nRow != kNoRow)
-        m_pSink->OnFileLanguageChanged(static_cast<ULONG>(m_pView->RowData(ContentLanguage, nRow)));
+    const LONG nRow = m_pView->Selected(ContentLanguage);
+    if (nRow == kNoRow)
+        return;
+    const auto nCodePage = static_cast<ULONG>(m_pView->RowData(ContentLanguage, nRow));
+    Guarded([&] { // the view has no use for what is thrown
+        m_pSink->OnFileLanguageChanged(nCodePage);
+        return S_OK;
+    });
 }
 
 // The language stands at the right of the first row, its label left of it; the grid has the rest.

@@ -243,11 +243,15 @@ void CConvertCtrl::__post_attach(int nAttempt)
 {
     if (m_bAttachPosted.exchange(true))
         return;
-    const bool bPosted = m_worker.Post(LocalRPC::MakeAsyncTask([this, nAttempt] {
-        m_bAttachPosted = false;
-        __attach_views(nAttempt);
-    }));
-    if (!bPosted)
+    const HRESULT hr = Guarded([&] {
+        return m_worker.Post(LocalRPC::MakeAsyncTask([this, nAttempt] {
+            m_bAttachPosted = false;
+            __attach_views(nAttempt);
+        }))
+                   ? S_OK
+                   : S_FALSE;
+    });
+    if (hr != S_OK)
         m_bAttachPosted = false;
 }
 

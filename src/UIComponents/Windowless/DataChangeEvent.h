@@ -6,6 +6,7 @@
 
 #include "interfaces/IDataChangeSink.h"
 #include "module/ComObject.h"
+#include "module/Guarded.h"
 #include "src/UIComponents/Windowless/EventSinks.h"
 
 namespace Hesperon::specifics {
@@ -18,9 +19,11 @@ public:
 
     HRESULT STDMETHODCALLTYPE OnDataChanged() override
     {
-        if (m_pSink)
-            m_pSink->OnDataChanged();
-        return S_OK;
+        return Guarded([&] {
+            if (m_pSink)
+                m_pSink->OnDataChanged();
+            return S_OK;
+        });
     }
 
 private:

@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+#include "module/Guarded.h"
+
 namespace Hesperon::specifics {
 
 void CFileEventHandler::PointAt(notify::IFileEventSink* pSink)
@@ -12,10 +14,12 @@ void CFileEventHandler::PointAt(notify::IFileEventSink* pSink)
 
 HRESULT CFileEventHandler::RecordCountChange(ULONGLONG, VARIANT_BOOL)
 {
-    const std::lock_guard lock(m_lock);
-    if (m_pSink)
-        m_pSink->OnRecordCountChanged();
-    return S_OK;
+    return Guarded([&] {
+        const std::lock_guard lock(m_lock);
+        if (m_pSink)
+            m_pSink->OnRecordCountChanged();
+        return S_OK;
+    });
 }
 
 } // namespace Hesperon::specifics
