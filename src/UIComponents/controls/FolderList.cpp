@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 #include "platform/Folders.h"
 #include "src/UIComponents/controls/FolderFilter.h"
