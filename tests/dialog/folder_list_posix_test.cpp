@@ -12,7 +12,7 @@
 #include "platform/Folders.h"
 #include "src/UIComponents/controls/FolderList.h"
 #include "src/UIComponents/controls/FolderView.h"
-#include "tests/dialog/FakeViews.h"
+#include "tests/dialog/fakes/FakeViews.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Text.h"
 
