@@ -2,6 +2,7 @@
 
 #include "Simples/interface/ResourceStrings.h"
 #include "diagnostics/FaultmereClient.h"
+#include "platform/MessageBox.h"
 #include "platform/text/CodePage.h"
 #include "platform/threads/MessageWindow.h"
 #include "src/UIComponents/views/DialogTexts.h"
@@ -35,6 +36,17 @@ void TabulexSetProgressViews(TabulexProgressViewFactory pfnMake, void* pContext)
 void TabulexSetDialogViews(IQRL_TabulexConverter::IDialogViews* pViews)
 {
     Hesperon::specifics::UILayer::SetDialogViews(pViews);
+}
+
+void TabulexSetWarningListener(TabulexWarningListener pfnListen, void* pContext)
+{
+    if (!pfnListen) {
+        SetWarningListener({});
+        return;
+    }
+    SetWarningListener([pfnListen, pContext](LONG_PTR hWnd, string_view_t text) {
+        pfnListen(pContext, hWnd, string_t(text).c_str());
+    });
 }
 
 const OLECHAR* TabulexDialogText(IQRL_TabulexConverter::DialogId dialog, LONG nControl)

@@ -49,6 +49,13 @@ TABULEX_API void TabulexSetProgressViews(TabulexProgressViewFactory pfnMake, voi
 // They must outlive the calls of DoAnalyse.
 TABULEX_API void TabulexSetDialogViews(IQRL_TabulexConverter::IDialogViews* pViews);
 
+// Who is told a warning that has no other place to appear, such as what the settings check of
+// the import dialog finds; the text is good for the call, on whose thread it comes. hWnd is the
+// window that a box would open over. With null the component shows it: as one line on standard
+// error, or in a box of the system. Set it while no warning is shown.
+typedef void (*TabulexWarningListener)(void* pContext, LONG_PTR hWnd, const OLECHAR* pszText);
+TABULEX_API void TabulexSetWarningListener(TabulexWarningListener pfnListen, void* pContext);
+
 // The label of a control in the current language, or the caption of a dialog or the heading of a
 // pane for kWholeView; never null, empty for one without. Good for good.
 TABULEX_API const OLECHAR* TabulexDialogText(IQRL_TabulexConverter::DialogId dialog, LONG nControl);
