@@ -3,7 +3,7 @@ import unittest
 
 from tool import ToolTest
 
-COMMANDS = ["inspect", "convert", "preview", "check", "raw", "symbols", "environment",
+COMMANDS = ["inspect", "convert", "import", "preview", "check", "raw", "symbols", "environment",
             "template"]
 
 

@@ -57,7 +57,7 @@ struct Command
 constexpr Command kCommands[] = {
     {"inspect", ForEachFile<Inspect>}, {"convert", Convert},      {"preview", ForEachFile<Preview>},
     {"check", ForEachFile<Check>},     {"raw", ForEachFile<Raw>}, {"symbols", ForEachFile<Symbols>},
-    {"environment", PrintEnvironment}, {"template", TryTemplate},
+    {"environment", PrintEnvironment}, {"template", TryTemplate}, {"import", Import},
 };
 
 // The first of the locale's variables that isn't empty counts, then the system.
@@ -138,8 +138,8 @@ ExitStatus Run(const std::vector<std::string>& arguments)
         SetUpComponent(general);
         const ResolutionOffers offers = MakeOffers(general);
         const auto* command = std::ranges::find(kCommands, options->sCommand, &Command::pszName);
-        return command->run(
-            {*options, offers, console, WantsColour(general.colour, Stream::Output)});
+        return command->run({*options, offers, console, WantsColour(general.colour, Stream::Output),
+                             LanguageOf(general)});
     } catch (const Fault& fault) {
         console.Error(fault.sMessage);
         return fault.status;

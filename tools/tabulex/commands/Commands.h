@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "interfaces/NativeHost.h"
 #include "tools/tabulex/host/Host.h"
 #include "tools/tabulex/options/Options.h"
 #include "tools/tabulex/system/Console.h"
@@ -16,6 +17,7 @@ struct Context
     const ResolutionOffers& offers;
     Console& console;
     bool bColour; // on standard output
+    TabulexLanguage language;
 };
 
 // One command each, by their names; what they print stands in the help.
@@ -30,6 +32,7 @@ ExitStatus Symbols(const Context& context, Host& host, const std::string& file);
 
 // These run once for all files, or need none.
 ExitStatus Convert(const Context& context);
+ExitStatus Import(const Context& context);
 ExitStatus PrintEnvironment(const Context& context);
 ExitStatus TryTemplate(const Context& context);
 

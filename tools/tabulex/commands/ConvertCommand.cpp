@@ -1,10 +1,10 @@
-#include <algorithm>
 #include <optional>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
 #include "tools/tabulex/commands/Commands.h"
+#include "tools/tabulex/commands/ConvertSteps.h"
 #include "tools/tabulex/host/Columns.h"
 #include "tools/tabulex/host/Environment.h"
 #include "tools/tabulex/host/Properties.h"
@@ -13,47 +13,10 @@
 #include "tools/tabulex/options/OutputTargets.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Interrupt.h"
-#include "tools/tabulex/system/Paths.h"
 
 namespace tabulex {
 
-namespace fs = std::filesystem;
-
 namespace {
-
-// In the order of RunResult.
-constexpr const char* kResultNames[] = {"commit", "rollback", "refused"};
-
-// A folder for outputs, which is removed if it is still empty at the end.
-class OutputFolder
-{
-public:
-    // Where it can't be made, the outputs fail and give the reason.
-    explicit OutputFolder(const std::string& path) : m_path(PathOf(path))
-    {
-        std::error_code ignored;
-        m_bMade = fs::create_directory(m_path, ignored);
-    }
-    ~OutputFolder()
-    {
-        std::error_code ignored;
-        if (m_bMade)
-            fs::remove(m_path, ignored);
-    }
-    OutputFolder(const OutputFolder&) = delete;
-    OutputFolder& operator=(const OutputFolder&) = delete;
-
-private:
-    fs::path m_path;
-    bool m_bMade;
-};
-
-// A question must be seen by somebody who can answer it.
-OnBadLine ActionOf(const ConvertOptions& options)
-{
-    const bool bTerminal = IsTerminal(Stream::Input) && IsTerminal(Stream::Error);
-    return options.onError.value_or(bTerminal ? OnBadLine::Ask : OnBadLine::Skip);
-}
 
 void RequireRunnable(const Host& host, bool bCheck)
 {
@@ -77,13 +40,6 @@ std::string DescribeResolution(const Host& host)
                        Get(host.Records(), &IRecordParser::get_ResolutionSize));
 }
 
-std::string Summary(const Outcome& outcome)
-{
-    return fmt::format("batches={} delivered={} skipped={} result={}\n", outcome.counts.nBatches,
-                       outcome.counts.nDelivered, outcome.counts.nSkipped,
-                       kResultNames[static_cast<int>(outcome.result)]);
-}
-
 // The conversions of one call: a file after the other, and what they share.
 class ConversionSeries
 {
@@ -100,7 +56,6 @@ private:
     Outcome Convert(const std::string& file, const ConversionOptions& options);
     void Prepare(Host& host, const std::string& file) const;
     ConversionOptions OptionsOf(std::size_t nFile);
-    void RequireDistinctFiles(const ConversionOptions& options) const;
     void FinishRejects(Outcome& outcome);
 
     const Context& m_context;
@@ -145,7 +100,7 @@ Outcome ConversionSeries::RunOne(std::size_t nFile)
 
 Outcome ConversionSeries::Convert(const std::string& file, const ConversionOptions& options)
 {
-    RequireDistinctFiles(options);
+    RequireDistinctFiles(m_convert, m_files, options.output);
     Host host(m_context.offers);
     OnReadFile(host, [&] { Prepare(host, file); });
     const Outcome outcome =
@@ -173,24 +128,9 @@ ConversionOptions ConversionSeries::OptionsOf(std::size_t nFile)
         options.output.oldTable = OldTable::Append;
     options.rejects = m_convert.sRejects.empty() ? nullptr : &m_rejects;
     options.bDryRun = m_convert.bDryRun;
-    options.errors = {ActionOf(m_convert), m_convert.nMaxErrors};
+    options.errors = {ActionOn(m_convert), m_convert.nMaxErrors};
     options.progress = m_convert.progress;
     return options;
-}
-
-void ConversionSeries::RequireDistinctFiles(const ConversionOptions& options) const
-{
-    const auto isRead = [&](const std::string& path) {
-        return std::ranges::any_of(m_files, [&](const std::string& file) {
-            std::error_code error;
-            return path != "-" && !path.empty() &&
-                   fs::equivalent(PathOf(path), PathOf(file), error);
-        });
-    };
-    if (isRead(options.output.sPath) || isRead(m_convert.sRejects))
-        throw Fault{
-            ExitStatus::Usage,
-            "the output would replace a file that is read; give another name by -o or --rejects"};
 }
 
 void ConversionSeries::FinishRejects(Outcome& outcome)

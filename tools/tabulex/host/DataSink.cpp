@@ -99,12 +99,14 @@ HRESULT DataSink::Rollback()
 
 // A cancelled conversion ends with a call of the sink. A cancelled enumeration ends without one:
 // the component only lets go of the sink.
-void PumpToTheEnd(const Host& host, DataSink& sink)
+void PumpToTheEnd(const Host& host, DataSink& sink, const std::function<void()>& between)
 {
     while (!sink.HasEnded() && !sink.IsLetGoOf()) {
         if (Interrupted())
             host.Front().Unadvise(&sink);
         TabulexPumpMessages(kPumpMilliseconds);
+        if (between)
+            between();
     }
 }
 

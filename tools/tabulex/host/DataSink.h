@@ -5,6 +5,7 @@
 // session, while it pumps.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "interfaces/IqrlTabulexDataSink.h"
@@ -62,7 +63,8 @@ private:
 inline constexpr unsigned kPumpMilliseconds = 50;
 
 // Dispatches messages until the session of this sink is over; an interrupt cancels it. A
-// session that has let go of its sink without an end won't report one any more.
-void PumpToTheEnd(const Host& host, DataSink& sink);
+// session that has let go of its sink without an end won't report one any more. `between` is
+// called after each dispatch, and more often than once in kPumpMilliseconds.
+void PumpToTheEnd(const Host& host, DataSink& sink, const std::function<void()>& between = {});
 
 } // namespace tabulex

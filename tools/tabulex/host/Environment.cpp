@@ -71,6 +71,19 @@ std::string EnvironmentText(Host& host)
     return ToUtf8(text.view());
 }
 
+// The folder is set by a document that has nothing else. A name with a character of its tags
+// can't be written, and the dialog then starts where it likes.
+void SetFolder(Host& host, const std::string& path, bool bKeep)
+{
+    constexpr std::string_view kNoFolder = "<PATH>\"\"</PATH>";
+    if (bKeep && EnvironmentText(host).find(kNoFolder) == std::string::npos)
+        return;
+    const std::string text = fmt::format("<TABULEXCONVERTOR_ENVIRONMENT><PATH>\"{}\"</PATH>"
+                                         "</TABULEXCONVERTOR_ENVIRONMENT>",
+                                         path);
+    host.Front().put_Environment(Bstr(PathFromBytes(text)).get());
+}
+
 void SaveEnvironment(Host& host, const std::string& path)
 {
     OutputFile file;

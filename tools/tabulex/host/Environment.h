@@ -20,4 +20,8 @@ std::string EnvironmentText(Host& host);
 // before.
 void SaveEnvironment(Host& host, const std::string& path);
 
+// The folder that the import dialog starts in. One that the object has from an environment is
+// kept where `bKeep` is set.
+void SetFolder(Host& host, const std::string& path, bool bKeep);
+
 } // namespace tabulex

@@ -29,9 +29,34 @@ void AddConvert(CLI::App& app, Options& options)
     AddFiles(command, options, true);
     AddOutput(command, options.convert);
     AddErrorHandling(command, options.convert);
+    AddNoCheck(command, options.convert);
     AddLayoutSettings(command, options.settings);
     AddImportRange(command, options.settings);
     AddGeneral(command, options.general);
+}
+
+// Without an output the settings are printed.
+void AddImport(CLI::App& app, Options& options)
+{
+    CLI::App& command =
+        *app.add_subcommand("import", "Choose a file and its settings in a dialog, and convert");
+    SetHelp(command, "  tabulex import quotes.txt -o quotes.csv\n"
+                     "  tabulex import ~/downloads");
+    command
+        .add_option("FILE", options.files,
+                    "A quote file, or a folder to choose one from\n(default: the current one)")
+        ->type_name("")
+        ->expected(0, 1);
+    AddOutput(command, options.convert);
+    AddErrorHandling(command, options.convert);
+    AddEnvironment(command, options.settings);
+    AddGeneral(command, options.general);
+    command.get_option("--output")
+        ->description("File to write, or a folder (or a name with / at\nits end); '-' is standard "
+                      "output. Without it the\n'convert' command that gives the same is printed");
+    command.callback([&command, &options] {
+        options.import.bConvert = command.count("--output") > 0 || command.count("--dry-run") > 0;
+    });
 }
 
 void AddPreview(CLI::App& app, Options& options)
@@ -119,6 +144,7 @@ void DefineCommandLine(CLI::App& app, Options& options)
     AddGeneral(app, options.general);
     AddInspect(app, options);
     AddConvert(app, options);
+    AddImport(app, options);
     AddPreview(app, options);
     AddCheck(app, options);
     AddRaw(app, options);

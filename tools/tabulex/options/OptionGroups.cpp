@@ -253,8 +253,11 @@ void AddErrorHandling(CLI::App& app, ConvertOptions& convert)
     AddValue(app, "--max-errors", "N", convert.nMaxErrors, kPosition,
              "Give up at the first bad line beyond N")
         ->group(group);
-    app.add_flag("--no-check", convert.bNoCheck, "Convert even if the settings check finds faults")
-        ->group(group);
+}
+
+void AddNoCheck(CLI::App& app, ConvertOptions& convert)
+{
+    app.add_flag("--no-check", convert.bNoCheck, "Convert even if the settings check finds faults");
 }
 
 } // namespace tabulex

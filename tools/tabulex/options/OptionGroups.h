@@ -20,5 +20,6 @@ void AddImportRange(CLI::App& app, Settings& settings);
 void AddRecordRange(CLI::App& app, RangeOptions& range, const char* pszCount);
 void AddOutput(CLI::App& app, ConvertOptions& convert);
 void AddErrorHandling(CLI::App& app, ConvertOptions& convert);
+void AddNoCheck(CLI::App& app, ConvertOptions& convert);
 
 } // namespace tabulex

@@ -46,6 +46,12 @@ struct ConvertOptions
     bool bSaveEnvironment = false;
 };
 
+// import; what it writes is in ConvertOptions
+struct ImportOptions
+{
+    bool bConvert = false; // the user has said where to, or that it is a trial
+};
+
 // Records by position, from 0.
 struct RangeOptions
 {
@@ -77,6 +83,7 @@ struct Options
     Settings settings; // of all commands that decode records
     InspectOptions inspect;
     ConvertOptions convert;
+    ImportOptions import;
     RangeOptions range;
     RawOptions raw;
     TemplateOptions trial;

@@ -31,7 +31,7 @@ public:
         : m_host(host), m_console(console), m_sFile(file), m_options(options), m_portion(portion),
           m_errors(host, console, file, options.errors,
                    options.bDryRun ? nullptr : options.rejects),
-          m_bar(console, options.progress), m_views(m_bar, m_errors)
+          m_bar(console, options.progress), m_views(m_bar, m_errors, options.pView)
     {}
 
     ~Run() { Stop(); }
@@ -109,7 +109,7 @@ void Run::Start()
 // The box closes by a message that is posted after the end, and its view goes with it.
 void Run::WaitForEnd()
 {
-    PumpToTheEnd(m_host, *m_sink.get());
+    PumpToTheEnd(m_host, *m_sink.get(), [this] { m_views.CancelIfWanted(); });
     m_bar.ShowEnd(m_sink->Rows());
     while (m_views.IsOnShow())
         TabulexPumpMessages(kPumpMilliseconds);

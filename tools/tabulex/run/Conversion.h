@@ -22,6 +22,7 @@ struct ConversionOptions
     bool bDryRun = false;           // everything is done, but nothing is written
     ErrorReporter::Options errors;
     When progress = When::Auto;
+    IConversionView* pView = nullptr; // of progress; null for standard error. Outlives the run
 };
 
 enum class RunResult

@@ -49,26 +49,24 @@ bool ErrorReporter::Report(const BadLine& bad)
     const std::string text = m_texts ? m_texts->Of(bad.nLine, m_nBatchStart) : std::string();
     if (m_rejects)
         AppendReject(bad, text);
-    m_bStopped = HasTooMany() || !Decide(text);
+    m_bStopped = HasTooMany() || !Decide(bad, text);
     return !m_bStopped;
 }
 
-bool ErrorReporter::Decide(const std::string& text)
+bool ErrorReporter::Decide(const BadLine& bad, const std::string& text)
 {
-    switch (m_options.action) {
-    case OnBadLine::Skip:
-        return true;
-    case OnBadLine::Stop:
-        return false;
-    case OnBadLine::Ask:
-        break;
-    }
-    return Ask(text);
+    if (m_options.action != OnBadLine::Ask)
+        return m_options.action == OnBadLine::Skip;
+    const BadLineAnswer answer =
+        m_options.pView ? m_options.pView->AskAbout(bad, text) : AskOnConsole(text);
+    if (answer == BadLineAnswer::SkipAll)
+        m_options.action = OnBadLine::Skip;
+    return answer != BadLineAnswer::Cancel;
 }
 
 // Asks again after an answer that isn't understood. The end of the input and an interrupt
 // cancel.
-bool ErrorReporter::Ask(const std::string& text)
+BadLineAnswer ErrorReporter::AskOnConsole(const std::string& text)
 {
     Flush();
     for (;;) {
@@ -76,17 +74,16 @@ bool ErrorReporter::Ask(const std::string& text)
         const auto answer = ReadAnswer(Interrupted);
         if (!answer) {
             m_console.Print("\n");
-            return false;
+            return BadLineAnswer::Cancel;
         }
         // With this bit set an ASCII letter is a small one.
         switch (answer->empty() ? '\0' : (*answer)[0] | 0x20) {
         case 's':
-            return true;
+            return BadLineAnswer::Skip;
         case 'a':
-            m_options.action = OnBadLine::Skip;
-            return true;
+            return BadLineAnswer::SkipAll;
         case 'c':
-            return false;
+            return BadLineAnswer::Cancel;
         }
     }
 }

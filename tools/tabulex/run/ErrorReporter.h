@@ -8,6 +8,7 @@
 #include <string>
 
 #include "tools/tabulex/run/BadLineText.h"
+#include "tools/tabulex/run/ConversionView.h"
 #include "tools/tabulex/run/RejectsFile.h"
 #include "tools/tabulex/system/Console.h"
 
@@ -21,13 +22,6 @@ enum class OnBadLine
     Stop
 };
 
-struct BadLine
-{
-    ULONGLONG nLine; // from 1, as the component reports it
-    LONG nField;     // from 1; kWholeRecord where no field is to blame
-    std::string sMessage;
-};
-
 using IQRL_TabulexConverter::kWholeRecord;
 
 class ErrorReporter
@@ -36,7 +30,8 @@ public:
     struct Options
     {
         OnBadLine action = OnBadLine::Skip;
-        std::optional<ULONGLONG> nMost; // bad lines that are allowed; empty for any number
+        std::optional<ULONGLONG> nMost;   // bad lines that are allowed; empty for any number
+        IConversionView* pView = nullptr; // who asks; null for the console. Outlives the reporter
     };
 
     // `file` is the name as the user gave it, `rejects` is null where none are kept. What is
@@ -58,8 +53,8 @@ public:
     bool HasStopped() const { return m_bStopped; }
 
 private:
-    bool Decide(const std::string& text);
-    bool Ask(const std::string& text);
+    bool Decide(const BadLine& bad, const std::string& text);
+    BadLineAnswer AskOnConsole(const std::string& text);
     void AppendReject(const BadLine& bad, const std::string& text);
 
     const Host& m_host;

@@ -14,6 +14,8 @@ struct ProgressViews::Run
 {
     ProgressBar* bar = nullptr; // null once the run is over
     ErrorReporter* errors = nullptr;
+    IConversionView* view = nullptr;     // null for the bar
+    IProgressButtons* buttons = nullptr; // of the box that is on show
     int nViews = 0;
 };
 
@@ -33,8 +35,8 @@ public:
         ++m_run->nViews;
     }
 
-    void Show(LONG_PTR, IProgressButtons* pButtons) override { m_buttons = pButtons; }
-    void Hide() override { m_buttons = nullptr; }
+    void Show(LONG_PTR, IProgressButtons* pButtons) override { m_run->buttons = pButtons; }
+    void Hide() override { m_run->buttons = nullptr; }
     void SetText(LONG nControl, const OLECHAR* pszText) override;
     void SetPercent(ULONG nPercent) override { m_progress.nPercent = nPercent; }
     void AskUser() override;
@@ -46,7 +48,6 @@ private:
     std::string TextAt(LONG nControl) { return ToUtf8(Text(nControl)); }
 
     std::shared_ptr<ProgressViews::Run> m_run;
-    IProgressButtons* m_buttons = nullptr;
     Progress m_progress;
 };
 
@@ -59,24 +60,27 @@ void View::SetText(LONG nControl, const OLECHAR* pszText)
     m_progress.nRecords = NumberOr(TextAt(ProgressRecords), 0);
     m_progress.sRemaining = TextAt(ProgressRemaining);
     m_progress.sElapsed = TextAt(ProgressElapsed);
-    m_run->bar->Show(m_progress);
+    if (m_run->view)
+        m_run->view->ShowProgress(m_progress);
+    else
+        m_run->bar->Show(m_progress);
 }
 
 void View::AskUser()
 {
-    if (!m_buttons || !m_run->errors)
+    if (!m_run->buttons || !m_run->errors)
         return;
     const BadLine bad{NumberOr(TextAt(ProgressErrorLine), 0),
                       static_cast<LONG>(NumberOr(TextAt(ProgressErrorField), kWholeRecord)),
                       TextAt(ProgressErrorText)};
     const bool bGoOn = m_run->errors->Report(bad) && !Interrupted();
-    m_buttons->Press(bGoOn ? ProgressSkip : ProgressCancel);
+    m_run->buttons->Press(bGoOn ? ProgressSkip : ProgressCancel);
 }
 
 } // namespace
 
-ProgressViews::ProgressViews(ProgressBar& bar, ErrorReporter& errors)
-    : m_run(std::make_shared<Run>(Run{&bar, &errors}))
+ProgressViews::ProgressViews(ProgressBar& bar, ErrorReporter& errors, IConversionView* pView)
+    : m_run(std::make_shared<Run>(Run{&bar, &errors, pView}))
 {
     TabulexSetProgressViews(
         [](void* pContext) -> IProgressView* {
@@ -90,6 +94,16 @@ ProgressViews::~ProgressViews()
     TabulexSetProgressViews(nullptr, nullptr);
     m_run->bar = nullptr;
     m_run->errors = nullptr;
+    m_run->view = nullptr;
+}
+
+// The box ends the run once, so that it is pressed once only.
+void ProgressViews::CancelIfWanted()
+{
+    if (!m_run->view || !m_run->buttons || !m_run->view->IsCancelled())
+        return;
+    m_run->view = nullptr;
+    m_run->buttons->Press(ProgressCancel);
 }
 
 bool ProgressViews::IsOnShow() const

@@ -18,8 +18,9 @@ namespace tabulex {
 class ProgressViews
 {
 public:
-    // Both must outlive this.
-    ProgressViews(ProgressBar& bar, ErrorReporter& errors);
+    // All must outlive this. With a view of its own the run has its progress there, and the bar
+    // shows none; null for none.
+    ProgressViews(ProgressBar& bar, ErrorReporter& errors, IConversionView* pView);
     // Takes the views out of the run's hands, whether the component still has one or not.
     ~ProgressViews();
     ProgressViews(const ProgressViews&) = delete;
@@ -28,6 +29,9 @@ public:
     // The component has a view. After the end of a run it lets go of it within one or two
     // calls of TabulexPumpMessages.
     bool IsOnShow() const;
+
+    // Ends the run if the user wants that. While the run goes on.
+    void CancelIfWanted();
 
     struct Run; // what a view knows of its run
 

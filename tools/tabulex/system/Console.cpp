@@ -56,13 +56,34 @@ void Console::Say(const char* pszColour, std::string_view kind, std::string_view
 void Console::Print(std::string_view text)
 {
     std::lock_guard lock(m_lock);
+    if (m_bHeld) {
+        m_sHeld += text;
+        return;
+    }
     ClearProgress();
     WriteToErrorStream(text);
+}
+
+void Console::Hold()
+{
+    std::lock_guard lock(m_lock);
+    ClearProgress();
+    m_bHeld = true;
+}
+
+void Console::Release()
+{
+    std::lock_guard lock(m_lock);
+    m_bHeld = false;
+    WriteToErrorStream(m_sHeld);
+    m_sHeld.clear();
 }
 
 void Console::ShowProgress(std::string_view text)
 {
     std::lock_guard lock(m_lock);
+    if (m_bHeld)
+        return;
     ClearProgress();
     if (text.empty())
         return;

@@ -38,6 +38,11 @@ public:
     void Note(std::string_view message);    // only when verbose
     void Print(std::string_view text);      // as it is
 
+    // Until Release, what is printed waits, and no progress is drawn: the terminal shows
+    // something else.
+    void Hold();
+    void Release();
+
     // Draws the line of progress anew, or erases it where the text is empty.
     void ShowProgress(std::string_view text);
 
@@ -50,6 +55,21 @@ private:
     bool m_bQuiet = false;
     bool m_bVerbose = false;
     bool m_bProgressShown = false; // guarded by m_lock, as is the stream
+    bool m_bHeld = false;          // the same
+    std::string m_sHeld;           // the same
+};
+
+// A console is held while this lives.
+class HeldConsole
+{
+public:
+    explicit HeldConsole(Console& console) : m_console(console) { m_console.Hold(); }
+    ~HeldConsole() { m_console.Release(); }
+    HeldConsole(const HeldConsole&) = delete;
+    HeldConsole& operator=(const HeldConsole&) = delete;
+
+private:
+    Console& m_console;
 };
 
 } // namespace tabulex

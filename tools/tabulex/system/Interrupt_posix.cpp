@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "tools/tabulex/system/ExitStatus.h"
+#include "tools/tabulex/system/Terminal.h"
 
 namespace tabulex {
 
@@ -13,8 +14,10 @@ namespace {
 // destructor.
 extern "C" void OnInterrupt(int)
 {
-    if (!NoteInterrupt())
-        std::_Exit(static_cast<int>(ExitStatus::Interrupted));
+    if (NoteInterrupt())
+        return;
+    RestoreTerminal();
+    std::_Exit(static_cast<int>(ExitStatus::Interrupted));
 }
 
 } // namespace

@@ -34,6 +34,9 @@ void SetUpStreams();
 // to end at once.
 void RestoreTerminal();
 
+// What RestoreTerminal does beside; null for nothing. It may do no more than a signal handler.
+void SetTerminalRestorer(void (*pfnRestore)());
+
 // Writes to standard error at once, in one piece.
 void WriteToErrorStream(std::string_view text);
 

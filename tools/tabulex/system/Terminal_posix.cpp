@@ -1,5 +1,6 @@
 #include "tools/tabulex/system/Terminal.h"
 
+#include <atomic>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -13,6 +14,10 @@ namespace tabulex {
 namespace {
 
 constexpr int kPollMilliseconds = 100; // how soon a cancellation is noticed
+
+std::atomic<void (*)()> g_pfnRestore = nullptr;
+
+static_assert(std::atomic<void (*)()>::is_always_lock_free, "used in a signal handler");
 
 int DescriptorOf(Stream stream)
 {
@@ -65,7 +70,16 @@ void SetUpStreams()
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
-void RestoreTerminal() {}
+void RestoreTerminal()
+{
+    if (void (*const pfnRestore)() = g_pfnRestore)
+        pfnRestore();
+}
+
+void SetTerminalRestorer(void (*pfnRestore)())
+{
+    g_pfnRestore = pfnRestore;
+}
 
 // The stream isn't buffered: a call is one write.
 void WriteToErrorStream(std::string_view text)

@@ -119,6 +119,9 @@ void RestoreTerminal()
     SetConsoleOutputCP(g_nCodePage);
 }
 
+// Nothing of the tool changes more than the modes.
+void SetTerminalRestorer(void (*)()) {}
+
 // Not through the stream, which would write each character by itself.
 void WriteToErrorStream(std::string_view text)
 {

@@ -60,6 +60,20 @@ string_t PathFromBytes(std::string_view bytes)
     return Utf8::Decode(bytes, [](unsigned char n) { return char32_t(0xDC00) + n; });
 }
 
+std::string BytesFromPath(string_view_t path)
+{
+    constexpr char32_t kFirstByte = 0xDC80, kLastByte = 0xDCFF;
+    std::string result;
+    while (!path.empty()) {
+        const char32_t c = Utf8::TakeFront(path);
+        if (c >= kFirstByte && c <= kLastByte)
+            result += static_cast<char>(c & 0xFF);
+        else
+            Utf8::Append(result, c);
+    }
+    return result;
+}
+
 std::size_t DisplayWidth(std::string_view utf8)
 {
     std::size_t nWidth = 0;

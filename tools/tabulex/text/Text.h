@@ -19,6 +19,9 @@ string_t FromUtf8(std::string_view bytes);
 // as a lone low surrogate U+DC80 to U+DCFF, so that every name can be opened.
 string_t PathFromBytes(std::string_view bytes);
 
+// The bytes of such a path.
+std::string BytesFromPath(string_view_t path);
+
 // The number of terminal columns that the text takes: two for a wide East Asian character.
 std::size_t DisplayWidth(std::string_view utf8);
 
