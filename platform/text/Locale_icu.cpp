@@ -43,6 +43,12 @@ bool IsValidDate(const SYSTEMTIME& time)
            time.wDay >= 1 && time.wDay <= DaysInMonth(time.wYear, time.wMonth);
 }
 
+// The calendar is named since a locale may bring another one, whose months are others.
+icu::Locale GregorianLocale(const std::string& name)
+{
+    return icu::Locale::createCanonical((name + "@calendar=gregorian").c_str());
+}
+
 bool IsValidTime(const SYSTEMTIME& time)
 {
     return time.wHour <= 23 && time.wMinute <= 59 && time.wSecond <= 59;
@@ -50,10 +56,9 @@ bool IsValidTime(const SYSTEMTIME& time)
 
 } // namespace
 
-// The calendar is named since a locale may bring another one, whose months are others.
 LocaleNames::LocaleNames(const std::string& name)
 {
-    const auto locale = icu::Locale::createCanonical((name + "@calendar=gregorian").c_str());
+    const icu::Locale locale = GregorianLocale(name);
     UErrorCode status = U_ZERO_ERROR;
     const icu::DateFormatSymbols symbols(locale, status);
     auto next = m_names.begin();
@@ -71,6 +76,20 @@ LocaleNames::LocaleNames(const std::string& name)
         for (int n = 0; n < 12; ++n, ++next)
             *next = n < nMonths ? TextOf(months[n]) : string_t();
     }
+}
+
+string_t LocaleNames::Info(int nType) const
+{
+    const int n = nType - kFirstType;
+    return n >= 0 && n < static_cast<int>(m_names.size()) ? m_names[static_cast<std::size_t>(n)]
+                                                          : string_t();
+}
+
+LocalePictures::LocalePictures(const std::string& name)
+{
+    const icu::Locale locale = GregorianLocale(name);
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::DateFormatSymbols symbols(locale, status);
     int32_t nMarks = 0;
     const icu::UnicodeString* marks = symbols.getAmPmStrings(nMarks);
     for (int n = 0; n < 2 && n < nMarks; ++n) {
@@ -84,19 +103,12 @@ LocaleNames::LocaleNames(const std::string& name)
     m_timePicture = FormatPicture(time, u"h:mm:ss tt");
 }
 
-string_t LocaleNames::Info(int nType) const
-{
-    const int n = nType - kFirstType;
-    return n >= 0 && n < static_cast<int>(m_names.size()) ? m_names[static_cast<std::size_t>(n)]
-                                                          : string_t();
-}
-
-string_t LocaleNames::ShortDate(const SYSTEMTIME& time) const
+string_t LocalePictures::ShortDate(const SYSTEMTIME& time) const
 {
     return IsValidDate(time) ? FillPicture(m_datePicture, time, {}) : string_t();
 }
 
-string_t LocaleNames::Time(const SYSTEMTIME& time) const
+string_t LocalePictures::Time(const SYSTEMTIME& time) const
 {
     return IsValidTime(time) ? FillPicture(m_timePicture, time, m_marks[time.wHour / 12])
                              : string_t();
@@ -107,6 +119,13 @@ const LocaleNames& UserLocaleNames()
 {
     static const LocaleNames& names = *new LocaleNames(LocaleName(EnvironmentLocale("LC_TIME")));
     return names;
+}
+
+const LocalePictures& UserLocalePictures()
+{
+    static const LocalePictures& pictures =
+        *new LocalePictures(LocaleName(EnvironmentLocale("LC_TIME")));
+    return pictures;
 }
 
 // The simple mapping of a unit is a unit; surrogates have none of their own.
@@ -127,22 +146,22 @@ string_t LocaleInfo(int nType)
 
 string_t ShortDate(const SYSTEMTIME& time)
 {
-    return UserLocaleNames().ShortDate(time);
+    return UserLocalePictures().ShortDate(time);
 }
 
 string_t TimeText(const SYSTEMTIME& time)
 {
-    return UserLocaleNames().Time(time);
+    return UserLocalePictures().Time(time);
 }
 
 string_t DateFormatText()
 {
-    return UserLocaleNames().DatePicture();
+    return UserLocalePictures().DatePicture();
 }
 
 string_t TimeFormatText()
 {
-    return UserLocaleNames().TimePicture();
+    return UserLocalePictures().TimePicture();
 }
 
 string_t InvariantTime(const SYSTEMTIME& time)

@@ -102,7 +102,7 @@ TEST(ShortDate, HasTheYearInFullAndTheLocalesOrder)
         {"fr_FR", u"05/03/2004"}, {"zh_CN", u"2004/3/5"},
     };
     for (const Row& row : rows)
-        EXPECT_EQ(Narrow(LocaleNames(row.locale).ShortDate(Time(2004, 3, 5))), Narrow(row.text))
+        EXPECT_EQ(Narrow(LocalePictures(row.locale).ShortDate(Time(2004, 3, 5))), Narrow(row.text))
             << row.locale;
 }
 
@@ -126,7 +126,7 @@ TEST(TimeText, FollowsTheLocale)
     time.wMinute = 5;
     time.wSecond = 9;
     for (const Row& row : rows)
-        EXPECT_EQ(Narrow(LocaleNames(row.locale).Time(time)), Narrow(row.text)) << row.locale;
+        EXPECT_EQ(Narrow(LocalePictures(row.locale).Time(time)), Narrow(row.text)) << row.locale;
 }
 
 TEST(FormatTexts, FollowTheLocale)
@@ -142,9 +142,9 @@ TEST(FormatTexts, FollowTheLocale)
         {"ko_KR", u"yyyy. M. d.", u"tt h:mm:ss"},
     };
     for (const Row& row : rows) {
-        const LocaleNames names(row.locale);
-        EXPECT_EQ(Narrow(names.DatePicture()), Narrow(row.date)) << row.locale;
-        EXPECT_EQ(Narrow(names.TimePicture()), Narrow(row.time)) << row.locale;
+        const LocalePictures pictures(row.locale);
+        EXPECT_EQ(Narrow(pictures.DatePicture()), Narrow(row.date)) << row.locale;
+        EXPECT_EQ(Narrow(pictures.TimePicture()), Narrow(row.time)) << row.locale;
     }
 }
 
