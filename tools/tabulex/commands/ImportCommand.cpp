@@ -36,7 +36,7 @@ namespace {
 std::string RequireFolder(const std::string& path)
 {
     std::error_code error;
-    fs::directory_iterator(PathOf(path), error);
+    [[maybe_unused]] const fs::directory_iterator readable(PathOf(path), error);
     if (error)
         throw Fault{ExitStatus::FileFault,
                     fmt::format("'{}' can't be read: {}", path, error.message())};

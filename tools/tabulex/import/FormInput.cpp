@@ -92,7 +92,7 @@ bool Form::HandleEdit(LONG nControl, const Input& input)
 {
     const auto nSize = static_cast<LONG>(string_t(m_view.Text(nControl)).size());
     const LONG nCaret = std::clamp<LONG>(m_view.SelectedText(nControl).nTo, 0, nSize);
-    LONG nTo = nCaret;
+    LONG nTo = 0;
     switch (input.key) {
     case Key::Left:
         nTo = std::max<LONG>(nCaret - 1, 0);
@@ -101,7 +101,6 @@ bool Form::HandleEdit(LONG nControl, const Input& input)
         nTo = std::min<LONG>(nCaret + 1, nSize);
         break;
     case Key::Home:
-        nTo = 0;
         break;
     case Key::End:
         nTo = nSize;
