@@ -143,6 +143,14 @@ void Host::Open(const char* pszSample)
     OpenPath(pszSample, Wide(std::string(path.begin(), path.end())));
 }
 
+void Host::NoteOpened(const std::string& sName)
+{
+    Bstr sPath;
+    m_converter->get_FileName(sPath.put());
+    m_sName = sName;
+    m_sPath = Utf8(sPath.view());
+}
+
 void Host::OpenText(const std::string& content)
 {
     m_text.emplace(content);

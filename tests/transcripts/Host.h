@@ -37,6 +37,8 @@ public:
 
     void Open(const char* pszSample);
     void OpenText(const std::string& content);
+    // The converter has opened a sample by other means; its path isn't written down.
+    void NoteOpened(const std::string& sName);
     void DescribeLayout();
     void Convert();
     void ConvertPortion(ULONGLONG nStart, ULONGLONG nCount);
@@ -49,6 +51,7 @@ public:
     void Tell(const std::string& line);
     void Tell(const std::string& call, HRESULT hr) { Tell(call + " " + CodeName(hr)); }
 
+    const std::filesystem::path& Samples() const { return m_samples; }
     IqrlTabulexConvertor& Converter() { return *m_converter.get(); }
     com_ptr<IQRL_TabulexConverter::IDataParser> Parser();
 

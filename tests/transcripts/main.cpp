@@ -18,10 +18,8 @@ struct Group
 };
 
 constexpr Group kGroups[] = {
-    {"samples", SampleScenarios},
-    {"sessions", SessionScenarios},
-    {"settings", SettingScenarios},
-    {"dispatch", DispatchScenarios},
+    {"samples", SampleScenarios}, {"sessions", SessionScenarios},  {"settings", SettingScenarios},
+    {"dialogs", DialogScenarios}, {"dispatch", DispatchScenarios},
 };
 
 } // namespace
