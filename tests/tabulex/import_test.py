@@ -153,6 +153,19 @@ class Folders(ImportTest):
         terminal.wait_for("> archive/")
         self.finish(terminal, 1, "escape")
 
+    def test_a_file_that_has_gone_is_not_imported(self):
+        SAMPLES["minute-5.csv"].write(self.folder)
+        gone = os.path.join(self.folder, "week.csv")
+        SAMPLES["week.csv"].write(self.folder)
+        terminal = self.open(self.folder)
+        terminal.wait_for("week.csv")
+        terminal.send("down", "enter")
+        terminal.wait_for("record 1 of")
+        os.remove(gone)
+        terminal.send("1", "down", "enter")
+        terminal.settle()
+        self.assertIn("can't be opened", self.finish(terminal, 3, "f10"))
+
     def test_details_have_size_and_time(self):
         path = self.file("quotes.csv", b"x" * 2500)
         os.utime(path, (0, 1577880000))  # 2020-01-01 12:00 UTC

@@ -118,6 +118,7 @@ ExitStatus ImportSession::RunDialogAndConversion()
     return ExitStatus::Done;
 }
 
+// A file that has gone since it was listed leaves in the dialog what was found in the one before.
 bool ImportSession::RunDialog(Desk& desk)
 {
     const ImportViews views(desk);
@@ -125,6 +126,8 @@ bool ImportSession::RunDialog(Desk& desk)
     const HRESULT hr = m_host.Front().DoAnalyse(&bConfirmed, 0);
     if (FAILED(hr))
         throw Fault{ExitStatus::Refused, fmt::format("the dialog failed: {}", HexOf(hr))};
+    if (bConfirmed != VARIANT_FALSE && FileName().empty())
+        throw Fault{ExitStatus::FileFault, "the file that was chosen can't be opened"};
     return bConfirmed != VARIANT_FALSE;
 }
 
