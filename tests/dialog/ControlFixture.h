@@ -32,7 +32,7 @@ class ControlFixture : public testing::Test
 protected:
     ControlFixture()
     {
-        MakeParsers();
+        MakeParsers(m_script, m_pData, m_pRecords);
         for (auto [pGrid, sName] : {std::pair(&m_pText, "lines"), {&m_pRecordsGrid, "records"}}) {
             CreateObject(*pGrid);
             (*pGrid)->m_pScript = &m_script;
@@ -50,19 +50,6 @@ protected:
         Drain();
     }
 
-    void MakeParsers()
-    {
-        CreateObject(m_pData);
-        CreateObject(m_pRecords);
-        m_pData->m_pScript = m_pRecords->m_pScript = &m_script;
-        m_pData->m_pRecords = m_pRecords;
-        for (auto [pMultiplier, sName] :
-             {std::pair(&m_pRecords->m_pPrice, "price"), {&m_pRecords->m_pVolume, "volume"}}) {
-            CreateObject(*pMultiplier);
-            (*pMultiplier)->m_pScript = &m_script;
-            (*pMultiplier)->m_sName = sName;
-        }
-    }
     // Hands the grids over and initialises; what was called so far is forgotten.
     void Start()
     {

@@ -67,15 +67,7 @@ class SettingsFixture : public testing::Test
 protected:
     SettingsFixture()
     {
-        CreateObject(m_pData);
-        CreateObject(m_pRecords);
-        CreateObject(m_pRecords->m_pPrice);
-        CreateObject(m_pRecords->m_pVolume);
-        m_pRecords->m_pPrice->m_sName = "price";
-        m_pRecords->m_pVolume->m_sName = "volume";
-        m_pData->m_pScript = m_pRecords->m_pScript = &m_script;
-        m_pRecords->m_pPrice->m_pScript = m_pRecords->m_pVolume->m_pScript = &m_script;
-        m_pData->m_pRecords = m_pRecords;
+        MakeParsers(m_script, m_pData, m_pRecords);
         m_params.pFieldTemplates = &m_fields;
         m_params.pResolutionTemplates = &m_resolutions;
         m_params.pTimeZoneTemplates = &m_zones;

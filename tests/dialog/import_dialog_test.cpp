@@ -29,15 +29,7 @@ class ImportDialog : public testing::Test
 protected:
     ImportDialog()
     {
-        CreateObject(m_pData);
-        CreateObject(m_pRecords);
-        CreateObject(m_pRecords->m_pPrice);
-        CreateObject(m_pRecords->m_pVolume);
-        m_pData->m_pScript = m_pRecords->m_pScript = &m_script;
-        m_pRecords->m_pPrice->m_pScript = m_pRecords->m_pVolume->m_pScript = &m_script;
-        m_pRecords->m_pPrice->m_sName = "price";
-        m_pRecords->m_pVolume->m_sName = "volume";
-        m_pData->m_pRecords = m_pRecords;
+        MakeParsers(m_script, m_pData, m_pRecords);
         com_ptr<NoParserEvents> pEvents;
         CreateObject(pEvents);
         m_params.pFieldTemplates = &m_rows;

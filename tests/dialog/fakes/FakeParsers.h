@@ -219,4 +219,19 @@ public:
     }
 };
 
+// A data parser with its record parser and the multipliers of that.
+inline void MakeParsers(Script& script, com_ptr<FakeData>& pData, com_ptr<FakeRecords>& pRecords)
+{
+    CreateObject(pData);
+    CreateObject(pRecords);
+    pData->m_pScript = pRecords->m_pScript = &script;
+    pData->m_pRecords = pRecords;
+    for (auto [pMultiplier, pszName] :
+         {std::pair(&pRecords->m_pPrice, "price"), {&pRecords->m_pVolume, "volume"}}) {
+        CreateObject(*pMultiplier);
+        (*pMultiplier)->m_pScript = &script;
+        (*pMultiplier)->m_sName = pszName;
+    }
+}
+
 } // namespace dialog_test
