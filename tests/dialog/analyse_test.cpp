@@ -169,7 +169,8 @@ TEST_F(Analyse, AThousandDialogsLeaveNothingBehind)
         });
         front.reset();
     };
-    runOne(0);
+    for (int n = 0; n < 10; ++n) // what the system keeps from the first times
+        runOne(n);
     PumpUntil([] { return ModuleLockCount() == 0 && !OwnsWindows(); });
     const ProcessCounts before = CountProcessAtRest();
     for (int n = 0; n < Rounds(1000); ++n)
