@@ -176,7 +176,13 @@ TEST_F(Analyse, AThousandDialogsLeaveNothingBehind)
     for (int n = 0; n < Rounds(1000); ++n)
         runOne(n);
     PumpUntil([] { return ModuleLockCount() == 0 && !OwnsWindows(); });
-    EXPECT_EQ(CountProcessAtRest(), before);
+    // Windows makes a handle for a lock at which two threads meet for the first time, and keeps it.
+    // There are a few such locks, however many dialogs there were.
+    constexpr std::size_t kMostLocks = 8;
+    const ProcessCounts after = CountProcessAtRest();
+    EXPECT_EQ(after.nThreads, before.nThreads);
+    EXPECT_EQ(after.nWindows, before.nWindows);
+    EXPECT_LE(after.nHandles, before.nHandles + kMostLocks);
 }
 
 TEST_F(Analyse, ADialogLetsGoOfTheParser)
