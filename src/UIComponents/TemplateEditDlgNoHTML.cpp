@@ -1,8 +1,8 @@
 #include "src/UIComponents/TemplateEditDlgNoHTML.h"
 
 #include "diagnostics/FaultmereClient.h"
-#include "module/Guarded.h"
 #include "src/UIComponents/WhiteSpace.h"
+#include "src/UIComponents/views/GuardedEvent.h"
 #include "src/parsing/templates/TextTests.h"
 
 namespace Hesperon::specifics::UILayer {
@@ -46,10 +46,7 @@ void CTemplateEditDlgNoHTML::OnOpen(IDialogView& view)
     // A row is higher than its text, so that templates, mostly asterisks, don't touch.
     if (const LONG nHeight = view.RowHeight(TemplateList) + kRowGap; nHeight > kRowGap)
         view.SetRowHeight(TemplateList, nHeight);
-    Guarded([&] {
-        FillList();
-        return S_OK;
-    });
+    GuardedEvent([&] { FillList(); });
     UpdateOk();
     UpdateDelete();
 }
@@ -111,10 +108,8 @@ void CTemplateEditDlgNoHTML::OnText(LONG nControl)
 {
     if (nControl != TemplateText || !m_pView || m_pView->Focus() != TemplateText)
         return;
-    Guarded([&] {
-        m_sTemplate = TrimWhiteSpace(m_pView->Text(TemplateText)).substr(0, kMaxText);
-        return S_OK;
-    });
+    GuardedEvent(
+        [&] { m_sTemplate = TrimWhiteSpace(m_pView->Text(TemplateText)).substr(0, kMaxText); });
     UpdateOk();
 }
 
@@ -125,11 +120,10 @@ void CTemplateEditDlgNoHTML::OnSelect(LONG nControl)
     const LONG nRow = m_pView->Selected(TemplateList);
     if (nRow == kNoRow)
         return UpdateDelete();
-    Guarded([&] {
+    GuardedEvent([&] {
         // The copy: a row's text is good until the next call on the view.
         m_sTemplate = string_view_t(m_pView->RowText(TemplateList, nRow)).substr(0, kMaxText);
         m_pView->SetText(TemplateText, string_t(m_sTemplate).c_str());
-        return S_OK;
     });
     UpdateOk();
     UpdateDelete();
@@ -144,10 +138,7 @@ void CTemplateEditDlgNoHTML::OnClick(LONG nControl)
     else if (nControl == SmallDialogCancel)
         m_pView->End(kDialogCancel);
     else if (nControl == TemplateDelete)
-        Guarded([&] {
-            DeleteTemplate();
-            return S_OK;
-        });
+        GuardedEvent([&] { DeleteTemplate(); });
 }
 
 // A view that knows no default button reports Enter in this way.

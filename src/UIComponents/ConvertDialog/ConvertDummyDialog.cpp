@@ -4,8 +4,8 @@
 #include "src/UIComponents/ConvertDialog/ConvertDummyDialog.h"
 
 #include "diagnostics/FaultmereClient.h"
-#include "module/Guarded.h"
 #include "src/UIComponents/controls/FolderList.h"
+#include "src/UIComponents/views/GuardedEvent.h"
 
 using namespace IQRL_TabulexConverter;
 
@@ -29,10 +29,7 @@ LONG CConvertDummyDialog::DoModal(LONG_PTR hwndParent)
 void CConvertDummyDialog::OnOpen(IDialogView& view)
 {
     m_pView = &view;
-    Guarded([&] {
-        MakePanes();
-        return S_OK;
-    });
+    GuardedEvent([&] { MakePanes(); });
     const HRESULT hr = m_convertCtrl.Initialize();
     view.Centre();
     OnResize();
@@ -43,32 +40,26 @@ void CConvertDummyDialog::OnOpen(IDialogView& view)
 void CConvertDummyDialog::MakePanes()
 {
     m_filePicker.Create(*m_pView);
-    AddPane(m_filePicker.View(), Layout::OrdinalFilePicker);
+    m_layout.Add(m_filePicker.View(), Layout::OrdinalFilePicker);
     m_fileContentPane.Create(*m_pView);
-    AddPane(m_fileContentPane.View(), Layout::OrdinalFileContent);
+    m_layout.Add(m_fileContentPane.View(), Layout::OrdinalFileContent);
     m_convertCtrl.SetFileContentGrid(m_fileContentPane.GetGrid().get());
     m_dataSettingPane.Create(*m_pView);
-    AddPane(m_dataSettingPane.View(), Layout::OrdinalSettings);
+    m_layout.Add(m_dataSettingPane.View(), Layout::OrdinalSettings);
     SetControlsState(StateNone);
     m_dataDecodePane.Create(*m_pView);
     const com_ptr<CQRLDataGridViewCtrl> pGrid = m_dataDecodePane.GetGrid();
     m_convertCtrl.SetDataGrid(pGrid.get());
     if (pGrid)
         pGrid->ListenToPlainTypes([this] { m_convertCtrl.OnPlainTypeChosen(); });
-    AddPane(m_dataDecodePane.View(), Layout::OrdinalDecode);
-}
-
-void CConvertDummyDialog::AddPane(IControlsView* pView, Layout::eControlOrdinal ordinal)
-{
-    m_layout.Add(pView, ordinal);
+    m_layout.Add(m_dataDecodePane.View(), Layout::OrdinalDecode);
 }
 
 void CConvertDummyDialog::OnResize()
 {
-    Guarded([&] {
+    GuardedEvent([&] {
         if (m_pView)
             m_layout.Apply(m_pView->ClientArea());
-        return S_OK;
     });
 }
 
@@ -101,12 +92,11 @@ void CConvertDummyDialog::OnDefaultCommand()
 {
     if (!m_pView)
         return;
-    Guarded([&] {
+    GuardedEvent([&] {
         if (m_pView->Focus() == ImportOk)
             CheckSettings();
         else if (m_dataSettingPane.ApplyFocusedEdit() != 0)
             m_filePicker.OpenSelection();
-        return S_OK;
     });
 }
 
@@ -117,10 +107,7 @@ void CConvertDummyDialog::OnDestroy()
 {
     if (!m_pView)
         return;
-    Guarded([&] {
-        ReadChoices();
-        return S_OK;
-    });
+    GuardedEvent([&] { ReadChoices(); });
     m_convertCtrl.Uninitialize();
     m_dataDecodePane.Close();
     m_dataSettingPane.Close();

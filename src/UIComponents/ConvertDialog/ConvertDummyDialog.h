@@ -62,7 +62,6 @@ public:
 
 private:
     void MakePanes();
-    void AddPane(IQRL_TabulexConverter::IControlsView* pView, Layout::eControlOrdinal ordinal);
     HRESULT CheckSettings();
     void ReadChoices();
 

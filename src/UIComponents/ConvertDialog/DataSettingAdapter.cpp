@@ -119,7 +119,7 @@ HRESULT CDataSettingAdapter::CPane::__init_multiplier(LONG nControl)
         return extractor.GetStatus();
     const auto pMultiplier = extractor.GetMultiplier();
     Variant vNames;
-    HRESULT hr = pMultiplier ? pMultiplier->get_TransformNames(vNames.put()) : E_UNEXPECTED;
+    HRESULT hr = pMultiplier->get_TransformNames(vNames.put());
     if (FAILED(hr))
         return hr;
     if (vNames.vt != (VT_ARRAY | VT_BSTR))

@@ -2,9 +2,9 @@
 // use for what is thrown, so no event lets anything out.
 
 #include "Simples/interface/ResourceStrings.h"
-#include "module/Guarded.h"
 #include "src/UIComponents/ConvertDialog/DataSettingAdapter.h"
 #include "src/UIComponents/DecimalText.h"
+#include "src/UIComponents/views/GuardedEvent.h"
 
 using namespace IQRL_TabulexConverter;
 
@@ -14,12 +14,11 @@ void CDataSettingAdapter::CPane::OnText(LONG nControl)
 {
     if (!m_pView)
         return;
-    Guarded([&] {
+    GuardedEvent([&] {
         if (nControl == SettingsSize)
             ApplySize();
         else if (nControl == SettingsStartRow)
             ApplyStartRow();
-        return S_OK;
     });
 }
 
@@ -27,7 +26,7 @@ void CDataSettingAdapter::CPane::OnSelect(LONG nControl)
 {
     if (!m_pView)
         return;
-    Guarded([&] {
+    GuardedEvent([&] {
         const LONG nRow = m_pView->Selected(nControl);
         const string_t sRow = m_pView->RowText(nControl, nRow);
         if (nControl == SettingsResolution)
@@ -36,7 +35,6 @@ void CDataSettingAdapter::CPane::OnSelect(LONG nControl)
             m_pSink.OnMultiPriceChanged(sRow.c_str());
         else if (nControl == SettingsVolumeMultiplier && nRow != kNoRow)
             m_pSink.OnMultiVolumeChanged(sRow.c_str());
-        return S_OK;
     });
 }
 
@@ -44,12 +42,11 @@ void CDataSettingAdapter::CPane::OnClick(LONG nControl)
 {
     if (!m_pView)
         return;
-    Guarded([&] {
+    GuardedEvent([&] {
         if (nControl == SettingsDelimiters)
             m_pSink.OnDelimitersClicked();
         else if (nControl == SettingsBarsEndTime)
             m_pSink.OnUseBarsEndTimeChanged(m_pView->Check(SettingsBarsEndTime) != 0);
-        return S_OK;
     });
 }
 
@@ -62,12 +59,11 @@ void CDataSettingAdapter::CPane::OnDate(LONG nControl)
     picker.vWritten = Variant();
     if (FAILED(ReadPicker(picker, picker.vReported.put())))
         return;
-    Guarded([&] {
+    GuardedEvent([&] {
         if (bFirst)
             m_pSink.OnDateFirstChanged(picker.vReported);
         else
             m_pSink.OnDateLastChanged(picker.vReported);
-        return S_OK;
     });
 }
 

@@ -3,6 +3,7 @@
 #include "module/Guarded.h"
 #include "src/UIComponents/ConvertDialog/LanguageList.h"
 #include "src/UIComponents/ConvertDialog/PaneGrid.h"
+#include "src/UIComponents/views/GuardedEvent.h"
 
 namespace Hesperon::specifics::UILayer {
 
@@ -65,9 +66,8 @@ void CFileContentViewAdapter::CPane::OnSelect(LONG nControl)
     if (nRow == kNoRow)
         return;
     const auto nCodePage = static_cast<ULONG>(m_pView->RowData(ContentLanguage, nRow));
-    Guarded([&] { // the view has no use for what is thrown
+    GuardedEvent([&] { // the view has no use for what is thrown
         m_pSink->OnFileLanguageChanged(nCodePage);
-        return S_OK;
     });
 }
 

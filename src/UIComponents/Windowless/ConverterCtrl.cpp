@@ -37,8 +37,7 @@ HRESULT ReadMultiplier(IDataParser* pParser, Bstr& sName)
     const Extractor extractor(pParser);
     if (FAILED(extractor.GetStatus()))
         return extractor.GetStatus();
-    const auto pMultiplier = extractor.GetMultiplier();
-    return pMultiplier ? pMultiplier->get_Current(sName.put()) : E_UNEXPECTED;
+    return extractor.GetMultiplier()->get_Current(sName.put());
 }
 
 } // namespace
@@ -206,17 +205,20 @@ void CConvertCtrl::OnFileSelected(const OLECHAR* pszPath)
 
 void CConvertCtrl::__show_multipliers()
 {
+    __show_multiplier<CPriceMultiplierExtractor>(&UILayer::IUIControls::SetMultiPrice);
+    __show_multiplier<CVolumeMultiplierExtractor>(&UILayer::IUIControls::SetMultiVolume);
+}
+
+template <class Extractor>
+void CConvertCtrl::__show_multiplier(HRESULT (UILayer::IUIControls::*setName)(const OLECHAR*))
+{
     Bstr sName;
-    HRESULT hr = E_UNEXPECTED;
-    if (m__recParser)
-        hr = ReadMultiplier<CPriceMultiplierExtractor>(m_pDataParser.get(), sName);
-    if (FAILED(hr) || FAILED(m_pControls.SetMultiPrice(sName ? sName.get() : OLESTR(""))))
-        m_pControls.SetMultiPrice(kNoMultiplier);
-    hr = E_UNEXPECTED;
-    if (m__recParser)
-        hr = ReadMultiplier<CVolumeMultiplierExtractor>(m_pDataParser.get(), sName);
-    if (FAILED(hr) || FAILED(m_pControls.SetMultiVolume(sName ? sName.get() : OLESTR(""))))
-        m_pControls.SetMultiVolume(kNoMultiplier);
+    HRESULT hr =
+        m__recParser ? ReadMultiplier<Extractor>(m_pDataParser.get(), sName) : E_UNEXPECTED;
+    if (SUCCEEDED(hr))
+        hr = (m_pControls.*setName)(sName.str().c_str());
+    if (FAILED(hr))
+        (m_pControls.*setName)(kNoMultiplier);
 }
 
 // The raw lines are read in the code page of the records.

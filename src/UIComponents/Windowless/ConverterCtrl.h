@@ -82,6 +82,8 @@ private:
     void __init_grids();
     void __take_record_parser();
     void __show_multipliers();
+    template <class Extractor>
+    void __show_multiplier(HRESULT (UILayer::IUIControls::*setName)(const OLECHAR*));
     void __open_text_parser(BSTR bsPath);
 
     void __attach_views(int nAttempt);

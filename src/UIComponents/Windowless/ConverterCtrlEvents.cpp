@@ -28,10 +28,7 @@ HRESULT PutMultiplier(IDataParser* pParser, const OLECHAR* pszName)
     const Extractor extractor(pParser);
     if (FAILED(extractor.GetStatus()))
         return extractor.GetStatus();
-    const auto pMultiplier = extractor.GetMultiplier();
-    if (!pMultiplier)
-        return E_UNEXPECTED;
-    return pMultiplier->put_Current(Bstr(string_view_t(pszName)).get());
+    return extractor.GetMultiplier()->put_Current(Bstr(string_view_t(pszName)).get());
 }
 
 bool HasDate(const Variant& vDate)

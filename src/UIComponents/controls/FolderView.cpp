@@ -9,6 +9,7 @@
 #include "platform/Folders.h"
 #include "src/UIComponents/controls/FolderFilter.h"
 #include "src/UIComponents/views/DialogTexts.h"
+#include "src/UIComponents/views/GuardedEvent.h"
 
 namespace Hesperon::specifics {
 
@@ -172,12 +173,11 @@ void CFolderViewCtrl::OpenSelection()
 {
     if (m_bDisabled)
         return;
-    Guarded([&] {
+    GuardedEvent([&] {
         if (m_pView && m_pView->Focus() == FolderLookIn)
             OpenLookInRow();
         else if (const string_t sSelection = m_sSelection; IsFolder(sSelection))
             InternalOpenFolder(sSelection);
-        return S_OK;
     });
 }
 
@@ -197,10 +197,9 @@ LONG CFolderViewCtrl::EntryCount()
 FolderEntry CFolderViewCtrl::Entry(LONG nEntry)
 {
     FolderEntry entry;
-    Guarded([&] {
+    GuardedEvent([&] {
         if (nEntry >= 0 && nEntry < EntryCount())
             entry = EntryOf(m_pShellFolder->Item(static_cast<std::size_t>(nEntry)));
-        return S_OK;
     });
     return entry;
 }
@@ -221,10 +220,7 @@ void CFolderViewCtrl::OnClick(LONG nControl)
 {
     if (nControl != FolderLookIn || m_bDisabled || !m_pView)
         return;
-    Guarded([&] {
-        OpenLookInRow();
-        return S_OK;
-    });
+    GuardedEvent([&] { OpenLookInRow(); });
 }
 
 void CFolderViewCtrl::OnCommand(FolderCommand command)

@@ -12,6 +12,7 @@
 
 #include "diagnostics/FaultmereClient.h"
 #include "module/Guarded.h"
+#include "src/UIComponents/views/GuardedEvent.h"
 
 using namespace IQRL_TabulexConverter;
 using FaultmereUtil::Assert;
@@ -167,10 +168,7 @@ HRESULT CQRLDataGridViewCtrl::CreateFields()
         return E_POINTER;
     if (!m_pView)
         return E_UNEXPECTED;
-    Guarded([this] {
-        OnCreateFields();
-        return S_OK;
-    });
+    GuardedEvent([this] { OnCreateFields(); });
     return S_OK;
 }
 

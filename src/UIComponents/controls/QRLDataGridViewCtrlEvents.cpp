@@ -7,6 +7,7 @@
 #include "diagnostics/FaultmereClient.h"
 #include "module/Guarded.h"
 #include "src/UIComponents/controls/QRLDataGridViewCtrl.h"
+#include "src/UIComponents/views/GuardedEvent.h"
 
 using namespace IQRL_TabulexConverter;
 using FaultmereUtil::Assert;
@@ -20,10 +21,9 @@ void CQRLDataGridViewCtrl::OnRange(LONG nFrom, LONG nTo)
     m_page.Clear();
     if (m_bTextMode || !m_pDataParser)
         return;
-    Guarded([&] {
+    GuardedEvent([&] {
         m_page.Fetch(*m_pDataParser.get(), nFrom, nTo);
         m_tint.ReadRange(*m_pDataParser.get());
-        return S_OK;
     });
 }
 
@@ -33,7 +33,7 @@ void CQRLDataGridViewCtrl::CellText(LONG nRow, LONG nColumn, OLECHAR* pszText, L
         return;
     const std::span buffer(pszText, static_cast<std::size_t>(nMost));
     WriteText({}, buffer);
-    Guarded([&] {
+    GuardedEvent([&] {
         if (!m_bTextMode) {
             if (m_pView && nColumn < m_pView->ColumnCount())
                 m_page.WriteCell(nRow, nColumn, buffer);
@@ -42,7 +42,6 @@ void CQRLDataGridViewCtrl::CellText(LONG nRow, LONG nColumn, OLECHAR* pszText, L
             if (SUCCEEDED(ReadRecord(*m_pDataParser.get(), nRow, sRecord.put())))
                 WriteText(sRecord.view(), buffer);
         }
-        return S_OK;
     });
 }
 
