@@ -46,7 +46,7 @@ struct CThreadBase::WorkerSide
     ControlEvent control;
     std::atomic<std::uint32_t> nThread = 0; // set before control signals the start
     std::atomic<bool> bEnd = false;         // end after what is queued
-    std::mutex takeLock;                    // guards bLeft; held while a task is taken
+    Mutex takeLock;                         // guards bLeft; held while a task is taken
     bool bLeft = false;                     // take nothing any more
 };
 

@@ -7,11 +7,11 @@
 #include <atomic>
 #include <deque>
 #include <memory>
-#include <mutex>
 #include <stdexcept>
 
 #include "LocalRPC/TaskFactory.h"
 #include "platform/threads/CriticalSection.h"
+#include "platform/threads/Mutex.h"
 
 namespace LocalRPC {
 
@@ -49,7 +49,7 @@ public:
     std::size_t Size() const;
 
 private:
-    mutable std::mutex m_lock; // guards the queue
+    mutable Mutex m_lock; // guards the queue
     std::deque<TaskPtr> m_queue;
 };
 

@@ -342,49 +342,74 @@ inline constexpr DWORD CLSCTX_INPROC_SERVER = 0x1;
 
 // ---- calls ------------------------------------------------------------------
 
+// In the library these calls have names that begin with its own, so that it takes none of those
+// that a program may have: SysAllocString is exported as TabulexSysAllocString. Sources don't see
+// it; whoever looks an entry up by its name does.
+#define TABULEX_EXPORTED(function) __asm__("Tabulex" #function)
+
 extern "C" {
 
-TABULEX_API BSTR SysAllocString(const OLECHAR* text);
-TABULEX_API BSTR SysAllocStringLen(const OLECHAR* text, UINT units);
-TABULEX_API BSTR SysAllocStringByteLen(const char* bytes, UINT count);
-TABULEX_API INT SysReAllocStringLen(BSTR* pText, const OLECHAR* text, UINT units);
-TABULEX_API void SysFreeString(BSTR text);
-TABULEX_API UINT SysStringLen(BSTR text);
-TABULEX_API UINT SysStringByteLen(BSTR text);
+TABULEX_API BSTR SysAllocString(const OLECHAR* text) TABULEX_EXPORTED(SysAllocString);
+TABULEX_API BSTR SysAllocStringLen(const OLECHAR* text, UINT units)
+    TABULEX_EXPORTED(SysAllocStringLen);
+TABULEX_API BSTR SysAllocStringByteLen(const char* bytes, UINT count)
+    TABULEX_EXPORTED(SysAllocStringByteLen);
+TABULEX_API INT SysReAllocStringLen(BSTR* pText, const OLECHAR* text, UINT units)
+    TABULEX_EXPORTED(SysReAllocStringLen);
+TABULEX_API void SysFreeString(BSTR text) TABULEX_EXPORTED(SysFreeString);
+TABULEX_API UINT SysStringLen(BSTR text) TABULEX_EXPORTED(SysStringLen);
+TABULEX_API UINT SysStringByteLen(BSTR text) TABULEX_EXPORTED(SysStringByteLen);
 
-TABULEX_API void VariantInit(VARIANT* value);
-TABULEX_API HRESULT VariantClear(VARIANT* value);
-TABULEX_API HRESULT VariantCopy(VARIANT* to, const VARIANT* from);
-TABULEX_API HRESULT VariantCopyInd(VARIANT* to, const VARIANT* from);
-TABULEX_API HRESULT VariantChangeType(VARIANT* to, const VARIANT* from, USHORT flags, VARTYPE vt);
+TABULEX_API void VariantInit(VARIANT* value) TABULEX_EXPORTED(VariantInit);
+TABULEX_API HRESULT VariantClear(VARIANT* value) TABULEX_EXPORTED(VariantClear);
+TABULEX_API HRESULT VariantCopy(VARIANT* to, const VARIANT* from) TABULEX_EXPORTED(VariantCopy);
+TABULEX_API HRESULT VariantCopyInd(VARIANT* to, const VARIANT* from)
+    TABULEX_EXPORTED(VariantCopyInd);
+TABULEX_API HRESULT VariantChangeType(VARIANT* to, const VARIANT* from, USHORT flags, VARTYPE vt)
+    TABULEX_EXPORTED(VariantChangeType);
 TABULEX_API HRESULT VariantChangeTypeEx(VARIANT* to, const VARIANT* from, LCID locale, USHORT flags,
-                                        VARTYPE vt);
-TABULEX_API HRESULT VarBstrCmp(BSTR left, BSTR right, LCID locale, ULONG flags);
-TABULEX_API HRESULT VarMonthName(INT month, INT abbreviate, ULONG flags, BSTR* name);
+                                        VARTYPE vt) TABULEX_EXPORTED(VariantChangeTypeEx);
+TABULEX_API HRESULT VarBstrCmp(BSTR left, BSTR right, LCID locale, ULONG flags)
+    TABULEX_EXPORTED(VarBstrCmp);
+TABULEX_API HRESULT VarMonthName(INT month, INT abbreviate, ULONG flags, BSTR* name)
+    TABULEX_EXPORTED(VarMonthName);
 
-TABULEX_API SAFEARRAY* SafeArrayCreate(VARTYPE vt, UINT dimensions, SAFEARRAYBOUND* bounds);
-TABULEX_API SAFEARRAY* SafeArrayCreateVector(VARTYPE vt, LONG lowerBound, ULONG count);
-TABULEX_API HRESULT SafeArrayDestroy(SAFEARRAY* array);
-TABULEX_API HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy);
-TABULEX_API HRESULT SafeArrayRedim(SAFEARRAY* array, SAFEARRAYBOUND* newRightmostBound);
-TABULEX_API UINT SafeArrayGetDim(SAFEARRAY* array);
-TABULEX_API UINT SafeArrayGetElemsize(SAFEARRAY* array);
-TABULEX_API HRESULT SafeArrayGetVartype(SAFEARRAY* array, VARTYPE* vt);
-TABULEX_API HRESULT SafeArrayGetLBound(SAFEARRAY* array, UINT dimension, LONG* bound);
-TABULEX_API HRESULT SafeArrayGetUBound(SAFEARRAY* array, UINT dimension, LONG* bound);
-TABULEX_API HRESULT SafeArrayGetElement(SAFEARRAY* array, LONG* indices, void* value);
-TABULEX_API HRESULT SafeArrayPutElement(SAFEARRAY* array, LONG* indices, void* value);
-TABULEX_API HRESULT SafeArrayPtrOfIndex(SAFEARRAY* array, LONG* indices, void** element);
-TABULEX_API HRESULT SafeArrayLock(SAFEARRAY* array);
-TABULEX_API HRESULT SafeArrayUnlock(SAFEARRAY* array);
-TABULEX_API HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data);
-TABULEX_API HRESULT SafeArrayUnaccessData(SAFEARRAY* array);
+TABULEX_API SAFEARRAY* SafeArrayCreate(VARTYPE vt, UINT dimensions, SAFEARRAYBOUND* bounds)
+    TABULEX_EXPORTED(SafeArrayCreate);
+TABULEX_API SAFEARRAY* SafeArrayCreateVector(VARTYPE vt, LONG lowerBound, ULONG count)
+    TABULEX_EXPORTED(SafeArrayCreateVector);
+TABULEX_API HRESULT SafeArrayDestroy(SAFEARRAY* array) TABULEX_EXPORTED(SafeArrayDestroy);
+TABULEX_API HRESULT SafeArrayCopy(SAFEARRAY* array, SAFEARRAY** copy)
+    TABULEX_EXPORTED(SafeArrayCopy);
+TABULEX_API HRESULT SafeArrayRedim(SAFEARRAY* array, SAFEARRAYBOUND* newRightmostBound)
+    TABULEX_EXPORTED(SafeArrayRedim);
+TABULEX_API UINT SafeArrayGetDim(SAFEARRAY* array) TABULEX_EXPORTED(SafeArrayGetDim);
+TABULEX_API UINT SafeArrayGetElemsize(SAFEARRAY* array) TABULEX_EXPORTED(SafeArrayGetElemsize);
+TABULEX_API HRESULT SafeArrayGetVartype(SAFEARRAY* array, VARTYPE* vt)
+    TABULEX_EXPORTED(SafeArrayGetVartype);
+TABULEX_API HRESULT SafeArrayGetLBound(SAFEARRAY* array, UINT dimension, LONG* bound)
+    TABULEX_EXPORTED(SafeArrayGetLBound);
+TABULEX_API HRESULT SafeArrayGetUBound(SAFEARRAY* array, UINT dimension, LONG* bound)
+    TABULEX_EXPORTED(SafeArrayGetUBound);
+TABULEX_API HRESULT SafeArrayGetElement(SAFEARRAY* array, LONG* indices, void* value)
+    TABULEX_EXPORTED(SafeArrayGetElement);
+TABULEX_API HRESULT SafeArrayPutElement(SAFEARRAY* array, LONG* indices, void* value)
+    TABULEX_EXPORTED(SafeArrayPutElement);
+TABULEX_API HRESULT SafeArrayPtrOfIndex(SAFEARRAY* array, LONG* indices, void** element)
+    TABULEX_EXPORTED(SafeArrayPtrOfIndex);
+TABULEX_API HRESULT SafeArrayLock(SAFEARRAY* array) TABULEX_EXPORTED(SafeArrayLock);
+TABULEX_API HRESULT SafeArrayUnlock(SAFEARRAY* array) TABULEX_EXPORTED(SafeArrayUnlock);
+TABULEX_API HRESULT SafeArrayAccessData(SAFEARRAY* array, void** data)
+    TABULEX_EXPORTED(SafeArrayAccessData);
+TABULEX_API HRESULT SafeArrayUnaccessData(SAFEARRAY* array) TABULEX_EXPORTED(SafeArrayUnaccessData);
 
-TABULEX_API INT SystemTimeToVariantTime(SYSTEMTIME* time, DATE* date);
-TABULEX_API INT VariantTimeToSystemTime(DATE date, SYSTEMTIME* time);
+TABULEX_API INT SystemTimeToVariantTime(SYSTEMTIME* time, DATE* date)
+    TABULEX_EXPORTED(SystemTimeToVariantTime);
+TABULEX_API INT VariantTimeToSystemTime(DATE date, SYSTEMTIME* time)
+    TABULEX_EXPORTED(VariantTimeToSystemTime);
 
 // Creates one of this library's classes by its identifier; REGDB_E_CLASSNOTREG
 // for any other class. Aggregation isn't offered.
 TABULEX_API HRESULT CoCreateInstance(REFCLSID rclsid, IUnknown* pUnkOuter, DWORD dwClsContext,
-                                     REFIID riid, void** ppv);
+                                     REFIID riid, void** ppv) TABULEX_EXPORTED(CoCreateInstance);
 }

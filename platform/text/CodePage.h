@@ -26,11 +26,13 @@ bool SetAnsiCodePage(UINT nCodePage);
 // an unknown one.
 UINT CodePageByName(std::string_view name);
 
-// Bytes to UTF-16, appended to `out`. Bytes that the code page leaves undefined
-// keep their value; a malformed sequence of a multi-byte code page gives U+FFFD.
-// Zero bytes are characters like others. A code page that the system has no
-// converter for is read as Windows-1252, here and in EncodeText(). On Windows the
-// system decides what undefined and malformed bytes become, but in UTF-8.
+// Bytes to UTF-16, appended to `out`. Bytes that a page of single bytes leaves undefined keep
+// their value. In the pages of one and two bytes a lead byte and the byte after it, which isn't
+// zero, are a pair; one that spells no character gives '?', in code page 932 U+30FB, and so does
+// a lead byte without a second one. In UTF-8 and other pages a malformed sequence gives U+FFFD.
+// Zero bytes are characters like others. A code page that the system has no converter for is
+// read as Windows-1252, here and in EncodeText(). On Windows the system decides about pages
+// other than these.
 void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out);
 
 // UTF-16 to bytes. A character that the code page lacks becomes '?', except that

@@ -22,16 +22,57 @@ namespace {
 constexpr OLECHAR kReplacement = 0xFFFD;
 constexpr std::size_t kRoom = 16; // units above a byte each, for marks and pairs
 
+// What the pages of one and two bytes do with a pair that is none.
+struct PairPage
+{
+    UINT nCodePage;
+    OLECHAR mark;
+    std::string_view leads; // first and last of each range of lead bytes
+    std::string_view lone;  // bytes that the page leaves undefined ...
+    string_view_t units;    // ... and what each of them becomes
+};
+
+constexpr PairPage kPairPages[] = {
+    {932, 0x30FB, "\x81\x9F\xE0\xFC", "\x80\xA0\xFD\xFE\xFF", u"\x0080\xF8F0\xF8F1\xF8F2\xF8F3"},
+    {936, u'?', "\x81\xFE", "", u""},
+    {949, u'?', "\x81\xFE", "", u""},
+    {950, u'?', "\x81\xFE", "", u""},
+};
+
+bool IsLead(const PairPage& page, char byte)
+{
+    const auto nByte = static_cast<unsigned char>(byte);
+    for (std::size_t n = 0; n + 1 < page.leads.size(); n += 2)
+        if (nByte >= static_cast<unsigned char>(page.leads[n]) &&
+            nByte <= static_cast<unsigned char>(page.leads[n + 1]))
+            return true;
+    return false;
+}
+
+// Of a sequence that begins with this byte.
+OLECHAR Mark(const PairPage& page, char first)
+{
+    const std::size_t nAt = page.lone.find(first);
+    return nAt == page.lone.npos ? page.mark : page.units[nAt];
+}
+
 extern "C" {
 
-// ICU's own substitution gives U+001A for some pages.
-void ReplaceMalformed(const void*, UConverterToUnicodeArgs* args, const char*, int32_t,
-                      UConverterCallbackReason reason, UErrorCode* status)
+// ICU's own substitution gives U+001A for some pages. Where the second byte of a pair could stand
+// alone, ICU takes the first one for malformed and would go on with the second; here one mark
+// stands for both, but for a zero, as with the converters of Windows.
+void ReplaceMalformed(const void* context, UConverterToUnicodeArgs* args, const char* bytes,
+                      int32_t nBytes, UConverterCallbackReason reason, UErrorCode* status)
 {
     if (reason > UCNV_IRREGULAR)
         return;
     *status = U_ZERO_ERROR;
-    ucnv_cbToUWriteUChars(args, &kReplacement, 1, 0, status);
+    const auto* page = static_cast<const PairPage*>(context);
+    const OLECHAR mark = page ? Mark(*page, *bytes) : kReplacement;
+    if (page && IsLead(*page, *bytes) && nBytes == 1 && args->source < args->sourceLimit &&
+        *args->source != 0)
+        ++args->source;
+    ucnv_cbToUWriteUChars(args, &mark, 1, 0, status);
 }
 
 void ReplaceMissing(const void*, UConverterFromUnicodeArgs* args, const UChar*, int32_t, UChar32,
@@ -47,13 +88,15 @@ void ReplaceMissing(const void*, UConverterFromUnicodeArgs* args, const UChar*, 
 }
 }
 
-UConverter* OpenConverter(const std::string& name)
+UConverter* OpenConverter(UINT nCodePage)
 {
     UErrorCode status = U_ZERO_ERROR;
-    UConverter* converter = ucnv_open(name.c_str(), &status);
+    UConverter* converter = ucnv_open(ConverterName(nCodePage).c_str(), &status);
     if (U_FAILURE(status))
         return nullptr;
-    ucnv_setToUCallBack(converter, ReplaceMalformed, nullptr, nullptr, nullptr, &status);
+    const auto* page = std::ranges::find(kPairPages, nCodePage, &PairPage::nCodePage);
+    ucnv_setToUCallBack(converter, ReplaceMalformed, page != std::end(kPairPages) ? page : nullptr,
+                        nullptr, nullptr, &status);
     ucnv_setFromUCallBack(converter, ReplaceMissing, nullptr, nullptr, nullptr, &status);
     return converter;
 }
@@ -114,7 +157,7 @@ const CodePageConverter* CodePageConverter::Find(UINT nCodePage)
     const std::lock_guard lock(making);
     if (const CodePageConverter* page = FindMade(nCodePage))
         return page;
-    UConverter* converter = OpenConverter(ConverterName(nCodePage));
+    UConverter* converter = OpenConverter(nCodePage);
     if (!converter)
         return nullptr;
     const auto* page = new CodePageConverter(nCodePage, converter);
@@ -240,7 +283,7 @@ UConverter* CodePageConverter::Borrow() const
         if (slot.load(std::memory_order_relaxed))
             if (UConverter* converter = slot.exchange(nullptr, std::memory_order_acquire))
                 return converter;
-    return OpenConverter(ConverterName(m_nCodePage));
+    return OpenConverter(m_nCodePage);
 }
 
 void CodePageConverter::Return(UConverter* converter) const

@@ -17,7 +17,7 @@
 
 namespace {
 
-std::mutex g_sectionsLock; // guards the queues of all sections
+Mutex g_sectionsLock; // guards the queues of all sections
 
 } // namespace
 

@@ -15,9 +15,9 @@
 
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 
 #include "platform/threads/LockChecker.h"
+#include "platform/threads/Mutex.h"
 #include "platform/threads/ThreadToken.h"
 
 class Event;

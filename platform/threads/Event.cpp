@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cassert>
-#include <mutex>
 
+#include "platform/threads/Mutex.h"
 #include "platform/threads/Sleeper.h"
 
 // 1. An event hands its signal to the longest waiting thread under g_queuesLock, so no
@@ -15,7 +15,7 @@
 
 namespace {
 
-std::mutex g_queuesLock; // guards the queues of all events and the results of all waiters
+Mutex g_queuesLock; // guards the queues of all events and the results of all waiters
 
 constexpr int kNotYet = -1;
 
@@ -47,7 +47,7 @@ struct Event::Waiter
 
     // Ends when an event lets the thread through, at the deadline, or with bInput when a
     // message comes. The lock is held before and after.
-    Sleeper::Ending Sleep(std::unique_lock<std::mutex>& lock, Timeout timeout, bool bInput)
+    Sleeper::Ending Sleep(std::unique_lock<Mutex>& lock, Timeout timeout, bool bInput)
     {
         Sleeper::Deadline deadline;
         if (timeout && *timeout < kEndless)

@@ -12,7 +12,8 @@
 #include <list>
 #include <map>
 #include <memory>
-#include <mutex>
+
+#include "platform/threads/Mutex.h"
 
 using Clock = std::chrono::steady_clock;
 
@@ -52,12 +53,12 @@ struct Window
     Clock::time_point tNext;
 };
 
-using Lock = std::unique_lock<std::mutex>;
+using Lock = std::unique_lock<Mutex>;
 
 // Never destroyed: threads may end while static objects go.
 struct Windows
 {
-    std::mutex lock; // guards all of it, the queues too
+    Mutex lock; // guards all of it, the queues too
     std::map<WindowHandle, Window> table;
     WindowHandle nLast = 0;
 };

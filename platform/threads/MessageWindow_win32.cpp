@@ -3,12 +3,12 @@
 #include "platform/threads/MessageWindow.h"
 
 #include <algorithm>
-#include <mutex>
 #include <utility>
 #include <vector>
 
 #include "platform/Module_win32.h"
 #include "platform/Process.h"
+#include "platform/threads/Mutex.h"
 
 namespace {
 
@@ -88,7 +88,7 @@ private:
             pWindow->Destroy();
     }
 
-    std::mutex m_lock;
+    Mutex m_lock;
     std::vector<Entry> m_windows;
     const DWORD m_nSlot = FlsAlloc(&OnThreadEnd);
 };

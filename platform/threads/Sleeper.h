@@ -6,8 +6,9 @@
 #pragma once
 
 #include <chrono>
-#include <mutex>
 #include <optional>
+
+#include "platform/threads/Mutex.h"
 
 class Sleeper
 {
@@ -26,7 +27,7 @@ public:
     Sleeper& operator=(const Sleeper&) = delete;
 
     // Never ends by Input on a system that keeps no message queue for each thread.
-    Ending Sleep(std::unique_lock<std::mutex>& lock, Deadline deadline, bool bInput);
+    Ending Sleep(std::unique_lock<Mutex>& lock, Deadline deadline, bool bInput);
     void Wake();
 
 private:

@@ -3,11 +3,11 @@
 
 #include "platform/threads/Sleeper.h"
 
-#include <condition_variable>
+#include "platform/threads/Mutex.h"
 
 struct Sleeper::Signal
 {
-    std::condition_variable wakeUp;
+    Condition wakeUp;
 };
 
 Sleeper::Sleeper() : m_pSignal(new Signal) {}
@@ -17,7 +17,7 @@ Sleeper::~Sleeper()
     delete m_pSignal;
 }
 
-Sleeper::Ending Sleeper::Sleep(std::unique_lock<std::mutex>& lock, Deadline deadline, bool)
+Sleeper::Ending Sleeper::Sleep(std::unique_lock<Mutex>& lock, Deadline deadline, bool)
 {
     if (!deadline) {
         m_pSignal->wakeUp.wait(lock);

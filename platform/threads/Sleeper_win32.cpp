@@ -54,7 +54,7 @@ public:
     }
 
 private:
-    std::mutex m_lock;
+    Mutex m_lock;
     std::vector<std::unique_ptr<Signal>> m_signals;
 };
 
@@ -82,7 +82,7 @@ Sleeper::~Sleeper()
     Signal::Spares::s_all.Give(m_pSignal);
 }
 
-Sleeper::Ending Sleeper::Sleep(std::unique_lock<std::mutex>& lock, Deadline deadline, bool bInput)
+Sleeper::Ending Sleeper::Sleep(std::unique_lock<Mutex>& lock, Deadline deadline, bool bInput)
 {
     const DWORD nTimeout = MillisecondsUntil(deadline);
     lock.unlock();

@@ -58,6 +58,33 @@ TEST(CodePage, ReplacesMalformedUtf8)
     }
 }
 
+// One mark for both bytes, also where the second one could stand alone.
+TEST(CodePage, MarksPairsThatAreNone)
+{
+    const Coded rows[] = {
+        {936, "a\xD6"sv, OLESTR("a?")},
+        {936, "a\x81 z"sv, OLESTR("a?z")},
+        {936, "a\x81,z"sv, OLESTR("a?z")},
+        {936, "a\xD6\xFFz"sv, OLESTR("a?z")},
+        {936, "a\x81\x7Fz"sv, OLESTR("a?z")},
+        {936, "\x81,\xD6\xD0\x81"sv, OLESTR("?\u4E2D?")},
+        {936, "\x81\0z"sv, string_view_t(OLESTR("?\0z"), 3)},
+        {949, "a\xC7 z"sv, OLESTR("a?z")},
+        {949, "\xC9\x40z"sv, OLESTR("?z")},
+        {950, "a\xA4,z"sv, OLESTR("a?z")},
+        {950, "\xF9\xFFz"sv, OLESTR("?z")},
+        {932, "a\x81"sv, OLESTR("a\u30FB")},
+        {932, "a\x81,z"sv, OLESTR("a\u30FBz")},
+        {932, "\xFC\xFCz"sv, OLESTR("\u30FBz")},
+        {932, "\x81\xFFz"sv, OLESTR("\u30FBz")},
+        {932, "\x80\xA0\xFDz"sv, OLESTR("\x80\uF8F0\uF8F1z")},
+    };
+    for (const Coded& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.nCodePage << testing::PrintToString(row.bytes));
+        EXPECT_EQ(Decode(row.nCodePage, row.bytes), row.text);
+    }
+}
+
 TEST(CodePage, MarksCharactersThatItLacks)
 {
     const Coded rows[] = {
