@@ -9,15 +9,19 @@
 namespace {
 
 constexpr TabulexString kChinese[] = {
-#define STRING(name, id, chinese, english) {id, OLESTR(chinese)},
+#define TEXTS(chinese, english) OLESTR(chinese)
+#define STRING(name, id, text) {id, text},
 #include "Simples/interface/StringTable.inc"
 #undef STRING
+#undef TEXTS
 };
 
 constexpr TabulexString kEnglish[] = {
-#define STRING(name, id, chinese, english) {id, OLESTR(english)},
+#define TEXTS(chinese, english) OLESTR(english)
+#define STRING(name, id, text) {id, text},
 #include "Simples/interface/StringTable.inc"
 #undef STRING
+#undef TEXTS
 };
 
 constexpr TabulexStringTable kTables[] = {{kChinese, std::size(kChinese)},

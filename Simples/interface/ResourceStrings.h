@@ -9,7 +9,7 @@
 // The ids of the component's own texts. A host's table may hold others.
 enum StringId : unsigned
 {
-#define STRING(name, id, chinese, english) name = (id),
+#define STRING(name, id, text) name = (id),
 #include "Simples/interface/StringTable.inc"
 #undef STRING
 };
