@@ -3,9 +3,7 @@
 #include "interfaces/ClassIds.h"
 #include "module/ComObject.h"
 #include "src/UIComponents/ProgressDlgNoHTML.h"
-#include "src/UIComponents/controls/FolderView.h"
-#include "src/UIComponents/controls/QRLCommonCtrlContained.h"
-#include "src/UIComponents/controls/QRLDataGridViewCtrl.h"
+#include "src/UIComponents/controls/ControlClasses.h"
 #include "src/data/DataParser.h"
 #include "src/data/FakeRecordParser.h"
 #include "src/data/SymbolEnumerator.h"
@@ -31,12 +29,21 @@ std::span<const ObjectMapEntry> ObjectMap()
          &CreateClass<CqrlDataParserEventsProxy>},
         {CLSID_CProgressDlgNoHTML, OLESTR("CProgressDlgNoHTML.CProgressDlgNoHTML"),
          &CreateClass<UILayer::CProgressDlgNoHTML>},
-        {CLSID_CQRLDataGridViewCtrl, OLESTR("TabulexConverter.QRLDataGridViewCtrl"),
-         &CreateClass<CQRLDataGridViewCtrl>},
-        {CLSID_CFolderViewCtrl, OLESTR("TabulexConverter.FolderViewCtrl"),
-         &CreateClass<CFolderViewCtrl>},
-        {CLSID_CQRLCommonCtrlContained, OLESTR("TabulexConverter.QRLCommonCtrlContained"),
-         &CreateClass<CQRLCommonCtrlContained>},
+        {CLSID_CQRLDataGridViewCtrl,
+         OLESTR("TabulexConverter.QRLDataGridViewCtrl"),
+         &CreateGridControl,
+         {},
+         true},
+        {CLSID_CFolderViewCtrl,
+         OLESTR("TabulexConverter.FolderViewCtrl"),
+         &CreateFolderControl,
+         {},
+         true},
+        {CLSID_CQRLCommonCtrlContained,
+         OLESTR("TabulexConverter.QRLCommonCtrlContained"),
+         &CreateContainedControl,
+         {},
+         true},
         {CLSID_CSymbolEnumerator, OLESTR("TabulexConverter.SymbolEnumerator"),
          &CreateClass<CSymbolEnumerator>},
         {CLSID_CFakeRecordParser, OLESTR("TabulexConverter.FakeRecordParser"),

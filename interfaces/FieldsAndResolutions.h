@@ -1,4 +1,5 @@
-// The fields and resolutions of quote files: their ids in the component and at the host.
+// The fields and resolutions of quote files, and the multipliers of prices and volumes: their ids
+// in the component and at the host.
 //
 // Each table has one row for each field type, or each resolution; a row's index is its id.
 // Ids are stored by hosts and never change.
@@ -138,6 +139,26 @@ enum HostResolution : LONG
 inline constexpr HostResolution kHostResolutions[RESOLUTIONS_COUNT] = {
     HostResolutionNone,    HostResolutionTicks,   HostResolutionTicks, HostResolutionCountBars,
     HostResolutionSeconds, HostResolutionMinutes, HostResolutionDays,  HostResolutionWeeks,
+};
+
+// ---- multipliers
+
+// Codes of IqrlTabulexConvertor::PriceMultiplier and VolumeMultiplier.
+enum HostMultiplier : BYTE
+{
+    HostMultiplierTimes1000000 = 0x01,
+    HostMultiplierMillionth = 0x02,
+    HostMultiplierTimes100000 = 0x40,
+    HostMultiplierTimes10000 = 0x41,
+    HostMultiplierTimes1000 = 0x42,
+    HostMultiplierTimes100 = 0x43,
+    HostMultiplierTimes10 = 0x44,
+    HostMultiplierOne = 0x45,
+    HostMultiplierTenth = 0x49,
+    HostMultiplierHundredth = 0x4D,
+    HostMultiplierThousandth = 0x4E,
+    HostMultiplier10000th = 0x4F,
+    HostMultiplier100000th = 0x50,
 };
 
 } // namespace IQRL_TabulexConverter

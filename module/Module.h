@@ -26,6 +26,7 @@ struct ObjectMapEntry
     string_view_t sProgId; // version-independent form; ".1" makes the versioned one
     HRESULT (*pfnCreate)(REFIID riid, void** ppv);
     string_view_t sDescription = {}; // for the register; empty where the ProgID stands there
+    bool bControl = false;           // can have a window in a container; the register says so
 };
 
 // Null for a class that isn't in the map.

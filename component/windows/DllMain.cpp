@@ -4,6 +4,7 @@
 #include "module/MenuLibrary_win32.h"
 #include "module/MessageLoops.h"
 #include "platform/Module_win32.h"
+#include "src/UIComponents/windows/SystemWindows.h"
 
 // Each thread that enters is switched to the system's default locale, whatever the host
 // has set.
@@ -13,6 +14,7 @@ BOOL WINAPI DllMain(HINSTANCE hInstance, DWORD nReason, LPVOID pAtProcessEnd)
     case DLL_PROCESS_ATTACH:
         MenuLibrary::Load(hInstance);
         SetThreadLocale(LOCALE_SYSTEM_DEFAULT);
+        Hesperon::specifics::UILayer::UseSystemWindows();
         break;
     case DLL_THREAD_ATTACH:
         SetThreadLocale(LOCALE_SYSTEM_DEFAULT);

@@ -8,6 +8,7 @@
 #include "platform/Module_win32.h"
 #include "platform/com_ptr.h"
 #include "platform/values.h"
+#include "src/UIComponents/windows/ole/ControlStatus.h"
 
 // The registrar of the system's template library, which runs registry scripts.
 struct IRegistrar : IUnknown
@@ -75,6 +76,35 @@ HRESULT Remove(const string_t& key)
     return nError == ERROR_FILE_NOT_FOUND ? S_OK : ToResult(nError);
 }
 
+struct Row
+{
+    string_t key;
+    const OLECHAR* name; // null for the key's default value
+    string_t value;
+};
+
+HRESULT Put(std::span<const Row> rows)
+{
+    for (const Row& row : rows)
+        if (const HRESULT hr = Put(row.key, row.name, row.value); FAILED(hr))
+            return hr;
+    return S_OK;
+}
+
+// By these a container lists the class among the controls, and knows how to treat it before it
+// has made one. 1 is the number of the aspect that is the content.
+HRESULT RegisterControl(const string_t& key)
+{
+    const Row rows[] = {
+        {key + L"\\Control", nullptr, L""},
+        {key + L"\\Programmable", nullptr, L""},
+        {key + L"\\MiscStatus", nullptr, L"0"},
+        {key + L"\\MiscStatus\\1", nullptr,
+         std::to_wstring(Hesperon::specifics::UILayer::kControlStatus)},
+    };
+    return Put(rows);
+}
+
 HRESULT RegisterClass(const ObjectMapEntry& entry, const string_t& module)
 {
     const string_t id = TextOf(entry.clsid);
@@ -82,12 +112,6 @@ HRESULT RegisterClass(const ObjectMapEntry& entry, const string_t& module)
     const string_t versioned = name + L".1";
     const string_t key = L"CLSID\\" + id;
     const string_t description(entry.sDescription.empty() ? entry.sProgId : entry.sDescription);
-    struct Row
-    {
-        string_t key;
-        const OLECHAR* name;
-        string_t value;
-    };
     const Row rows[] = {
         {key, nullptr, description},
         {key, L"AppID", TextOf(kApplicationId)},
@@ -103,10 +127,8 @@ HRESULT RegisterClass(const ObjectMapEntry& entry, const string_t& module)
         {versioned, nullptr, name},
         {versioned + L"\\CLSID", nullptr, id},
     };
-    for (const Row& row : rows)
-        if (const HRESULT hr = Put(row.key, row.name, row.value); FAILED(hr))
-            return hr;
-    return S_OK;
+    const HRESULT hr = Put(rows);
+    return FAILED(hr) || !entry.bControl ? hr : RegisterControl(key);
 }
 
 HRESULT UnregisterClass(const ObjectMapEntry& entry)

@@ -174,8 +174,10 @@ void CFilePool::CloseFileHandle(string_view_t sName)
 }
 
 // Consumers go with the requests, and may call the pool while they do: the lock is left before.
+// The last parser may be among them, and must not wait for workers that are held here.
 void CFilePool::EndOfProcess()
 {
+    ++m_nRefs;
     std::vector<com_ptr<IFileHandler>> handlers;
     {
         std::lock_guard lock(m_filesLock);
@@ -186,6 +188,7 @@ void CFilePool::EndOfProcess()
     for (const auto& pHandler : handlers)
         pHandler->CancelRequests(IFileHandler::kAllKeys);
     handlers.clear();
+    --m_nRefs;
     Shutdown(true);
 }
 

@@ -22,12 +22,11 @@
 //      joined by the next shutdown or request.
 #pragma once
 
-#include <condition_variable>
 #include <deque>
 #include <list>
 #include <map>
-#include <mutex>
 
+#include "platform/threads/Mutex.h"
 #include "platform/threads/WorkerThread.h"
 #include "src/files/FileHandler.h"
 
@@ -78,7 +77,7 @@ private:
     // Names compare exactly.
     template <class Value>
     using NameMap = std::map<string_t, Value, std::less<>>;
-    using FilesLock = std::unique_lock<std::mutex>;
+    using FilesLock = std::unique_lock<Mutex>;
 
     com_ptr<IFileHandler> AttachOrOpen(const string_t& sName);
     com_ptr<IFileHandler> FindHandler(FilesLock& lock, const string_t& sName);
@@ -88,8 +87,8 @@ private:
     void FinishOpening(const string_t& sName, IFileHandler* pHandler);
     void AbandonOpening(const string_t& sName);
 
-    std::mutex m_filesLock; // guards the three maps
-    std::condition_variable m_filesChanged;
+    Mutex m_filesLock; // guards the three maps
+    Condition m_filesChanged;
     NameMap<IFileHandler*> m_handlers; // not counted
     NameMap<std::shared_ptr<SharedFile>> m_fileHandles;
     NameMap<Opening*> m_openings; // on their callers' stacks
@@ -110,7 +109,7 @@ private:
         std::unique_ptr<SOpenRequest> request;
         std::shared_ptr<CFileHandler> pHandler; // to run it
     };
-    using ThreadsLock = std::unique_lock<std::mutex>;
+    using ThreadsLock = std::unique_lock<Mutex>;
 
     void ThreadMain(PoolThread& self);
     void RunRequest(ThreadsLock& lock, PoolThread& self);
@@ -122,8 +121,8 @@ private:
     void JoinStopping(ThreadsLock& lock);
     void Shutdown(bool bWhateverLives);
 
-    std::mutex m_threadsLock; // guards what follows
-    std::condition_variable m_threadsChanged;
+    Mutex m_threadsLock; // guards what follows
+    Condition m_threadsChanged;
     bool m_bShutdown = false;   // under way
     std::size_t m_nThreads = 0; // started since the last shutdown
     std::size_t m_nFree = 0;

@@ -8,10 +8,10 @@
 // make pages up.
 #pragma once
 
-#include <mutex>
-
 #include "interfaces/IReadState.h"
 #include "platform/File.h"
+
+#include "platform/threads/Mutex.h"
 
 namespace Hesperon::specifics {
 
@@ -71,7 +71,7 @@ public:
     }
 
 private:
-    mutable std::mutex m_lock; // guards what follows
+    mutable Mutex m_lock; // guards what follows
     File m_file;
     mutable FailedRead m_lastFault;
 };

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/Folders.h"
+#include "platform/Shell.h"
 #include "src/UIComponents/controls/FolderFilter.h"
 #include "src/values/CaseFold.h"
 
@@ -48,6 +49,28 @@ fs::path WholePath(string_view_t sPath)
     return path.has_filename() || !path.has_relative_path() ? path : path.parent_path();
 }
 
+// A link file stands for what it leads to.
+fs::path Followed(fs::path path)
+{
+    fs::path target = LinkTarget(path);
+    return target.empty() ? path : target;
+}
+
+// How many folders lead to this one, itself included; 0 for a folder of the file system.
+std::size_t DepthAboveRoots(string_view_t sFolder)
+{
+    const auto above = FoldersAboveRoots();
+    const auto same = [&](string_view_t s) { return EqualIgnoringCase(s, sFolder); };
+    const auto found = std::ranges::find_if(above, same);
+    return found == above.end() ? 0 : static_cast<std::size_t>(found - above.begin()) + 1;
+}
+
+std::vector<string_t> ChainAboveRoots(std::size_t nDepth)
+{
+    const auto above = FoldersAboveRoots().first(nDepth);
+    return {above.begin(), above.end()};
+}
+
 std::vector<string_t> ChainOf(fs::path folder)
 {
     std::vector<string_t> chain = {TextOfPath(folder)};
@@ -56,6 +79,8 @@ std::vector<string_t> ChainOf(fs::path folder)
         chain.push_back(TextOfPath(folder));
     }
     std::ranges::reverse(chain);
+    const auto above = FoldersAboveRoots();
+    chain.insert(chain.begin(), above.begin(), above.end());
     return chain;
 }
 
@@ -105,7 +130,12 @@ bool SortsBefore(const FolderItem& first, const FolderItem& second)
 HRESULT CFolderList::Read(string_view_t sFolder, std::unique_ptr<CFolderList>& result)
 {
     result.reset();
-    const fs::path folder = WholePath(sFolder);
+    if (const std::size_t nDepth = DepthAboveRoots(sFolder)) {
+        result.reset(new CFolderList(ChainAboveRoots(nDepth)));
+        result->AddFoldersBelow(nDepth);
+        return S_OK;
+    }
+    const fs::path folder = Followed(WholePath(sFolder));
     if (folder.empty())
         return E_INVALIDARG;
     std::error_code error;
@@ -130,6 +160,19 @@ HRESULT CFolderList::Read(string_view_t sFolder, std::unique_ptr<CFolderList>& r
     return S_OK;
 }
 
+void CFolderList::AddFoldersBelow(std::size_t nDepth)
+{
+    const auto above = FoldersAboveRoots();
+    const auto add = [&](string_t sPath) {
+        m_items.push_back({.sPath = sPath, .sName = FolderName(sPath), .bFolder = true});
+    };
+    if (nDepth < above.size())
+        add(string_t(above[nDepth]));
+    else
+        for (const fs::path& root : FileSystemRoots())
+            add(TextOfPath(root));
+}
+
 const FolderItem& CFolderList::Item(std::size_t n)
 {
     FolderItem& item = m_items[n];
@@ -148,6 +191,8 @@ const FolderItem& CFolderList::Item(std::size_t n)
 
 string_t FolderName(string_view_t sFolder)
 {
+    if (string_t sName = NameAboveRoots(sFolder); !sName.empty())
+        return sName;
     const fs::path path = PathOfText(sFolder);
     return ShownName(TextOfPath(path.has_filename() ? path.filename() : path));
 }
@@ -155,15 +200,15 @@ string_t FolderName(string_view_t sFolder)
 bool IsFolder(string_view_t sPath)
 {
     std::error_code error;
-    const fs::path path = WholePath(sPath);
-    return !path.empty() && fs::is_directory(path, error);
+    const fs::path path = Followed(WholePath(sPath));
+    return DepthAboveRoots(sPath) || (!path.empty() && fs::is_directory(path, error));
 }
 
 bool PathExists(string_view_t sPath)
 {
     std::error_code error;
     const fs::path path = WholePath(sPath);
-    return !path.empty() && fs::exists(path, error);
+    return DepthAboveRoots(sPath) || (!path.empty() && fs::exists(path, error));
 }
 
 string_view_t FolderPart(string_view_t sPath)
@@ -180,8 +225,8 @@ string_t FolderOfFile(string_view_t sFile)
 
 HRESULT ResolveFile(string_view_t sPath, string_t& sFile)
 {
-    fs::path path = WholePath(sPath);
-    if (path.empty())
+    fs::path path = Followed(WholePath(sPath));
+    if (path.empty() || DepthAboveRoots(sPath))
         return E_INVALIDARG;
     std::error_code error;
     // By the system's own rule: a target that goes up starts from the folder that really holds the

@@ -4,6 +4,9 @@
 // files may hold anything; nothing here throws but for memory. A thing that can't be looked at,
 // such as a link that leads nowhere, is listed as a file without size and time.
 //
+// Above the roots may lie folders of the system's shell (Shell.h), whose names stand for paths
+// here. They list the folders that lead down again, and nothing else.
+//
 // Not synchronised.
 #pragma once
 
@@ -34,9 +37,9 @@ public:
     static HRESULT Read(string_view_t sFolder, std::unique_ptr<CFolderList>& result);
 
     const string_t& Path() const { return m_chain.back(); }
-    // From the root to the folder itself; never empty.
+    // From the topmost folder to the folder itself; never empty.
     std::span<const string_t> Chain() const { return m_chain; }
-    // Empty for a root.
+    // Empty for the topmost folder.
     string_view_t Parent() const
     {
         return m_chain.size() > 1 ? string_view_t(m_chain[m_chain.size() - 2]) : string_view_t();
@@ -51,11 +54,15 @@ public:
 private:
     explicit CFolderList(std::vector<string_t> chain) : m_chain(std::move(chain)) {}
 
+    // Of a folder above the roots, by the length of the way to it.
+    void AddFoldersBelow(std::size_t nDepth);
+
     std::vector<string_t> m_chain;
     std::vector<FolderItem> m_items;
 };
 
-// The name of a folder of a chain, as in FolderItem; a root is its own name.
+// The name of a folder of a chain, as in FolderItem; a root is its own name. Folders above the
+// roots are called as the system calls them.
 string_t FolderName(string_view_t sFolder);
 
 bool IsFolder(string_view_t sPath);

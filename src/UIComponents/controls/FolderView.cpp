@@ -166,7 +166,8 @@ void CFolderViewCtrl::OpenLookInRow()
     if (nRow == kNoRow || !m_pShellFolder || nFolder >= m_pShellFolder->Chain().size())
         return;
     const string_t sFolder = m_pShellFolder->Chain()[nFolder];
-    InternalOpenFolder(sFolder);
+    if (FAILED(InternalOpenFolder(sFolder))) // the list must not name another folder than is shown
+        m_pView->Select(FolderLookIn, m_pView->RowCount(FolderLookIn) - 1);
 }
 
 void CFolderViewCtrl::OpenSelection()

@@ -18,7 +18,7 @@
 
 namespace Hesperon::specifics {
 
-class CFolderViewCtrl final
+class CFolderViewCtrl
     : public ComObject<CFolderViewCtrl, Dual<IQRL_TabulexConverter::IFolderViewCtrl>>,
       private IQRL_TabulexConverter::IFolderEvents
 {

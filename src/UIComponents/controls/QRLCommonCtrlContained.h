@@ -1,23 +1,30 @@
 // CQRLCommonCtrlContained: a window of a standard class, as an object.
 // IQRLCommonCtrlContained.h documents the members.
 //
-// This is the object of the arguments. It has no window of its own, so the contained window
-// never comes: CreateControl keeps what it is given and says so by S_FALSE, and the other
-// members report that there is no window.
+// This is the object of the arguments; the contained window lies in its view. Without a view it
+// keeps what it is given, CreateControl says so by S_FALSE, and the other members report that
+// there is no window. A view that comes later gets the contained window then.
 //
 // Used by one thread.
 #pragma once
 
 #include "interfaces/IQRLCommonCtrlContained.h"
 #include "module/ComObject.h"
+#include "src/UIComponents/controls/IContainedView.h"
 
 namespace Hesperon::specifics {
 
-class CQRLCommonCtrlContained final
+class CQRLCommonCtrlContained
     : public ComObject<CQRLCommonCtrlContained,
                        Dual<IQRL_TabulexConverter::IQRLCommonCtrlContained>>
 {
 public:
+    // The view from now on, until its window goes: it then calls this with null, and has no
+    // contained window any more. This object goes after that.
+    void Attach(IContainedView* pView);
+
+    // ---- IQRLCommonCtrlContained
+
     HRESULT STDMETHODCALLTYPE CreateControl(BSTR bsClassName, BSTR bsWindowName, ULONG Style,
                                             ULONG ExStyle, ULONGLONG lParam,
                                             ULONGLONG SuperWndProc) override;
@@ -28,12 +35,10 @@ public:
 private:
     friend struct ContainedControlTestAccess; // reads what is kept
 
-    ULONGLONG m_pfnSuper = 0; // window procedure of the class; 0 for none
-    string_t m_sClassName;
-    string_t m_sWindowName;
-    ULONG m_nStyle = 0;
-    ULONG m_nExStyle = 0;
-    ULONGLONG m_lParam = 0; // creation parameter
+    ULONGLONG Contained() const { return m_pView ? m_pView->Contained() : 0; }
+
+    ContainedWindowArguments m_arguments; // of the last CreateControl
+    IContainedView* m_pView = nullptr;
 };
 
 } // namespace Hesperon::specifics
