@@ -1,11 +1,11 @@
 // The calls of the value layer that this host makes, itself or through Bstr and Variant.
-// On Windows the system has them. Here the component library does, and since this host isn't
-// linked to it, each call is passed on to the loaded library.
+// On Windows the system has them. Here the component library does, by names that begin with
+// its own, and since this host isn't linked to it, each call is passed on to the loaded library.
 #include "Library.h"
 #include "platform/component.h"
 
 #define PASS_ON(function, ...)                                                                     \
-    static const auto call = Library::Entry<decltype(function)>(#function);                        \
+    static const auto call = Library::Entry<decltype(function)>("Tabulex" #function);              \
     return call(__VA_ARGS__)
 
 BSTR SysAllocStringLen(const OLECHAR* text, UINT units)

@@ -41,8 +41,10 @@ void RunMessagesUntilEnd(const RowSink& sink)
     while (!sink.HasEnded()) {
         MsgWaitForMultipleObjects(0, nullptr, FALSE, INFINITE, QS_ALLINPUT);
         MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
             DispatchMessageW(&message);
+        }
     }
 }
 

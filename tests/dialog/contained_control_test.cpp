@@ -14,9 +14,10 @@ struct ContainedControlTestAccess
 {
     static std::string Kept(const CQRLCommonCtrlContained& control)
     {
-        return Utf8(control.m_sClassName) + "," + Utf8(control.m_sWindowName) + "," +
-               std::to_string(control.m_nStyle) + "," + std::to_string(control.m_nExStyle) + "," +
-               std::to_string(control.m_lParam) + "," + std::to_string(control.m_pfnSuper);
+        const auto& kept = control.m_arguments;
+        return Utf8(kept.sClassName) + "," + Utf8(kept.sWindowName) + "," +
+               std::to_string(kept.nStyle) + "," + std::to_string(kept.nExStyle) + "," +
+               std::to_string(kept.lParam) + "," + std::to_string(kept.pfnSuper);
     }
 };
 

@@ -1,11 +1,13 @@
 // What a folder holds.
 
+#include <algorithm>
 #include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/Folders.h"
+#include "platform/Shell.h"
 #include "src/UIComponents/controls/FolderList.h"
 #include "tests/support/TempFolder.h"
 #include "tests/support/Text.h"
@@ -99,21 +101,57 @@ TEST_F(FolderContents, ChainRunsFromTheRootToTheFolder)
     ASSERT_EQ(CFolderList::Read(TextOfPath(folder), m_pList), S_OK);
     const auto chain = m_pList->Chain();
     ASSERT_GE(chain.size(), 3u);
-    EXPECT_EQ(chain.front(), TextOfPath(folder.root_path()));
+    const auto above = FoldersAboveRoots();
+    EXPECT_TRUE(std::ranges::equal(above, chain.first(above.size())));
+    EXPECT_EQ(chain[above.size()], TextOfPath(folder.root_path()));
     EXPECT_EQ(chain[chain.size() - 3], TextOfPath(m_path));
     EXPECT_EQ(chain[chain.size() - 2], TextOfPath(m_path / "a"));
     EXPECT_EQ(chain.back(), TextOfPath(folder));
     EXPECT_EQ(m_pList->Parent(), TextOfPath(m_path / "a"));
-    for (std::size_t n = 1; n < chain.size(); ++n)
+    for (std::size_t n = above.size() + 1; n < chain.size(); ++n)
         EXPECT_EQ(PathOfText(chain[n]).parent_path(), PathOfText(chain[n - 1]));
 }
 
-TEST_F(FolderContents, RootHasNoParent)
+TEST_F(FolderContents, RootHasNoParentButThoseOfTheShell)
 {
     ASSERT_EQ(CFolderList::Read(TextOfPath(m_path.root_path()), m_pList), S_OK);
-    EXPECT_EQ(m_pList->Chain().size(), 1u);
-    EXPECT_EQ(m_pList->Parent(), OLESTR(""));
+    const auto above = FoldersAboveRoots();
+    EXPECT_EQ(m_pList->Chain().size(), above.size() + 1);
+    EXPECT_EQ(m_pList->Parent(), above.empty() ? string_view_t() : above.back());
     EXPECT_EQ(FolderName(m_pList->Path()), TextOfPath(m_path.root_path()));
+}
+
+TEST_F(FolderContents, AboveTheRootsLeadDownAgain)
+{
+    const auto above = FoldersAboveRoots();
+    for (std::size_t n = 0; n < above.size(); ++n) {
+        ASSERT_EQ(CFolderList::Read(above[n], m_pList), S_OK);
+        EXPECT_EQ(m_pList->Path(), above[n]);
+        EXPECT_EQ(m_pList->Parent(), n ? above[n - 1] : string_view_t());
+        EXPECT_FALSE(FolderName(above[n]).starts_with(OLESTR("::")));
+        EXPECT_FALSE(FolderName(above[n]).empty());
+        EXPECT_TRUE(IsFolder(above[n]));
+        EXPECT_TRUE(PathExists(above[n]));
+        string_t sFile;
+        EXPECT_EQ(ResolveFile(above[n], sFile), E_INVALIDARG);
+        ASSERT_GE(m_pList->Count(), 1u);
+        const auto sWanted =
+            n + 1 < above.size() ? string_t(above[n + 1]) : TextOfPath(m_path.root_path());
+        bool bFound = false;
+        for (std::size_t nItem = 0; nItem < m_pList->Count(); ++nItem) {
+            EXPECT_TRUE(m_pList->Item(nItem).bFolder);
+            bFound = bFound || m_pList->Item(nItem).sPath == sWanted;
+        }
+        EXPECT_TRUE(bFound);
+    }
+}
+
+TEST(FolderPaths, TheRootsAreFolders)
+{
+    const std::vector<fs::path> roots = FileSystemRoots();
+    EXPECT_FALSE(roots.empty());
+    for (const fs::path& root : roots)
+        EXPECT_EQ(root, root.root_path());
 }
 
 TEST_F(FolderContents, ArePutIntoOneSpelling)

@@ -1,11 +1,13 @@
 // The folder view.
 
 #include <fstream>
+#include <ranges>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/Folders.h"
+#include "platform/Shell.h"
 #include "src/UIComponents/controls/FolderView.h"
 #include "tests/dialog/ChangeCounter.h"
 #include "tests/dialog/fakes/FakeViews.h"
@@ -218,14 +220,19 @@ TEST_F(FolderViewTest, EnterOnAFileOnlySelectsIt)
     EXPECT_EQ(m_pCounter->m_nCalls, 1);
 }
 
-TEST_F(FolderViewTest, UpGoesToTheParentAsFarAsTheRoot)
+TEST_F(FolderViewTest, UpGoesToTheParentAsFarAsTheTop)
 {
     Open();
     Command(FolderUp);
     EXPECT_EQ(ShownFolder(), m_top.parent_path());
     EXPECT_EQ(PutFolder(m_top.root_path()), S_OK);
+    for (const string_view_t sAbove : FoldersAboveRoots() | std::views::reverse) {
+        Command(FolderUp);
+        EXPECT_EQ(Wide(m_pView->m_sFolder), sAbove);
+    }
+    const std::string sTop = m_pView->m_sFolder;
     Command(FolderUp);
-    EXPECT_EQ(ShownFolder(), m_top.root_path());
+    EXPECT_EQ(m_pView->m_sFolder, sTop);
     EXPECT_EQ(m_pCounter->m_nCalls, 0);
 }
 
@@ -244,6 +251,8 @@ TEST_F(FolderViewTest, TheLookInListIsTheWayFromTheRoot)
     for (fs::path folder = m_top; folder.has_relative_path(); folder = folder.parent_path())
         names.insert(names.begin(), Utf8(TextOfPath(folder.filename())));
     names.insert(names.begin(), Utf8(TextOfPath(m_top.root_path())));
+    for (const string_view_t sAbove : FoldersAboveRoots() | std::views::reverse)
+        names.insert(names.begin(), Utf8(NameAboveRoots(sAbove)));
     EXPECT_EQ(m_pView->Rows(FolderLookIn), names);
     EXPECT_EQ(m_pView->Selected(FolderLookIn), static_cast<LONG>(names.size()) - 1);
 }
@@ -258,12 +267,23 @@ TEST_F(FolderViewTest, EnterInTheLookInListOpensTheRow)
     Command(FolderOpenSelection);
     EXPECT_EQ(ShownFolder(), m_top.parent_path());
     EXPECT_EQ(m_pView->Selected(FolderLookIn), nRow);
-    m_pView->Choose(FolderLookIn, 0);
+    m_pView->Choose(FolderLookIn, static_cast<LONG>(FoldersAboveRoots().size()));
     m_pView->Click(FolderLookIn); // with a mouse
     EXPECT_EQ(ShownFolder(), m_top.root_path());
     m_pView->Select(FolderLookIn, kNoRow);
     m_pView->Click(FolderLookIn);
     EXPECT_EQ(ShownFolder(), m_top.root_path());
+}
+
+TEST_F(FolderViewTest, ARowThatCantBeOpenedIsLeftForTheOneThatIsShown)
+{
+    Open();
+    const LONG nRow = m_pView->Selected(FolderLookIn);
+    m_pView->Choose(FolderLookIn, nRow - 1);
+    m_pView->m_bRefuseFolders = true;
+    m_pView->Click(FolderLookIn);
+    EXPECT_EQ(ShownFolder(), m_top);
+    EXPECT_EQ(m_pView->Selected(FolderLookIn), nRow);
 }
 
 // ---- modes

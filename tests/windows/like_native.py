@@ -12,6 +12,8 @@ import tempfile
 
 import make_samples
 
+SKIPPED = 77  # the status by which a test says so
+
 CONVERSIONS = """
 convert week.csv -o out.csv
 convert week.csv -o out.jsonl
@@ -185,8 +187,9 @@ def differences(args, native, windows):
 
 def main(native, runner, windows, samples_folder):
     if not os.access(native, os.X_OK):
-        sys.exit(f"'{native}' isn't there: build the native tool, or configure with "
-                 "TABULEX_NATIVE_TOOL as its path")
+        print(f"'{native}' isn't there: build the native tool, or configure with "
+              "TABULEX_NATIVE_TOOL as its path")
+        return SKIPPED
     samples = list(make_samples.all_samples())
     files = {**FILES, **{sample.name: sample.content() for sample in samples},
              **kept_samples(samples_folder)}

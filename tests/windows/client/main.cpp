@@ -2,9 +2,10 @@
 // of the component are in it, but for the names of what it uses. It opens a file, prints
 // what was found in it, lists its symbols, and converts it.
 //
-//   typelib_client LIBRARY FILE
+//   typelib_client LIBRARY FILE [analyse]
 //
-// The library is a file, or an identifier that is looked up in the registry.
+// The library is a file, or an identifier that is looked up in the registry. With "analyse" a
+// person settles the file in the import dialog first, and the rest is left out.
 #include <cstdio>
 
 #include "Object.h"
@@ -85,8 +86,10 @@ void PrintCount(IUnknown* parser, const InterfaceType& type, Binding binding)
 
 void PumpUntilEnd()
 {
-    for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;)
+    for (MSG message; GetMessageW(&message, nullptr, 0, 0) > 0;) {
+        TranslateMessage(&message);
         DispatchMessageW(&message);
+    }
 }
 
 void EnumerateSymbols(const Object& converter, const InterfaceType& sinkType)
@@ -124,11 +127,32 @@ void Host(const TypeLibrary& library, const wchar_t* pszFile, Binding binding)
     PrintCount(parser.pdispVal, library.Interface(L"IDataParser"), binding);
 }
 
-int Run(const wchar_t* pszLibrary, const wchar_t* pszFile)
+void Analyse(const TypeLibrary& library, const wchar_t* pszFile)
+{
+    const ClassType converterClass = library.Class(L"CqrlTabulexConvertor");
+    const Object converter(Create(converterClass.clsid), converterClass.standard,
+                           Binding::Dispatch);
+    OfferResolutions(converter);
+    CheckError(converter.Put(L"FileName", pszFile));
+    VARIANT_BOOL bStatus = VARIANT_FALSE;
+    constexpr LONGLONG kActiveWindow = 0;
+    CheckError(converter.Call(L"DoAnalyse", {Out(VT_BOOL, &bStatus), kActiveWindow}));
+    std::printf("%s\n", bStatus ? "confirmed" : "cancelled");
+    PrintColumns(converter);
+    PrintSettings(converter);
+    if (bStatus)
+        Convert(converter, library.Interface(L"IqrlTabulexDataSink"));
+}
+
+int Run(const wchar_t* pszLibrary, const wchar_t* pszFile, bool bAnalyse)
 {
     try {
         const TypeLibrary library(pszLibrary);
         std::printf("%s\n", Narrow(library.Name()).c_str());
+        if (bAnalyse) {
+            Analyse(library, pszFile);
+            return 0;
+        }
         std::printf("by slots\n");
         Host(library, pszFile, Binding::Slots);
         std::printf("by dispatch\n");
@@ -144,12 +168,13 @@ int Run(const wchar_t* pszLibrary, const wchar_t* pszFile)
 
 int wmain(int argc, wchar_t** argv)
 {
-    if (argc != 3) {
-        std::fprintf(stderr, "usage: typelib_client LIBRARY FILE\n");
+    const bool bAnalyse = argc == 4 && std::wstring(argv[3]) == L"analyse";
+    if (argc != 3 && !bAnalyse) {
+        std::fprintf(stderr, "usage: typelib_client LIBRARY FILE [analyse]\n");
         return 2;
     }
     CoInitialize(nullptr);
-    const int nStatus = Run(argv[1], argv[2]);
+    const int nStatus = Run(argv[1], argv[2], bAnalyse);
     CoUninitialize();
     return nStatus;
 }

@@ -8,7 +8,7 @@ function(tables image result)
   set(${result} "${out}" PARENT_SCOPE)
 endfunction()
 
-set(system advapi32 gdi32 kernel32 msvcrt ntdll ole32 oleaut32 shell32 user32 uuid version)
+set(system advapi32 comctl32 gdi32 kernel32 msvcrt ntdll ole32 oleaut32 shell32 shlwapi user32 uuid uxtheme version)
 foreach(image TabulexConverter.dll TabulexConverterEnglish.dll tabulex.exe)
   tables(${image} out)
   string(REGEX MATCHALL "DLL Name: [^\n]*" lines "${out}")

@@ -24,7 +24,7 @@ file(GLOB_RECURSE files RELATIVE "${package}" "${package}/*")
 list(FILTER files EXCLUDE REGEX "^include/")
 list(SORT files)
 set(expected
-  README.md
+  LICENSE README.md
   bin/TabulexConverter.dll bin/TabulexConverterEnglish.dll bin/tabulex.exe
   lib/libTabulexConverter.a
   typelib/TabulexConverter.idl typelib/TabulexConverter.tlb)

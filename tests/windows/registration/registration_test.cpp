@@ -46,12 +46,30 @@ string_t DescriptionOf(const ObjectMapEntry& entry)
                : string_t(entry.sProgId);
 }
 
+bool IsControl(const ObjectMapEntry& entry)
+{
+    using namespace IQRL_TabulexConverter;
+    return entry.clsid == CLSID_CQRLDataGridViewCtrl || entry.clsid == CLSID_CFolderViewCtrl ||
+           entry.clsid == CLSID_CQRLCommonCtrlContained;
+}
+
+// By which containers know a class as a control.
+Values OfControl(const string_t& key)
+{
+    return {
+        {key + L"\\Control", L""},
+        {key + L"\\Programmable", L""},
+        {key + L"\\MiscStatus", L"0"},
+        {key + L"\\MiscStatus\\1", L"401"}, // see OLEMISC: in place, when in sight
+    };
+}
+
 Values OfClass(const ObjectMapEntry& entry, const string_t& module)
 {
     const string_t id = TextOf(entry.clsid);
     const string_t key = L"CLSID\\" + id;
     const string_t name(entry.sProgId);
-    return {
+    Values values = {
         {key, DescriptionOf(entry)},
         {key + L":AppID", TextOf(kApplicationId)},
         {key + L"\\InprocServer32", module},
@@ -66,6 +84,9 @@ Values OfClass(const ObjectMapEntry& entry, const string_t& module)
         {name + L".1", name},
         {name + L".1\\CLSID", id},
     };
+    if (IsControl(entry))
+        values.merge(OfControl(key));
+    return values;
 }
 
 Values OfApplication()

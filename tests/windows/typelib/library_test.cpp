@@ -123,13 +123,15 @@ TEST(TypeLibrary, HasTheClassesOfTheObjectMap)
     const com_ptr<ITypeLib> library = OpenLibrary();
     for (const ClassRow& row : kClasses) {
         SCOPED_TRACE(Narrow(row.sName));
-        EXPECT_TRUE(FindClass(ObjectMap(), row.clsid));
+        const ObjectMapEntry* pEntry = FindClass(ObjectMap(), row.clsid);
+        ASSERT_TRUE(pEntry);
         com_ptr<ITypeInfo> coclass;
         ASSERT_EQ(S_OK, library->GetTypeInfoOfGuid(row.clsid, coclass.put()));
         EXPECT_EQ(row.sName, NameOf(*coclass.get()));
         const TYPEATTR attributes = AttributesOf(*coclass.get());
         EXPECT_EQ(TKIND_COCLASS, attributes.typekind);
-        EXPECT_EQ(TYPEFLAG_FCANCREATE, attributes.wTypeFlags);
+        EXPECT_EQ(TYPEFLAG_FCANCREATE | (pEntry->bControl ? TYPEFLAG_FCONTROL : 0),
+                  attributes.wTypeFlags);
     }
 }
 
