@@ -1,6 +1,10 @@
 #include "interfaces/NativeHost.h"
 
+#include <atomic>
+#include <mutex>
+
 #include "Simples/interface/ResourceStrings.h"
+#include "component/ProcessDefaults.h"
 #include "diagnostics/FaultmereClient.h"
 #include "platform/MessageBox.h"
 #include "platform/text/CodePage.h"
@@ -9,8 +13,27 @@
 #include "src/UIComponents/views/DialogViews.h"
 #include "src/UIComponents/views/ProgressView.h"
 
+namespace {
+
+std::atomic<bool> g_bLanguageChosen = false;
+std::atomic<bool> g_bEncodingChosen = false;
+
+} // namespace
+
+void SetProcessDefaults()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        if (!g_bLanguageChosen)
+            TabulexSetLanguage(TABULEX_LANGUAGE_ENGLISH);
+        if (!g_bEncodingChosen)
+            TabulexSetEncoding("utf-8");
+    });
+}
+
 void TabulexSetLanguage(TabulexLanguage language)
 {
+    g_bLanguageChosen = true;
     SetResourceLanguage(language == TABULEX_LANGUAGE_ENGLISH ? Language::English
                                                              : Language::Chinese);
 }
@@ -19,6 +42,7 @@ HRESULT TabulexSetEncoding(const char* name)
 {
     if (!name)
         return E_POINTER;
+    g_bEncodingChosen = true;
     return SetAnsiCodePage(CodePageByName(name)) ? S_OK : E_INVALIDARG;
 }
 
