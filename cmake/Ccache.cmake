@@ -4,11 +4,11 @@
 # compiler knows the headers inside a precompiled one by their whole text, and takes those
 # that differ in a comment for others.
 find_program(CCACHE ccache)
-if(CCACHE)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER
       "${CMAKE_COMMAND}" -E env
       CCACHE_SLOPPINESS=pch_defines,time_macros
-      "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" CCACHE_NOHASHDIR=1
+      "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1
       CCACHE_COMMENTS=1
       "${CCACHE}")
 endif()

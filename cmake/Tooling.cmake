@@ -6,12 +6,12 @@ find_program(CLANG_FORMAT clang-format)
 find_program(RUN_CLANG_TIDY run-clang-tidy)
 cmake_host_system_information(RESULT TABULEX_CORES QUERY NUMBER_OF_LOGICAL_CORES)
 
-set(TABULEX_SOURCE_FOLDERS bench component datetime diagnostics examples fuzz interfaces LocalRPC
+set(TABULEX_SOURCE_FOLDERS bench component datetime diagnostics examples facade fuzz interfaces LocalRPC
     module platform Simples src tests tools)
 
 set(patterns)
 foreach(folder IN LISTS TABULEX_SOURCE_FOLDERS)
-  list(APPEND patterns "${folder}/*.cpp" "${folder}/*.h")
+  list(APPEND patterns "${folder}/*.cpp" "${folder}/*.h" "${folder}/*.hpp")
 endforeach()
 file(GLOB_RECURSE TABULEX_SOURCES RELATIVE "${CMAKE_SOURCE_DIR}" CONFIGURE_DEPENDS ${patterns})
 

@@ -12,7 +12,8 @@ option(TABULEX_UNITY "Compile several sources of a target as one" ON)
 option(TABULEX_UNITY_LAYERS "Compile several sources of a layer as one" OFF)
 
 # tabulex_unity(TARGET): batches of at most eight sources, of much the same size. Names in
-# anonymous namespaces must differ within the target.
+# anonymous namespaces must differ within the target. Sources with the property
+# SKIP_UNITY_BUILD_INCLUSION stay by themselves, so that they can have options of their own.
 function(tabulex_unity target)
   if(NOT TABULEX_UNITY)
     return()
@@ -22,6 +23,14 @@ function(tabulex_unity target)
   set(sources ${others})
   list(FILTER sources INCLUDE REGEX "\\.cpp$")
   list(FILTER others EXCLUDE REGEX "\\.cpp$")
+  foreach(source IN LISTS sources)
+    get_source_file_property(alone "${source}" TARGET_DIRECTORY ${target}
+      SKIP_UNITY_BUILD_INCLUSION)
+    if(alone)
+      list(APPEND others "${source}")
+      list(REMOVE_ITEM sources "${source}")
+    endif()
+  endforeach()
   list(LENGTH sources count)
   math(EXPR batches "(${count} + 7) / 8")
   math(EXPR size "(${count} + ${batches} - 1) / ${batches}")
@@ -32,7 +41,7 @@ function(tabulex_unity target)
     set(includes)
     foreach(source IN LISTS batch)
       cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${folder}" NORMALIZE)
-      file(RELATIVE_PATH source "${CMAKE_SOURCE_DIR}" "${source}")
+      file(RELATIVE_PATH source "${PROJECT_SOURCE_DIR}" "${source}")
       string(APPEND includes "#include \"${source}\"\n")
     endforeach()
     set(file "${CMAKE_CURRENT_BINARY_DIR}/unity/${target}_${number}.cpp")

@@ -4,7 +4,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   set(false_positives -Wno-restrict -Wno-stringop-overflow -Wno-array-bounds
                       -Wno-stringop-overread -Wno-null-dereference -Wno-maybe-uninitialized)
 endif()
-add_compile_options(-Wall -Wextra -Wpedantic -Werror ${shadow} -Wno-missing-field-initializers
+if(TABULEX_WERROR)
+  set(errors -Werror)
+endif()
+add_compile_options(-Wall -Wextra -Wpedantic ${errors} ${shadow} -Wno-missing-field-initializers
                     ${false_positives})
 if(TABULEX_SANITIZE)
   add_compile_options(-fsanitize=${TABULEX_SANITIZE} -fno-sanitize-recover=all

@@ -28,7 +28,10 @@ endforeach()
 if(TABULEX_TESTS)
   set(INSTALL_GTEST OFF)
   set(BUILD_GMOCK ON)
+  # BUILD_SHARED_LIBS says what becomes of this library, not of that one.
+  set(BUILD_SHARED_LIBS OFF)
   add_subdirectory(/usr/src/googletest googletest EXCLUDE_FROM_ALL)
+  set(BUILD_SHARED_LIBS ON)
   # Unoptimised they would have five times the sections, and the linker's time grows with the
   # square of an object's sections: six seconds for each program. Inline functions of the
   # headers would make the linker take the library a second time.

@@ -35,6 +35,6 @@ install(DIRECTORY interfaces DESTINATION include
         PATTERN ControlTable.h EXCLUDE)
 install(FILES platform/com_ptr.h platform/component.h platform/values.h
         DESTINATION include/platform)
-install(FILES component/windows/README.md DESTINATION .)
+install(FILES component/windows/README.md LICENSE DESTINATION .)
 
 include(CPack)

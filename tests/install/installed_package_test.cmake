@@ -1,6 +1,6 @@
 # Installs the build into a folder of its own, moves that folder, builds the example
 # hosts against it by CMake and by pkg-config, and runs them on small files.
-#   BUILD build folder   EXAMPLES the hosts' sources   WORK scratch folder
+#   BUILD build folder   EXAMPLES the hosts' sources   SOURCES this folder   WORK scratch folder
 #   CXX compiler   LIBDIR of the installation
 
 # Runs a command that must succeed; its standard output goes to the variable.
@@ -130,14 +130,28 @@ rows 1000, batches 1, volume 2000, rolled back
   expect(1 "" "the file can't be opened\n" ${late_bound} "${WORK}/none.csv")
 endfunction()
 
+# A program that has nothing but tabulex.hpp.
+function(check_read_file program)
+  run(out "${program}" "${WORK}/minutes.csv")
+  string(REGEX MATCHALL "\n" rows "${out}")
+  list(LENGTH rows count)
+  if(NOT count EQUAL 25 OR NOT out MATCHES "^2003-01-14 09:30:00 10.75\n")
+    message(FATAL_ERROR "${program} tells\n${out}")
+  endif()
+  set(bad "line 13:  \"x\" can't be parsed with the template \"float\".\n")
+  expect(0 "${out}" "${bad}" "${program}" "${WORK}/minutes.csv")
+  expect(1 "" "${WORK}/none.csv: No such file or directory\n" "${program}" "${WORK}/none.csv")
+endfunction()
+
 # ---- by CMake
 
-foreach(example host late_bound)
+foreach(example host late_bound read_file)
   run(ignored "${CMAKE_COMMAND}" -G Ninja -S "${EXAMPLES}/${example}" -B "${WORK}/hosts/${example}"
       "-DCMAKE_PREFIX_PATH=${prefix}" "-DCMAKE_CXX_COMPILER=${CXX}")
   run(ignored "${CMAKE_COMMAND}" --build "${WORK}/hosts/${example}")
 endforeach()
 check_hosts("${WORK}/hosts/host/tabulex_host" "${WORK}/hosts/late_bound/tabulex_late_bound")
+check_read_file("${WORK}/hosts/read_file/read_file")
 
 # ---- by pkg-config, which gives the late-bound one its headers only
 
@@ -153,4 +167,8 @@ if(pkg_config)
   run(ignored "${CXX}" "${EXAMPLES}/late_bound/main.cpp" "${EXAMPLES}/late_bound/ValueLayer.cpp"
       ${flags} -ldl -o "${WORK}/hosts/late_bound_by_pkg_config")
   check_hosts("${WORK}/hosts/host_by_pkg_config" "${WORK}/hosts/late_bound_by_pkg_config")
+
+  # tabulex.hpp leaves the component's words to the program.
+  run(ignored "${CXX}" -Wall -Wextra -Wpedantic -Werror -fsyntax-only
+      "${SOURCES}/subproject/main.cpp" ${flags})
 endif()
