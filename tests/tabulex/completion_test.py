@@ -10,6 +10,9 @@ from tool import ToolTest
 SHARE = os.environ["TABULEX_SHARE"]
 BASH = os.path.join(SHARE, "bash-completion/completions/tabulex")
 ZSH = os.path.join(SHARE, "zsh/site-functions/_tabulex")
+TYPES = ["Symbol", "Date", "Time", "Open", "High", "Low", "Close", "Price", "Volume",
+         r"Up\ Volume", r"Down\ Volume", r"Unchanged\ Volume", r"Total\ Volume", r"Up\ Ticks",
+         r"Down\ Ticks", r"Unchanged\ Ticks", r"Total\ Ticks", r"Open\ Interest", "none", "unknown"]
 FISH = os.path.join(SHARE, "fish/vendor_completions.d/tabulex.fish")
 
 
@@ -71,10 +74,30 @@ class Bash(CompletionTest):
                  (["convert", "some"], ["some file.csv"]),
                  (["convert", "-o", "some"], ["some file.csv"]),
                  (["convert", "x", "--rejects", ""], ["some file.csv"]),
+                 (["inspect", "--resolution", "T"], ["Ticks", "Tick\\ Bars"]),
+                 (["inspect", "--encoding", "w"], ["windows-1252", "windows-1251"]),
+                 (["convert", "--price-multiplier", "=", "1/100"],
+                  ["1/100", "1/1000", "1/10000", "1/100000", "1/1000000"]),
+                 (["convert", "--column", "3", "=", "Open"], ["Open", "Open\\ Interest"]),
+                 (["convert", "--column", "=", "3", "=", "n"], ["none"]),
+                 (["convert", "--column", "3", "="], TYPES), (["convert", "--column", "3"], [""]),
                  (["convert", "--size", ""], [""]), (["template", "some"], [""])]
         for words, offered in cases:
             with self.subTest(words):
                 self.assertEqual(self.complete(*words), offered)
+
+
+    def test_offers_what_is_taken(self):
+        self.file("x.csv", "Date,Open,High,Low,Close\n2003-01-01,1,1,1,1\n2003-01-02,1,1,1,1\n")
+        options = {name: self.complete("convert", name, "")
+                   for name in ("--encoding", "--resolution", "--price-multiplier")}
+        options["--column"] = ["5=" + name for name in self.complete("convert", "--column", "5", "=")]
+        for option, values in options.items():
+            for value in values:
+                with self.subTest(f"{option} {value}"):
+                    done = self.run_tool("convert", "--dry-run", option, value.replace("\\", ""),
+                                         "x.csv")
+                    self.assertNotEqual(done.status, 2, done.err)
 
 
 class Zsh(CompletionTest):
@@ -111,7 +134,9 @@ class Fish(CompletionTest):
     @needs("fish")
     def test_accepts_the_script_and_completes(self):
         for words, offered in (("conv", ["convert"]), ("convert --form", ["--format"]),
-                               ("convert --format ", ["csv", "jsonl", "sqlite"])):
+                               ("convert --format ", ["csv", "jsonl", "sqlite"]),
+                               ("convert --resolution Tick", ["Tick Bars", "Ticks"]),
+                               ("convert --column 3=Lo", ["3=Low"])):
             with self.subTest(words):
                 out = shell("fish", "--no-config", "-c",
                             f"source {FISH}; complete -C 'tabulex {words}'")

@@ -79,12 +79,28 @@ class Batches(ToolTest):
 
 
 class SeveralFiles(ToolTest):
-    def test_come_one_after_the_other_each_with_its_summary(self):
-        paths = self.sample("tick.csv"), self.sample("week.csv")
-        result = self.succeed("convert", *paths)
-        self.assertEqual(result.rows(), expected_rows(SAMPLES["tick.csv"]) +
-                         expected_rows(SAMPLES["week.csv"]))
-        self.assertEqual(len(result.err.splitlines()), 2)
+    def test_share_a_header_and_name_the_file_of_each_row(self):
+        week, more = self.sample("week.csv"), self.file("b.csv", SAMPLES["week.csv"].content())
+        rows = expected_rows(SAMPLES["week.csv"])
+        self.assertEqual(self.succeed("convert", week, more).rows(),
+                         [["File", *rows[0]]] + [[week, *row] for row in rows[1:]] +
+                         [[more, *row] for row in rows[1:]])
+
+    def test_of_other_columns_do_not_fit_under_the_header(self):
+        week, tick = self.sample("week.csv"), self.sample("tick.csv")
+        for options in ([], ["--dry-run"]):
+            with self.subTest(options):
+                result = self.fail_with(1, "convert", week, tick, week, *options)
+                self.assertIn(f"{tick}: its columns are File, Date, Time, Price", result.err)
+                self.assertIn("-o FOLDER/", result.err)
+                self.assertEqual(len(result.rows()), 0 if options else 41)
+
+    def test_of_other_columns_are_fine_as_json_lines(self):
+        week, tick = self.sample("week.csv"), self.sample("tick.csv")
+        out = self.succeed("convert", week, tick, "--format", "jsonl").out
+        keys = [list(json.loads(line)) for line in out.splitlines()]
+        self.assertEqual(len(keys), 60)
+        self.assertEqual((keys[0][:2], keys[-1][:3]), (["File", "Date"], ["File", "Date", "Time"]))
 
     def test_end_with_the_highest_status(self):
         good = self.sample("tick.csv")
@@ -110,7 +126,7 @@ class Progress(ToolTest):
 
     def test_is_not_drawn_into_a_file(self):
         result = self.succeed("convert", self.sample("long.csv"))
-        self.assertEqual(len(result.err.splitlines()), 1)
+        self.assertEqual(len(result.err.splitlines()), 2)
 
 
 class ProgressOnATerminal(ToolTest):
@@ -129,7 +145,8 @@ class ProgressOnATerminal(ToolTest):
         os.close(main)
         self.assertEqual(tool.wait(60), 0)
         self.assertRegex(said, rb"\[#*\.*\] +\d+%  [\d,]+ records  [\d,]+/s  0 min \d+ sec")
-        self.assertIn(b"\r\x1b[Kbatches=20 delivered=20000 skipped=0 result=commit", said)
+        self.assertIn(b"\r\x1b[Klines=", said)
+        self.assertIn(b"batches=20 delivered=20000 skipped=0 result=commit", said)
 
 
 class Languages(ToolTest):

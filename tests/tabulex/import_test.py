@@ -379,13 +379,13 @@ class WaysOut(ImportTest):
     def test_a_request_to_terminate_ends_it(self):
         terminal = self.open_file("week.csv")
         os.kill(terminal.pid, signal.SIGTERM)
-        self.assertEqual(terminal.end(), 130)
+        self.assertEqual(terminal.end(), 143)
         self.assertIn(b"\x1b[?1049l", terminal.raw)
 
     def test_a_terminal_that_goes_cancels(self):
         terminal = self.open_file("week.csv", "-o", self.path("out.csv"))
         terminal.hang_up()
-        self.assertEqual(terminal.end(), 1)
+        self.assertEqual(terminal.end(), 129)
         self.assertFalse(os.path.exists(self.path("out.csv")))
 
     def test_without_a_terminal_there_is_no_dialog(self):

@@ -1,4 +1,4 @@
-"""Ctrl-C and a request to terminate, at any moment of a conversion."""
+"""Ctrl-C, a request to terminate and a terminal that goes, at any moment of a conversion."""
 import os
 import pty
 import signal
@@ -23,7 +23,7 @@ class Interrupts(ToolTest):
 
     def test_roll_back_and_leave_nothing(self):
         self.file("big.csv", minutes_text(400_000))
-        for number in (signal.SIGINT, signal.SIGTERM):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             with self.subTest(number):
                 tool = subprocess.Popen([*TOOL, "convert", self.path("big.csv"), "-q",
                                          "-o", self.path("out.csv"), "--rejects",
@@ -31,8 +31,48 @@ class Interrupts(ToolTest):
                                         stderr=subprocess.DEVNULL, env=environment())
                 wait_until(self.begun)
                 tool.send_signal(number)
-                self.assertEqual(tool.wait(60), 130)
+                self.assertEqual(tool.wait(60), 128 + number)
                 self.assert_entries("big.csv")
+
+    def test_of_databases_and_commands_without_output_have_the_same_status(self):
+        big = self.file("big.csv", minutes_text(400_000))
+        for number in (signal.SIGTERM, signal.SIGHUP):
+            tool = subprocess.Popen([*TOOL, "convert", big, "-q", "-o", self.path("out.db")],
+                                    stderr=subprocess.DEVNULL, env=environment())
+            wait_until(lambda: os.path.exists(self.path("out.db.0.part")))
+            tool.send_signal(number)
+            self.assertEqual(tool.wait(60), 128 + number)
+            self.assert_entries("big.csv")
+            tool = subprocess.Popen([*TOOL, "raw", big], stdout=subprocess.PIPE, env=environment())
+            tool.stdout.read(1)
+            tool.send_signal(number)
+            self.assertEqual(tool.wait(60), 128 + number)
+            tool.stdout.close()
+
+    def test_that_were_to_be_ignored_stay_ignored(self):
+        path = self.file("big.csv", minutes_text(100_000))
+        for number in (signal.SIGHUP, signal.SIGINT):
+            with self.subTest(number):
+                tool = subprocess.Popen([*TOOL, "convert", path, "-q", "-o", self.path("out.csv")],
+                                        env=environment(),
+                                        preexec_fn=lambda n=number: signal.signal(n, signal.SIG_IGN))
+                wait_until(self.begun)
+                tool.send_signal(number)
+                self.assertEqual(tool.wait(60), 0)
+                self.assertEqual(self.read("out.csv").count("\n"), 100_001)
+                os.remove(self.path("out.csv"))
+
+    def test_of_a_terminal_that_goes_may_come_twice(self):
+        tool = subprocess.Popen([*TOOL, "convert", self.file("big.csv", minutes_text(400_000)), "-q", "-o",
+                                 self.path("out.csv")], env=environment())
+        wait_until(self.begun)
+        tool.send_signal(signal.SIGSTOP)
+        tool.send_signal(signal.SIGHUP)
+        tool.send_signal(signal.SIGCONT)
+        time.sleep(0.002)
+        tool.send_signal(signal.SIGHUP)
+        self.assertEqual(tool.wait(60), 129)
+        self.assert_entries("big.csv")
 
     def test_end_the_program_at_once_the_second_time(self):
         # Nobody reads the pipe, so the tool waits in a write and can't roll back.

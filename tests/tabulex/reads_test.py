@@ -155,7 +155,7 @@ class Counts(Reads):
         for i in range(50, 20_000, 50):
             lines[i] = lines[i].replace(",2003/", ",1o03/")
         path = self.file("quotes.csv", "\n".join(lines) + "\n")
-        result = self.faulty(path, "convert", path, "-n", read=3, count=EVER)
+        result = self.faulty(path, "convert", path, "-n", read=8, count=EVER)
         self.assertEqual(result.status, 3)
         batches, delivered, skipped, end = re.fullmatch(SUMMARY, result.summary()).groups()
         bad = sum(": field 2: " in line for line in result.err.splitlines())
@@ -164,6 +164,46 @@ class Counts(Reads):
         # The place of the fault is that of the last line read: the header comes on top.
         place = int(re.search(r"after line ([\d,]+),", result.err).group(1).replace(",", ""))
         self.assertEqual(int(delivered) + bad, place - 1)
+
+
+class Outputs(Reads):
+    """What is written while the system interrupts every other call, takes little at a time, or
+    doesn't get it to the disk."""
+
+    def outputs(self, path):
+        out, bad = self.path("out.csv"), self.path("bad.csv")
+        yield ("convert", path, "-o", out), [out]
+        yield ("convert", path, "-o", "/dev/stdout", "--rejects", bad), [bad]
+        yield ("convert", path, "-o", self.path("out.jsonl")), [self.path("out.jsonl")]
+        yield ("raw", path), []
+        yield ("convert", "--help"), []
+
+    def test_are_whole_though_calls_are_interrupted_or_do_little(self):
+        path = self.file("a.csv", quotes(3000).replace("1010.25", "x"))
+        for command, files in self.outputs(path):
+            whole = self.succeed(*command)
+            expected = [self.read(name) for name in files]
+            for kind in ("interrupted", "short"):
+                with self.subTest(command=command, kind=kind):
+                    for name in files:
+                        os.remove(name)
+                    result = self.faulty(path, *command, output=kind)
+                    self.assertEqual(result, whole)
+                    self.assertEqual([self.read(name) for name in files], expected)
+
+    def test_that_do_not_get_to_the_disk_are_no_outputs(self):
+        path = self.file("a.csv", quotes(3000))
+        for name in ("out.csv", "out.db"):
+            result = self.faulty(path, "convert", path, "-o", self.path(name), output=f"sync={errno.EIO}")
+            self.assertEqual(result.status, 3, result.err)
+            self.assertRegex(result.err, f"{name}' can't be written: .*(Input/output|disk I/O) error")
+            self.assertTrue(result.summary().endswith("result=rollback"))
+            self.assertEqual(os.listdir(self.folder), ["a.csv"])
+
+    def test_that_cannot_be_synchronised_by_their_file_system_are_outputs(self):
+        path = self.file("a.csv", quotes(3000))
+        result = self.faulty(path, "convert", path, "-o", self.path("out.csv"), output=f"sync={errno.EINVAL}")
+        self.assertEqual(result.status, 0, result.err)
 
 
 class Changes(Reads):

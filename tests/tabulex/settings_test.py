@@ -28,16 +28,51 @@ class Ranges(ToolTest):
                             "--to", "2003-01-22").rows()[1:]
         self.assertEqual([r[0] for r in rows], ["2003-01-20", "2003-01-21", "2003-01-22"])
 
-    def test_a_range_outside_of_the_file_gives_a_warning(self):
-        for option, word in (("--from", "2033-01-01"), ("--to", "1980-01-01")):
-            with self.subTest(option):
-                err = self.succeed("convert", self.sample("week.csv"), option, word).err
-                self.assertIn(f"warning: {option} is", err)
+    def assert_nothing_new(self, path, *options):
+        result = self.succeed("convert", path, *options)
+        self.assertEqual(len(result.rows()), 1, result.out)
+        self.assertIn(f"{path}: nothing new: ", result.err)
+        self.assertIn("delivered=0", result.summary())
+        self.assertIn("result=commit", result.summary())
+        quiet = self.succeed("convert", path, "-q", *options)
+        self.assertEqual((quiet.out, quiet.err), (result.out, ""))
+
+    def test_a_range_outside_of_the_file_has_nothing_new(self):
+        for name in ("week.csv", "descending.csv", "long.csv"):
+            path = self.sample(name)
+            for option, word in (("--from", "2033-01-01"), ("--from", "2100-01-01"),
+                                 ("--to", "1980-01-01"), ("--to", "1800-01-01")):
+                with self.subTest((name, option, word)):
+                    self.assert_nothing_new(path, option, word)
+                    self.assert_nothing_new(path, option, word, "--strict")
+
+    def test_a_range_between_two_records_has_nothing_new(self):
+        self.assert_nothing_new(self.sample("week.csv"), "--from", "2003-01-14", "--to",
+                                "2003-01-15")
+
+    def test_a_range_behind_the_last_line_finds_what_lies_ahead_of_it(self):
+        block = lambda name, year: "".join(f"{name},{year}/01/{d:02},{d}.5,{d}.75,{d}.25,{d}.5\n"
+                                           for d in range(10, 30))
+        path = self.file("a.csv", block("AB", 2003) + block("AB", 2004) + block("CD", 2003))
+        rows = self.succeed("convert", path, "--from", "2004-01-20").rows()
+        self.assertEqual([row[1] for row in rows[1:]], [f"2004-01-{d}" for d in range(20, 30)])
+
+    def test_blocks_are_read_in_the_direction_of_their_lines(self):
+        block = lambda name, year: "".join(f"{name},{year}/01/{d:02},{d}.5,{d}.75,{d}.25,{d}.5\n"
+                                           for d in range(10, 30))
+        path = self.file("a.csv", block("AB", 2004) + block("CD", 2003))
+        rows = self.succeed("convert", path, "--from", "2004-01-20", "--whole-file").rows()
+        self.assertEqual([row[1] for row in rows[1:]], [f"2004-01-{d}" for d in range(20, 30)])
+
+    def test_nothing_new_is_nothing_in_a_file_and_a_table(self):
+        path, out = self.sample("week.csv"), self.path("out.csv")
+        self.succeed("convert", path, "-o", out, "--from", "2033-01-01")
+        self.assertEqual(self.read("out.csv"), "Date,Open,High,Low,Close,Volume\n")
 
     def test_a_range_around_the_file_is_not(self):
         result = self.succeed("convert", self.sample("week.csv"), "--from", "1980-01-01", "--to",
                               "2033-01-01")
-        self.assertEqual(len(result.err.splitlines()), 1)
+        self.assertNotIn("nothing new", result.err)
         self.assertEqual(result.rows(), expected_rows(SAMPLES["week.csv"]))
 
     def test_an_empty_range_is_refused(self):
@@ -60,7 +95,7 @@ class Symbols(ToolTest):
         self.assertIn("delivered=12 skipped=24", result.summary())
 
     def test_an_unknown_symbol_delivers_nothing(self):
-        result = self.succeed("convert", self.sample("symbols.csv"), "--symbol", "def")
+        result = self.fail_with(1, "convert", self.sample("symbols.csv"), "--symbol", "def")
         self.assertEqual(result.summary(), "batches=1 delivered=0 skipped=36 result=commit")
 
     def test_a_file_without_symbols_refuses_one(self):
@@ -82,10 +117,45 @@ class Multipliers(ToolTest):
                     self.assertAlmostEqual(float(rows[1][i + 1]), row[column] * factor(price))
                 self.assertEqual(rows[1][5], str(int(row["Volume"] * factor(volume) + 1e-9)))
 
+    def bars(self, price, volume):
+        lines = [f"2003/01/{d:02},{price},{price},{price},{price},{volume}\n" for d in range(1, 21)]
+        return self.file("a.csv", "Date,Open,High,Low,Close,Volume\n" + "".join(lines))
+
+    def test_prices_are_the_nearest_decimals(self):
+        cases = [("98.05", "1/100", "0.9805"), ("1.1", "1/10", "0.11"), ("0.07", "100", "7"),
+                 ("4.35", "100", "435"), ("0.000123456789", "1000", "0.123456789"),
+                 ("123456789.123", "1/1000000", "123.456789123"), ("12345", "1/1000", "12.345")]
+        for price, name, want in cases:
+            with self.subTest((price, name)):
+                path = self.bars(price, 5)
+                rows = self.succeed("convert", path, "--price-multiplier", name).rows()
+                self.assertEqual(rows[1][1:5], [want] * 4)
+                lines = self.succeed("convert", path, "--price-multiplier", name, "--format",
+                                     "jsonl").out.splitlines()
+                self.assertIn(f'"Open":{want},', lines[0])
+
+    def test_rows_that_lose_a_fraction_of_their_volume_are_counted(self):
+        result = self.succeed("convert", self.bars("1.5", 1234), "--volume-multiplier", "1/100")
+        self.assertEqual(result.rows()[1][5], "12")
+        self.assertIn("20 rows lost a fraction of a volume to the multiplier 1/100", result.err)
+        self.fail_with(1, "convert", self.path("a.csv"), "--volume-multiplier", "1/100", "--strict")
+
+    def test_nothing_is_said_of_volumes_that_are_divided_without_a_rest(self):
+        for name in ("1/100", "100"):
+            err = self.succeed("convert", self.bars("1.5", 1200), "--volume-multiplier", name).err
+            self.assertNotIn("warning", err)
+
+    def test_a_volume_that_grows_too_large_is_warned_of(self):
+        err = self.succeed("convert", self.bars("1.5", 10 ** 14), "--volume-multiplier",
+                           "1000000").err
+        self.assertIn("20 rows have a volume that is too large for the multiplier 1000000", err)
+        rows = self.run_tool("convert", self.path("a.csv"), "--volume-multiplier", "1000000").rows()
+        self.assertEqual({row[-1] for row in rows[1:]}, {str(2 ** 63 - 1)})
+
     def test_an_unknown_name_is_refused_with_the_known_ones(self):
         for option in ("--price-multiplier", "--volume-multiplier"):
             with self.subTest(option):
-                err = self.fail_with(1, "convert", self.sample("week.csv"), option, "7").err
+                err = self.fail_with(2, "convert", self.sample("week.csv"), option, "7").err
                 self.assertIn("1000000, 100000, 10000", err)
 
 
@@ -95,7 +165,7 @@ class Resolutions(ToolTest):
         for options in (["--resolution", "Minutes|10"], ["--size", "10"],
                         ["--resolution", "minutes", "--size", "10"]):
             with self.subTest(options):
-                result = self.succeed("convert", path, *options)
+                result = self.succeed("convert", path, "--max-errors", "100", *options)
                 self.assertEqual(len(result.rows()), 1 + 20)
                 self.assertIn('doesn\'t fit the resolution "Minutes"', result.err)
 
@@ -112,8 +182,25 @@ class Resolutions(ToolTest):
         for options in (["--resolution", "Hours"], ["--resolution", "Minutes|x"],
                         ["--resolution", "Minutes", "--offer", "4=Days"]):
             with self.subTest(options):
-                err = self.fail_with(1, "convert", self.sample("minute-5.csv"), *options).err
+                err = self.fail_with(2, "convert", self.sample("minute-5.csv"), *options).err
                 self.assertIn("isn't offered", err)
+
+    def test_a_resolution_keeps_the_words_of_a_header(self):
+        header = ["Date", "Close", "High", "Low", "Open", "Volume"]
+        lines = [f"2003/01/{d:02},{d}.5,{d}.75,{d}.25,{d}.4,{1000 + d}\n" for d in range(1, 29)]
+        for order in (lines, lines[::-1]):
+            path = self.file("a.csv", ",".join(header) + "\n" + "".join(order))
+            result = self.run_tool("convert", path, "--resolution", "Weeks", "--max-errors", "100")
+            self.assertEqual(result.rows()[0], header)
+            self.assertEqual(result.rows()[1], ["2003-01-01", "1.5", "1.75", "1.25", "1.4", "1001"])
+
+    def test_a_file_that_runs_backwards_keeps_the_words_of_its_header(self):
+        lines = [f"2003/01/13,{m // 60:02}:{m % 60:02},{m}.5,{m}.75,{m}.25,{m}.4,7\n"
+                 for m in range(600, 900, 5)]
+        path = self.file("a.csv", "Date,Time,Close,High,Low,Open,Volume\n" + "".join(lines[::-1]))
+        result = self.succeed("convert", path, "--resolution", "Minutes|5", "-v")
+        self.assertIn("resolution Minutes, size 5; columns Date, Time, Close, High", result.err)
+        self.assertEqual(len(result.rows()), 61)
 
     def test_bars_may_be_stamped_with_their_end(self):
         rows = self.succeed("convert", self.sample("minute-5.csv"), "--bar-end-time").rows()
@@ -164,22 +251,85 @@ class Layouts(ToolTest):
     def test_dividers_are_set(self):
         text = "".join(f"2003/01/{d};10.5;11.5;9.5;10.25;A|B\n" for d in range(13, 30))
         path = self.file("a.csv", text)
-        self.assertEqual(self.succeed("inspect", "--json", path).json()["dividers"], 16 | 32)
+        found = self.fail_with(1, "inspect", "--json", path).json()
+        self.assertEqual(found["dividers"], 16 | 32)
         rows = self.succeed("convert", path, "--dividers", ";", "--column",
                             "6=none").rows()
         self.assertEqual(rows[0], ["Date", "Open", "High", "Low", "Close"])
         self.assertEqual(len(rows), 18)
 
+    HEADER = "Date,Close,High,Low,Open,Volume"
+    PREAMBLE = "Report 2020/01/02 of 5\nMade on 2020/02/01 12:30\nnumbers: 3\n"
+
+    def days(self, backwards=False):
+        lines = [f"2003-01-{d:02},{d}.5,{d}.75,{d}.25,{d}.4,{1000 + d}" for d in range(1, 29)]
+        return lines[::-1] if backwards else lines
+
+    def quotes(self, *lines, name="a.csv", backwards=False):
+        return self.file(name, "\n".join([*lines, *self.days(backwards)]) + "\n")
+
+    def all_days(self):
+        return [self.HEADER.split(","), *(line.split(",") for line in self.days())]
+
     def test_lines_are_skipped(self):
         rows = self.succeed("convert", self.sample("week.csv"), "--lines-to-skip", "3").rows()
         sample = SAMPLES["week.csv"]
-        self.assertEqual(rows[1:], expected_rows(sample, sample.rows[3:])[1:])
+        self.assertEqual(rows[1:], expected_rows(sample, sample.rows[2:])[1:])
+
+    def test_a_header_behind_skipped_lines_is_used(self):
+        for backwards in (False, True):
+            path = self.file("a.csv", self.PREAMBLE + self.HEADER + "\n" +
+                             "\n".join(self.days(backwards)) + "\n")
+            for options in ([], ["--dividers", ","], ["--header", "yes"], ["--header", "auto"]):
+                with self.subTest((backwards, options)):
+                    result = self.succeed("convert", path, "--lines-to-skip", "3", *options)
+                    self.assertEqual(result.rows(), self.all_days())
+        self.assertEqual(self.succeed("check", path, "--lines-to-skip", "3").err, "")
+        self.assertIn("28.75", self.succeed("preview", path, "--lines-to-skip", "3", "--count",
+                                            "40").out)
+
+    def test_no_lines_to_skip_leave_the_header_in_use(self):
+        for backwards in (False, True):
+            path = self.quotes(self.HEADER, backwards=backwards)
+            for options in (["--lines-to-skip", "0"], ["--header", "yes"],
+                            ["--header", "yes", "--lines-to-skip", "0"]):
+                with self.subTest((backwards, options)):
+                    self.assertEqual(self.succeed("convert", path, *options).rows(),
+                                     self.all_days())
+
+    def test_the_dates_are_those_behind_the_skipped_lines(self):
+        old = "1999-01-04,1.5,1.75,1.25,1.4,9"
+        for path in (self.quotes(old), self.quotes("2019-01-04,1.5,1.75,1.25,1.4,9")):
+            rows = self.succeed("convert", path, "--lines-to-skip", "1").rows()
+            self.assertEqual([row[0] for row in rows[1:]],
+                             [f"2003-01-{d:02}" for d in range(1, 29)])
+        err = self.succeed("convert", path, "--lines-to-skip", "1", "--from", "2004-01-01").err
+        self.assertIn("the last record is of 2003-01-28", err)
+
+    def test_a_header_that_looks_like_data_is_no_row(self):
+        path = self.quotes("Date,P,High,Low,Open,5")
+        result = self.succeed("convert", path, "--header", "yes", "--column", "6=Volume")
+        self.assertEqual(len(result.rows()), 29)
+        self.assertIn("its words don't say what the columns are", result.err)
+        self.fail_with(1, "convert", path, "--header", "yes", "--strict")
+
+    def test_no_header_takes_the_first_line_for_a_row(self):
+        plain = self.quotes()
+        self.assertEqual(self.succeed("convert", plain, "--header", "no").rows(),
+                         self.succeed("convert", plain).rows())
+        result = self.run_tool("convert", self.quotes(self.HEADER, name="b.csv"), "--header", "no")
+        self.assertEqual((result.status, result.out), (1, ""))
+
+    def test_more_lines_than_the_file_has_are_refused(self):
+        err = self.fail_with(1, "convert", self.quotes(), "--lines-to-skip", "28").err
+        self.assertIn("--lines-to-skip 28: the file has no lines behind these", err)
 
     def test_a_preamble_is_skipped(self):
         text = b"Quotes of a day\n" + SAMPLES["week.csv"].content()
         path = self.file("a.csv", text)
-        rows = self.succeed("convert", path, "--dividers", ",", "--lines-to-skip", "1").rows()
-        self.assertEqual(rows, expected_rows(SAMPLES["week.csv"]))
+        for options in (["--dividers", ","], []):
+            rows = self.succeed("convert", path, *options, "--lines-to-skip", "1").rows()
+            self.assertEqual(rows, expected_rows(SAMPLES["week.csv"]))
 
     def test_a_code_page_starts_the_detection_over(self):
         rows = self.succeed("convert", self.sample("week.csv"), "--code-page", "936").rows()
@@ -205,10 +355,10 @@ class Portions(ToolTest):
         self.assertEqual(result.rows(), expected_rows(sample, sample.rows[20:]))
 
     def test_may_be_empty(self):
-        for portion in ("3:0", "300:5"):
+        for portion, status in (("3:0", 0), ("300:5", 1)):
             with self.subTest(portion):
-                result = self.succeed("convert", self.sample("descending.csv"), "--portion",
-                                      portion)
+                result = self.fail_with(status, "convert", self.sample("descending.csv"),
+                                        "--portion", portion)
                 self.assertEqual(len(result.rows()), 1)
                 self.assertEqual(result.summary(), "batches=0 delivered=0 skipped=0 result=commit")
 

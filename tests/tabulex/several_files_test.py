@@ -1,5 +1,6 @@
 """convert of several files in one call: outputs, summaries, statuses, rejects."""
 import csv
+import json
 import os
 import signal
 import sqlite3
@@ -16,8 +17,20 @@ def csv_text(name):
 
 class SeveralTest(ToolTest):
     def summaries(self, result):
-        return [line.split("result=")[1] for line in result.err.splitlines()
-                if line.startswith("batches=")]
+        """Results of the files; that of the whole call must follow from them."""
+        lines = [line for line in result.err.splitlines() if "batches=" in line]
+        results = [line.split("result=")[1] for line in lines]
+        if len(lines) == 1:
+            return results
+        self.assertTrue(lines[-1].startswith("batches="), lines[-1])
+        for line in lines[:-1]:
+            self.assertRegex(line, r"^\S.*: batches=")
+        worst = ["commit", "rollback", "refused"]
+        self.assertEqual(results[-1], max(results[:-1], key=worst.index))
+        for name in ("batches", "delivered", "skipped"):
+            numbers = [int(line.split(name + "=")[1].split()[0]) for line in lines]
+            self.assertEqual(numbers[-1], sum(numbers[:-1]))
+        return results[:-1]
 
     def bad(self, name="bad.txt"):
         return self.file(name, "nothing of the kind\n")
@@ -107,6 +120,64 @@ class Tables(SeveralTest):
         self.assertEqual(self.count(), sum(len(SAMPLES[name].rows)
                                            for name in ("week.csv", "descending.csv")))
 
+    def query(self, sql):
+        connection = sqlite3.connect(self.path("out.db"))
+        try:
+            return connection.execute(sql).fetchall()
+        finally:
+            connection.close()
+
+    def test_name_the_file_of_each_row(self):
+        week, more = self.sample("week.csv"), self.file("b.csv", SAMPLES["week.csv"].content())
+        self.succeed("convert", week, more, "-o", self.path("out.db"))
+        self.assertEqual(self.query("SELECT File, count(*), min(Open) > 0 FROM quotes GROUP BY 1 "
+                                    "ORDER BY rowid"), [(week, 20, 1), (more, 20, 1)])
+
+    def test_have_no_such_column_for_one_file_alone(self):
+        week = self.sample("week.csv")
+        self.succeed("convert", week, "-o", self.path("out.db"))
+        self.assertEqual(self.query("SELECT count(*) FROM pragma_table_info('quotes')"), [(6,)])
+        self.succeed("convert", week, "-o", self.path("out.db"), "--append")
+        self.assertEqual(self.query("SELECT count(*) FROM pragma_table_info('quotes')"), [(6,)])
+
+    def test_go_on_naming_the_file_once_they_do(self):
+        week, more = self.sample("week.csv"), self.file("b.csv", SAMPLES["week.csv"].content())
+        self.succeed("convert", week, week, "-o", self.path("out.db"))
+        self.succeed("convert", more, "-o", self.path("out.db"), "--append")
+        self.assertEqual(self.query("SELECT File, count(*) FROM quotes GROUP BY 1 ORDER BY rowid"),
+                         [(week, 40), (more, 20)])
+
+    def test_from_before_get_the_column_for_several_files(self):
+        week, more = self.sample("week.csv"), self.file("b.csv", SAMPLES["week.csv"].content())
+        self.succeed("convert", week, "-o", self.path("out.db"))
+        result = self.succeed("convert", week, more, "-o", self.path("out.db"), "--append")
+        self.assertIn("the table 'quotes' had no File, which is added", result.err)
+        self.assertEqual(self.query("SELECT File, count(*) FROM quotes GROUP BY 1 ORDER BY rowid"),
+                         [(None, 20), (week, 20), (more, 20)])
+
+    def test_unite_the_columns_of_all_files(self):
+        week, tick = self.sample("week.csv"), self.sample("tick.csv")
+        result = self.succeed("convert", week, tick, week, "-o", self.path("out.db"))
+        self.assertIn(f"warning: {tick}: the table 'quotes' had no Time, Price", result.err)
+        self.assertEqual(self.query("SELECT count(*), count(Open), count(Price), count(File) FROM "
+                                    "quotes"), [(80, 40, 40, 80)])
+
+    def test_stay_as_they_are_where_nothing_is_new(self):
+        week = self.sample("week.csv")
+        late = SAMPLES["week.csv"].content().replace(b"2003", b"2023")
+        path = self.file("late.csv", late)
+        self.succeed("convert", week, "-o", self.path("out.db"))
+        before = open(self.path("out.db"), "rb").read()
+        result = self.succeed("convert", week, "-o", self.path("out.db"), "--append", "--from",
+                              "2003-05-27")
+        self.assertIn("nothing new", result.err)
+        self.assertEqual(self.count(), 20)
+        self.assertEqual(open(self.path("out.db"), "rb").read(), before)
+        result = self.succeed("convert", week, path, "-o", self.path("out.db"), "--append",
+                              "--from", "2003-05-27")
+        self.assertEqual(self.summaries(result), ["commit", "commit"])
+        self.assertEqual(self.query("SELECT count(*), count(File) FROM quotes"), [(40, 20)])
+
     def test_refuse_all_where_one_is_there(self):
         paths = self.sample("week.csv"), self.sample("descending.csv")
         self.succeed("convert", paths[0], "-o", self.path("out.db"))
@@ -115,9 +186,9 @@ class Tables(SeveralTest):
         self.assertEqual(self.count(), 20)
 
     def test_go_on_after_a_file_that_fails(self):
-        week, tick, junk = (self.sample(n) for n in ("week.csv", "tick.csv", "junk.csv"))
+        week, junk = self.sample("week.csv"), self.sample("junk.csv")
         cases = [([self.bad(), week, week], ["refused", "commit", "commit"], 1, 40),
-                 ([week, tick, week], ["commit", "refused", "commit"], 1, 40),
+                 ([week, self.bad(), week], ["commit", "refused", "commit"], 1, 40),
                  ([junk, week], ["rollback", "commit"], 1, 20),
                  ([week, junk], ["commit", "rollback"], 1, 20),
                  ([week, self.path("missing")], ["commit", "refused"], 3, 20)]
@@ -140,6 +211,58 @@ class Tables(SeveralTest):
         self.assertEqual(self.count(), 20)
 
 
+class Names(SeveralTest):
+    def convert(self, name, pattern, *options):
+        path = self.file(name, SAMPLES["week.csv"].content())
+        return self.run_tool("convert", path, "--symbol-from-name", pattern, *options)
+
+    def test_give_the_symbol(self):
+        rows = expected_rows(SAMPLES["week.csv"])
+        cases = [("ABC.csv", "{}.csv", "ABC"), ("ABC_daily.csv", "{}_daily.csv", "ABC"),
+                 ("x_y_ABC.csv", "*_{}.csv", "ABC"), ("A_B_2020.csv", "{}_*.csv", "A"),
+                 ("q1ABC.txt", "q?{}.*", "ABC"), ("ABC", "{}", "ABC"), ("\u4e2d.csv", "{}.csv",
+                                                                      "\u4e2d")]
+        for name, pattern, symbol in cases:
+            with self.subTest((name, pattern)):
+                result = self.convert(name, pattern)
+                self.assertEqual(result.status, 0, result.err)
+                self.assertEqual(result.rows(), [["Symbol", *rows[0]]] +
+                                 [[symbol, *row] for row in rows[1:]])
+        out = self.convert("ABC.csv", "{}.csv", "--format", "jsonl").out
+        self.assertTrue(out.startswith('{"Symbol":"ABC","Date":'), out[:40])
+
+    def test_tell_the_rows_of_a_table_apart(self):
+        paths = [self.file(f"{name}.csv", SAMPLES["week.csv"].content()) for name in ("AB", "CD")]
+        self.succeed("convert", *paths, "-o", self.path("out.db"), "--symbol-from-name", "{}.csv")
+        connection = sqlite3.connect(self.path("out.db"))
+        self.assertEqual(connection.execute("SELECT Symbol, count(*) FROM quotes GROUP BY 1")
+                         .fetchall(), [("AB", 20), ("CD", 20)])
+        connection.close()
+
+    def test_that_do_not_match_are_refused(self):
+        result = self.convert("ABC.txt", "{}.csv")
+        self.assertEqual((result.status, result.out), (1, ""))
+        self.assertIn("the name of the file doesn't match the pattern", result.err)
+
+    def test_take_no_place_of_a_symbol_column(self):
+        path = self.sample("symbols.csv")
+        err = self.fail_with(1, "convert", path, "--symbol-from-name", "{}.csv").err
+        self.assertIn("the file has a Symbol column of its own", err)
+
+
+class Inspected(SeveralTest):
+    def test_name_their_file_in_each_object(self):
+        week, tick = self.sample("week.csv"), self.sample("tick.csv")
+        out = self.succeed("inspect", "--json", week, tick).out
+        decoder, objects = json.JSONDecoder(), []
+        while out.strip():
+            one, end = decoder.raw_decode(out)
+            objects.append(one)
+            out = out[end:].lstrip()
+        self.assertEqual([one["file"] for one in objects], [week, tick])
+        self.assertNotIn("file", self.succeed("inspect", "--json", week).json())
+
+
 class BadLines(SeveralTest):
     def rejects(self):
         with open(self.path("r.csv"), encoding="utf-8", newline="") as f:
@@ -160,11 +283,9 @@ class BadLines(SeveralTest):
         self.assertEqual(self.summaries(result), ["rollback", "commit"])
         self.assertEqual([row[0] for row in self.rejects()[1:]], [junk] * 3 + [more] * 2)
 
-    def test_have_no_file_where_no_run_began_or_nothing_is_written(self):
+    def test_have_no_file_where_no_run_began(self):
         self.fail_with(1, "convert", self.bad(), self.bad("b.txt"), "--rejects", self.path("r.csv"))
-        self.succeed("convert", self.sample("junk.csv"), self.sample("week.csv"), "-n", "--rejects",
-                     self.path("r.csv"))
-        self.assert_entries("bad.txt", "b.txt", "junk.csv", "week.csv")
+        self.assert_entries("bad.txt", "b.txt")
 
     def test_need_a_file_of_their_own(self):
         for rejects in ("new/week.csv", "./new/../new/week.csv"):
@@ -185,7 +306,8 @@ class Interrupts(SeveralTest):
         tool.send_signal(signal.SIGINT)
         err = tool.communicate(timeout=60)[1].decode()
         self.assertEqual(tool.returncode, 130, err)
-        self.assertEqual([line.split("result=")[1] for line in err.splitlines()], ["rollback"])
+        self.assertEqual([line.split("result=")[1] for line in err.splitlines()
+                          if "result=" in line], ["rollback", "rollback"])
 
     def test_end_the_whole_call_and_leave_nothing(self):
         self.interrupt_first("-o", self.path("new/"), "--rejects", self.path("r.csv"))

@@ -104,11 +104,30 @@ class OldTables(SqliteTest):
         self.assertEqual(self.query("SELECT count(*) FROM quotes"),
                          [(len(SAMPLES["tick.csv"].rows),)])
 
-    def test_of_other_columns_are_not_appended_to(self):
+    def test_of_other_columns_get_those_of_the_rows(self):
         self.load("week.csv")
-        os.unlink(self.path("week.csv"))
-        self.refuse(1, "has other columns: Date, Open, High, Low, Close, Volume; the rows have Date,"
-                    " Time, Price", "--append", name="tick.csv")
+        result = self.load("tick.csv", "--append")
+        self.assertIn("the table 'quotes' had no Time, Price, which is added", result.err)
+        self.assertIn("has Open, High, Low, Close, which the rows lack", result.err)
+        self.assertEqual(self.query("SELECT count(*) FROM quotes WHERE Price IS NULL AND Open > 0"),
+                         [(20,)])
+        self.assertEqual(self.query("SELECT count(*) FROM quotes WHERE Open IS NULL AND Price > 0"),
+                         [(40,)])
+
+    def test_keep_their_columns_when_nothing_is_committed(self):
+        self.load("week.csv")
+        self.fail_with(1, "convert", self.sample("tick.csv"), "-o", self.path("out.db"), "--append",
+                       "--strict")
+        self.assertEqual(self.query("SELECT count(*) FROM pragma_table_info('quotes')"), [(6,)])
+
+    def test_take_no_values_of_another_kind(self):
+        for declared in ("Open TEXT", "Volume REAL", "Date INTEGER"):
+            with self.subTest(declared):
+                self.execute(f"CREATE TABLE quotes ({declared})")
+                name, kind = declared.split()
+                self.refuse(1, f"the column '{name}' of the table 'quotes' of "
+                            f"'{self.path('out.db')}' is {kind}", "--append")
+                self.execute("DROP TABLE quotes")
 
     def test_may_refuse_rows(self):
         self.execute("CREATE TABLE quotes (Date UNIQUE, Open, High, Low, Close, Volume)")

@@ -62,6 +62,7 @@ class WrongUsage(ToolTest):
                   "convert --help"),
                  (["convert", "x", "y", "-o", "z"], "several are given", "convert --help"),
                  (["convert", "x", "-o"], "--output needs a value: OUT", "convert --help"),
+                 (["convert", "x", "--symbol", ""], "--symbol: '' is not a name", "convert --help"),
                  (["convert", "x", "--size", "1", "--size", "2"], "--size may be given once only",
                   "convert --help"),
                  (["convert", "x", "--quiet=x"], "--quiet takes no value", "convert --help"),
@@ -96,31 +97,48 @@ class WrongUsage(ToolTest):
                   " mean 'skip'?"),
                  (["--rejects", ""], 2, "--rejects: '' is not a name"),
                  (["--max-errors", "x"], 2, "--max-errors: 'x' is not a whole number from 0"),
-                 (["--resolution", "Minuts"], 1, "--resolution 'Minuts' isn't offered; did you mean"
+                 (["--resolution", "Minuts"], 2, "--resolution 'Minuts' isn't offered; did you mean"
                   " 'Minutes'?"),
-                 (["--resolution", "Eon"], 1, "--resolution 'Eon' isn't offered; use one of None,"
+                 (["--resolution", "Eon"], 2, "--resolution 'Eon' isn't offered; use one of None,"
                   " Ticks, Tick Bars, Count Bars, Seconds, Minutes, Days, Weeks"),
-                 (["--resolution", "Minutes|x"], 1, "the size after the '|' is a whole number from 1"),
+                 (["--resolution", "Minutes|x"], 2, "the size after the '|' is a whole number from 1"),
                  (["--size", "x"], 2, "--size: 'x' is not a whole number from 1 to 2147483647"),
                  (["--dividers", "ab"], 2, "--dividers: 'ab' is not made of the dividers ':', ' ', ',',"
                   " ';', '|' and '\\t'"),
-                 (["--lines-to-skip", "1000"], 1, "--lines-to-skip is refused: the file can't be read"),
+                 (["--lines-to-skip", "1000"], 1, "--lines-to-skip 1000: the file has no lines behind"),
                  (["--column", "1"], 2, "--column: '1' is not of the form N=TYPE[:TEMPLATE]"),
-                 (["--column", "1=Dat"], 2, "--column 1: there is no field type 'Dat'; did you mean"
-                  " 'Date'?"),
-                 (["--column", "1=Quark"], 2, "--column 1: there is no field type 'Quark'; use one of"
+                 (["--column", "1=Dat"], 2, "--column: column 1: there is no field type 'Dat'; did you"
+                  " mean 'Date'?"),
+                 (["--column", "1=Quark"], 2, "--column: column 1: there is no field type 'Quark'; use one of"
                   " Symbol, Date, Time, Open,"),
                  (["--column", "9=Open"], 1, "--column 9: the file has 6 columns"),
-                 (["--code-page", "x"], 2, "--code-page: 'x' is not a whole number from 0"),
-                 (["--price-multiplier", "5"], 1, "--price-multiplier '5' is unknown; use one of"
+                 (["--code-page", "x"], 2, "--code-page: there is no code page 'x'; use a published"),
+                 (["--code-page", "999999"], 2, "--code-page: there is no code page '999999'; use a"),
+                 (["--code-page", "1225"], 2, "--code-page: there is no code page '1225'; did you mean"
+                  " '1252'?"),
+                 (["--header", "ys"], 2, "--header: 'ys' is not one of yes, no, auto; did you mean"
+                  " 'yes'?"),
+                 (["--symbol-from-name", "x.csv"], 2, "--symbol-from-name: 'x.csv' is not a name"),
+                 (["--symbol-from-name", "{}{}"], 2, "--symbol-from-name: '{}{}' is not a name"),
+                 (["--price-multiplier", "5"], 2, "--price-multiplier: there is no multiplier '5'; use one of"
                   " 1000000, 100000,"),
-                 (["--volume-multiplier", "5"], 1, "--volume-multiplier '5' is unknown; use one of"),
+                 (["--volume-multiplier", "5"], 2, "--volume-multiplier: there is no multiplier '5'; use"),
                  (["--from", "2003"], 2, "--from: '2003' is not a date YYYY-MM-DD or a date-time"),
                  (["--to", "2003-13-01"], 2, "--to: '2003-13-01' is not a date YYYY-MM-DD"),
                  (["--portion", "1"], 2, "--portion: '1' is not of the form START:COUNT")]
         for options, status, message in cases:
             with self.subTest(options):
                 self.assertIn(message, self.fail_with(status, "convert", path, *options).err)
+
+    def test_a_wrong_name_is_seen_before_any_file(self):
+        for command in ("convert", "check", "preview", "symbols"):
+            for option, name in (("--price-multiplier", "7"), ("--volume-multiplier", "1/7"),
+                                 ("--resolution", "Hours"), ("--column", "1=Dat"),
+                                 ("--code-page", "999999"), ("--encoding", "martian")):
+                with self.subTest((command, option)):
+                    err = self.fail_with(2, command, self.path("missing"), option, name).err
+                    self.assertIn(option, err)
+                    self.assertNotIn("missing", err)
 
     def test_general_options_may_stand_on_either_side(self):
         path = self.file("a.txt", "nothing of the kind\n")

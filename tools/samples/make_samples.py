@@ -259,6 +259,15 @@ def layout_samples():
     yield Sample("one-thousand.csv", INTRADAY, minutes("one-thousand", 1000), resolution=5, size=1)
 
 
+def export_sample():
+    """What a person gets to see from a vendor; drawn in the README."""
+    return Sample("export.txt", INTRADAY,
+                  minutes("export", 140, 5, dt.datetime(2003, 2, 3, 9, 30)),
+                  date_template="*d.*m.*y", time_template="*h:*mtt@pm", divider=";",
+                  preamble=("Example Quotes;five-minute bars", "Currency;EUR"),
+                  junk={104: "-- page 2 --"}, descending=True, resolution=5, size=5, kept=True)
+
+
 def all_samples():
     for group in (date_samples, time_samples, divider_samples, layout_samples):
         yield from group()
@@ -270,7 +279,7 @@ def main():
     parser.add_argument("folder")
     args = parser.parse_args()
     os.makedirs(args.folder, exist_ok=True)
-    for sample in all_samples():
+    for sample in (*all_samples(), export_sample()):
         if sample.kept or not args.kept:
             sample.write(args.folder)
     return 0

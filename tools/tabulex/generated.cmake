@@ -14,13 +14,13 @@ tabulex_unity(tabulex_generate)
 
 # Makes one file where it lies when it is installed, below the build folder.
 function(tabulex_generated kind folder name)
-  set(file "${CMAKE_BINARY_DIR}/share/${folder}/${name}")
+  set(file "${PROJECT_BINARY_DIR}/share/${folder}/${name}")
   add_custom_command(OUTPUT "${file}"
-    COMMAND "${CMAKE_COMMAND}" -E make_directory "${CMAKE_BINARY_DIR}/share/${folder}"
+    COMMAND "${CMAKE_COMMAND}" -E make_directory "${PROJECT_BINARY_DIR}/share/${folder}"
     COMMAND tabulex_generate ${kind} "${file}" ${ARGN}
     DEPENDS tabulex_generate ${ARGN} VERBATIM)
   set_property(GLOBAL APPEND PROPERTY TABULEX_GENERATED "${file}")
-  install(FILES "${file}" DESTINATION "${CMAKE_INSTALL_DATADIR}/${folder}")
+  install(FILES "${file}" DESTINATION "${CMAKE_INSTALL_DATADIR}/${folder}" COMPONENT tool)
 endfunction()
 
 tabulex_generated(bash bash-completion/completions tabulex)

@@ -17,19 +17,23 @@
 #include "interfaces/NativeHost.h"
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/host/ReadCheck.h"
+#include "tools/tabulex/host/ResolutionSetting.h"
+#include "tools/tabulex/input/InputFile.h"
 #include "tools/tabulex/options/CommandLine.h"
+#include "tools/tabulex/options/KnownNames.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Files.h"
 #include "tools/tabulex/system/Interrupt.h"
 #include "tools/tabulex/system/Surroundings.h"
 #include "tools/tabulex/system/Terminal.h"
 #include "tools/tabulex/text/Suggestion.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 using namespace tabulex;
 
 namespace {
 
-using FileCommand = ExitStatus (*)(const Context&, Host&, const std::string&);
+using FileCommand = ExitStatus (*)(const Context&, Host&, const InputFile&);
 
 // After a file that fails the others still have their turn.
 template <FileCommand run>
@@ -38,8 +42,10 @@ ExitStatus ForEachFile(const Context& context)
     ExitStatus status = ExitStatus::Done;
     for (const std::string& file : context.options.files) {
         try {
+            Warnings warnings(context.console, file);
+            const InputFile input(file, context.options.general.sEncoding, warnings);
             Host host(context.offers);
-            status = Worse(status, OnReadFile(host, [&] { return run(context, host, file); }));
+            status = Worse(status, OnReadFile(host, [&] { return run(context, host, input); }));
         } catch (const Fault& fault) {
             context.console.Error(fmt::format("{}: {}", file, fault.sMessage));
             status = Worse(status, fault.status);
@@ -75,17 +81,11 @@ TabulexLanguage LanguageOf(const GeneralOptions& general)
     return bChinese ? TABULEX_LANGUAGE_CHINESE : TABULEX_LANGUAGE_ENGLISH;
 }
 
-// Near misses of these are suggested; the component knows many more.
-const std::vector<std::string> kUsualEncodings = {
-    "windows-1250", "windows-1251", "windows-1252", "windows-1253", "windows-1254", "iso-8859-1",
-    "iso-8859-15",  "gbk",          "gb2312",       "gb18030",      "big5",         "shift_jis",
-    "euc-kr",       "utf-8",        "us-ascii",     "koi8-r"};
-
 void SetEncoding(const std::string& name)
 {
     if (SUCCEEDED(TabulexSetEncoding(name.c_str())))
         return;
-    const auto near = Suggest(name, kUsualEncodings);
+    const auto near = Suggest(name, UsualEncodings());
     throw Fault{ExitStatus::Usage,
                 fmt::format("--encoding: there is no encoding '{}'; {}", name,
                             near ? fmt::format("did you mean '{}'?", *near)
@@ -133,10 +133,13 @@ ExitStatus Run(const std::vector<std::string>& arguments)
     if (!options)
         return status;
     const GeneralOptions& general = options->general;
-    Console console(WantsColour(general.colour, Stream::Error), general.bQuiet, general.bVerbose);
+    Console console(WantsColour(general.colour, Stream::Error), general.bQuiet, general.bVerbose,
+                    IsTerminal(Stream::Error) ? VisibleUtf8 : nullptr);
     try {
         SetUpComponent(general);
         const ResolutionOffers offers = MakeOffers(general);
+        if (options->settings.sResolution)
+            RequireResolution(offers, *options->settings.sResolution);
         const auto* command = std::ranges::find(kCommands, options->sCommand, &Command::pszName);
         return command->run({*options, offers, console, WantsColour(general.colour, Stream::Output),
                              LanguageOf(general)});

@@ -1,5 +1,5 @@
-// A library that is loaded before the tool's own (LD_PRELOAD) and makes some of its reads or
-// one of its allocations fail. It stands in front of pread and malloc, counts their calls,
+// A library that is loaded before the tool's own (LD_PRELOAD) and makes some of its reads, its
+// writes or one of its allocations fail. It stands in front of the system's calls, counts them,
 // and passes on all but those that are to fail. The environment chooses them:
 //
 //   FAULT_FILE   the file whose reads are counted, from 0
@@ -9,16 +9,24 @@
 //                "short": the file seems to end in the middle of what that read asks for
 //                "cut=BYTES": the file is cut to this length before the read
 //                "grow=BYTES": this number of bytes is added to it before the read
+//   FAULT_OUTPUT "interrupted": every other call that opens a file for writing, writes,
+//   synchronises or
+//                locks is interrupted before it does anything
+//                "short": each write writes no more than 100 bytes
+//                "sync=ERRNO": nothing can be synchronised
 //   FAULT_MEMORY the allocation that fails, among those of FAULT_LEAST bytes and more, from 0
 //   FAULT_LOG    a file to which the numbers of counted reads and allocations are written
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -54,6 +62,7 @@ struct Settings
         nFirst = NumberOf("FAULT_READ", "-1");
         nCount = NumberOf("FAULT_COUNT", "1");
         pszKind = Setting("FAULT_KIND", "5");
+        pszOutput = Setting("FAULT_OUTPUT");
         g_bReady = true;
     }
     ~Settings()
@@ -82,6 +91,7 @@ struct Settings
     bool bFile;
     long nFirst, nCount;
     const char* pszKind;
+    const char* pszOutput;
 };
 const Settings g_settings;
 
@@ -106,8 +116,8 @@ ssize_t FailingRead(Read read, int fd, void* pBuffer, std::size_t nCount, off_t 
     if (std::strcmp(pszKind, "short") == 0) {
         if (nEnd < 0)
             nEnd = nOffset + static_cast<off_t>(nCount / 2);
-        return nOffset < nEnd ? read(fd, pBuffer, static_cast<std::size_t>(nEnd - nOffset), nOffset)
-                              : 0;
+        const auto nLeft = static_cast<std::size_t>(std::max<off_t>(nEnd - nOffset, 0));
+        return read(fd, pBuffer, std::min(nCount, nLeft), nOffset);
     }
     if (std::strchr(pszKind, '=')) {
         ChangeFile(pszKind);
@@ -126,9 +136,70 @@ ssize_t CountedRead(const char* pszName, int fd, void* pBuffer, std::size_t nCou
                                         : read(fd, pBuffer, nCount, nOffset);
 }
 
+bool IsInterrupted()
+{
+    static std::atomic<long> nCalls = 0;
+    if (!g_bReady || std::strcmp(g_settings.pszOutput, "interrupted") != 0 || nCalls++ % 2 != 0)
+        return false;
+    errno = EINTR;
+    return true;
+}
+
+int OpenFor(const char* pszName, const char* pszPath, int nFlags, mode_t mode)
+{
+    const auto next = reinterpret_cast<int (*)(const char*, int, ...)>(dlsym(RTLD_NEXT, pszName));
+    return (nFlags & O_ACCMODE) == O_WRONLY && IsInterrupted() ? -1 : next(pszPath, nFlags, mode);
+}
+
 } // namespace
 
 extern "C" {
+
+int open(const char* pszPath, int nFlags, ...)
+{
+    va_list rest;
+    va_start(rest, nFlags);
+    const mode_t mode = va_arg(rest, mode_t);
+    va_end(rest);
+    return OpenFor("open", pszPath, nFlags, mode);
+}
+
+int open64(const char* pszPath, int nFlags, ...)
+{
+    va_list rest;
+    va_start(rest, nFlags);
+    const mode_t mode = va_arg(rest, mode_t);
+    va_end(rest);
+    return OpenFor("open64", pszPath, nFlags, mode);
+}
+
+ssize_t write(int fd, const void* pBuffer, std::size_t nCount)
+{
+    static const auto next =
+        reinterpret_cast<ssize_t (*)(int, const void*, std::size_t)>(dlsym(RTLD_NEXT, "write"));
+    constexpr std::size_t kFew = 100;
+    if (IsInterrupted())
+        return -1;
+    const bool bShort = g_bReady && std::strcmp(g_settings.pszOutput, "short") == 0;
+    return next(fd, pBuffer, bShort ? std::min(nCount, kFew) : nCount);
+}
+
+int flock(int fd, int nOperation)
+{
+    static const auto next = reinterpret_cast<int (*)(int, int)>(dlsym(RTLD_NEXT, "flock"));
+    return IsInterrupted() ? -1 : next(fd, nOperation);
+}
+
+int fsync(int fd)
+{
+    static const auto next = reinterpret_cast<int (*)(int)>(dlsym(RTLD_NEXT, "fsync"));
+    if (IsInterrupted())
+        return -1;
+    if (!g_bReady || std::strncmp(g_settings.pszOutput, "sync=", 5) != 0)
+        return next(fd);
+    errno = std::atoi(g_settings.pszOutput + 5);
+    return -1;
+}
 
 ssize_t pread(int fd, void* pBuffer, std::size_t nCount, off_t nOffset)
 {

@@ -1,13 +1,13 @@
 #include "tools/tabulex/commands/Commands.h"
-#include "tools/tabulex/host/SettingsCheck.h"
+#include "tools/tabulex/explain/Refusal.h"
 #include "tools/tabulex/system/Fault.h"
 
 namespace tabulex {
 
-ExitStatus Check(const Context& context, Host& host, const std::string& file)
+ExitStatus Check(const Context& context, Host& host, const InputFile& input)
 {
-    OpenWithSettings(host, file, context.options.settings, context.console);
-    const std::string fault = WhyNotConvertible(host);
+    OpenAsSet(context, host, input);
+    const std::string fault = WhyRefused(host, context.options.settings);
     if (!fault.empty())
         throw Fault{ExitStatus::Refused, fault};
     return ExitStatus::Done;

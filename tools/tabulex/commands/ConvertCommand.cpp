@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <optional>
 
 #include <fmt/format.h>
@@ -5,24 +6,44 @@
 
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/commands/ConvertSteps.h"
+#include "tools/tabulex/explain/Refusal.h"
 #include "tools/tabulex/host/Columns.h"
 #include "tools/tabulex/host/Environment.h"
 #include "tools/tabulex/host/Properties.h"
 #include "tools/tabulex/host/ReadCheck.h"
-#include "tools/tabulex/host/SettingsCheck.h"
 #include "tools/tabulex/options/OutputTargets.h"
+#include "tools/tabulex/output/SqliteOutput.h"
+#include "tools/tabulex/review/LayoutReview.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Interrupt.h"
+#include "tools/tabulex/system/Paths.h"
 
 namespace tabulex {
 
 namespace {
 
-void RequireRunnable(const Host& host, bool bCheck)
+void RequireRunnable(const Host& host, const Settings& settings, bool bCheck)
 {
-    const std::string fault = bCheck ? WhyNotConvertible(host) : WhyNotRunnable(host);
+    const std::string fault = WhyRefused(host, settings, bCheck);
     if (!fault.empty())
         throw Fault{ExitStatus::Refused, fault};
+}
+
+void RequireUnnamed(const Host& host, const std::optional<NameColumn>& name)
+{
+    if (name && name->sColumn == "Symbol" && host.HasColumn(TypeSymbol))
+        throw Fault{ExitStatus::Refused,
+                    "--symbol-from-name: the file has a Symbol column of its own; leave the option "
+                    "out, or that column by --column N=none"};
+}
+
+std::string RequireSymbol(const NamePattern& pattern, const std::string& file)
+{
+    const auto symbol = pattern.PartOf(Utf8Of(PathOf(file).filename()));
+    if (!symbol)
+        throw Fault{ExitStatus::Refused,
+                    "--symbol-from-name: the name of the file doesn't match the pattern"};
+    return *symbol;
 }
 
 std::string DescribeColumns(const Host& host)
@@ -47,22 +68,37 @@ public:
     explicit ConversionSeries(const Context& context)
         : m_context(context), m_convert(context.options.convert), m_files(context.options.files),
           m_outputs(OutputsOf(m_convert, m_files)), m_rejects(m_convert.sRejects)
-    {}
+    {
+        if (!m_convert.sReport.empty())
+            m_report.emplace(m_convert.sReport);
+        else if (context.options.bJson)
+            m_report.emplace(context.console);
+    }
 
     ExitStatus Run();
 
 private:
     Outcome RunOne(std::size_t nFile);
-    Outcome Convert(const std::string& file, const ConversionOptions& options);
-    void Prepare(Host& host, const std::string& file) const;
+    Outcome Convert(const std::string& file, ConversionOptions options);
+    Outcome ConvertOpened(Host& host, const std::string& file, const ConversionOptions& options,
+                          Warnings& warnings);
+    std::string Prepare(Host& host, const InputFile& input, Warnings& warnings) const;
+    std::optional<NameColumn> NameInFront(std::size_t nFile) const;
+    bool HasSeveral() const { return m_files.size() > 1; }
     ConversionOptions OptionsOf(std::size_t nFile);
+    Outcome Refused(const std::string& file, const Fault& fault, std::optional<Account> account,
+                    const Warnings& warnings);
+    void SaveAfterCommit(Host& host, EnvironmentFile& environment, Outcome& outcome);
     void FinishRejects(Outcome& outcome);
+    void PrintEnd(const std::string& file, const Outcome& outcome) const;
 
     const Context& m_context;
     const ConvertOptions& m_convert;
     const std::vector<std::string>& m_files;
     std::vector<OutputOptions> m_outputs; // one a file
     RejectsFile m_rejects;
+    SharedHeader m_header; // of standard output
+    std::optional<RunReport> m_report;
     bool m_bCommitted = false; // any of the files
 };
 
@@ -70,53 +106,137 @@ private:
 ExitStatus ConversionSeries::Run()
 {
     ExitStatus status = ExitStatus::Done;
+    Outcome total;
+    total.result = RunResult::Commit;
     bool bInterrupted = false;
-    for (std::size_t i = 0; i < m_files.size() && !bInterrupted; ++i) {
+    bool bReaderGone = false;
+    for (std::size_t i = 0; i < m_files.size() && !bInterrupted && !bReaderGone; ++i) {
         Outcome outcome = RunOne(i);
-        const bool bLast = i + 1 == m_files.size();
+        bReaderGone = outcome.bReaderGone;
+        const bool bLast = i + 1 == m_files.size() || bReaderGone;
         bInterrupted = !bLast && Interrupted();
         if (bLast || bInterrupted)
             FinishRejects(outcome);
-        if (!m_context.console.IsQuiet())
-            m_context.console.Print(Summary(outcome));
+        PrintEnd(m_files[i], outcome);
+        total.result = std::max(total.result, outcome.result);
+        total.counts += outcome.counts;
         m_bCommitted = m_bCommitted || outcome.result == RunResult::Commit;
         status = Worse(status, outcome.status);
     }
-    return bInterrupted ? ExitStatus::Interrupted : status;
+    if (HasSeveral() && !m_context.console.IsQuiet())
+        m_context.console.Print(Summary(total));
+    return bInterrupted ? InterruptStatus() : status;
+}
+
+// Of several files each has its name ahead of its lines, and the last line is the total.
+void ConversionSeries::PrintEnd(const std::string& file, const Outcome& outcome) const
+{
+    Console& console = m_context.console;
+    if (console.IsQuiet())
+        return;
+    const std::string name = HasSeveral() ? file + ": " : std::string();
+    if (outcome.account)
+        console.Print(name + outcome.account->Text(console.IsVerbose()) + '\n');
+    console.Print(name + Summary(outcome));
 }
 
 // After a file that fails the others are still converted.
 Outcome ConversionSeries::RunOne(std::size_t nFile)
 {
+    const std::string& file = m_files[nFile];
     try {
-        return Convert(m_files[nFile], OptionsOf(nFile));
+        if (m_report)
+            m_report->Begin(file);
+        return Convert(file, OptionsOf(nFile));
     } catch (const Fault& fault) {
-        m_context.console.Error(fmt::format("{}: {}", m_files[nFile], fault.sMessage));
-        Outcome outcome;
-        outcome.status = fault.status;
-        return outcome;
+        return Refused(file, fault, std::nullopt, Warnings(m_context.console, file));
     }
 }
 
-Outcome ConversionSeries::Convert(const std::string& file, const ConversionOptions& options)
+Outcome ConversionSeries::Refused(const std::string& file, const Fault& fault,
+                                  std::optional<Account> account, const Warnings& warnings)
 {
-    RequireDistinctFiles(m_convert, m_files, options.output);
-    Host host(m_context.offers);
-    OnReadFile(host, [&] { Prepare(host, file); });
-    const Outcome outcome =
-        RunConversion(host, m_context.console, file, options, m_context.options.settings.portion);
-    if (m_convert.bSaveEnvironment && outcome.result == RunResult::Commit && !m_convert.bDryRun)
-        SaveEnvironment(host, m_context.options.settings.sEnvironment);
+    m_context.console.Error(fmt::format("{}: {}", file, fault.sMessage));
+    Outcome outcome;
+    outcome.status = fault.status;
+    outcome.account = account;
+    if (m_report)
+        m_report->End(account.value_or(Account()), warnings.All(), NameOf(outcome.result),
+                      static_cast<int>(fault.status), fault.sMessage);
     return outcome;
 }
 
-// Opens the file and makes sure that it can be converted.
-void ConversionSeries::Prepare(Host& host, const std::string& file) const
+Outcome ConversionSeries::Convert(const std::string& file, ConversionOptions options)
 {
-    OpenWithSettings(host, file, m_context.options.settings, m_context.console);
+    RequireDistinctFiles(m_convert, m_files, options.output);
+    Warnings warnings(m_context.console, file);
+    const InputFile input(file, m_context.options.general.sEncoding, warnings);
+    Host host(m_context.offers);
+    try {
+        OnReadFile(host, [&] { options.sRangeOutside = Prepare(host, input, warnings); });
+        RequireUnnamed(host, options.name);
+        return ConvertOpened(host, file, options, warnings);
+    } catch (const Fault& fault) {
+        return Refused(file, fault, AccountOfUnread(host, m_context.options.settings, warnings),
+                       warnings);
+    }
+}
+
+Outcome ConversionSeries::ConvertOpened(Host& host, const std::string& file,
+                                        const ConversionOptions& options, Warnings& warnings)
+{
+    const auto& byUser = m_context.options.settings.columns;
+    OnReadFile(host, [&] { ReviewLayout(host, byUser, warnings); });
+    const auto run = [&] {
+        return RunConversion(host, m_context.console, file, options, m_context.options.settings,
+                             warnings);
+    };
+    if (!m_convert.bSaveEnvironment)
+        return run();
+    const Deferral deferral; // what is begun below is ended, too
+    EnvironmentFile environment(m_context.options.settings.sEnvironment);
+    Outcome outcome = run();
+    if (outcome.result == RunResult::Commit && !m_convert.bDryRun)
+        SaveAfterCommit(host, environment, outcome);
+    return outcome;
+}
+
+// The rows are there, whatever becomes of the templates.
+void ConversionSeries::SaveAfterCommit(Host& host, EnvironmentFile& environment, Outcome& outcome)
+{
+    try {
+        environment.Save(host);
+    } catch (const Fault& fault) {
+        m_context.console.Error(fault.sMessage);
+        outcome.status = Worse(outcome.status, fault.status);
+    }
+}
+
+// Opens the file and makes sure that it can be converted. Gives the place of a range without
+// records.
+std::string ConversionSeries::Prepare(Host& host, const InputFile& input, Warnings& warnings) const
+{
+    const Opening opening = OpenWithSettings(host, input.Path(), m_context.options.settings);
+    for (const std::string& warning : opening.warnings)
+        warnings.Add("settings", warning);
     m_context.console.Note(
-        fmt::format("{}: {}; {}", file, DescribeResolution(host), DescribeColumns(host)));
-    RequireRunnable(host, !m_convert.bNoCheck);
+        fmt::format("{}: {}; {}", input.Name(), DescribeResolution(host), DescribeColumns(host)));
+    RequireRunnable(host, m_context.options.settings, !m_convert.bNoCheck);
+    return opening.sRangeOutside;
+}
+
+// Rows of several files in one place are told apart by the names of the files, unless these give
+// the symbol. So are the rows of one file that join others in a table.
+std::optional<NameColumn> ConversionSeries::NameInFront(std::size_t nFile) const
+{
+    constexpr const char* kFile = "File";
+    const std::string& file = m_files[nFile];
+    if (m_convert.symbolFromName)
+        return NameColumn{"Symbol", RequireSymbol(*m_convert.symbolFromName, file)};
+    const OutputOptions& output = m_outputs[nFile];
+    const bool bMixed = HasSeveral() && m_outputs.front().sPath == m_outputs.back().sPath;
+    return bMixed || AppendsToColumn(output, kFile) ? std::optional(NameColumn{kFile, file})
+                                                    : std::nullopt;
 }
 
 // The rows of further files go to the table that this call has made for the first.
@@ -126,19 +246,27 @@ ConversionOptions ConversionSeries::OptionsOf(std::size_t nFile)
     options.output = m_outputs[nFile];
     if (m_bCommitted && !m_convert.bDryRun && m_outputs[nFile].sPath == m_outputs[nFile - 1].sPath)
         options.output.oldTable = OldTable::Append;
+    if (HasSeveral() && options.output.sPath == "-")
+        options.output.pHeader = &m_header;
+    options.output.bHoldBack = m_convert.bStrict || m_convert.nMaxErrors;
+    options.name = NameInFront(nFile);
     options.rejects = m_convert.sRejects.empty() ? nullptr : &m_rejects;
+    options.report = m_report ? &*m_report : nullptr;
     options.bDryRun = m_convert.bDryRun;
-    options.errors = {ActionOn(m_convert), m_convert.nMaxErrors};
+    options.bStrict = m_convert.bStrict;
+    options.errors = {ActionOn(m_convert), m_convert.lineNumbers, m_convert.nMaxErrors};
     options.progress = m_convert.progress;
     return options;
 }
 
 void ConversionSeries::FinishRejects(Outcome& outcome)
 {
-    if (m_rejects.Finish())
-        return;
-    m_context.console.Error(m_rejects.FaultText());
-    outcome.status = Worse(outcome.status, ExitStatus::FileFault);
+    for (const std::string& fault : {m_rejects.Finish() ? "" : m_rejects.FaultText(),
+                                     !m_report || m_report->Finish() ? "" : m_report->FaultText()})
+        if (!fault.empty()) {
+            m_context.console.Error(fault);
+            outcome.status = Worse(outcome.status, ExitStatus::FileFault);
+        }
 }
 
 } // namespace
@@ -147,10 +275,9 @@ ExitStatus Convert(const Context& context)
 {
     const Options& options = context.options;
     const bool bFolder = IsFolder(options.convert.sOutput);
-    // An interrupt must not leave an empty folder, nor rejects between two files.
-    std::optional<Deferral> deferral;
-    if (options.files.size() > 1 || bFolder)
-        deferral.emplace();
+    // An interrupt must not leave an empty folder, rejects between two files, or half a report; and
+    // how the command ended is said whenever it comes.
+    const Deferral deferral;
     std::optional<OutputFolder> folder;
     if (bFolder && !options.convert.bDryRun)
         folder.emplace(options.convert.sOutput);

@@ -4,17 +4,12 @@
 
 #include <fmt/format.h>
 
+#include "tools/tabulex/input/InputFile.h"
 #include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/OutputPlace.h"
 #include "tools/tabulex/system/Paths.h"
 
 namespace tabulex {
-
-namespace {
-
-// In the order of RunResult.
-constexpr const char* kResultNames[] = {"commit", "rollback", "refused"};
-
-} // namespace
 
 OutputFolder::OutputFolder(const std::string& path) : m_path(PathOf(path))
 {
@@ -38,11 +33,17 @@ OnBadLine ActionOn(const ConvertOptions& options)
 void RequireDistinctFiles(const ConvertOptions& options, const std::vector<std::string>& files,
                           const OutputOptions& output)
 {
+    // A device, such as a terminal, may be both.
     const auto isRead = [&](const std::string& path) {
         return std::ranges::any_of(files, [&](const std::string& file) {
-            std::error_code error;
-            return path != "-" && !path.empty() &&
-                   std::filesystem::equivalent(PathOf(path), PathOf(file), error);
+            std::error_code ignored;
+            const std::string place = FileBehind(file);
+            if (path.empty() || !std::filesystem::is_regular_file(PathOf(place), ignored))
+                return false;
+            // Both streams may lead to one file.
+            return AreSamePlace(path, place) ||
+                   std::filesystem::equivalent(PathOf(path == "-" ? "/dev/stdout" : path),
+                                               PathOf(place), ignored);
         });
     };
     if (isRead(output.sPath) || isRead(options.sRejects))
@@ -54,8 +55,7 @@ void RequireDistinctFiles(const ConvertOptions& options, const std::vector<std::
 std::string Summary(const Outcome& outcome)
 {
     return fmt::format("batches={} delivered={} skipped={} result={}\n", outcome.counts.nBatches,
-                       outcome.counts.nDelivered, outcome.counts.nSkipped,
-                       kResultNames[static_cast<int>(outcome.result)]);
+                       outcome.counts.nDelivered, outcome.counts.nSkipped, NameOf(outcome.result));
 }
 
 } // namespace tabulex

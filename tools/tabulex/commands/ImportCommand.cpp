@@ -12,19 +12,21 @@
 
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/commands/ConvertSteps.h"
+#include "tools/tabulex/explain/Refusal.h"
 #include "tools/tabulex/host/Environment.h"
 #include "tools/tabulex/host/Properties.h"
 #include "tools/tabulex/host/ReadCheck.h"
-#include "tools/tabulex/host/SettingsCheck.h"
 #include "tools/tabulex/import/ImportProgress.h"
 #include "tools/tabulex/import/ImportViews.h"
 #include "tools/tabulex/import/SettingsText.h"
 #include "tools/tabulex/import/terminal/ImportTexts.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
 #include "tools/tabulex/options/OutputTargets.h"
+#include "tools/tabulex/output/Results.h"
+#include "tools/tabulex/review/LayoutReview.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Interrupt.h"
 #include "tools/tabulex/system/Paths.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 
@@ -56,6 +58,7 @@ public:
 
 private:
     void Prepare();
+    void OpenPlain(const std::string& path);
     ExitStatus RunDialogAndConversion();
     bool RunDialog(Desk& desk);
     std::string FileName() const;
@@ -77,7 +80,7 @@ ExitStatus ImportSession::Run()
     const Deferral deferral;
     const ExitStatus status = RunDialogAndConversion();
     if (status != ExitStatus::Done)
-        return Interrupted() ? ExitStatus::Interrupted : status;
+        return Interrupted() ? InterruptStatus() : status;
     SaveTemplates();
     return ExitStatus::Done;
 }
@@ -89,13 +92,22 @@ void ImportSession::Prepare()
     SetImportLanguage(m_context.language == TABULEX_LANGUAGE_CHINESE);
     if (!options.settings.sEnvironment.empty())
         ReadEnvironment(m_host, options.settings.sEnvironment);
+    if (m_convert.bSaveEnvironment) // a fault is told before the work in the dialog
+        EnvironmentFile{options.settings.sEnvironment};
     m_host.Front().put_Mode(1);
     const std::string path = options.files.empty() ? std::string() : options.files.front();
     std::error_code error;
     if (path.empty() || fs::is_directory(PathOf(path), error))
         SetFolder(m_host, RequireFolder(path.empty() ? "." : path), path.empty());
     else
-        m_host.Open(path);
+        OpenPlain(path);
+}
+
+// The dialog shows the file's name and its folder, so it can't have a copy of it.
+void ImportSession::OpenPlain(const std::string& path)
+{
+    RequirePlainFile(path);
+    m_host.Open(path);
 }
 
 // The screen goes before anything is printed, and before rows are written to the terminal.
@@ -139,20 +151,26 @@ std::string ImportSession::FileName() const
 
 ExitStatus ImportSession::Convert(IConversionView* pView)
 {
-    const std::string fault = WhyNotRunnable(m_host);
+    const std::string fault = WhyRefused(m_host, {}, false);
     if (!fault.empty())
         throw Fault{ExitStatus::Refused, fault};
     const std::vector<std::string> files = {FileName()};
+    RequirePlainFile(files.front());
     std::optional<OutputFolder> folder;
     if (IsFolder(m_convert.sOutput) && !m_convert.bDryRun)
         folder.emplace(m_convert.sOutput);
     const ConversionOptions options = OptionsFor(pView);
     RequireDistinctFiles(m_convert, files, options.output);
-    Outcome outcome = RunConversion(m_host, m_context.console, files.front(), options, {});
+    Warnings warnings(m_context.console, files.front());
+    ReviewLayout(m_host, {}, warnings);
+    Outcome outcome = RunConversion(m_host, m_context.console, files.front(), options,
+                                    FindSettings(m_host, files.front(), {}), warnings);
     if (m_rejects && !m_rejects->Finish()) {
         m_context.console.Error(m_rejects->FaultText());
         outcome.status = Worse(outcome.status, ExitStatus::FileFault);
     }
+    if (!m_context.console.IsQuiet() && outcome.account)
+        m_context.console.Print(outcome.account->Text(m_context.console.IsVerbose()) + '\n');
     if (!m_context.console.IsQuiet())
         m_context.console.Print(Summary(outcome));
     return outcome.status;
@@ -168,7 +186,8 @@ ConversionOptions ImportSession::OptionsFor(IConversionView* pView)
     options.rejects = m_rejects ? &*m_rejects : nullptr;
     options.bDryRun = m_convert.bDryRun;
     options.errors = {m_convert.onError.value_or(pView ? OnBadLine::Ask : ActionOn(m_convert)),
-                      m_convert.nMaxErrors, pView};
+                      m_convert.lineNumbers, m_convert.nMaxErrors, pView};
+    options.bStrict = m_convert.bStrict;
     options.progress = m_convert.progress;
     options.pView = pView;
     return options;
@@ -185,13 +204,15 @@ void ImportSession::PrintSettings()
     if (!lack.empty())
         m_context.console.Warning(
             fmt::format("no option of 'tabulex convert' gives all of it; what differs: {}", lack));
-    fmt::print("{}\n", ConvertCommandLine(path, settings, options.general, m_context.offers));
+    Results results;
+    results.AddLine(ConvertCommandLine(path, settings, options.general, m_context.offers));
+    results.Finish();
 }
 
 void ImportSession::SaveTemplates()
 {
     if (m_convert.bSaveEnvironment && !m_convert.bDryRun)
-        SaveEnvironment(m_host, m_context.options.settings.sEnvironment);
+        EnvironmentFile(m_context.options.settings.sEnvironment).Save(m_host);
 }
 
 } // namespace

@@ -2,8 +2,7 @@
 
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/commands/InspectReport.h"
-#include "tools/tabulex/host/Environment.h"
-#include "tools/tabulex/host/FileLayout.h"
+#include "tools/tabulex/explain/Refusal.h"
 #include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/output/Results.h"
 #include "tools/tabulex/text/Formats.h"
@@ -35,9 +34,10 @@ ordered_json ColumnsOf(const FileLayout& layout)
     return columns;
 }
 
-ordered_json JsonOf(const FileLayout& layout, const std::optional<ULONGLONG>& nRecords)
+ordered_json JsonOf(const Inspection& inspection, const std::optional<ULONGLONG>& nRecords)
 {
-    return {
+    const FileLayout& layout = inspection.sample.layout;
+    ordered_json json = {
         {"dividers", OrNull(layout.nDividers)},
         {"has_header", layout.bHasHeader},
         {"header_offset", layout.nHeaderOffset},
@@ -54,33 +54,56 @@ ordered_json JsonOf(const FileLayout& layout, const std::optional<ULONGLONG>& nR
         {"columns", ColumnsOf(layout)},
         {"first_record", OrNull(layout.sFirstRecord)},
         {"last_record", OrNull(layout.sLastRecord)},
+        {"convertible", inspection.sReason.empty()},
+        {"reason", inspection.sReason.empty() ? ordered_json() : ordered_json(inspection.sReason)},
     };
+    if (inspection.explanation)
+        json["explain"] = JsonOf(*inspection.explanation);
+    return json;
+}
+
+// Objects of several files are told apart by their first key.
+ordered_json Named(const std::string& file, const ordered_json& json)
+{
+    ordered_json named = {{"file", file}};
+    named.update(json);
+    return named;
+}
+
+Inspection InspectionOf(const Context& context, const Host& host)
+{
+    Inspection inspection{TakeSample(host), WhyRefused(host, context.options.settings), {}};
+    if (context.options.inspect.bExplain)
+        inspection.explanation = Explain(host, inspection.sample);
+    host.Data().put_Position(0);
+    return inspection;
 }
 
 } // namespace
 
 // The checks come around the last piece of output: a failed read spoils all that was found out, a
-// file that has grown only the count.
-ExitStatus Inspect(const Context& context, Host& host, const std::string& file)
+// file that has grown only the count. A file that can't be converted is reported all the same.
+ExitStatus Inspect(const Context& context, Host& host, const InputFile& input)
 {
-    if (const std::string& path = context.options.settings.sEnvironment; !path.empty())
-        ReadEnvironment(host, path);
-    host.Open(file);
-    const FileLayout layout = ReadLayout(host);
+    OpenAsSet(context, host, input);
+    const Inspection inspection = InspectionOf(context, host);
     Results results;
     if (!context.options.bJson) {
-        WriteReport(host, file, layout, context, results);
+        WriteReport(host, input.Name(), inspection, context, results);
     } else {
         std::optional<ULONGLONG> nRecords;
         if (!context.options.inspect.bNoCount)
             nRecords = host.CountRecords();
-        results.Add(JsonOf(layout, nRecords).dump(1) + '\n');
+        ordered_json json = JsonOf(inspection, nRecords);
+        if (context.options.files.size() > 1)
+            json = Named(input.Name(), json);
+        results.Add(json.dump(1) + '\n');
     }
     RequireRead(host);
     results.Finish();
     if (!context.options.inspect.bNoCount)
         RequireNoGrowth(host);
-    return ExitStatus::Done;
+    return inspection.sReason.empty() ? ExitStatus::Done : ExitStatus::Refused;
 }
 
 } // namespace tabulex

@@ -1,11 +1,9 @@
 #include "tools/tabulex/commands/InspectReport.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "tools/tabulex/commands/RecordTable.h"
-#include "tools/tabulex/host/SettingsCheck.h"
-#include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/explain/Cells.h"
 #include "tools/tabulex/text/Formats.h"
 #include "tools/tabulex/text/Text.h"
 
@@ -16,24 +14,22 @@ namespace {
 constexpr ULONGLONG kFirstRows = 5;
 constexpr std::size_t kHeaderWidth = 100; // characters of the header line that are shown
 
-// In the order of the bits.
-constexpr const char* kDividerNames[] = {"colon", "blank", "comma", "semicolon", "bar", "tab"};
+constexpr std::string_view kGiven = "  (given)"; // behind what a setting has decided
 
-std::string DividersText(const std::optional<LONG>& nMask)
+// A setting for each column that has one.
+bool IsGiven(const Settings& settings, ULONG nField)
 {
-    std::vector<std::string> names;
-    for (std::size_t i = 0; nMask && i < std::size(kDividerNames); ++i)
-        if (*nMask & (1 << i))
-            names.push_back(kDividerNames[i]);
-    return names.empty() ? "none" : fmt::format("{}", fmt::join(names, ", "));
+    return std::ranges::any_of(
+        settings.columns, [&](const ColumnSetting& column) { return column.nField == nField; });
 }
 
-std::string HeaderText(const FileLayout& layout)
+std::string HeaderText(const Sample& sample)
 {
-    if (!layout.bHasHeader)
+    const SampleLine* header = sample.Header();
+    if (!header && !sample.layout.bHasHeader)
         return "none";
-    const string_t text = FromUtf8(layout.sHeader.value_or(""));
-    return fmt::format("line {}: {}{}", layout.nHeaderOffset + 1,
+    const string_t text = FromUtf8(sample.layout.sHeader.value_or(""));
+    return fmt::format("line {}: {}{}", header ? header->nNumber : sample.layout.nHeaderOffset + 1,
                        ToUtf8(string_view_t(text).substr(0, kHeaderWidth)),
                        text.size() > kHeaderWidth ? "..." : "");
 }
@@ -53,27 +49,33 @@ std::string DatesText(const FileLayout& layout)
                        DateTimeText(layout.dtEnd, ' '));
 }
 
-// What a conversion with these settings would say.
-std::string ReadinessText(const Host& host)
+void AddRow(Results& results, std::string_view label, std::string_view text, bool bGiven = false)
 {
-    std::string fault = WhyNotConvertible(host);
-    if (!fault.empty())
-        return fault;
-    return host.HasColumn(TypeDate) ? "yes" : "no column holds a date";
+    results.Add(fmt::format("  {:<12}{}{}\n", label, text, bGiven ? kGiven : ""));
 }
 
-void AddRow(Results& results, std::string_view label, std::string_view text)
+// Settings that no row of what was found shows.
+void AddFurtherSettings(const Settings& settings, Results& results)
 {
-    results.Add(fmt::format("  {:<12}{}\n", label, text));
+    if (settings.sSymbol)
+        AddRow(results, "symbol", *settings.sSymbol, true);
+    if (settings.sPriceMultiplier)
+        AddRow(results, "prices", "times " + *settings.sPriceMultiplier, true);
+    if (settings.sVolumeMultiplier)
+        AddRow(results, "volumes", "times " + *settings.sVolumeMultiplier, true);
+    if (settings.bBarEndTime)
+        AddRow(results, "times", "moved to the end of the bar", true);
 }
 
-void AddColumns(const FileLayout& layout, bool bColour, Results& results)
+void AddColumns(const FileLayout& layout, const Settings& settings, bool bColour, Results& results)
 {
     TextTable table({{"column", true}, {"type", false}, {"template", false}}, bColour);
     for (std::size_t i = 0; i < layout.columns.size(); ++i) {
         const LayoutColumn& column = layout.columns[i];
-        table.Add(
-            {std::to_string(i + 1), column.sType.empty() ? "-" : column.sType, column.sTemplate});
+        table.Add({std::to_string(i + 1),
+                   (column.sType.empty() ? "-" : column.sType) +
+                       (IsGiven(settings, static_cast<ULONG>(i)) ? std::string(kGiven) : ""),
+                   column.sTemplate});
     }
     if (!layout.columns.empty())
         results.Add('\n' + table.Take("  "));
@@ -101,19 +103,28 @@ void AddCount(const Host& host, Results& results)
 
 } // namespace
 
-void WriteReport(const Host& host, const std::string& file, const FileLayout& layout,
+void WriteReport(const Host& host, const std::string& file, const Inspection& inspection,
                  const Context& context, Results& results)
 {
+    const FileLayout& layout = inspection.sample.layout;
+    const Settings& settings = context.options.settings;
     results.Add(Bold(file, context.bColour) + '\n');
-    AddRow(results, "delimiters", DividersText(layout.nDividers));
-    AddRow(results, "header", HeaderText(layout));
-    AddRow(results, "resolution", ResolutionText(layout, host.Offers()));
+    AddRow(results, "delimiters", DividerNames(layout.nDividers.value_or(0)),
+           settings.nDividers.has_value());
+    AddRow(results, "header", HeaderText(inspection.sample),
+           settings.nLinesToSkip || settings.header != HeaderChoice::Auto);
+    AddRow(results, "resolution", ResolutionText(layout, host.Offers()),
+           settings.sResolution || settings.nSize);
     AddRow(results, "direction",
            layout.bInverted ? "latest record first" : "earliest record first");
-    AddRow(results, "dates", DatesText(layout));
-    AddRow(results, "convertible", ReadinessText(host));
-    AddColumns(layout, context.bColour, results);
+    AddRow(results, "dates", DatesText(layout), AsksForRange(settings) || settings.bWholeFile);
+    AddFurtherSettings(settings, results);
+    AddRow(results, "convertible",
+           inspection.sReason.empty() ? "yes" : "no: " + inspection.sReason);
+    AddColumns(layout, settings, context.bColour, results);
     AddFirstRows(host, context.bColour, results);
+    if (inspection.explanation)
+        WriteExplanation(*inspection.explanation, results);
     if (context.options.inspect.bNoCount)
         return;
     results.Show();

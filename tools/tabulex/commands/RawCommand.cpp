@@ -15,7 +15,7 @@ void AddLast(const Host& host, Results& results)
     Bstr text;
     if (host.Data().get_LastRecord(text.put()) != S_OK)
         throw Fault{ExitStatus::Refused, "the file has no line with content"};
-    results.Add(ToUtf8(text.view()) + '\n');
+    results.AddLine(ToUtf8(text.view()));
 }
 
 // True if the range goes up to the end of the file, or to a line that can't be read.
@@ -27,7 +27,7 @@ bool AddRange(IDataParser& lines, const RangeOptions& range, Results& results)
         if (lines.put_Position(range.nFrom + i) != S_OK ||
             lines.get_CurrentRecord(text.put()) != S_OK)
             return true;
-        if (!results.Add(ToUtf8(text.view()) + '\n'))
+        if (!results.AddLine(ToUtf8(text.view())))
             return false;
     }
     return false;
@@ -36,9 +36,9 @@ bool AddRange(IDataParser& lines, const RangeOptions& range, Results& results)
 } // namespace
 
 // A line is a record here, whatever the layout says of header and direction.
-ExitStatus Raw(const Context& context, Host& host, const std::string& file)
+ExitStatus Raw(const Context& context, Host& host, const InputFile& input)
 {
-    host.Open(file);
+    host.Open(input.Path());
     host.Data().put_HasHeader(VARIANT_FALSE);
     host.Data().put_HeaderOffset(0);
     host.Data().put_InvertedDirection(VARIANT_FALSE);

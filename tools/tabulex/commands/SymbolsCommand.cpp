@@ -27,7 +27,7 @@ public:
     try {
         if (Data.vt != VT_BSTR)
             return E_UNEXPECTED;
-        const bool bRead = m_results.Add(ToUtf8(TextOf(Data.bstrVal)) + '\n');
+        const bool bRead = m_results.AddLine(ToUtf8(TextOf(Data.bstrVal)));
         m_results.Show();
         return bRead ? S_OK : S_FALSE;
     } catch (const Fault& fault) {
@@ -42,10 +42,10 @@ private:
 
 } // namespace
 
-ExitStatus Symbols(const Context& context, Host& host, const std::string& file)
+ExitStatus Symbols(const Context& context, Host& host, const InputFile& input)
 {
     const Deferral deferral;
-    OpenWithSettings(host, file, context.options.settings, context.console);
+    OpenAsSet(context, host, input);
     if (!host.HasColumn(TypeSymbol))
         throw Fault{ExitStatus::Refused,
                     "the file has no Symbol column; name one by --column N=Symbol"};
@@ -55,7 +55,7 @@ ExitStatus Symbols(const Context& context, Host& host, const std::string& file)
         throw Fault{ExitStatus::Refused, "the symbols can't be listed"};
     PumpToTheEnd(host, *sink.get());
     if (Interrupted())
-        return ExitStatus::Interrupted;
+        return InterruptStatus();
     if (sink->WriteFault())
         throw Fault(*sink->WriteFault());
     if (!sink->IsCommitted())

@@ -11,17 +11,25 @@ namespace tabulex {
 
 namespace {
 
-// Bash hands "--option=value" over as three words. Braces are doubled as in any format of fmt.
+// Bash hands "--option=value" over as three words, and "--column 3=Close" as four: the option is
+// then taken for "--column=". Braces are doubled as in any format of fmt.
 constexpr const char* kBashScript = R"(# Completion of tabulex for bash.
 
 _tabulex()
 {{
     local word=${{COMP_WORDS[COMP_CWORD]}} option=${{COMP_WORDS[COMP_CWORD-1]}}
-    local command="" commands="" paths="" words="" i
+    local command="" commands="" paths="" words="" i sign=0
     if [[ $word == "=" ]]; then
         word=""
+        sign=$COMP_CWORD
     elif [[ $option == "=" ]]; then
-        option=${{COMP_WORDS[COMP_CWORD-2]}}
+        sign=$((COMP_CWORD-1))
+        option=${{COMP_WORDS[sign-1]}}
+    fi
+    if ((sign > 2)); then
+        i=${{COMP_WORDS[sign-2]}}
+        [[ $i == "=" ]] && i=${{COMP_WORDS[sign-3]}}
+        [[ $i == --column ]] && option=--column=
     fi
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${{COMP_WORDS[i]}} in
@@ -40,7 +48,12 @@ _tabulex()
             ;;
     esac
     COMPREPLY=()
-    [[ -n $words ]] && mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+    if [[ -n $words ]]; then
+        mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+        for ((i = 0; i < ${{#COMPREPLY[@]}}; i++)); do
+            COMPREPLY[i]=${{COMPREPLY[i]// /\\ }}
+        done
+    fi
     if [[ -n $paths ]]; then
         compopt -o filenames 2> /dev/null
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
@@ -67,12 +80,13 @@ std::string ValueCases(const CommandTree& tree)
         for (const OptionNode& option : command.options) {
             if (!option.TakesValue() || !seen.insert(option.sLong).second)
                 continue;
-            const std::string action =
-                option.bPath ? "paths=yes"
-                : option.choices.empty()
-                    ? ":"
-                    : fmt::format("words='{}'", fmt::join(option.choices, " "));
-            AddName(names[action], option);
+            const std::string action = option.bPath ? "paths=yes"
+                                       : option.choices.empty()
+                                           ? ":"
+                                           : fmt::format("words='{}'", ChoiceList(option));
+            if (option.bAfterEquals)
+                names[action].push_back(option.sLong + "=");
+            AddName(names[option.bAfterEquals ? ":" : action], option);
         }
     std::string cases;
     for (const auto& [action, options] : names)

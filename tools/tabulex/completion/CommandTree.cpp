@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <sstream>
 
+#include "interfaces/FieldsAndResolutions.h"
+#include "tools/tabulex/completion/Completion.h"
+#include "tools/tabulex/host/ResolutionOffers.h"
 #include "tools/tabulex/options/CommandDefinitions.h"
 #include "tools/tabulex/options/HelpText.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 
@@ -35,6 +39,63 @@ std::vector<std::string> ChoicesOf(const std::string& value)
     return bWords ? Split(value, '|') : std::vector<std::string>();
 }
 
+// ---- values to offer where others are taken too
+
+std::vector<std::string> Resolutions()
+{
+    std::vector<std::string> names;
+    for (const ResolutionOffer& resolution : DefaultResolutions())
+        names.push_back(resolution.sName);
+    return names;
+}
+
+std::vector<std::string> Types()
+{
+    std::vector<std::string> names;
+    for (const auto& type : IQRL_TabulexConverter::kFieldTypes)
+        names.push_back(ToUtf8(type.sName));
+    names.push_back("none");
+    names.push_back("unknown");
+    return names;
+}
+
+std::vector<std::string> Multipliers()
+{
+    return {"1000000", "100000", "10000",  "1000",    "100",      "10",       "1",
+            "1/10",    "1/100",  "1/1000", "1/10000", "1/100000", "1/1000000"};
+}
+
+std::vector<std::string> Encodings()
+{
+    return {"utf-8",   "windows-1252", "windows-1251", "iso-8859-1", "gbk",
+            "gb18030", "big5",         "shift_jis",    "euc-kr"};
+}
+
+struct Offer
+{
+    std::string_view sOption;
+    std::vector<std::string> (*pfnValues)();
+    bool bAfterEquals = false;
+};
+
+constexpr Offer kOffers[] = {
+    {"--resolution", Resolutions},
+    {"--column", Types, true},
+    {"--encoding", Encodings},
+    {"--price-multiplier", Multipliers},
+    {"--volume-multiplier", Multipliers},
+};
+
+void AddOffers(OptionNode& node)
+{
+    const auto* offer = std::ranges::find(kOffers, node.sLong, &Offer::sOption);
+    if (offer == std::end(kOffers))
+        return;
+    node.choices = offer->pfnValues();
+    node.bOthersToo = true;
+    node.bAfterEquals = offer->bAfterEquals;
+}
+
 std::string OneLine(std::string text)
 {
     std::ranges::replace(text, '\n', ' ');
@@ -52,6 +113,7 @@ OptionNode ReadOption(const CLI::Option& option)
     node.sDescription = OneLine(option.get_description());
     node.sGroup = option.get_group();
     node.choices = ChoicesOf(node.sValue);
+    AddOffers(node);
     node.bPath = IsPath(node.sValue);
     node.bRepeatable = option.get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
     return node;
@@ -77,6 +139,17 @@ CommandNode ReadCommand(const CLI::App& app)
 }
 
 } // namespace
+
+std::string ChoiceList(const OptionNode& option)
+{
+    std::string list;
+    for (const std::string& choice : option.choices) {
+        list += list.empty() ? "" : " ";
+        for (const char c : choice)
+            list += c == ' ' ? std::string("\\ ") : std::string(1, c);
+    }
+    return list;
+}
 
 CommandTree ReadCommandTree()
 {

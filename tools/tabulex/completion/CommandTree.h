@@ -15,7 +15,9 @@ struct OptionNode
     std::string sValue;       // "OUT"; empty for a flag
     std::string sDescription; // one line
     std::string sGroup;
-    std::vector<std::string> choices; // the words that the value may be; empty for any text
+    std::vector<std::string> choices; // values to offer
+    bool bOthersToo = false;          // they aren't all that the value may be
+    bool bAfterEquals = false;        // they stand behind a sign: "3=Close"
     bool bPath = false;               // the value is a file or a folder
     bool bRepeatable = false;
 

@@ -7,6 +7,9 @@
 
 namespace tabulex {
 
+// The values that an option offers, as one list of words: a blank within one has a backslash.
+std::string ChoiceList(const OptionNode& option);
+
 std::string BashCompletion(const CommandTree& tree);
 std::string ZshCompletion(const CommandTree& tree);
 std::string FishCompletion(const CommandTree& tree);

@@ -27,10 +27,14 @@ std::string ValueFlags(const OptionNode& option)
         return {};
     if (option.bPath)
         return " -r -F";
-    return option.choices.empty()
-               ? " -x"
-               : fmt::format(" -x -a {}",
-                             Quoted(fmt::format("{}", fmt::join(option.choices, " "))));
+    const std::string list = ChoiceList(option);
+    if (option.bAfterEquals)
+        return fmt::format(
+            " -x -a {}",
+            Quoted(fmt::format("(set --local n (string match -r '^[0-9]+=' -- (commandline "
+                               "-ct)); and for t in {}; echo $n$t; end)",
+                               list)));
+    return list.empty() ? " -x" : fmt::format(" -x -a {}", Quoted(list));
 }
 
 std::string OptionLine(const OptionNode& option, const std::string& condition)

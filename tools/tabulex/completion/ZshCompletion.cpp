@@ -54,10 +54,12 @@ std::string ValueAction(const OptionNode& option)
 {
     if (!option.TakesValue())
         return {};
-    const std::string action = option.bPath ? "_files"
-                               : option.choices.empty()
-                                   ? ""
-                                   : fmt::format("({})", fmt::join(option.choices, " "));
+    const std::string list = ChoiceList(option);
+    const std::string action = option.bPath   ? "_files"
+                               : list.empty() ? ""
+                               : option.bAfterEquals
+                                   ? fmt::format("{{compset -P \"*=\" && compadd - {}}}", list)
+                                   : fmt::format("({})", list);
     return fmt::format(":{}:{}", Escaped(option.sValue, ":"), action);
 }
 

@@ -1,3 +1,8 @@
+// A template that the user doesn't give is found as the component would: the type's own ones in
+// their order, the first that reads both ends of the file. One that the column had already is kept
+// if the type stays, as detection has looked at more lines than these two. Which record is the last
+// is asked anew for each template, as it hangs on the dates that are read.
+
 #include "tools/tabulex/host/ColumnSettings.h"
 
 #include <fmt/format.h>
@@ -9,9 +14,6 @@
 namespace tabulex {
 
 namespace {
-
-// What the user writes for a column without a type.
-constexpr std::string_view kNone = "none";
 
 std::string TemplateOf(const Host& host, ULONG nField)
 {
@@ -112,7 +114,8 @@ void ApplyDated(const Host& host, ColumnSetting column, unsigned uiType)
 void ApplyColumn(const Host& host, const ColumnSetting& column)
 {
     RequireColumn(host, column);
-    const bool bNone = EqualIgnoringCase(column.sType, kNone);
+    const bool bNone =
+        EqualIgnoringCase(column.sType, kNoneName) || EqualIgnoringCase(column.sType, kUnknownName);
     const unsigned uiType =
         bNone ? kNoType
               : host.RequireType(column.sType, fmt::format("--column {}", column.nField + 1));

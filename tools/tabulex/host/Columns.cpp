@@ -1,5 +1,7 @@
 #include "tools/tabulex/host/Columns.h"
 
+#include <algorithm>
+
 #include "tools/tabulex/host/Properties.h"
 
 namespace tabulex {
@@ -37,6 +39,12 @@ std::vector<Column> DeliveredColumns(const Host& host)
     auto columns = AllColumns(host);
     std::erase_if(columns, [](const Column& column) { return column.kind == ColumnKind::None; });
     return columns;
+}
+
+std::size_t PlaceOf(const Host& host, const std::vector<Column>& columns, unsigned uiType)
+{
+    const auto at = std::ranges::find(columns, host.TypeNames().at(uiType), &Column::sName);
+    return at == columns.end() ? kNoPlace : static_cast<std::size_t>(at - columns.begin());
 }
 
 } // namespace tabulex

@@ -1,3 +1,7 @@
+// A session ends in one of three ways: by a call of its sink, by letting go of the sink without
+// one, which shows by its references, or by an interrupt, after which one of the first two follows.
+// So waiting needs no limit of time.
+
 #include "tools/tabulex/host/DataSink.h"
 
 #include <new>

@@ -1,3 +1,7 @@
+// The text goes to the component as it is: which documents are good is its rule, and it is asked
+// before any file is opened, so that nothing was detected by other templates. On the way back a
+// file of its own name is staged, and a failure leaves the old one.
+
 #include "tools/tabulex/host/Environment.h"
 
 #include <cerrno>
@@ -8,7 +12,6 @@
 #include <fmt/format.h>
 
 #include "tools/tabulex/host/Properties.h"
-#include "tools/tabulex/output/OutputFile.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Files.h"
 
@@ -31,9 +34,17 @@ std::optional<std::string> ReadBytes(const std::string& path)
         return std::nullopt;
     std::string bytes;
     char piece[4096];
-    while (const std::size_t nRead = std::fread(piece, 1, sizeof piece, file.get()))
+    for (;;) {
+        const std::size_t nRead = std::fread(piece, 1, sizeof piece, file.get());
         bytes.append(piece, nRead);
-    return std::ferror(file.get()) ? std::nullopt : std::optional(std::move(bytes));
+        if (nRead == sizeof piece)
+            continue;
+        if (!std::ferror(file.get()))
+            return bytes;
+        if (errno != EINTR)
+            return std::nullopt;
+        std::clearerr(file.get());
+    }
 }
 
 std::string ReadText(const std::string& path)
@@ -84,12 +95,21 @@ void SetFolder(Host& host, const std::string& path, bool bKeep)
     host.Front().put_Environment(Bstr(PathFromBytes(text)).get());
 }
 
-void SaveEnvironment(Host& host, const std::string& path)
+EnvironmentFile::EnvironmentFile(std::string path) : m_sPath(std::move(path))
 {
-    OutputFile file;
-    if (!file.Open(path) || !file.Write(EnvironmentText(host)) || !file.Commit())
+    Require(m_file.Open(m_sPath));
+}
+
+void EnvironmentFile::Save(Host& host)
+{
+    Require(m_file.Write(EnvironmentText(host)) && m_file.Commit());
+}
+
+void EnvironmentFile::Require(bool bWritten) const
+{
+    if (!bWritten)
         throw Fault{ExitStatus::FileFault,
-                    fmt::format("'{}' can't be written: {}", path, file.FaultText())};
+                    fmt::format("'{}' can't be written: {}", m_sPath, m_file.FaultText())};
 }
 
 } // namespace tabulex

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tools/tabulex/host/Host.h"
+#include "tools/tabulex/output/OutputFile.h"
 
 namespace tabulex {
 
@@ -16,9 +17,23 @@ void ReadEnvironment(Host& host, const std::string& path);
 // The environment as it stands, UTF-8. Throws Fault.
 std::string EnvironmentText(Host& host);
 
-// Puts the environment in the place of the file's text. Throws Fault, and the file is as
+// A file that is to take the environment as it will be. Until Save, and after a failure, it is as
 // before.
-void SaveEnvironment(Host& host, const std::string& path);
+class EnvironmentFile
+{
+public:
+    // Throws Fault if the file can't be written.
+    explicit EnvironmentFile(std::string path);
+
+    // Puts the environment in the place of the file's text. Once; throws Fault.
+    void Save(Host& host);
+
+private:
+    void Require(bool bWritten) const;
+
+    std::string m_sPath;
+    OutputFile m_file;
+};
 
 // The folder that the import dialog starts in. One that the object has from an environment is
 // kept where `bKeep` is set.

@@ -1,3 +1,8 @@
+// A host does what the component expects of one: it offers its resolutions ahead of the first file,
+// as these limit what detection may find. The names of types are taken before as well, while no
+// resolution limits their list. The component only says that a file wasn't opened, so the reason is
+// sought afterwards by opening it once more.
+
 #include "tools/tabulex/host/Host.h"
 
 #include <algorithm>
@@ -86,6 +91,11 @@ void Host::Open(const std::string& path)
     if (FAILED(hr))
         throw Fault{ExitStatus::FileFault, fmt::format("can't be read: {}", HexOf(hr))};
     RequireRead(*this);
+}
+
+std::string Host::Path() const
+{
+    return BytesFromPath(GetText(Front(), &IqrlTabulexConvertor::get_FileName));
 }
 
 unsigned Host::TypeOf(std::string_view name) const

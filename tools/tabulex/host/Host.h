@@ -42,6 +42,9 @@ public:
     // layout.
     void Open(const std::string& path);
 
+    // The open file's path in the system's bytes.
+    std::string Path() const;
+
     // Never null; all live as long as the host.
     IqrlTabulexConvertor& Front() const { return *m_front.get(); }
     IDataParser& Data() const { return *m_data.get(); }

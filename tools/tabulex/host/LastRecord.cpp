@@ -3,13 +3,11 @@
 // file has been counted. Which lines are long the file itself says.
 #include "tools/tabulex/host/LastRecord.h"
 
-#include <cstdio>
-#include <memory>
+#include <optional>
 
 #include "platform/values.h"
 #include "tools/tabulex/host/Properties.h"
-#include "tools/tabulex/system/Files.h"
-#include "tools/tabulex/system/Paths.h"
+#include "tools/tabulex/host/ReadCheck.h"
 
 namespace tabulex {
 
@@ -17,17 +15,16 @@ using IQRL_TabulexConverter::IDataParser;
 
 namespace {
 
-constexpr long kShort = 1 << 20; // bytes
+constexpr std::size_t kShort = 1 << 20; // bytes
 
 // Whether a line end stands before the last line's text in the last bytes of the file.
 bool EndsInShortLine(const std::string& path)
 {
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(OpenFile(path, FileMode::Read),
-                                                               std::fclose);
-    if (!file || std::fseek(file.get(), -kShort, SEEK_END) != 0)
+    FileBytes file(path);
+    const std::uint64_t nSize = file.Size();
+    if (nSize <= kShort)
         return true; // the whole of it is short
-    std::string bytes(kShort, '\0');
-    bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
+    const std::string bytes = BytesAt(file, nSize - kShort, kShort);
     const std::size_t nText = bytes.find_last_not_of("\r\n\t ");
     return nText != std::string::npos && bytes.find_last_of("\r\n", nText) != std::string::npos;
 }

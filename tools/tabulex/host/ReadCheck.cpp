@@ -27,37 +27,55 @@ std::optional<ReadState> StateOf(const Host& host)
 // Where no line was looked for, the end of the file was.
 std::string PlaceOf(const ReadState& state)
 {
-    return state.nFaultLine == kNoFaultLine ? "at the end of the file"
-                                            : fmt::format("after line {}, blank lines not counted",
-                                                          WithThousands(state.nFaultLine));
+    return state.nFaultLine == kNoFaultLine
+               ? " (at the end of the file)"
+               : fmt::format(" (after line {}, blank lines not counted)",
+                             WithThousands(state.nFaultLine));
 }
 
-std::string TextOf(const ReadState& state)
+std::string SentenceOf(const ReadState& state)
 {
     switch (state.nFault) {
     case ReadFaultCut:
-        return fmt::format("the file was cut to {} of {} bytes while it was read ({}); wait until "
-                           "nothing writes to it, and run the command again",
-                           WithThousands(std::min(state.nFaultPosition, state.nSizeNow)),
-                           WithThousands(state.nSize), PlaceOf(state));
+        return CutAt(std::min(state.nFaultPosition, state.nSizeNow), state.nSize, PlaceOf(state));
     case ReadFaultMemory:
-        return fmt::format("{} ({})", kOutOfMemory, PlaceOf(state));
+        return fmt::format("{}{}", kOutOfMemory, PlaceOf(state));
     default:
-        return fmt::format("reading failed at byte {} of {} ({}); check the disk or the network, "
-                           "or copy the file, and run the command again",
-                           WithThousands(state.nFaultPosition), WithThousands(state.nSize),
-                           PlaceOf(state));
+        return ReadFailedAt(state.nFaultPosition, state.nSize, PlaceOf(state));
     }
 }
 
 } // namespace
+
+std::string ReadFailedAt(ULONGLONG nByte, ULONGLONG nSize, std::string_view place)
+{
+    return fmt::format("reading failed at byte {} of {}{}; check the disk or the network, or copy "
+                       "the file, and run the command again",
+                       WithThousands(nByte), WithThousands(nSize), place);
+}
+
+std::string CutAt(ULONGLONG nByte, ULONGLONG nSize, std::string_view place)
+{
+    return fmt::format("the file was cut to {} of {} bytes while it was read{}; wait until nothing "
+                       "writes to it, and run the command again",
+                       WithThousands(nByte), WithThousands(nSize), place);
+}
+
+std::string BytesAt(FileBytes& file, ULONGLONG nOffset, std::size_t nMost)
+{
+    std::string bytes(nMost, '\0');
+    bytes.resize(file.ReadAt(nOffset, bytes));
+    if (file.HasFailed())
+        throw Fault{ExitStatus::FileFault, ReadFailedAt(nOffset + bytes.size(), file.Size())};
+    return bytes;
+}
 
 std::optional<Fault> FindReadFault(const Host& host)
 {
     const auto state = StateOf(host);
     if (!state || state->nFault == ReadFaultNone)
         return std::nullopt;
-    return Fault{ExitStatus::FileFault, TextOf(*state)};
+    return Fault{ExitStatus::FileFault, SentenceOf(*state)};
 }
 
 // The component's rule from positions to lines (src/data/LineRule.h), the other way round.
@@ -86,6 +104,12 @@ std::optional<Fault> FindGrowth(const Host& host)
                              "added is missing; wait until nothing writes to it, and run the "
                              "command again",
                              WithThousands(state->nSize), WithThousands(state->nSizeNow))};
+}
+
+std::optional<ULONGLONG> OpenedSize(const Host& host)
+{
+    const auto state = StateOf(host);
+    return state ? std::optional(state->nSize) : std::nullopt;
 }
 
 void RequireRead(const Host& host)

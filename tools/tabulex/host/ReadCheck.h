@@ -19,10 +19,13 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <string_view>
 #include <type_traits>
 
 #include "tools/tabulex/host/Host.h"
 #include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/FileBytes.h"
 
 namespace tabulex {
 
@@ -35,6 +38,17 @@ std::optional<ULONGLONG> FaultPosition(const Host& host);
 
 // The file has grown since it was opened.
 std::optional<Fault> FindGrowth(const Host& host);
+
+// Bytes of the open file that the component reads; empty without a file.
+std::optional<ULONGLONG> OpenedSize(const Host& host);
+
+// What to say of a read that failed at a byte, and of a file that ends there too early; `place` is
+// more about where that was, in brackets, or empty.
+std::string ReadFailedAt(ULONGLONG nByte, ULONGLONG nSize, std::string_view place = {});
+std::string CutAt(ULONGLONG nByte, ULONGLONG nSize, std::string_view place = {});
+
+// At most nMost bytes. Throws Fault where reading fails.
+std::string BytesAt(FileBytes& file, ULONGLONG nOffset, std::size_t nMost);
 
 // Throw what is found.
 void RequireRead(const Host& host);

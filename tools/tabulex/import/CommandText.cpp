@@ -141,6 +141,8 @@ std::string ConvertCommandLine(const std::string& path, const Settings& settings
     if (settings.nDividers)
         words.Add("--dividers", DividerText(*settings.nDividers));
     words.AddNumber("--lines-to-skip", settings.nLinesToSkip);
+    if (settings.header != HeaderChoice::Auto)
+        words.Add("--header", settings.header == HeaderChoice::Yes ? "yes" : "no");
     for (const ColumnSetting& column : settings.columns)
         words.Add("--column", ColumnText(column));
     words.AddNumber("--code-page", settings.nCodePage);

@@ -11,8 +11,8 @@
 
 #include "tools/tabulex/import/terminal/ImportTexts.h"
 #include "tools/tabulex/import/terminal/Popup.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
 #include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

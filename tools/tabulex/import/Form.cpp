@@ -8,8 +8,8 @@
 
 #include "interfaces/NativeHost.h"
 #include "tools/tabulex/import/terminal/Popup.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
 #include "tools/tabulex/text/Text.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

@@ -6,8 +6,8 @@
 #include "platform/text/Utf8.h"
 #include "tools/tabulex/import/Form.h"
 #include "tools/tabulex/import/terminal/Popup.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
 #include "tools/tabulex/text/Text.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

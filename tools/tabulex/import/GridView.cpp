@@ -12,7 +12,7 @@
 #include "tools/tabulex/import/terminal/ImportTexts.h"
 #include "tools/tabulex/import/terminal/Popup.h"
 #include "tools/tabulex/import/terminal/Prompt.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

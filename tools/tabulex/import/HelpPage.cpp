@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "tools/tabulex/import/terminal/ImportTexts.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

@@ -9,8 +9,8 @@
 
 #include "interfaces/FieldsAndResolutions.h"
 #include "tools/tabulex/import/terminal/ImportTexts.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
 #include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

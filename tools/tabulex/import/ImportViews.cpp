@@ -3,7 +3,7 @@
 #include "interfaces/NativeHost.h"
 #include "tools/tabulex/import/ImportDialogView.h"
 #include "tools/tabulex/import/SmallDialogView.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

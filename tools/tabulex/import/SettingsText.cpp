@@ -122,6 +122,14 @@ bool AddDate(DATE wanted, DATE found, std::optional<DATE>& setting)
     return true;
 }
 
+bool AddHeader(const Reading& wanted, const Reading& found, Settings& settings)
+{
+    if (wanted.bHeader == found.bHeader || settings.header != HeaderChoice::Auto)
+        return false;
+    settings.header = wanted.bHeader ? HeaderChoice::Yes : HeaderChoice::No;
+    return true;
+}
+
 bool AddColumn(const Reading& wanted, const Reading& found, Settings& settings)
 {
     for (ULONG n = 0; n < wanted.columns.size() && n < found.columns.size(); ++n) {
@@ -158,7 +166,8 @@ bool AddSetting(const Host& host, const Reading& wanted, const Reading& found, S
         Add(wanted.nCodePage, found.nCodePage, settings.nCodePage) ||
         Add(wanted.nDividers, found.nDividers, settings.nDividers) ||
         Add(wanted.nLinesToSkip, found.nLinesToSkip, settings.nLinesToSkip) ||
-        AddColumn(wanted, found, settings) || AddResolution(host, wanted, found, settings))
+        AddHeader(wanted, found, settings) || AddColumn(wanted, found, settings) ||
+        AddResolution(host, wanted, found, settings))
         return true;
     if (wanted.bBarEndTime && !found.bBarEndTime && !settings.bBarEndTime) {
         settings.bBarEndTime = true;
@@ -171,8 +180,7 @@ bool AddSetting(const Host& host, const Reading& wanted, const Reading& found, S
 Reading ReadAnew(const Host& host, const std::string& path, const Settings& settings)
 {
     Host fresh(host.Offers());
-    Console quiet(false, true, false);
-    OpenWithSettings(fresh, path, settings, quiet);
+    OpenWithSettings(fresh, path, settings);
     return ReadingOf(fresh);
 }
 

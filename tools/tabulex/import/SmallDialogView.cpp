@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "interfaces/NativeHost.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

@@ -53,7 +53,8 @@ std::string Italic(std::string_view text)
 // Words to choose from are bold, since they are typed as they are.
 std::string ValueName(const OptionNode& option)
 {
-    return option.choices.empty() ? Italic(option.sValue) : Bold(option.sValue);
+    return option.choices.empty() || option.bOthersToo ? Italic(option.sValue)
+                                                       : Bold(option.sValue);
 }
 
 std::string OptionEntry(const OptionNode& option)

@@ -11,12 +11,16 @@ void AddInspect(CLI::App& app, Options& options)
 {
     CLI::App& command =
         *app.add_subcommand("inspect", "Show what is found out about the layout of a file");
-    SetHelp(command, "  tabulex inspect quotes.csv\n  tabulex inspect --json quotes.csv");
+    SetHelp(command, "  tabulex inspect quotes.csv\n"
+                     "  tabulex inspect --explain --dividers ';' quotes.csv");
     AddFiles(command, options, true);
     command.add_flag("--json", options.bJson, "One JSON object for each file");
     command.add_flag("--no-count", options.inspect.bNoCount,
                      "Don't count the records, which reads the whole file");
-    AddEnvironment(command, options.settings);
+    command.add_flag("--explain", options.inspect.bExplain,
+                     "Also say why: each decision with its reason");
+    AddLayoutSettings(command, options.settings);
+    AddImportRange(command, options.settings);
     AddGeneral(command, options.general);
 }
 
@@ -28,7 +32,12 @@ void AddConvert(CLI::App& app, Options& options)
                      "  tabulex convert *.txt --from 2020-01-01 -o quotes.db --append");
     AddFiles(command, options, true);
     AddOutput(command, options.convert);
+    AddNaming(command, options.convert);
     AddErrorHandling(command, options.convert);
+    AddReport(command, options.convert);
+    command.add_flag(
+        "--json", options.bJson,
+        "Print account, warnings and bad lines as JSON on\nstandard error, a line a file");
     AddNoCheck(command, options.convert);
     AddLayoutSettings(command, options.settings);
     AddImportRange(command, options.settings);

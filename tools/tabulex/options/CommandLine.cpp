@@ -5,14 +5,19 @@
 #include "tools/tabulex/options/CommandLine.h"
 
 #include <algorithm>
+#include <sstream>
 
 #include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
+#include "tools/tabulex/input/FileArguments.h"
 #include "tools/tabulex/options/CommandDefinitions.h"
 #include "tools/tabulex/options/OutputTargets.h"
+#include "tools/tabulex/output/Results.h"
+#include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Terminal.h"
 #include "tools/tabulex/text/Suggestion.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 
@@ -74,13 +79,37 @@ std::string UsageMessage(const CLI::App& app, const CLI::ParseError& fault)
     return fault.what();
 }
 
+// The help or the version: what was asked for in place of work.
+ExitStatus PrintHelp(const CLI::App& app, const CLI::Success& request)
+{
+    std::ostringstream text;
+    app.exit(request, text, text);
+    try {
+        Results results;
+        results.Add(text.str());
+        results.Finish();
+    } catch (const Fault& fault) {
+        WriteToErrorStream(fmt::format("tabulex: {}\n", fault.sMessage));
+        return fault.status;
+    }
+    return ExitStatus::Done;
+}
+
 // Names the help of the command that was given, if there is one.
 ExitStatus ReportUsageError(const CLI::App& app, const std::string& message)
 {
     const auto commands = app.get_subcommands();
     const std::string name = commands.empty() ? "" : " " + commands.front()->get_name();
-    WriteToErrorStream(fmt::format("tabulex: {}\nTry 'tabulex{} --help'.\n", message, name));
+    const bool bTerminal = IsTerminal(Stream::Error);
+    WriteToErrorStream(fmt::format("tabulex: {}\nTry 'tabulex{} --help'.\n",
+                                   bTerminal ? VisibleUtf8(message) : message, name));
     return ExitStatus::Usage;
+}
+
+bool TakesSeveralFiles(const CLI::App& command)
+{
+    const CLI::Option* files = command.get_option_no_throw("FILE");
+    return files && files->get_items_expected_max() > 1;
 }
 
 } // namespace
@@ -98,8 +127,7 @@ std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments
     try {
         app.parse(static_cast<int>(words.size()), words.data());
     } catch (const CLI::Success& done) {
-        app.exit(done);
-        status = ExitStatus::Done;
+        status = PrintHelp(app, done);
         return std::nullopt;
     } catch (const CLI::ParseError& fault) {
         status = ReportUsageError(app, words.size() < 2 ? "a command is needed"
@@ -107,9 +135,11 @@ std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments
         return std::nullopt;
     }
     options.sCommand = app.get_subcommands().front()->get_name();
-    std::string contradiction = ContradictionIn(options.convert, options.files);
-    if (options.convert.bSaveEnvironment && options.settings.sEnvironment.empty())
-        contradiction = "--save-environment needs a file: give it by --environment";
+    if (TakesSeveralFiles(*app.get_subcommands().front()))
+        options.files = ExpandFiles(options.files);
+    std::string contradiction = ContradictionIn(options);
+    if (std::ranges::count(options.files, "-") > 1)
+        contradiction = "standard input can be read once only; give '-' once";
     if (!contradiction.empty()) {
         status = ReportUsageError(app, contradiction);
         return std::nullopt;

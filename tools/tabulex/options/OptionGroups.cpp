@@ -100,6 +100,10 @@ constexpr Word<OutputFormat> kFormats[] = {{"csv", OutputFormat::Csv},
                                            {"sqlite", OutputFormat::Sqlite}};
 constexpr Word<OnBadLine> kActions[] = {
     {"ask", OnBadLine::Ask}, {"skip", OnBadLine::Skip}, {"stop", OnBadLine::Stop}};
+constexpr Word<LineNumbers> kLineNumbers[] = {{"file", LineNumbers::File},
+                                              {"component", LineNumbers::Component}};
+constexpr Word<HeaderChoice> kHeaders[] = {
+    {"yes", HeaderChoice::Yes}, {"no", HeaderChoice::No}, {"auto", HeaderChoice::Auto}};
 constexpr Word<const char*> kLanguages[] = {{"zh", "zh"}, {"en", "en"}};
 
 // Far from the end of the number range, so that positions can be added.
@@ -130,9 +134,15 @@ void AddGeneral(CLI::App& app, GeneralOptions& general)
     app.add_flag("-v,--verbose", general.bVerbose, "Report what is done")->group(group);
 }
 
+constexpr const char* kOneFile = "A quote file; '-' is standard input. Archives are\nunpacked, a "
+                                 "file of several is ARCHIVE/FILE";
+constexpr const char* kSeveralFiles = "Quote files, folders of them, or quoted patterns such\nas "
+                                      "'data/*.csv'; '-' is standard input. "
+                                      "Archives are\nunpacked, a file of several is ARCHIVE/FILE";
+
 void AddFiles(CLI::App& app, Options& options, bool bSeveral)
 {
-    auto* files = app.add_option("FILE", options.files, bSeveral ? "Quote files" : "A quote file")
+    auto* files = app.add_option("FILE", options.files, bSeveral ? kSeveralFiles : kOneFile)
                       ->required()
                       ->type_name(bSeveral ? "..." : "");
     if (!bSeveral)
@@ -162,6 +172,9 @@ void AddLayoutSettings(CLI::App& app, Settings& settings)
     AddValue(app, "--lines-to-skip", "N", settings.nLinesToSkip, WholeUpTo<ULONG>(0, 0xFFFFFFF0),
              "Lines before the header or the data")
         ->group(group);
+    AddChoice(app, "--header", kHeaders, settings.header,
+              "Whether the line after these names the columns\n(auto: if it looks like a header)")
+        ->group(group);
     // Read as a list, so that the last one given doesn't replace the others.
     const auto addColumn = [&settings](const std::vector<std::string>& texts) {
         for (const std::string& one : texts)
@@ -173,24 +186,25 @@ void AddLayoutSettings(CLI::App& app, Settings& settings)
     };
     app.add_option_function<std::vector<std::string>>(
            "--column", addColumn,
-           "Type of column N (from 1), or 'none', such as\n'1=Date:*d/*m/*y'; may be given several "
+           "Type of column N (from 1), 'none' or 'unknown',\nsuch as '1=Date:*d/*m/*y'; may be "
+           "given several "
            "times")
         ->allow_extra_args(false)
         ->type_name("N=TYPE[:TEMPLATE]")
         ->group(group);
-    AddValue(app, "--code-page", "N", settings.nCodePage, WholeUpTo<ULONG>(0, 0xFFFFFFFF),
+    AddValue(app, "--code-page", "N", settings.nCodePage, ReadCodePage,
              "Number of the file's code page; has no effect on\ntext, which is read by --encoding")
         ->group(group);
     app.add_flag("--bar-end-time", settings.bBarEndTime,
                  "Times in the file are those of the bars' start:\nadd the bar size")
         ->group(group);
-    AddValue(app, "--price-multiplier", "NAME", settings.sPriceMultiplier, AnyText,
+    AddValue(app, "--price-multiplier", "NAME", settings.sPriceMultiplier, ReadMultiplier,
              "Scales prices: 1000000, 100000, ... 1 ...\n1/1000000")
         ->group(group);
-    AddValue(app, "--volume-multiplier", "NAME", settings.sVolumeMultiplier, AnyText,
+    AddValue(app, "--volume-multiplier", "NAME", settings.sVolumeMultiplier, ReadMultiplier,
              "Scales volumes, likewise")
         ->group(group);
-    AddValue(app, "--symbol", "S", settings.sSymbol, AnyText, "Only records of this symbol")
+    AddValue(app, "--symbol", "S", settings.sSymbol, SomeText, "Only records of this symbol")
         ->group(group);
 }
 
@@ -202,6 +216,10 @@ void AddImportRange(CLI::App& app, Settings& settings)
         ->group(group);
     AddValue(app, "--to", "DATE", settings.dtTo, ReadDateTime,
              "Last moment; a date alone is its 00:00")
+        ->group(group);
+    app.add_flag("--whole-file", settings.bWholeFile,
+                 "Take rows of any moment, where the first and\nlast line don't hold the first and "
+                 "last moment")
         ->group(group);
     AddValue(app, "--portion", "START:COUNT", settings.portion, ReadPortion,
              "COUNT records from position START (from 0);\nbad lines aren't reported")
@@ -235,10 +253,18 @@ void AddOutput(CLI::App& app, ConvertOptions& convert)
                  "Write the templates, with those of --column, back\nto the file of --environment "
                  "when all went well")
         ->group(group);
-    app.add_flag("-n,--dry-run", convert.bDryRun, "Convert, but write nothing")->group(group);
+    app.add_flag("-n,--dry-run", convert.bDryRun, "Convert, but write no rows")->group(group);
     AddChoice(app, "--progress", kWhen, convert.progress,
               "Progress on standard error (auto: on a\nterminal, after a second)")
         ->group(group);
+}
+
+void AddNaming(CLI::App& app, ConvertOptions& convert)
+{
+    const auto read = [](const std::string& text) { return NamePattern(text); };
+    AddValue(app, "--symbol-from-name", "PATTERN", convert.symbolFromName, read,
+             "A Symbol column from the file's name: the part\nthat {} stands for in PATTERN, such "
+             "as\n'{}_daily.csv'");
 }
 
 void AddErrorHandling(CLI::App& app, ConvertOptions& convert)
@@ -251,8 +277,20 @@ void AddErrorHandling(CLI::App& app, ConvertOptions& convert)
              "Also write bad lines to FILE as CSV")
         ->group(group);
     AddValue(app, "--max-errors", "N", convert.nMaxErrors, kPosition,
-             "Give up at the first bad line beyond N")
+             "Give up at the first bad line beyond N (default:\nmore than a tenth end with status "
+             "1)")
         ->group(group);
+    AddChoice(app, "--line-numbers", kLineNumbers, convert.lineNumbers,
+              "Number lines as an editor does (file, the\ndefault) or as the component does")
+        ->group(group);
+    app.add_flag("--strict", convert.bStrict, "Write nothing where there is a warning (status 1)")
+        ->group(group);
+}
+
+void AddReport(CLI::App& app, ConvertOptions& convert)
+{
+    AddValue(app, "--report", "FILE", convert.sReport, SomeText,
+             "Write account, warnings and bad lines to FILE\nas JSON, an object a file");
 }
 
 void AddNoCheck(CLI::App& app, ConvertOptions& convert)

@@ -19,6 +19,10 @@ void AddImportRange(CLI::App& app, Settings& settings);
 // A range of records by number; `pszCount` describes --count.
 void AddRecordRange(CLI::App& app, RangeOptions& range, const char* pszCount);
 void AddOutput(CLI::App& app, ConvertOptions& convert);
+// A symbol that the name of a file gives to its rows.
+void AddNaming(CLI::App& app, ConvertOptions& convert);
+// A file for the account as JSON.
+void AddReport(CLI::App& app, ConvertOptions& convert);
 void AddErrorHandling(CLI::App& app, ConvertOptions& convert);
 void AddNoCheck(CLI::App& app, ConvertOptions& convert);
 

@@ -1,11 +1,16 @@
 #include "tools/tabulex/options/OptionValues.h"
 
+#include <algorithm>
 #include <charconv>
 #include <stdexcept>
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
+#include "tools/tabulex/options/KnownNames.h"
 #include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/Suggestion.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 
@@ -30,6 +35,15 @@ ResolutionOffer ReadOffer(const std::string& text)
         nEquals + 1 == text.size())
         Reject(text, "of the form id=name");
     return {nId, text.substr(nEquals + 1)};
+}
+
+void RequireType(const std::string& name, ULONGLONG nColumn)
+{
+    const auto isName = [&](std::string_view type) { return EqualIgnoringCase(type, name); };
+    if (isName(kNoneName) || isName(kUnknownName) || std::ranges::any_of(FieldTypeNames(), isName))
+        return;
+    throw std::invalid_argument(fmt::format("column {}: there is no field type '{}'; {}", nColumn,
+                                            name, SuggestOrList(name, FieldTypeNames())));
 }
 
 } // namespace
@@ -58,6 +72,30 @@ LONG ReadDividers(const std::string& text)
     return nMask;
 }
 
+std::string ReadMultiplier(const std::string& text)
+{
+    const auto& known = MultiplierNames();
+    if (std::ranges::find(known, text) == known.end())
+        throw std::invalid_argument(fmt::format("there is no multiplier '{}'; use one of {}", text,
+                                                fmt::join(known, ", ")));
+    return text;
+}
+
+ULONG ReadCodePage(const std::string& text)
+{
+    const auto nNumber = ParseWhole(text);
+    if (nNumber && std::ranges::binary_search(CodePageNumbers(), *nNumber))
+        return static_cast<ULONG>(*nNumber);
+    std::vector<std::string> known;
+    for (const ULONG nKnown : CodePageNumbers())
+        known.push_back(std::to_string(nKnown));
+    const auto near = Suggest(text, known);
+    throw std::invalid_argument(
+        fmt::format("there is no code page '{}'; {}", text,
+                    near ? fmt::format("did you mean '{}'?", *near)
+                         : "use a published number, such as 1252, 936 or 65001"));
+}
+
 ColumnSetting ReadColumn(const std::string& text)
 {
     const std::size_t nEquals = text.find('=');
@@ -68,6 +106,7 @@ ColumnSetting ReadColumn(const std::string& text)
     const std::size_t nColon = std::min(rest.find(':'), rest.size());
     if (nColon == 0)
         Reject(text, "of the form N=TYPE[:TEMPLATE]");
+    RequireType(rest.substr(0, nColon), *nColumn);
     return {static_cast<ULONG>(*nColumn - 1), rest.substr(0, nColon),
             rest.substr(std::min(nColon + 1, rest.size()))};
 }

@@ -8,6 +8,7 @@
 #include "tools/tabulex/host/ResolutionOffers.h"
 #include "tools/tabulex/host/Settings.h"
 #include "tools/tabulex/run/Conversion.h"
+#include "tools/tabulex/text/NamePattern.h"
 
 namespace tabulex {
 
@@ -27,6 +28,7 @@ struct GeneralOptions
 struct InspectOptions
 {
     bool bNoCount = false;
+    bool bExplain = false; // each decision with its reason
 };
 
 // convert
@@ -37,6 +39,7 @@ struct ConvertOptions
     std::optional<std::string> sTable;  // this and the next two for SQLite only
     bool bAppend = false;
     bool bReplace = false;
+    std::optional<NamePattern> symbolFromName;
     bool bDryRun = false;
     When progress = When::Auto;
     std::optional<OnBadLine> onError; // empty: the terminal decides
@@ -44,6 +47,9 @@ struct ConvertOptions
     std::optional<ULONGLONG> nMaxErrors;
     bool bNoCheck = false;
     bool bSaveEnvironment = false;
+    bool bStrict = false;
+    LineNumbers lineNumbers = LineNumbers::File;
+    std::string sReport; // file for the account as JSON; empty for none
 };
 
 // import; what it writes is in ConvertOptions
@@ -87,7 +93,7 @@ struct Options
     RangeOptions range;
     RawOptions raw;
     TemplateOptions trial;
-    bool bJson = false; // inspect, template
+    bool bJson = false; // inspect, template; convert: the account, on standard error
 };
 
 } // namespace tabulex

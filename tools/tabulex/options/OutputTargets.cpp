@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "tools/tabulex/system/Files.h"
+#include "tools/tabulex/system/OutputPlace.h"
 #include "tools/tabulex/system/Paths.h"
 #include "tools/tabulex/text/Text.h"
 
@@ -22,23 +23,41 @@ struct Ending
 
 // The first ending of a format is that of the files made in a folder.
 constexpr Ending kEndings[] = {
-    {".csv", OutputFormat::Csv},          {".jsonl", OutputFormat::JsonLines},
-    {".ndjson", OutputFormat::JsonLines}, {".db", OutputFormat::Sqlite},
-    {".sqlite", OutputFormat::Sqlite},    {".sqlite3", OutputFormat::Sqlite},
+    {".csv", OutputFormat::Csv},         {".txt", OutputFormat::Csv},
+    {".jsonl", OutputFormat::JsonLines}, {".ndjson", OutputFormat::JsonLines},
+    {".db", OutputFormat::Sqlite},       {".sqlite", OutputFormat::Sqlite},
+    {".sqlite3", OutputFormat::Sqlite},
 };
+
+std::string EndingOf(const std::string& path)
+{
+    return LowerCase(Utf8Of(PathOf(path).extension()));
+}
 
 OutputFormat FormatOf(const ConvertOptions& convert)
 {
     if (convert.format)
         return *convert.format;
-    const auto ending = LowerCase(Utf8Of(PathOf(convert.sOutput).extension()));
-    const auto* row = std::ranges::find(kEndings, ending, &Ending::sText);
+    const auto* row = std::ranges::find(kEndings, EndingOf(convert.sOutput), &Ending::sText);
     return row == std::end(kEndings) ? OutputFormat::Csv : row->format;
+}
+
+// Of the ending of a packed file the one before it is left.
+fs::path StemOf(const std::string& file)
+{
+    constexpr std::string_view kPacked[] = {".gz", ".zst", ".bz2", ".xz", ".zip"};
+    if (file == "-")
+        return "stdin";
+    const fs::path path = PathOf(file);
+    const bool bPacked =
+        std::ranges::find(kPacked, LowerCase(Utf8Of(path.extension()))) != std::end(kPacked);
+    const fs::path stem = path.stem();
+    return bPacked && stem.has_extension() ? stem.stem() : stem;
 }
 
 std::string PathInFolder(const std::string& folder, const std::string& file, OutputFormat format)
 {
-    fs::path name = PathOf(file).stem();
+    fs::path name = StemOf(file);
     name += std::ranges::find(kEndings, format, &Ending::format)->sText;
     return Utf8Of(PathOf(folder) / name);
 }
@@ -50,14 +69,19 @@ OldTable OldTableOf(const ConvertOptions& convert)
     return convert.bReplace ? OldTable::Replace : OldTable::Refuse;
 }
 
-// Works also if one of them doesn't exist yet.
-bool AreSame(const std::string& a, const std::string& b)
+// What isn't a file needs no ending, and a name may have none.
+std::string ContradictionInEnding(const ConvertOptions& convert)
 {
-    std::error_code error;
-    const auto place = [&](const std::string& path) {
-        return Utf8Of(fs::weakly_canonical(fs::absolute(PathOf(path), error), error));
-    };
-    return AreSameName(place(a), place(b));
+    const std::string ending = EndingOf(convert.sOutput);
+    if (convert.format || convert.sOutput == "-" || ending.size() < 2 ||
+        std::ranges::find(kEndings, ending, &Ending::sText) != std::end(kEndings) ||
+        IsFolder(convert.sOutput) || FindPlace(convert.sOutput).kind != PlaceKind::File)
+        return {};
+    return fmt::format(
+        "no format that can be written has the ending '{}'; use .csv or .txt for CSV, "
+        ".jsonl or .ndjson for JSON Lines, .db, .sqlite or .sqlite3 for SQLite, or "
+        "add --format csv, jsonl or sqlite",
+        ending);
 }
 
 std::string ContradictionInTable(const ConvertOptions& convert)
@@ -95,24 +119,78 @@ std::string ContradictionInSeveral(const ConvertOptions& convert,
     return {};
 }
 
-std::string ContradictionInRejects(const ConvertOptions& convert,
-                                   const std::vector<std::string>& files)
+// A file that an option names, and that is written beside the rows.
+struct SideFile
 {
-    const std::string& rejects = convert.sRejects;
-    const auto isTaken = [&](const OutputOptions& output) {
-        return output.sPath != "-" && AreSame(output.sPath, rejects);
-    };
-    const bool bTaken = !rejects.empty() && std::ranges::any_of(OutputsOf(convert, files), isTaken);
-    return rejects == "-" || bTaken ? "--rejects needs a file of its own" : "";
+    const char* pszOption;
+    std::string sPath;
+    bool bMayBeRead; // or it is found out for each file, when its turn comes
+};
+
+std::vector<SideFile> SideFiles(const Options& options)
+{
+    const ConvertOptions& convert = options.convert;
+    const std::string& log = options.general.sReportLog;
+    std::vector<SideFile> files = {{"--rejects", convert.sRejects, true},
+                                   {"--report", convert.sReport, false},
+                                   {"--report-log", log == "-" ? "" : log, false}};
+    if (convert.bSaveEnvironment)
+        files.push_back({"--save-environment", options.settings.sEnvironment, false});
+    std::erase_if(files, [](const SideFile& file) { return file.sPath.empty(); });
+    return files;
+}
+
+std::vector<std::string> RowFiles(const Options& options)
+{
+    std::vector<std::string> paths;
+    if (options.convert.bDryRun)
+        return paths;
+    paths.push_back(options.convert.sOutput);
+    for (const OutputOptions& output : OutputsOf(options.convert, options.files))
+        paths.push_back(output.sPath);
+    return paths;
+}
+
+// What is written beside the rows goes to files that are nothing else.
+std::string ContradictionInSideFiles(const Options& options)
+{
+    const std::vector<SideFile> files = SideFiles(options);
+    const std::vector<std::string> rows = RowFiles(options);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const auto isFile = [&](const std::string& path) {
+            return AreSamePlace(path, files[i].sPath);
+        };
+        const auto isRead = [&](const std::string& path) { return path != "-" && isFile(path); };
+        if (std::ranges::any_of(rows, isFile) ||
+            (!files[i].bMayBeRead && std::ranges::any_of(options.files, isRead)) ||
+            std::ranges::any_of(files.begin(), files.begin() + static_cast<std::ptrdiff_t>(i),
+                                isFile, &SideFile::sPath))
+            return fmt::format("{} needs a file of its own, which is neither read nor written "
+                               "otherwise",
+                               files[i].pszOption);
+    }
+    return {};
+}
+
+std::string ContradictionInEnvironment(const Options& options)
+{
+    return options.convert.bSaveEnvironment && options.settings.sEnvironment.empty()
+               ? "--save-environment needs a file: give it by --environment"
+               : "";
 }
 
 } // namespace
 
-std::string ContradictionIn(const ConvertOptions& convert, const std::vector<std::string>& files)
+std::string ContradictionIn(const Options& options)
 {
+    const ConvertOptions& convert = options.convert;
+    const std::vector<std::string>& files = options.files;
     for (const std::string& fault :
-         {ContradictionInTable(convert), ContradictionInSeveral(convert, files),
-          ContradictionInRejects(convert, files)})
+         {ContradictionInEnding(convert), ContradictionInTable(convert),
+          ContradictionInSeveral(convert, files), ContradictionInEnvironment(options),
+          convert.sRejects == "-" ? std::string("--rejects needs a file of its own")
+                                  : std::string(),
+          ContradictionInSideFiles(options)})
         if (!fault.empty())
             return fault;
     return {};

@@ -8,8 +8,8 @@
 
 namespace tabulex {
 
-// Why options of a conversion contradict each other; empty if they don't.
-std::string ContradictionIn(const ConvertOptions& convert, const std::vector<std::string>& files);
+// Why options contradict each other, or two of them name one file; empty if they don't.
+std::string ContradictionIn(const Options& options);
 
 // The outputs of the files, in their order. The options must not contradict each other.
 std::vector<OutputOptions> OutputsOf(const ConvertOptions& convert,

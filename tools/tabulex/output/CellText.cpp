@@ -1,5 +1,7 @@
 #include "tools/tabulex/output/CellText.h"
 
+#include <cmath>
+
 #include "platform/values.h"
 #include "tools/tabulex/text/Text.h"
 
@@ -20,7 +22,8 @@ void AppendCell(std::string& out, ColumnKind kind, const VARIANT& cell, DateText
 {
     switch (cell.vt) {
     case VT_R8:
-        AppendPrice(out, cell.dblVal);
+        if (std::isfinite(cell.dblVal)) // a number with too many digits has no value
+            AppendPrice(out, cell.dblVal);
         break;
     case VT_I8:
         AppendWhole(out, cell.llVal);

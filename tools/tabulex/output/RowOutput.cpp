@@ -12,10 +12,12 @@ std::unique_ptr<RowOutput> OpenRowOutput(const OutputOptions& options, std::vect
     return std::make_unique<TextOutput>(options, std::move(columns));
 }
 
-void CheckRowOutput(const OutputOptions& options, const std::vector<Column>& columns)
+std::string CheckRowOutput(const OutputOptions& options, const std::vector<Column>& columns)
 {
     if (options.format == OutputFormat::Sqlite)
-        CheckSqliteOutput(options, columns);
+        return CheckSqliteOutput(options, columns);
+    CheckTextOutput(options, columns);
+    return {};
 }
 
 } // namespace tabulex

@@ -30,12 +30,21 @@ enum class OldTable
     Replace
 };
 
+// The header of a stream that takes the rows of several files.
+struct SharedHeader
+{
+    std::vector<std::string> names; // of the columns; empty before the first file
+};
+
 struct OutputOptions
 {
     std::string sPath = "-"; // or "-" for standard output, which SQLite can't go to
     OutputFormat format = OutputFormat::Csv;
     std::string sTable = "quotes"; // this and the next for SQLite only
     OldTable oldTable = OldTable::Refuse;
+    // Nothing goes to a stream or a device before the commit; files are written so anyway.
+    bool bHoldBack = false;
+    SharedHeader* pHeader = nullptr; // for CSV only; null where each file has its own. Outlives it
 };
 
 class RowOutput
@@ -51,6 +60,10 @@ public:
     // Takes the rows back, unless they have gone to a reader already.
     virtual void Discard() = 0;
 
+    // How the columns of the rows differ from those that are there already, and what was done
+    // about it; empty for nothing.
+    virtual std::string Remark() const { return {}; }
+
     // The reader of a pipe is gone, which is no fault to be reported.
     virtual bool IsReaderGone() const { return false; }
     // Why something was refused; empty if nothing was.
@@ -62,7 +75,8 @@ public:
 // An output for rows of these columns, ready to be written. Throws Fault if it can't be
 // opened.
 std::unique_ptr<RowOutput> OpenRowOutput(const OutputOptions& options, std::vector<Column> columns);
-// Throws what OpenRowOutput would throw, as far as that can be known without writing.
-void CheckRowOutput(const OutputOptions& options, const std::vector<Column>& columns);
+// Throws what OpenRowOutput would throw, as far as that can be known without writing, and gives
+// the remark that its result would have.
+std::string CheckRowOutput(const OutputOptions& options, const std::vector<Column>& columns);
 
 } // namespace tabulex

@@ -1,3 +1,7 @@
+// The reason is kept at the first failure, because each further call of the library replaces it.
+// Results that come of the data or the statement count as refusals, all others as faults of the
+// file.
+
 #include "tools/tabulex/output/Sqlite.h"
 
 #include "tools/tabulex/system/Files.h"

@@ -1,7 +1,12 @@
+// Everything that can be refused is refused before the first row: the kind of place, the lock for
+// writing, the table and its columns. Rows then go in by one prepared statement within one
+// transaction, which is what makes many rows fast, and what takes them all back after a fault.
+
 #include "tools/tabulex/output/SqliteOutput.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <cmath>
 #include <cstring>
 #include <exception>
 
@@ -9,7 +14,9 @@
 #include <fmt/ranges.h>
 
 #include "tools/tabulex/output/CellText.h"
+#include "tools/tabulex/output/SqliteTable.h"
 #include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/system/OutputPlace.h"
 #include "tools/tabulex/system/Paths.h"
 #include "tools/tabulex/system/SqliteLibrary.h"
 #include "tools/tabulex/text/Text.h"
@@ -26,7 +33,6 @@ constexpr const char* kStagedPragmas = "PRAGMA journal_mode = OFF; PRAGMA lockin
 
 constexpr const char* kFindObject = "SELECT type FROM sqlite_master WHERE name = ?1 COLLATE NOCASE "
                                     "AND type IN ('table', 'view', 'index')";
-constexpr const char* kFindColumns = "SELECT name FROM pragma_table_info(?1)";
 
 [[noreturn]] void ThrowUnwritable(const std::string& path, std::string_view reason,
                                   ExitStatus status = ExitStatus::FileFault)
@@ -40,13 +46,6 @@ void RequireNoFault(const std::string& path, const SqliteDatabase& database)
         ThrowUnwritable(path, database.FaultText(), database.FaultStatus());
 }
 
-const char* SqlTypeOf(ColumnKind kind)
-{
-    if (kind == ColumnKind::Price)
-        return "REAL";
-    return kind == ColumnKind::Whole ? "INTEGER" : "TEXT";
-}
-
 // The result of `text` for each column.
 template <class Text>
 std::vector<std::string> ForEachColumn(const std::vector<Column>& columns, Text text)
@@ -54,15 +53,6 @@ std::vector<std::string> ForEachColumn(const std::vector<Column>& columns, Text 
     std::vector<std::string> texts(columns.size());
     std::ranges::transform(columns, texts.begin(), text);
     return texts;
-}
-
-// In a form for comparison, as SQLite ignores case and order.
-std::vector<std::string> Sorted(std::vector<std::string> names)
-{
-    for (std::string& name : names)
-        name = LowerCase(name);
-    std::ranges::sort(names);
-    return names;
 }
 
 // Whether the table exists; throws Fault if it may not be changed.
@@ -82,24 +72,32 @@ bool FindTable(SqliteDatabase& database, const OutputOptions& options)
     return true;
 }
 
-void RequireColumns(SqliteDatabase& database, const OutputOptions& options,
-                    const std::vector<Column>& columns)
+std::string DeclarationOf(const Column& column)
 {
-    const auto have = database.Texts(kFindColumns, options.sTable);
+    return QuotedName(column.sName) + ' ' + SqlTypeOf(column.kind);
+}
+
+// The remark about a table that rows are to be added to. Throws Fault if it can't take them.
+std::string RequireFit(SqliteDatabase& database, const OutputOptions& options,
+                       const std::vector<Column>& columns)
+{
+    const SqliteTable table(database, options);
     RequireNoFault(options.sPath, database);
-    const auto want = ForEachColumn(columns, [](const Column& column) { return column.sName; });
-    if (Sorted(have) != Sorted(want))
-        throw Fault{ExitStatus::Refused,
-                    fmt::format("the table '{}' of '{}' has other columns: {}; the rows have {}",
-                                options.sTable, options.sPath, fmt::join(have, ", "),
-                                fmt::join(want, ", "))};
+    table.RequireKinds(columns);
+    return table.Remark(columns);
+}
+
+void AddColumns(SqliteDatabase& database, const OutputOptions& options,
+                const std::vector<Column>& columns)
+{
+    for (const Column& column : SqliteTable(database, options).Lacking(columns))
+        database.Execute(fmt::format("ALTER TABLE {} ADD COLUMN {}", QuotedName(options.sTable),
+                                     DeclarationOf(column)));
 }
 
 std::string CreationOf(const std::string& table, const std::vector<Column>& columns)
 {
-    const auto parts = ForEachColumn(columns, [](const Column& column) {
-        return QuotedName(column.sName) + ' ' + SqlTypeOf(column.kind);
-    });
+    const auto parts = ForEachColumn(columns, DeclarationOf);
     return fmt::format("CREATE TABLE {} ({})", QuotedName(table), fmt::join(parts, ", "));
 }
 
@@ -118,21 +116,25 @@ void RequireSqlite(const std::string& path)
                               "since its version 10");
 }
 
-// Devices and pipes can't hold a database. A file of one byte can't either, but SQLite
-// would take it for an empty one.
-void RequireDatabaseFile(const std::string& path, const std::string& target)
+// The path of the file, whether it exists or not. Devices and pipes can't hold a database. A file
+// of one byte can't either, but SQLite would take it for an empty one.
+std::string RequireTarget(const std::string& path)
 {
-    std::error_code error;
-    if (!fs::is_regular_file(PathOf(target), error))
+    const OutputPlace place = FindWritablePlace(path);
+    if (!place.sFault.empty())
+        ThrowUnwritable(path, place.sFault);
+    if (place.kind != PlaceKind::File)
         ThrowUnwritable(path, "it isn't a regular file");
-    if (fs::file_size(PathOf(target), error) == 1)
+    std::error_code error;
+    if (place.bExists && fs::file_size(PathOf(place.sTarget), error) == 1)
         ThrowUnwritable(path, "file is not a database");
+    return place.sTarget;
 }
 
 } // namespace
 
 SqliteOutput::SqliteOutput(const OutputOptions& options, std::vector<Column> columns)
-    : m_sTarget(TargetOf(options.sPath)), m_columns(WithDistinctNames(std::move(columns))),
+    : m_sTarget(RequireTarget(options.sPath)), m_columns(WithDistinctNames(std::move(columns))),
       m_texts(m_columns.size())
 {
     RequireSqlite(options.sPath);
@@ -149,13 +151,10 @@ void SqliteOutput::OpenDatabase(const OutputOptions& options)
 {
     std::error_code error;
     if (fs::exists(PathOf(m_sTarget), error)) {
-        RequireDatabaseFile(options.sPath, m_sTarget);
         m_database.Open(m_sTarget);
     } else {
-        std::FILE* file = m_staged.Create(m_sTarget);
-        if (!file)
+        if (!m_staged.Create(m_sTarget))
             ThrowUnwritable(options.sPath, std::strerror(errno));
-        std::fclose(file);
         if (m_database.Open(m_staged.Name()))
             m_database.Execute(kStagedPragmas);
     }
@@ -172,10 +171,12 @@ void SqliteOutput::MakeTable(const OutputOptions& options)
         RequireNoFault(options.sPath, m_database);
         bThere = false;
     }
-    if (bThere)
-        RequireColumns(m_database, options, m_columns);
-    else
+    if (bThere) {
+        m_sRemark = RequireFit(m_database, options, m_columns);
+        AddColumns(m_database, options, m_columns);
+    } else {
         m_database.Execute(CreationOf(options.sTable, m_columns));
+    }
     RequireNoFault(options.sPath, m_database);
 }
 
@@ -198,7 +199,10 @@ void SqliteOutput::BindCell(std::size_t nColumn, const VARIANT& cell)
     const int nParameter = static_cast<int>(nColumn) + 1;
     switch (cell.vt) {
     case VT_R8:
-        m_insert.Bind(nParameter, cell.dblVal);
+        if (std::isfinite(cell.dblVal))
+            m_insert.Bind(nParameter, cell.dblVal);
+        else
+            m_insert.BindNull(nParameter);
         break;
     case VT_I8:
         m_insert.Bind(nParameter, sqlite3_int64(cell.llVal));
@@ -228,11 +232,7 @@ bool SqliteOutput::Publish()
 {
     if (m_staged.Name().empty())
         return true;
-    std::error_code error;
-    if (fs::exists(PathOf(m_sTarget), error))
-        error = std::make_error_code(std::errc::file_exists);
-    else
-        error = m_staged.Publish();
+    const std::error_code error = m_staged.Publish(false);
     if (error)
         m_sPublishFault = error.message();
     return !error;
@@ -266,19 +266,30 @@ std::string SqliteOutput::FaultText() const
     return m_sPublishFault.empty() ? m_database.FaultText() : m_sPublishFault;
 }
 
-void CheckSqliteOutput(const OutputOptions& options, const std::vector<Column>& columns)
+std::string CheckSqliteOutput(const OutputOptions& options, const std::vector<Column>& columns)
 {
     RequireSqlite(options.sPath);
-    const std::string target = TargetOf(options.sPath);
+    const std::string target = RequireTarget(options.sPath);
     std::error_code error;
     if (!fs::exists(PathOf(target), error))
-        return;
-    RequireDatabaseFile(options.sPath, target);
+        return {};
     SqliteDatabase database;
     database.Open(target);
     RequireNoFault(options.sPath, database);
-    if (FindTable(database, options) && options.oldTable == OldTable::Append)
-        RequireColumns(database, options, WithDistinctNames(columns));
+    return FindTable(database, options) && options.oldTable == OldTable::Append
+               ? RequireFit(database, options, WithDistinctNames(columns))
+               : std::string();
+}
+
+bool AppendsToColumn(const OutputOptions& options, std::string_view column)
+{
+    std::error_code error;
+    const std::string target = FindPlace(options.sPath).sTarget;
+    if (options.format != OutputFormat::Sqlite || options.oldTable != OldTable::Append ||
+        !HasSqlite() || !fs::is_regular_file(PathOf(target), error))
+        return false;
+    SqliteDatabase database;
+    return database.Open(target) && SqliteTable(database, options).HasColumn(column);
 }
 
 std::vector<Column> WithDistinctNames(std::vector<Column> columns)

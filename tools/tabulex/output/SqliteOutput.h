@@ -5,6 +5,9 @@
 // by the constructor, which keeps other writers out; without a Commit the database is as
 // before.
 //
+// Rows that are added to a table need not have its columns: where they lack one they hold NULL, and
+// one that the table lacks is added to it, with NULL in older rows.
+//
 // Dates, times and symbols are TEXT in the form that they have in CSV, prices REAL,
 // whole numbers INTEGER; an empty cell is NULL.
 #pragma once
@@ -19,14 +22,15 @@ namespace tabulex {
 class SqliteOutput : public RowOutput
 {
 public:
-    // Throws Fault: Refused if the table exists and is to be kept, or has other columns, and
-    // FileFault if the file can't be written or is no database.
+    // Throws Fault: Refused if the table exists and is to be kept, or has a column of the same
+    // name for other values, and FileFault if the file can't be written or is no database.
     SqliteOutput(const OutputOptions& options, std::vector<Column> columns);
     ~SqliteOutput() override;
 
     bool Write(const VARIANT* cells, ULONGLONG nRows) override;
     bool Commit() override;
     void Discard() final;
+    std::string Remark() const override { return m_sRemark; }
     std::string FaultText() const override;
     ExitStatus FaultStatus() const override { return m_database.FaultStatus(); }
 
@@ -37,6 +41,7 @@ private:
     bool Publish();
 
     std::string m_sTarget;
+    std::string m_sRemark;
     std::vector<Column> m_columns;    // by the names of the table's columns
     StagedFile m_staged;              // of a new database; none for an existing one
     SqliteDatabase m_database;        // closed before its file is removed
@@ -46,8 +51,13 @@ private:
     std::string m_sPublishFault;
 };
 
-// Throws what the constructor would, as far as that can be known without writing.
-void CheckSqliteOutput(const OutputOptions& options, const std::vector<Column>& columns);
+// Throws what the constructor would, as far as that can be known without writing, and gives the
+// remark.
+std::string CheckSqliteOutput(const OutputOptions& options, const std::vector<Column>& columns);
+
+// Whether rows will be added to a table that has this column. False where that can't be known; the
+// constructor then finds out why.
+bool AppendsToColumn(const OutputOptions& options, std::string_view column);
 
 // Column names that differ, whatever their case: the second "Date" becomes "Date 2".
 std::vector<Column> WithDistinctNames(std::vector<Column> columns);

@@ -1,57 +1,42 @@
+// Names are counted up from 0, and the first that no living run holds is taken. So runs beside one
+// another get a name each, while what a killed one has left is taken over instead of piling up.
+
 #include "tools/tabulex/output/StagedFile.h"
 
 #include <cerrno>
 
 #include <fmt/format.h>
 
-#include "tools/tabulex/system/Files.h"
-#include "tools/tabulex/system/Paths.h"
+#include "tools/tabulex/system/Staging.h"
 
 namespace tabulex {
 
-namespace fs = std::filesystem;
-
 namespace {
 
-// How many runs may write beside one target, or have left their files after a crash.
-constexpr int kNames = 1000;
-constexpr int kLinks = 40; // a longer chain is taken for a circle, as by the system
+constexpr int kNames = 1000; // how many runs may write beside one target
 
 } // namespace
 
-std::string TargetOf(const std::string& path)
-{
-    std::error_code error;
-    fs::path target = PathOf(path);
-    for (int i = 0; i < kLinks && fs::is_symlink(target, error); ++i)
-        target = target.parent_path() / fs::read_symlink(target, error);
-    return Utf8Of(target);
-}
-
-// Takes the first name that is free. A file that others may not read must not become
-// readable by being replaced.
-std::FILE* StagedFile::Create(const std::string& target)
+// Takes the first name that no other run is using.
+bool StagedFile::Create(const std::string& target)
 {
     for (int i = 0; i < kNames; ++i) {
         std::string name = fmt::format("{}.{}.part", target, i);
-        errno = 0;
-        std::FILE* file = OpenFile(name, FileMode::WriteNew);
-        if (!file && errno == EEXIST)
+        m_nFile = CreateStaged(name);
+        if (m_nFile < 0 && errno == EEXIST)
             continue;
-        if (file) {
-            CopyPermissions(target, name);
-            m_sTarget = target;
-            m_sName = std::move(name);
-        }
-        return file;
+        if (m_nFile < 0)
+            return false;
+        m_sTarget = target;
+        m_sName = std::move(name);
+        return true;
     }
-    return nullptr;
+    return false;
 }
 
-std::error_code StagedFile::Publish()
+std::error_code StagedFile::Publish(bool bReplace)
 {
-    std::error_code error;
-    fs::rename(PathOf(m_sName), PathOf(m_sTarget), error);
+    const std::error_code error = PublishStaged(m_nFile, m_sName, m_sTarget, bReplace);
     if (!error)
         m_sName.clear();
     return error;
@@ -59,9 +44,8 @@ std::error_code StagedFile::Publish()
 
 void StagedFile::Remove()
 {
-    std::error_code ignored;
     if (!m_sName.empty())
-        fs::remove(PathOf(m_sName), ignored);
+        RemoveStaged(m_nFile, m_sName);
     m_sName.clear();
 }
 

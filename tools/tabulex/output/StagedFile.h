@@ -1,19 +1,15 @@
 // StagedFile: a file that is made beside its target under a name of its own, and takes
 // the target's place when it is complete.
 //
-// Nobody sees it under the target's name before Publish; without one nothing is left
-// behind. Not synchronised.
+// Nobody sees it under the target's name before Publish, and nobody but its user can open it;
+// without one nothing is left behind, and what a killed run has left is taken over by the next.
+// Not synchronised.
 #pragma once
 
-#include <cstdio>
 #include <string>
 #include <system_error>
 
 namespace tabulex {
-
-// The file that a path leads to in the end, whether it exists or not: a link is kept, and
-// its target is written.
-std::string TargetOf(const std::string& path);
 
 class StagedFile
 {
@@ -23,12 +19,14 @@ public:
     StagedFile(const StagedFile&) = delete;
     StagedFile& operator=(const StagedFile&) = delete;
 
-    // Makes an empty file beside `target`, with the permissions of the file that is there.
-    // The caller closes the stream. Null on a failure, with the reason in errno.
-    std::FILE* Create(const std::string& target);
-    // Renames the file, which must be closed by then, to the target. After a failure it is
-    // still there.
-    std::error_code Publish();
+    // Makes an empty file beside `target`, a path without links. False on a failure, with the
+    // reason in errno.
+    bool Create(const std::string& target);
+    // To write it; open until Publish or Remove.
+    int Descriptor() const { return m_nFile; }
+    // Puts the file in the target's place, on the disk, with the permissions of the file that it
+    // replaces; with `bReplace` false there must be none. After a failure it is still there.
+    std::error_code Publish(bool bReplace = true);
     // Safe after Publish.
     void Remove();
 
@@ -38,6 +36,7 @@ public:
 private:
     std::string m_sTarget;
     std::string m_sName;
+    int m_nFile = -1;
 };
 
 } // namespace tabulex

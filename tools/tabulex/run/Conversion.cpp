@@ -12,26 +12,72 @@
 
 #include "interfaces/NativeHost.h"
 #include "tools/tabulex/host/Columns.h"
+#include "tools/tabulex/host/FileVersion.h"
 #include "tools/tabulex/host/Properties.h"
 #include "tools/tabulex/host/ReadCheck.h"
+#include "tools/tabulex/review/CellReview.h"
 #include "tools/tabulex/run/ProgressView.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Interrupt.h"
+#include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
 
 namespace {
+
+constexpr ULONGLONG kMostBadShare = 10; // one line in so many may be bad
+
+// The cause of a result without rows; empty where none were asked for.
+std::string WhyEmpty(const Account& account, const Settings& settings)
+{
+    const bool bNone = settings.portion && settings.portion->nCount == 0;
+    if (bNone || (AsksForRange(settings) && account.nOutside > 0))
+        return {};
+    if (account.nBad > 0)
+        return fmt::format("no row was delivered: all {} read {} bad; look at the layout with "
+                           "'tabulex inspect'",
+                           Counted(account.nBad, "line"), account.nBad == 1 ? "is" : "are");
+    if (account.nOtherSymbol > 0)
+        return fmt::format("no row has the symbol '{}'; 'tabulex symbols' lists those of the file",
+                           *settings.sSymbol);
+    if (settings.portion && settings.portion->nCount > 0 && account.nOutside > 0)
+        return fmt::format("the portion begins behind the last record; the file has {}",
+                           Counted(account.nOutside, "record"));
+    if (account.nOutside > 0)
+        return {};
+    return "no row was delivered: the file has no data lines that can be read";
+}
+
+// Empty where the rows are what was asked for, as far as they could be read.
+std::string WhyNotAllRight(const Account& account, const Settings& settings, bool bAnyErrors)
+{
+    const ULONGLONG nJudged = account.nDelivered + account.nBad;
+    if (account.nDelivered == 0)
+        return WhyEmpty(account, settings);
+    if (!bAnyErrors && account.nBad * kMostBadShare > nJudged)
+        return fmt::format("{} of {} lines are bad, more than one in {}; look at the layout with "
+                           "'tabulex inspect', or allow them by --max-errors",
+                           WithThousands(account.nBad), WithThousands(nJudged), kMostBadShare);
+    return {};
+}
+
+// Then something was read that isn't the file, or the tool has a fault.
+constexpr const char* kNoBalance =
+    "the rows that came aren't those of its lines; nothing was written. Run the command again, and "
+    "report this if it happens then too";
 
 // The state of one conversion.
 class Run
 {
 public:
     Run(Host& host, Console& console, const std::string& file, const ConversionOptions& options,
-        const std::optional<Portion>& portion)
-        : m_host(host), m_console(console), m_sFile(file), m_options(options), m_portion(portion),
-          m_errors(host, console, file, options.errors,
-                   options.bDryRun ? nullptr : options.rejects),
-          m_bar(console, options.progress), m_views(m_bar, m_errors, options.pView)
+        const Settings& settings, Warnings& warnings)
+        : m_host(host), m_console(console), m_sFile(file), m_options(options), m_settings(settings),
+          m_portion(settings.portion), m_warnings(warnings), m_version(VersionOf(host)),
+          m_lines(host.Path(), OpenedSize(host).value_or(0)),
+          m_errors(host, console, file, options.errors, m_lines, options.rejects, options.report),
+          m_shape(host, options.name), m_bar(console, options.progress),
+          m_views(m_bar, m_errors, options.pView)
     {}
 
     ~Run() { Stop(); }
@@ -41,27 +87,43 @@ public:
     Outcome Execute();
 
 private:
-    void OpenOutputs(const std::vector<Column>& columns);
+    void OpenOutputs();
     void Start();
     void WaitForEnd();
     void Stop();
     Counts CountLines() const;
     ULONGLONG MostLinesRead() const;
     void Finish(Outcome& outcome);
+    void TellNothingNew() const;
+    void WarnOf(std::string_view code, const std::string& text);
     void RequireWholeFile(Outcome& outcome);
     void ReportRollback(Outcome& outcome);
     bool ReachesEnd() const;
     void FinishOutput(Outcome& outcome);
     void FinishRejects(Outcome& outcome);
+    void TakeAccount(Outcome& outcome);
+    void RequireWholeAccount(Outcome& outcome);
+    void JudgeRows(Outcome& outcome);
+    void RequireNoWarnings(Outcome& outcome);
+    void Report(const Outcome& outcome);
+    bool IsReaderGone() const { return m_output && m_output->IsReaderGone(); }
     void Fail(const std::string& fault, ExitStatus status, Outcome& outcome);
 
     Host& m_host;
     Console& m_console;
     std::string m_sFile;
     const ConversionOptions& m_options;
+    const Settings& m_settings;
     std::optional<Portion> m_portion;
+    Warnings& m_warnings;
+    FileVersion m_version; // when the run began
+    LineMap m_lines;
+    std::optional<RowReview> m_review;
+    std::optional<DeliveredReview> m_days;
+    std::optional<RangeEnd> m_end;       // empty where the component keeps to the range
     std::unique_ptr<RowOutput> m_output; // null for a dry run
     ErrorReporter m_errors;
+    RowShaping m_shape;
     ProgressBar m_bar;
     ProgressViews m_views; // of a whole file; a portion has no box
     com_ptr<ConversionSink> m_sink;
@@ -70,9 +132,14 @@ private:
 Outcome Run::Execute()
 {
     const Deferral deferral;
-    const auto columns = DeliveredColumns(m_host);
-    OpenOutputs(columns);
-    m_sink = com_ptr<ConversionSink>(new ConversionSink(columns.size(), m_output.get(), m_errors));
+    OpenOutputs();
+    m_review.emplace(m_host, DeliveredColumns(m_host));
+    ExpectCells(m_host, m_lines);
+    m_days.emplace(m_host, m_settings);
+    if (m_settings.bWholeFile && m_settings.dtTo)
+        m_end.emplace(m_host, DeliveredColumns(m_host), *m_settings.dtTo);
+    m_sink = com_ptr<ConversionSink>(new ConversionSink(
+        m_shape.Rows(), m_output.get(), m_errors, &*m_review, &*m_days, m_end ? &*m_end : nullptr));
     Start();
     WaitForEnd();
     Outcome outcome;
@@ -80,13 +147,14 @@ Outcome Run::Execute()
     return outcome;
 }
 
-void Run::OpenOutputs(const std::vector<Column>& columns)
+void Run::OpenOutputs()
 {
     if (m_options.bDryRun) {
-        CheckRowOutput(m_options.output, columns);
-        return;
+        WarnOf("table-columns", CheckRowOutput(m_options.output, m_shape.Columns()));
+    } else {
+        m_output = OpenRowOutput(m_options.output, m_shape.Columns());
+        WarnOf("table-columns", m_output->Remark());
     }
-    m_output = OpenRowOutput(m_options.output, columns);
     if (m_options.rejects)
         m_options.rejects->Open();
 }
@@ -127,7 +195,7 @@ Counts Run::CountLines() const
     ULONGLONG nLines = std::min(m_sink->Batches() * kBatchLines, MostLinesRead());
     if (m_portion)
         nLines = std::min(nLines, m_portion->nCount);
-    nLines = std::max(nLines, m_sink->Rows());
+    nLines = std::max(nLines, m_sink->Rows() + (m_end ? m_end->LeftOut() : 0));
     return {m_sink->Batches(), m_sink->Rows(), nLines - m_sink->Rows()};
 }
 
@@ -148,17 +216,114 @@ void Run::Finish(Outcome& outcome)
     outcome.counts = CountLines();
     outcome.result = m_sink->IsCommitted() ? RunResult::Commit : RunResult::Rollback;
     RequireWholeFile(outcome);
+    TakeAccount(outcome);
+    JudgeRows(outcome);
+    WarnOf("volume-cut", m_shape.VolumeLoss());
+    RequireNoWarnings(outcome);
     // The rejects come first: if they fail, the rows must not appear either.
     FinishRejects(outcome);
     FinishOutput(outcome);
     ReportRollback(outcome);
+    Report(outcome);
 }
 
-// Where nothing has been reported, the component has ended the run by itself: settings that
-// it refuses, which aren't checked with --no-check.
+// ---- what became of the lines
+
+void Run::TakeAccount(Outcome& outcome)
+{
+    RunFacts facts;
+    facts.bCommitted = m_sink->IsCommitted();
+    facts.nRead = outcome.counts.nDelivered + outcome.counts.nSkipped;
+    facts.nDelivered = outcome.counts.nDelivered;
+    facts.nBehindRange = m_end ? m_end->LeftOut() : 0;
+    facts.nBad = m_errors.Reported();
+    facts.nLastBatch = m_errors.LastBatchStart() + (m_portion ? m_portion->nStart : 0);
+    facts.badInLastBatch = m_errors.LastBatch();
+    outcome.account = MakeAccount(m_host, m_settings, facts, m_lines, m_warnings);
+    m_review->End(m_warnings, m_console, m_sFile);
+    ReviewCells(m_host, m_lines, m_warnings);
+    if (m_sink->IsCommitted())
+        m_days->End(m_lines, m_warnings);
+    RequireWholeAccount(outcome);
+}
+
+// The component read the file that it had open, whatever became of the name; and a portion ahead of
+// a damaged end is whole.
+void Run::RequireWholeAccount(Outcome& outcome)
+{
+    const std::string fault = !m_lines.FaultText().empty() ? m_lines.FaultText()
+                              : outcome.account->AddsUp()  ? std::string()
+                                                           : std::string(kNoBalance);
+    if (fault.empty() || IsReaderGone())
+        return;
+    outcome.account.reset();
+    if (!m_lines.FaultText().empty() && (m_portion || !m_lines.IsOpen()))
+        WarnOf("no-account", fmt::format("its lines can't be counted: {}", fault));
+    else if (outcome.result == RunResult::Commit)
+        Fail(fmt::format("{}: {}", m_sFile, fault), ExitStatus::FileFault, outcome);
+}
+
+void Run::RequireNoWarnings(Outcome& outcome)
+{
+    if (m_options.bStrict && outcome.result == RunResult::Commit && !m_warnings.All().empty())
+        Fail(fmt::format("{}: {}, which --strict doesn't allow; nothing was written", m_sFile,
+                         Counted(m_warnings.All().size(), "warning")),
+             ExitStatus::Refused, outcome);
+}
+
+// Rows that are there are kept, but a result with holes isn't all right, and that is said even
+// where warnings aren't.
+void Run::JudgeRows(Outcome& outcome)
+{
+    if (outcome.result != RunResult::Commit || IsReaderGone() || !outcome.account)
+        return;
+    const Account& account = *outcome.account;
+    const std::string fault =
+        WhyNotAllRight(account, m_settings, m_options.errors.nMost.has_value());
+    if (!fault.empty()) {
+        m_warnings.Add(account.nDelivered ? "many-bad-lines" : "empty-result", fault);
+        if (m_console.IsQuiet())
+            m_console.Error(fmt::format("{}: {}", m_sFile, fault));
+        outcome.sError = fault;
+    }
+    outcome.bNothingNew = AsksForRange(m_settings) && account.nDelivered == 0 && fault.empty() &&
+                          account.nUnread == 0;
+    if (outcome.bNothingNew)
+        TellNothingNew();
+    const bool bZeroBytes = account.nDelivered > 0 && m_lines.Tally().nZeroContent > 0;
+    if (!fault.empty() || account.nUnread > 0 || bZeroBytes)
+        outcome.status = Worse(outcome.status, ExitStatus::Refused);
+}
+
+void Run::TellNothingNew() const
+{
+    const std::string& place = m_options.sRangeOutside;
+    if (!m_console.IsQuiet())
+        m_console.Print(fmt::format("{}: nothing new: {}\n", m_sFile,
+                                    place.empty() ? "no record lies in the range" : place));
+}
+
+void Run::WarnOf(std::string_view code, const std::string& text)
+{
+    if (!text.empty())
+        m_warnings.Add(code, text);
+}
+
+void Run::Report(const Outcome& outcome)
+{
+    if (m_options.report)
+        m_options.report->End(outcome.account.value_or(Account()), m_warnings.All(),
+                              NameOf(outcome.result), static_cast<int>(outcome.status),
+                              outcome.sError);
+}
+
+// ---- how it ended
+
+// A reader that has gone is told nothing. Where nothing has been reported, the component has ended
+// the run by itself: settings that it refuses, which aren't checked with --no-check.
 void Run::ReportRollback(Outcome& outcome)
 {
-    if (outcome.result == RunResult::Commit)
+    if (outcome.result == RunResult::Commit || outcome.bReaderGone)
         return;
     if (m_errors.HasTooMany())
         m_console.Error(fmt::format("{}: more bad lines than --max-errors {} allows; nothing was "
@@ -170,14 +335,13 @@ void Run::ReportRollback(Outcome& outcome)
         m_console.Note(fmt::format("{}: the component ended the conversion without a reason; "
                                    "'tabulex check' may know one",
                                    m_sFile));
-    outcome.status =
-        Worse(outcome.status, Interrupted() ? ExitStatus::Interrupted : ExitStatus::Refused);
+    outcome.status = Worse(outcome.status, Interrupted() ? InterruptStatus() : ExitStatus::Refused);
 }
 
 // A reader that has gone got what it wanted.
 void Run::RequireWholeFile(Outcome& outcome)
 {
-    if (m_output && m_output->IsReaderGone())
+    if (IsReaderGone())
         return;
     auto fault = FindReadFault(m_host);
     if (!fault && outcome.result == RunResult::Commit) {
@@ -185,6 +349,8 @@ void Run::RequireWholeFile(Outcome& outcome)
         if (fault && !ReachesEnd())
             return;
     }
+    if (!fault && outcome.result == RunResult::Commit)
+        fault = FindChange(m_host, m_version);
     if (fault)
         Fail(fmt::format("{}: {}", m_sFile, fault->sMessage), fault->status, outcome);
 }
@@ -216,8 +382,12 @@ void Run::FinishOutput(Outcome& outcome)
     else
         m_output->Discard();
     const std::string fault = m_output->FaultText();
-    if (fault.empty() || m_output->IsReaderGone())
-        return; // a reader may close its pipe: that is no fault
+    if (m_output->IsReaderGone()) { // that is no fault, but the rows aren't all there
+        outcome.bReaderGone = true;
+        outcome.result = RunResult::Rollback;
+    }
+    if (fault.empty() || outcome.bReaderGone)
+        return;
     const std::string& path = m_options.output.sPath;
     Fail(path == "-" ? fmt::format("standard output can't be written: {}", fault)
                      : fmt::format("'{}' can't be written: {}", path, fault),
@@ -226,7 +396,7 @@ void Run::FinishOutput(Outcome& outcome)
 
 void Run::FinishRejects(Outcome& outcome)
 {
-    if (m_options.bDryRun || !m_options.rejects)
+    if (!m_options.rejects)
         return;
     const bool bKeep = !Interrupted() || outcome.result == RunResult::Commit;
     if (!m_options.rejects->EndRun(bKeep))
@@ -236,16 +406,49 @@ void Run::FinishRejects(Outcome& outcome)
 void Run::Fail(const std::string& fault, ExitStatus status, Outcome& outcome)
 {
     m_console.Error(fault);
+    outcome.sError = fault;
     outcome.status = Worse(outcome.status, status);
     outcome.result = RunResult::Rollback;
 }
 
 } // namespace
 
-Outcome RunConversion(Host& host, Console& console, const std::string& file,
-                      const ConversionOptions& options, const std::optional<Portion>& portion)
+Counts& Counts::operator+=(const Counts& other)
 {
-    return Run(host, console, file, options, portion).Execute();
+    nBatches += other.nBatches;
+    nDelivered += other.nDelivered;
+    nSkipped += other.nSkipped;
+    return *this;
+}
+
+const char* NameOf(RunResult result)
+{
+    switch (result) {
+    case RunResult::Commit:
+        return "commit";
+    case RunResult::Rollback:
+        return "rollback";
+    default:
+        return "refused";
+    }
+}
+
+Outcome RunConversion(Host& host, Console& console, const std::string& file,
+                      const ConversionOptions& options, const Settings& settings,
+                      Warnings& warnings)
+{
+    return Run(host, console, file, options, settings, warnings).Execute();
+}
+
+std::optional<Account> AccountOfUnread(const Host& host, const Settings& settings,
+                                       Warnings& warnings)
+{
+    const auto nSize = OpenedSize(host);
+    if (!nSize)
+        return std::nullopt;
+    LineMap lines(host.Path(), *nSize);
+    Account account = MakeAccount(host, settings, {.bRun = false}, lines, warnings);
+    return lines.FaultText().empty() ? std::optional(account) : std::nullopt;
 }
 
 } // namespace tabulex

@@ -1,3 +1,8 @@
+// A batch is reviewed as the component gives it and written as it is reshaped, so that what is
+// judged is what was read. Lines that were left out aren't in a batch, yet each stands for the same
+// number of lines, so its place is counted in those. An interrupt ends the run with the batch that
+// is written.
+
 #include "tools/tabulex/run/ConversionSink.h"
 
 #include <new>
@@ -56,10 +61,17 @@ try {
 HRESULT ConversionSink::TakeBatch(SAFEARRAY* records)
 {
     const Cells cells(records);
-    const ULONGLONG nRows = Extent(records, 2);
-    if (Extent(records, 1) != m_nColumns || (nRows > 0 && !cells.data()))
+    const ULONGLONG nAll = Extent(records, 2);
+    if (Extent(records, 1) != m_reshaped.Columns() || (nAll > 0 && !cells.data()))
         return E_UNEXPECTED;
-    const bool bWritten = !m_output || m_output->Write(cells.data(), nRows);
+    const auto [taken, nRows] =
+        m_end ? m_end->Of(cells.data(), nAll) : RangeEnd::Rows{cells.data(), nAll};
+    if (m_review)
+        m_review->Take(taken, nRows);
+    if (m_days)
+        m_days->Take(taken, nRows, m_nBatches * kBatchLines);
+    const VARIANT* rows = m_reshaped.Of(taken, nRows);
+    const bool bWritten = !m_output || m_output->Write(rows, nRows);
     ++m_nBatches;
     m_nRows += nRows;
     m_errors.EndBatch(kBatchLines);

@@ -2,24 +2,28 @@
 #pragma once
 
 #include "tools/tabulex/host/DataSink.h"
+#include "tools/tabulex/output/ReshapedRows.h"
 #include "tools/tabulex/output/RowOutput.h"
+#include "tools/tabulex/review/DeliveredReview.h"
+#include "tools/tabulex/review/RowReview.h"
 #include "tools/tabulex/run/ErrorReporter.h"
+#include "tools/tabulex/run/RangeEnd.h"
 
 namespace tabulex {
-
-// Lines in a batch; only the last batch of a run has fewer.
-inline constexpr ULONGLONG kBatchLines = 1000;
 
 class ConversionSink : public DataSink
 {
 public:
-    // `output` is null for a dry run, and takes batches of `nColumns` columns. All must
+    // `output` is null for a dry run, and takes rows as they are reshaped. All must
     // outlive the run.
-    ConversionSink(std::size_t nColumns, RowOutput* output, ErrorReporter& errors)
-        : m_nColumns(nColumns), m_output(output), m_errors(errors)
+    ConversionSink(ReshapedRows& rows, RowOutput* output, ErrorReporter& errors,
+                   RowReview* review = nullptr, DeliveredReview* days = nullptr,
+                   RangeEnd* end = nullptr)
+        : m_reshaped(rows), m_output(output), m_errors(errors), m_review(review), m_days(days),
+          m_end(end)
     {}
 
-    // Of all batches that came, whatever the end.
+    // Of all batches that came, whatever the end; rows without those behind the range.
     ULONGLONG Batches() const { return m_nBatches; }
     ULONGLONG Rows() const { return m_nRows; }
     // A batch couldn't be kept, which ended the run.
@@ -30,9 +34,12 @@ public:
 private:
     HRESULT TakeBatch(SAFEARRAY* records);
 
-    std::size_t m_nColumns;
+    ReshapedRows& m_reshaped;
     RowOutput* m_output; // null for a dry run
     ErrorReporter& m_errors;
+    RowReview* m_review;     // sees the rows first; null for none
+    DeliveredReview* m_days; // the same
+    RangeEnd* m_end;         // null where the component keeps to the range
     ULONGLONG m_nBatches = 0;
     ULONGLONG m_nRows = 0;
     bool m_bOutOfMemory = false;

@@ -1,3 +1,9 @@
+// Whether a run goes on is asked in this order: is the limit of bad lines passed, is the action to
+// end, to skip or to ask, and what does the user answer. Lines are gathered up to the end of a
+// batch, for a write each would cost more than the line. Before a question they are written, so
+// that the user sees the line that the question is about. "Skip all" changes the action for the
+// rest.
+
 #include "tools/tabulex/run/ErrorReporter.h"
 
 #include <fmt/format.h>
@@ -30,27 +36,43 @@ constexpr std::string_view kQuestion = "Skip it [s], skip all [a] or cancel [c]?
 } // namespace
 
 ErrorReporter::ErrorReporter(const Host& host, Console& console, std::string file,
-                             const Options& options, RejectsFile* rejects)
-    : m_host(host), m_console(console), m_sFile(std::move(file)), m_options(options),
-      m_rejects(rejects)
-{
-    // Reading a line again takes time, so it is done only where its text is wanted.
-    if (rejects || options.action == OnBadLine::Ask)
-        m_texts.emplace(host);
-}
+                             const Options& options, LineMap& lines, RejectsFile* rejects,
+                             RunReport* report)
+    : m_host(host), m_console(console), m_sFile(std::move(file)), m_options(options), m_map(lines),
+      m_places(host, lines), m_rejects(rejects), m_report(report)
+{}
 
 bool ErrorReporter::Report(const BadLine& bad)
 {
     ++m_nReported;
+    const BadLineRecord record = RecordOf(bad);
     const std::string place =
-        bad.nField == kWholeRecord ? std::string() : fmt::format("field {}: ", bad.nField);
-    fmt::format_to(std::back_inserter(m_sLines), "{}:{}: {}{}\n", m_sFile, bad.nLine, place,
-                   OneLine(bad.sMessage));
-    const std::string text = m_texts ? m_texts->Of(bad.nLine, m_nBatchStart) : std::string();
+        record.nField == 0 ? std::string() : fmt::format("field {}: ", record.nField);
+    fmt::format_to(std::back_inserter(m_sLines), "{}:{}: {}{}\n", m_console.Visible(m_sFile),
+                   record.nLine, place, m_console.Visible(OneLine(record.sMessage)));
     if (m_rejects)
-        AppendReject(bad, text);
-    m_bStopped = HasTooMany() || !Decide(bad, text);
+        AppendReject(record);
+    if (m_report)
+        m_report->Add(record);
+    m_bStopped = HasTooMany() || !Decide({record.nLine, bad.nField, bad.sMessage}, record.sText);
     return !m_bStopped;
+}
+
+// The text is read only where somebody wants it.
+BadLineRecord ErrorReporter::RecordOf(const BadLine& bad)
+{
+    const ULONGLONG nPlace = m_places.PlaceOf(bad.nLine, m_nBatchStart);
+    m_batch.push_back(nPlace);
+    BadLineRecord record{bad.nLine, 0, {}, bad.sMessage, {}};
+    if (m_options.numbers == LineNumbers::File)
+        record.nLine = m_map.NumberOf(nPlace);
+    if (bad.nField != kWholeRecord) {
+        record.nField = bad.nField;
+        record.sColumn = m_host.ColumnName(static_cast<ULONG>(bad.nField - 1));
+    }
+    if (m_rejects || m_report || m_options.action == OnBadLine::Ask)
+        record.sText = m_map.BytesOf(nPlace);
+    return record;
 }
 
 bool ErrorReporter::Decide(const BadLine& bad, const std::string& text)
@@ -70,7 +92,7 @@ BadLineAnswer ErrorReporter::AskOnConsole(const std::string& text)
 {
     Flush();
     for (;;) {
-        m_console.Print(fmt::format("  {}\n{}", text, kQuestion));
+        m_console.Print(fmt::format("  {}\n{}", m_console.Visible(text), kQuestion));
         const auto answer = ReadAnswer(Interrupted);
         if (!answer) {
             m_console.Print("\n");
@@ -88,15 +110,14 @@ BadLineAnswer ErrorReporter::AskOnConsole(const std::string& text)
     }
 }
 
-void ErrorReporter::AppendReject(const BadLine& bad, const std::string& text)
+void ErrorReporter::AppendReject(const BadLineRecord& bad)
 {
-    const bool bField = bad.nField != kWholeRecord;
     AppendCsvField(m_sRejects, m_sFile);
     fmt::format_to(std::back_inserter(m_sRejects), ",{},{},", bad.nLine,
-                   bField ? std::to_string(bad.nField) : "");
-    AppendCsvField(m_sRejects, bField ? m_host.ColumnName(static_cast<ULONG>(bad.nField - 1)) : "");
+                   bad.nField ? std::to_string(bad.nField) : "");
+    AppendCsvField(m_sRejects, bad.sColumn);
     m_sRejects += ',';
-    AppendCsvField(m_sRejects, text);
+    AppendCsvField(m_sRejects, bad.sText);
     m_sRejects += ',';
     AppendCsvField(m_sRejects, bad.sMessage);
     m_sRejects += '\n';
@@ -104,7 +125,8 @@ void ErrorReporter::AppendReject(const BadLine& bad, const std::string& text)
 
 void ErrorReporter::EndBatch(ULONGLONG nLines)
 {
-    m_nBatchStart += nLines;
+    m_nLastBatchStart = std::exchange(m_nBatchStart, m_nBatchStart + nLines);
+    m_lastBatch = std::exchange(m_batch, {});
     Flush();
 }
 

@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 
@@ -12,8 +13,16 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kFirstAfter = 1s;
-constexpr auto kInterval = 200ms;
+constexpr auto kFirstAfter = 1s;  // a shorter run needs no bar
+constexpr auto kInterval = 200ms; // figures that change faster can't be read
+
+void CutLast(std::string& utf8)
+{
+    constexpr unsigned kContinuation = 0x80, kLead = 0xC0;
+    while (utf8.size() > 1 && (static_cast<unsigned char>(utf8.back()) & kLead) == kContinuation)
+        utf8.pop_back();
+    utf8.pop_back();
+}
 
 bool IsEnabled(When when)
 {
@@ -49,25 +58,29 @@ void ProgressBar::Draw(const Progress& progress)
     const auto now = Clock::now();
     m_tNext = now + kInterval;
     m_bDrawn = true;
-    std::string text = TextOf(progress, std::chrono::duration<double>(now - m_tStart).count());
-    // A line that wraps couldn't be erased.
-    text.resize(std::min<std::size_t>(text.size(), TerminalWidth() - 1));
-    m_console.ShowProgress(text);
+    m_console.ShowProgress(TextOf(progress, std::chrono::duration<double>(now - m_tStart).count(),
+                                  TerminalWidth(Stream::Error)));
 }
 
-std::string ProgressBar::TextOf(const Progress& progress, double seconds)
+// The bar doesn't depend on the figures, or it would change with each of them. A line that wraps
+// couldn't be erased.
+std::string ProgressBar::TextOf(const Progress& progress, double seconds, unsigned nWidth)
 {
-    constexpr ULONG kCells = 8; // so that all fits into 80 columns
-    const ULONG nFull = std::min<ULONG>(progress.nPercent, 100) * kCells / 100;
+    constexpr ULONG kFigures = 72; // the columns that the figures take at most, and a last one
+    constexpr ULONG kLeastCells = 8;
+    const ULONG nCells = std::max<ULONG>(nWidth, kFigures + kLeastCells) - kFigures;
+    const ULONG nFull = std::min<ULONG>(progress.nPercent, 100) * nCells / 100;
     const double rate = seconds > 0 ? static_cast<double>(progress.nRecords) / seconds : 0;
     std::string text =
-        fmt::format("[{:#<{}}{:.<{}}] {:3}%  {} records  {}/s", "", nFull, "", kCells - nFull,
+        fmt::format("[{:#<{}}{:.<{}}] {:3}%  {} records  {}/s", "", nFull, "", nCells - nFull,
                     progress.nPercent, WithThousands(progress.nRecords),
                     WithThousands(static_cast<ULONGLONG>(rate)));
     if (!progress.sElapsed.empty())
         text += "  " + progress.sElapsed;
     if (!progress.sRemaining.empty())
         text += ", " + progress.sRemaining + " left";
+    while (DisplayWidth(text) > nWidth - 1)
+        CutLast(text);
     return text;
 }
 

@@ -37,8 +37,9 @@ public:
     // run was over at once.
     void ShowEnd(ULONGLONG nRecords);
 
-    // "[###.....]  42%  1,234,567 records  650,000/s  0 min 2 sec, 0 min 3 sec left"
-    static std::string TextOf(const Progress& progress, double seconds);
+    // "[###.....]  42%  1,234,567 records  650,000/s  0 min 2 sec, 0 min 3 sec left"; the bar takes
+    // what the figures leave of a line of nWidth columns, and what is still too long is cut.
+    static std::string TextOf(const Progress& progress, double seconds, unsigned nWidth);
 
 private:
     using Clock = std::chrono::steady_clock;

@@ -1,3 +1,8 @@
+// The box writes figure after figure to its controls; one drawing per round is enough, so it is
+// done at the last of them. A question is answered by pressing a button of the box, as a user
+// would. Once the run is over the shared state is emptied, and a view that still lives does
+// nothing.
+
 #include "tools/tabulex/run/ProgressView.h"
 
 #include "interfaces/ControlTable.h"

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "tools/tabulex/system/Fault.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 
@@ -14,6 +15,14 @@ void RejectsFile::Open()
         throw Fault{ExitStatus::FileFault, FaultText()};
     m_bOpen = true;
     m_file.Write("file,line,field,column,text,message\n");
+}
+
+void RejectsFile::Write(std::string_view rows)
+{
+    if (m_file.IsOnTerminal())
+        m_file.Write(VisibleLines(rows));
+    else
+        m_file.Write(rows);
 }
 
 bool RejectsFile::EndRun(bool bKeep)

@@ -20,7 +20,7 @@ public:
     // Before each run; the first begins the file with its header row. Throws Fault if
     // it can't be written.
     void Open();
-    void Write(std::string_view rows) { m_file.Write(rows); }
+    void Write(std::string_view rows);
     // After each run: hands what it brought to the system. The file is kept if `bKeep` is set
     // for any run. False: see FaultText.
     bool EndRun(bool bKeep);

@@ -1,3 +1,7 @@
+// One lock covers the line of progress and everything else, so that no text is written between the
+// erasing of that line and what takes its place. A line of progress is never written again by the
+// console; the next state comes soon enough. While another view has the terminal, text waits.
+
 #include "tools/tabulex/system/Console.h"
 
 #include <cstdlib>
@@ -25,9 +29,14 @@ bool WantsColour(When choice, Stream stream)
     return TakesSequences(stream);
 }
 
-Console::Console(bool bColour, bool bQuiet, bool bVerbose)
-    : m_bColour(bColour), m_bQuiet(bQuiet), m_bVerbose(bVerbose)
+Console::Console(bool bColour, bool bQuiet, bool bVerbose, TextFilter pfnVisible)
+    : m_bColour(bColour), m_bQuiet(bQuiet), m_bVerbose(bVerbose), m_pfnVisible(pfnVisible)
 {}
+
+std::string Console::Visible(std::string_view text) const
+{
+    return m_pfnVisible ? m_pfnVisible(text) : std::string(text);
+}
 
 void Console::Error(std::string_view message)
 {
@@ -40,6 +49,13 @@ void Console::Warning(std::string_view message)
         Say(kYellow, "warning: ", message);
 }
 
+void Console::FileWarning(std::string_view file, std::string_view message)
+{
+    if (!m_bQuiet)
+        Print(fmt::format("{}warning:{} {}: {}\n", m_bColour ? kYellow : "",
+                          m_bColour ? kPlain : "", Visible(file), Visible(message)));
+}
+
 void Console::Note(std::string_view message)
 {
     if (m_bVerbose)
@@ -50,7 +66,7 @@ void Console::Say(const char* pszColour, std::string_view kind, std::string_view
 {
     const bool bColour = m_bColour && *pszColour;
     Print(fmt::format("{}tabulex: {}{}{}\n", bColour ? pszColour : "", kind, bColour ? kPlain : "",
-                      message));
+                      Visible(message)));
 }
 
 void Console::Print(std::string_view text)

@@ -2,41 +2,33 @@
 
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
+
+#include <sys/stat.h>
 
 namespace tabulex {
 
-namespace fs = std::filesystem;
-
 namespace {
 
-// In the order of FileMode. An x makes the call fail where the file exists.
-constexpr const char* kModes[] = {"rb", "wb", "wbx", "ab"};
+// In the order of FileMode. An e keeps the file from other programs.
+constexpr const char* kModes[] = {"rbe", "abe"};
 
 } // namespace
 
 std::FILE* OpenFile(const std::string& path, FileMode mode)
 {
-    return std::fopen(path.c_str(), kModes[static_cast<int>(mode)]);
+    std::FILE* file = nullptr;
+    do {
+        file = std::fopen(path.c_str(), kModes[static_cast<int>(mode)]);
+    } while (!file && errno == EINTR);
+    return file;
 }
 
-bool IsWrittenDirectly(const std::string& path)
+bool IsFileOfStream(int nStream, const std::string& path)
 {
-    std::error_code ignored;
-    const fs::file_status status = fs::status(path, ignored);
-    return fs::exists(status) && !fs::is_regular_file(status);
-}
-
-int WriteError(std::FILE*)
-{
-    return errno;
-}
-
-void CopyPermissions(const std::string& from, const std::string& to)
-{
-    std::error_code ignored;
-    if (const fs::file_status old = fs::status(from, ignored); fs::exists(old))
-        fs::permissions(to, old.permissions(), ignored);
+    struct stat stream, file;
+    return ::fstat(nStream, &stream) == 0 && S_ISREG(stream.st_mode) &&
+           ::stat(path.c_str(), &file) == 0 && stream.st_dev == file.st_dev &&
+           stream.st_ino == file.st_ino;
 }
 
 bool AreSameName(const std::string& a, const std::string& b)

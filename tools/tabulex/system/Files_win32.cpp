@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <system_error>
 
 #include <fcntl.h>
 #include <io.h>
@@ -24,10 +25,7 @@ struct ModeRow
 };
 
 // In the order of FileMode.
-constexpr ModeRow kModes[] = {{_O_RDONLY, "rb"},
-                              {_O_WRONLY | _O_CREAT | _O_TRUNC, "wb"},
-                              {_O_WRONLY | _O_CREAT | _O_EXCL, "wb"},
-                              {_O_WRONLY | _O_CREAT | _O_APPEND, "ab"}};
+constexpr ModeRow kModes[] = {{_O_RDONLY, "rb"}, {_O_WRONLY | _O_CREAT | _O_APPEND, "ab"}};
 
 } // namespace
 
@@ -47,26 +45,10 @@ std::FILE* OpenFile(const std::string& path, FileMode mode)
     return nullptr;
 }
 
-// The names of devices, such as NUL, exist in every folder.
-bool IsWrittenDirectly(const std::string& path)
+bool IsFileOfStream(int, const std::string&)
 {
-    std::error_code ignored;
-    const fs::path place = fs::absolute(PathOf(path), ignored);
-    return place.native().starts_with(L"\\\\.\\") || fs::is_directory(place, ignored);
+    return false;
 }
-
-// The system reports in several ways that a pipe's reader has gone. The runtime knows one of
-// them; for the others it gives an errno that a write to a working pipe never gives.
-int WriteError(std::FILE* file)
-{
-    const int nError = errno;
-    const auto hFile = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
-    const bool bPipe = GetFileType(hFile) == FILE_TYPE_PIPE;
-    return bPipe && (nError == EINVAL || nError == EBADF) ? EPIPE : nError;
-}
-
-// A file has the permissions of its folder.
-void CopyPermissions(const std::string&, const std::string&) {}
 
 bool AreSameName(const std::string& a, const std::string& b)
 {
@@ -74,8 +56,14 @@ bool AreSameName(const std::string& a, const std::string& b)
            CSTR_EQUAL;
 }
 
+// The words of the C library where it knows the error too, so that a missing file is told alike
+// whichever way it was looked for.
 std::string SystemErrorText(int nError)
 {
+    const std::error_code error(nError, std::system_category());
+    if (const auto known = error.default_error_condition();
+        known.category() == std::generic_category())
+        return known.message();
     wchar_t text[512];
     DWORD nUnits =
         FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,

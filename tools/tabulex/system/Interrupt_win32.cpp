@@ -3,7 +3,6 @@
 #include <cstdlib>
 
 #include "platform/component.h"
-#include "tools/tabulex/system/ExitStatus.h"
 #include "tools/tabulex/system/Terminal.h"
 
 namespace tabulex {
@@ -14,7 +13,7 @@ namespace {
 // returns, so it doesn't return while work is rolled back; the system waits some seconds.
 BOOL WINAPI OnInterrupt(DWORD nEvent)
 {
-    if (!NoteInterrupt()) {
+    if (!NoteInterrupt(ExitStatus::Interrupted)) {
         RestoreTerminal();
         std::_Exit(static_cast<int>(ExitStatus::Interrupted));
     }

@@ -13,4 +13,8 @@ std::vector<std::string> CommandLineArguments(int argc, char** argv);
 // a locale.
 bool IsSystemChinese();
 
+// The encoding of the locale, by a name or number that TabulexSetEncoding takes: what the component
+// starts with. Empty for a locale that doesn't name it.
+std::string LocaleEncoding();
+
 } // namespace tabulex

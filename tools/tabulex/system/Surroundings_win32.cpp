@@ -23,4 +23,9 @@ bool IsSystemChinese()
     return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_CHINESE;
 }
 
+std::string LocaleEncoding()
+{
+    return std::to_string(GetACP());
+}
+
 } // namespace tabulex

@@ -22,12 +22,13 @@ bool IsTerminal(Stream stream);
 // A terminal that understands escape sequences.
 bool TakesSequences(Stream stream);
 
-// The width in columns of the terminal on standard error; 80 where that isn't known.
-unsigned TerminalWidth();
+// The width in columns of the terminal on a stream; 80 where that isn't known.
+unsigned TerminalWidth(Stream stream);
 
 // Once, before anything is read or written. A write fails, instead of ending the process,
-// where a pipe has no reader any more or a file may not grow; bytes go through as they
-// are, and a terminal shows them as UTF-8.
+// where a pipe has no reader any more or a file may not grow, or where the stream was closed when
+// the program began; no file that is opened later takes the place of such a stream. Bytes go
+// through as they are, and a terminal shows them as UTF-8.
 void SetUpStreams();
 
 // Puts the terminal back into the state in which it was found. For a process that is about

@@ -1,13 +1,20 @@
+// Three streams are made sure of at the start: a closed one is occupied, since the next file that
+// is opened would get its number and take what is written to the stream. Waits for a key look for a
+// cancellation ten times a second, as one that came just before wouldn't end them.
+
 #include "tools/tabulex/system/Terminal.h"
 
 #include <atomic>
+#include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+
+#include "tools/tabulex/system/Descriptors.h"
 
 namespace tabulex {
 
@@ -30,6 +37,15 @@ int DescriptorOf(Stream stream)
         break;
     }
     return STDERR_FILENO;
+}
+
+// Opens the null device the wrong way round, so that what is read or written fails as on a closed
+// stream. The system gives the lowest descriptor that is free.
+void OccupyClosedStreams()
+{
+    for (const int nStream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        if (::fcntl(nStream, F_GETFD) < 0 && errno == EBADF)
+            static_cast<void>(::open("/dev/null", nStream == STDIN_FILENO ? O_WRONLY : O_RDONLY));
 }
 
 bool WaitForInput(const std::function<bool()>& cancelled)
@@ -55,10 +71,10 @@ bool TakesSequences(Stream stream)
     return IsTerminal(stream) && pszTerm && std::string_view(pszTerm) != "dumb";
 }
 
-unsigned TerminalWidth()
+unsigned TerminalWidth(Stream stream)
 {
     winsize size{};
-    const bool bKnown = ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    const bool bKnown = ::ioctl(DescriptorOf(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
     return bKnown ? size.ws_col : 80;
 }
 
@@ -66,6 +82,7 @@ unsigned TerminalWidth()
 // Ignored, the signals leave EPIPE and EFBIG, which are reported like other faults.
 void SetUpStreams()
 {
+    OccupyClosedStreams();
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
 }
@@ -81,10 +98,9 @@ void SetTerminalRestorer(void (*pfnRestore)())
     g_pfnRestore = pfnRestore;
 }
 
-// The stream isn't buffered: a call is one write.
 void WriteToErrorStream(std::string_view text)
 {
-    std::fwrite(text.data(), 1, text.size(), stderr);
+    WriteAll(STDERR_FILENO, text);
 }
 
 // Byte by byte: what comes after the line is left for whoever reads next.
@@ -93,7 +109,12 @@ std::optional<std::string> ReadAnswer(const std::function<bool()>& cancelled)
     std::string line;
     for (;;) {
         char c = 0;
-        if (!WaitForInput(cancelled) || ::read(STDIN_FILENO, &c, 1) <= 0)
+        if (!WaitForInput(cancelled))
+            return std::nullopt;
+        const ssize_t nRead = ::read(STDIN_FILENO, &c, 1);
+        if (nRead < 0 && errno == EINTR)
+            continue;
+        if (nRead <= 0)
             return std::nullopt;
         if (c == '\n')
             return line;

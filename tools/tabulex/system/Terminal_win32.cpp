@@ -1,3 +1,7 @@
+// A console keeps its modes and code page when a program ends, so they are kept as found and put
+// back. Escape sequences are asked for by their mode, and what the console then has is read back.
+// Keys are looked for ahead of a read, which nothing could end.
+
 #include "tools/tabulex/system/Terminal.h"
 
 #include <cstdio>
@@ -87,10 +91,10 @@ bool TakesSequences(Stream stream)
     return !bDumb && GetConsoleMode(HandleOf(stream), &nMode) && (nMode & kSequences) == kSequences;
 }
 
-unsigned TerminalWidth()
+unsigned TerminalWidth(Stream stream)
 {
     CONSOLE_SCREEN_BUFFER_INFO info;
-    if (!GetConsoleScreenBufferInfo(HandleOf(Stream::Error), &info))
+    if (!GetConsoleScreenBufferInfo(HandleOf(stream), &info))
         return 80;
     return static_cast<unsigned>(info.srWindow.Right - info.srWindow.Left + 1);
 }

@@ -256,4 +256,9 @@ std::string WithThousands(ULONGLONG value)
     return text;
 }
 
+std::string Counted(ULONGLONG nCount, std::string_view noun)
+{
+    return fmt::format("{} {}{}", WithThousands(nCount), noun, nCount == 1 ? "" : "s");
+}
+
 } // namespace tabulex

@@ -44,5 +44,7 @@ std::optional<ULONGLONG> ParseWhole(std::string_view text);
 
 // 1234567 as "1,234,567".
 std::string WithThousands(ULONGLONG value);
+// "1 row", "1,234 rows".
+std::string Counted(ULONGLONG nCount, std::string_view noun);
 
 } // namespace tabulex

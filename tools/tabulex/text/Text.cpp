@@ -1,3 +1,8 @@
+// Text that is shown loses what isn't UTF-8, and each bad byte becomes U+FFFD. Names of files
+// mustn't lose anything, so there a bad byte becomes half a surrogate, which no good name has, and
+// turns back into the same byte. Letters beyond ASCII have no case here: no name of a type or an
+// option has any.
+
 #include "tools/tabulex/text/Text.h"
 
 #include <algorithm>
@@ -5,28 +10,11 @@
 #include <fmt/format.h>
 
 #include "platform/text/Utf8.h"
+#include "tools/tabulex/text/CellWidth.h"
 
 namespace tabulex {
 
 namespace {
-
-struct Range
-{
-    char32_t nFirst, nLast;
-};
-
-// Blocks of characters that terminals draw two columns wide: Hangul, kana, ideographs,
-// full-width forms, pictographs.
-constexpr Range kWide[] = {
-    {0x1100, 0x115F}, {0x2E80, 0x303E}, {0x3041, 0xA4CF}, {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},
-    {0xFE30, 0xFE6F}, {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F}, {0x20000, 0x3FFFD},
-};
-
-bool IsWide(char32_t c)
-{
-    return std::ranges::any_of(
-        kWide, [c](const Range& range) { return c >= range.nFirst && c <= range.nLast; });
-}
 
 char LowerLetter(char c)
 {
@@ -80,7 +68,7 @@ std::size_t DisplayWidth(std::string_view utf8)
     while (!utf8.empty()) {
         char32_t c = 0;
         const std::size_t nLength = Utf8::DecodeFront(utf8, c);
-        nWidth += nLength && IsWide(c) ? 2 : 1;
+        nWidth += nLength ? static_cast<std::size_t>(std::max(CellWidth(c), 0)) : 1;
         utf8.remove_prefix(std::max<std::size_t>(nLength, 1));
     }
     return nWidth;
@@ -88,7 +76,7 @@ std::size_t DisplayWidth(std::string_view utf8)
 
 std::string Bold(std::string_view text, bool bColour)
 {
-    return bColour ? fmt::format("\033[1m{}\033[0m", text) : std::string(text);
+    return bColour ? fmt::format("{}{}{}", kBold, text, kNotBold) : std::string(text);
 }
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b)

@@ -22,8 +22,13 @@ string_t PathFromBytes(std::string_view bytes);
 // The bytes of such a path.
 std::string BytesFromPath(string_view_t path);
 
-// The number of terminal columns that the text takes: two for a wide East Asian character.
+// The number of terminal columns that the text takes: two for a wide character, none for one that
+// stands on the character before or can't be printed.
 std::size_t DisplayWidth(std::string_view utf8);
+
+// The escape sequences that Bold uses.
+inline constexpr std::string_view kBold = "\033[1m";
+inline constexpr std::string_view kNotBold = "\033[0m";
 
 // The text between escape sequences for bold if `bColour` is set, else the text alone.
 std::string Bold(std::string_view text, bool bColour);

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "tools/tabulex/system/Terminal.h"
 #include "tools/tabulex/text/Text.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 
@@ -10,19 +12,30 @@ namespace {
 
 constexpr std::string_view kGap = "  ";
 
+// What a file holds must not act on a terminal; anywhere else it stays as it is.
+std::string Cell(const std::string& text)
+{
+    static const bool bTerminal = IsTerminal(Stream::Output);
+    return bTerminal ? VisibleUtf8(text) : text;
+}
+
 } // namespace
 
 TextTable::TextTable(std::vector<Heading> headings, bool bColour)
     : m_headings(std::move(headings)), m_bColour(bColour)
 {
-    for (const Heading& heading : m_headings)
+    for (Heading& heading : m_headings) {
+        heading.sText = Cell(heading.sText);
         m_widths.push_back(DisplayWidth(heading.sText));
+    }
 }
 
 void TextTable::Add(std::vector<std::string> cells)
 {
-    for (std::size_t i = 0; i < cells.size(); ++i)
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        cells[i] = Cell(cells[i]);
         m_widths[i] = std::max(m_widths[i], DisplayWidth(cells[i]));
+    }
     m_rows.push_back(std::move(cells));
 }
 

@@ -6,7 +6,8 @@
 #include <algorithm>
 
 #include "platform/text/Utf8.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
+#include "tools/tabulex/text/CellWidth.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

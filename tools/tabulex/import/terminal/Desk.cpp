@@ -8,7 +8,7 @@
 
 #include "interfaces/NativeHost.h"
 #include "tools/tabulex/import/terminal/ImportTexts.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

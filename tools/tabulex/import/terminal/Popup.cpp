@@ -6,8 +6,8 @@
 #include <algorithm>
 
 #include "platform/text/Utf8.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
 #include "tools/tabulex/text/Text.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

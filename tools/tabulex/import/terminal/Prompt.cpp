@@ -1,7 +1,7 @@
 #include "tools/tabulex/import/terminal/Prompt.h"
 
-#include "tools/tabulex/import/terminal/VisibleText.h"
 #include "tools/tabulex/text/Formats.h"
+#include "tools/tabulex/text/VisibleText.h"
 
 namespace tabulex {
 

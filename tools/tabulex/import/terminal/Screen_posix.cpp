@@ -4,8 +4,9 @@
 // library gets a locale of its own, on this thread only. Keys come raw, so that Ctrl-C is one.
 //
 // A terminal that hangs up sends a signal, answers reads with nothing, or both; either ends the
-// input. A request to terminate is seen between two keys. The second one ends the process at
-// once, for which the sequences that leave the screen are ready before (see RestoreTerminal).
+// input. That signal and a request to terminate are seen between two keys. The second one ends the
+// process at once, for which the sequences that leave the screen are ready before (see
+// RestoreTerminal).
 
 #include "tools/tabulex/import/terminal/Screen.h"
 
@@ -27,10 +28,10 @@
 #include <fmt/format.h>
 
 #include "platform/text/Utf8.h"
-#include "tools/tabulex/import/terminal/VisibleText.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Interrupt.h"
 #include "tools/tabulex/system/Terminal.h"
+#include "tools/tabulex/text/Utf8Locale_posix.h"
 
 // They are macros of the library, and names of ours.
 #undef newline
@@ -38,63 +39,6 @@
 namespace tabulex {
 
 namespace {
-
-// ---- the locale in which the library counts cells
-
-locale_t Utf8Locale()
-{
-    static const locale_t locale = [] {
-        for (const char* pszName : {"C.UTF-8", "en_US.UTF-8", ""})
-            if (const locale_t found = ::newlocale(LC_CTYPE_MASK, pszName, nullptr))
-                return found;
-        return ::duplocale(LC_GLOBAL_LOCALE);
-    }();
-    return locale;
-}
-
-class LocaleOfThread
-{
-public:
-    LocaleOfThread() : m_before(::uselocale(Utf8Locale())) {}
-    ~LocaleOfThread() { ::uselocale(m_before); }
-    LocaleOfThread(const LocaleOfThread&) = delete;
-    LocaleOfThread& operator=(const LocaleOfThread&) = delete;
-
-private:
-    const locale_t m_before;
-};
-
-// ---- signals
-
-volatile std::sig_atomic_t g_bHungUp = 0;
-
-extern "C" void OnHangup(int)
-{
-    g_bHungUp = 1;
-}
-
-// Notes that the terminal hung up, while it lives. A process that was started to outlive its
-// terminal ignores the signal, and goes on to.
-class HangupWatch
-{
-public:
-    HangupWatch()
-    {
-        g_bHungUp = 0;
-        ::sigaction(SIGHUP, nullptr, &m_before);
-        if (m_before.sa_handler == SIG_IGN)
-            return;
-        struct sigaction watch = {};
-        watch.sa_handler = OnHangup;
-        ::sigaction(SIGHUP, &watch, nullptr);
-    }
-    ~HangupWatch() { ::sigaction(SIGHUP, &m_before, nullptr); }
-    HangupWatch(const HangupWatch&) = delete;
-    HangupWatch& operator=(const HangupWatch&) = delete;
-
-private:
-    struct sigaction m_before = {};
-};
 
 // ---- the way out of a process that ends at once
 
@@ -238,8 +182,7 @@ private:
     Input FromCharacter(wint_t nCharacter);
     bool DropSequence();
 
-    const LocaleOfThread m_locale;
-    const HangupWatch m_watch;
+    const Utf8LocaleOfThread m_locale;
     ReadyToLeave m_leave;
     bool m_bColour;
     SCREEN* m_pScreen = nullptr;
@@ -326,13 +269,13 @@ void Screen::Show(const Canvas& canvas)
 
 Input Screen::Wait(int nMilliseconds)
 {
-    if (Interrupted() || g_bHungUp)
+    if (Interrupted())
         return {Key::Gone};
     if (const Input ready = Read(); ready.key != Key::None)
         return ready;
     pollfd input{STDIN_FILENO, POLLIN, 0};
     const int nReady = ::poll(&input, 1, nMilliseconds);
-    if (Interrupted() || g_bHungUp || (input.revents & (POLLHUP | POLLERR | POLLNVAL)))
+    if (Interrupted() || (input.revents & (POLLHUP | POLLERR | POLLNVAL)))
         return {Key::Gone};
     if (nReady == 0)
         return {};
@@ -387,14 +330,6 @@ std::unique_ptr<IScreen> OpenScreen(bool bColour)
         throw Fault{ExitStatus::Usage, "import needs a terminal for input and output; use "
                                        "'tabulex inspect' and 'tabulex convert'"};
     return std::make_unique<Screen>(bColour);
-}
-
-int CellWidth(char32_t c)
-{
-    if (c >= 0x20 && c < 0x7F)
-        return 1;
-    const LocaleOfThread locale;
-    return c == 0 ? -1 : ::wcwidth(static_cast<wchar_t>(c));
 }
 
 } // namespace tabulex

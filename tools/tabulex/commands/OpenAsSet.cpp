@@ -1,0 +1,13 @@
+#include "tools/tabulex/commands/Commands.h"
+
+namespace tabulex {
+
+Opening OpenAsSet(const Context& context, Host& host, const InputFile& input)
+{
+    Opening opening = OpenWithSettings(host, input.Path(), context.options.settings);
+    for (const std::string& warning : opening.warnings)
+        context.console.FileWarning(input.Name(), warning);
+    return opening;
+}
+
+} // namespace tabulex
