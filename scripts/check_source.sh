@@ -9,8 +9,8 @@ longest_subject=72
 
 # The tree's own, also where git doesn't know it.
 sources() {
-    git ls-files '*.cpp' '*.h' 2>/dev/null ||
-        find . -path ./build -prune -o \( -name '*.cpp' -o -name '*.h' \) -print
+    git ls-files '*.cpp' '*.h' '*.hpp' 2>/dev/null ||
+        find . -path ./build -prune -o \( -name '*.cpp' -o -name '*.h' -o -name '*.hpp' \) -print
 }
 
 status=0

@@ -29,7 +29,7 @@ FILLS = {
 
 # What a layer is painted in; all others are "base".
 LAYER_FILLS = {"hosts": "host", "component": "front", "front": "front", "UI": "front",
-               "dialog": "front",
+               "dialog": "front", "windows": "front",
                "contract": "front", "data": "logic", "parsing": "logic", "files": "logic"}
 
 DETECTION = [

@@ -41,7 +41,7 @@ Function = collections.namedtuple("Function", "path line name length table")
 
 
 def sources():
-    names = subprocess.run(["git", "ls-files", "*.h", "*.cpp"], cwd=ROOT, check=True,
+    names = subprocess.run(["git", "ls-files", "*.h", "*.hpp", "*.cpp"], cwd=ROOT, check=True,
                            capture_output=True, text=True).stdout.split()
     return [name for name in names if os.path.exists(os.path.join(ROOT, name))]
 
@@ -173,7 +173,7 @@ def measure_folders(report):
 def main():
     listing = "--list" in sys.argv[1:]
     own = [name for name in sources() if not name.startswith(TEST_FOLDERS)]
-    headers = [name for name in own if name.endswith(".h")]
+    headers = [name for name in own if name.endswith((".h", ".hpp"))]
     report = Report()
     measure_functions(report, own, listing)
     measure_classes(report, headers)

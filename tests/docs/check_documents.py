@@ -9,7 +9,7 @@
     ids        docs/hosting.md has the ids of fields and resolutions that hosts use
     quotes     the code that docs/hosting.md shows of an example stands there, and what the
                example tells is what the test of the installed package expects
-    picture    docs/architecture.svg is what scripts/draw_architecture.py draws
+    picture    docs/architecture.svg and docs/before-after.svg are what their scripts draw
     links      links between the documents and their headings lead somewhere
 """
 import json
@@ -145,12 +145,15 @@ def check_readme(tool):
 # ---- the picture
 
 
-def check_picture(_):
+def check_picture(tool):
     sys.path.insert(0, os.path.join(ROOT, "scripts"))
     import draw_architecture
+    import draw_before_after
 
     if draw_architecture.draw() != read("docs/architecture.svg"):
         yield "docs/architecture.svg is an old picture: run scripts/draw_architecture.py"
+    if draw_before_after.draw(tool) != read("docs/before-after.svg"):
+        yield "docs/before-after.svg is an old picture: run scripts/draw_before_after.py"
 
 
 # ---- links
