@@ -44,6 +44,8 @@ finish_tests() {
     skipped=$(($(count skipped "$report") + $(count disabled "$report")))
     if [ "$status" -ne 0 ]; then
         cat "$log"
+        echo "== failed: $running" # once more without what surrounds it, which is long
+        grep -aE '\*\*\*|^\[  FAILED  \]|: Failure$|time limit passed' "$log" || true
         if [ "$bad" -eq 0 ]; then
             bad=1 # ctest itself failed
         fi
