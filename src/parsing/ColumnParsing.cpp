@@ -36,23 +36,6 @@ void StoreHour(CDataField& time, LONGLONG nHour)
     SetVariable(time, 'h', nHour);
 }
 
-// Day number of the date column's variables; empty outside the calendar's range.
-std::optional<std::int32_t> DayNumber(CDataField& date)
-{
-    const LONGLONG nYear = date.VariableOr0('y');
-    const LONGLONG nMonth = date.VariableOr0('m');
-    const LONGLONG nDay = date.VariableOr0('d');
-    if (nYear < qrlDateTime::kFirstYear || nYear > qrlDateTime::kLastYear || nMonth < 1 ||
-        nMonth > 12 || nDay < 1 || nDay > 31)
-        return {};
-    std::int32_t nNumber = 0;
-    const qrlDateTime::TDate calendar{static_cast<SHORT>(nMonth), static_cast<SHORT>(nDay),
-                                      static_cast<SHORT>(nYear)};
-    if (!qrlDateTime::details::TryDateToJulian(calendar, nNumber))
-        return {};
-    return nNumber;
-}
-
 // A day beyond the calendar leaves the date as it is.
 void StoreDay(CDataField& date, LONGLONG nDay)
 {
@@ -113,6 +96,28 @@ void MoveToBarEnd(ParserState& state)
 
 } // namespace
 
+std::optional<std::int32_t> DayNumber(CDataField& date)
+{
+    const LONGLONG nYear = date.VariableOr0('y');
+    const LONGLONG nMonth = date.VariableOr0('m');
+    const LONGLONG nDay = date.VariableOr0('d');
+    if (nYear < qrlDateTime::kFirstYear || nYear > qrlDateTime::kLastYear || nMonth < 1 ||
+        nMonth > 12 || nDay < 1 || nDay > 31)
+        return {};
+    std::int32_t nNumber = 0;
+    const qrlDateTime::TDate calendar{static_cast<SHORT>(nMonth), static_cast<SHORT>(nDay),
+                                      static_cast<SHORT>(nYear)};
+    if (!qrlDateTime::details::TryDateToJulian(calendar, nNumber))
+        return {};
+    return nNumber;
+}
+
+bool MovesToBarEnd(const ParserState& state)
+{
+    return state.m_bUseBarsEndTime && state.m_nResolution == ResolutionMinutes &&
+           state.m_nResolutionSize != 0;
+}
+
 void ParseColumns(ParserState& state, string_view_t sRecord)
 {
     FieldWalk walk(sRecord, state.m_dividers);
@@ -124,8 +129,7 @@ void ParseColumns(ParserState& state, string_view_t sRecord)
         else
             field.SetValid(false);
     }
-    if (state.m_bUseBarsEndTime && state.m_nResolution == ResolutionMinutes &&
-        state.m_nResolutionSize != 0)
+    if (MovesToBarEnd(state))
         MoveToBarEnd(state);
 }
 

@@ -17,6 +17,12 @@ void ParseColumns(ParserState& state, string_view_t sRecord);
 // when its type changes. What *pValue holds after a failure owns no memory.
 HRESULT ColumnValue(ParserState& state, CDataField& field, VARIANT* pValue);
 
+// Day number of the variables of a Date column; empty outside the calendar's range.
+std::optional<std::int32_t> DayNumber(CDataField& date);
+
+// Whether the stamps of records are moved to the ends of their bars.
+bool MovesToBarEnd(const ParserState& state);
+
 // Date plus time of the record last parsed. E_INVALIDARG without a Date column, E_FAIL if
 // one of the two has no value.
 HRESULT RecordDateTime(ParserState& state, DATE& date);

@@ -24,6 +24,20 @@ bool CRecordParser::EnterBatch()
     return bGranted;
 }
 
+// Without the memory for a plan there is none.
+RowPlan* CRecordParser::PlanRows(std::span<const ULONG> fields)
+try {
+    if (m_state.m_phase != ParsePhase::Ready)
+        return nullptr;
+    if (!m_pPlan)
+        m_pPlan = std::make_unique<RowPlan>();
+    const RowPlan::Multipliers multipliers{m_pPriceMultiplier.get(), m_pVolumeMultiplier.get()};
+    return m_pPlan->Prepare(m_state, fields, multipliers) ? m_pPlan.get() : nullptr;
+} catch (const std::bad_alloc&) {
+    m_pPlan.reset();
+    return nullptr;
+}
+
 // ---- parsing --------------------------------------------------------------------
 
 // Only the first record of a layout has to do with the data parser.

@@ -5,6 +5,8 @@
 // call the data parser take the data parser's lock first; see LinkLock.h.
 #pragma once
 
+#include <memory>
+
 #include "interfaces/IFileHandlerEvents.h"
 #include "interfaces/IRecordParser.h"
 #include "interfaces/IValueMultiplier.h"
@@ -14,6 +16,7 @@
 #include "src/parsing/LinkLock.h"
 #include "src/parsing/ParserState.h"
 #include "src/parsing/detection/LayoutDetection.h"
+#include "src/parsing/plan/RowPlan.h"
 
 namespace Hesperon::specifics {
 
@@ -91,6 +94,7 @@ public:
     // ---- IBatchLock
     bool STDMETHODCALLTYPE EnterBatch() override;
     void STDMETHODCALLTYPE LeaveBatch() override { m_cs.unlock(); }
+    RowPlan* STDMETHODCALLTYPE PlanRows(std::span<const ULONG> fields) override;
 
     // ---- links; a data parser and an event handler aren't counted (RecordParser.cpp)
     HRESULT STDMETHODCALLTYPE get_DataParser(IDispatch** pVal) override;
@@ -145,6 +149,7 @@ private:
     IQRL_TabulexConverter::IFileHandlerEvents* m_pEventHandler = nullptr; // not counted
     com_ptr<IQRL_TabulexConverter::IValueMultiplier> m_pPriceMultiplier;  // null: values stay
     com_ptr<IQRL_TabulexConverter::IValueMultiplier> m_pVolumeMultiplier;
+    std::unique_ptr<RowPlan> m_pPlan; // of the last batch; null before the first
 };
 
 } // namespace Hesperon::specifics

@@ -9,6 +9,7 @@
 #include "interfaces/IDataParserEvents.h"
 #include "src/parsing/ColumnParsing.h"
 #include "src/parsing/RecordParser.h"
+#include "src/parsing/ResolutionStep.h"
 #include "src/parsing/detection/ResolutionFit.h"
 #include "src/values/TextArray.h"
 
@@ -28,17 +29,6 @@ constexpr double kUnitsPerDay[RESOLUTIONS_COUNT] = {0, 0, 0, 0, 86400, 1440, 1, 
 double WholeUnits(double fSpan, double fUnitsPerDay)
 {
     return std::trunc((fSpan + std::copysign(kHalfSecond, fSpan)) * fUnitsPerDay);
-}
-
-// A week is at least seven days between two records; otherwise the size says how many units.
-bool BreaksResolution(const ParserState& state, double fSpan)
-{
-    const double fUnitsPerDay = kUnitsPerDay[state.m_nResolution];
-    if (fUnitsPerDay == 0)
-        return false;
-    const double fLeast =
-        state.m_nResolution == ResolutionWeeks ? kMinWeek : state.m_nResolutionSize;
-    return WholeUnits(fSpan, fUnitsPerDay) < fLeast;
 }
 
 HRESULT ResolutionErrorText(IDispatch* pHost, LONG nResolution, BSTR* pText)
@@ -86,6 +76,16 @@ HRESULT CheckStep(const ParserState& state, double fStep, BSTR* pError, IDispatc
 }
 
 } // namespace
+
+bool BreaksResolution(const ParserState& state, double fSpan)
+{
+    const double fUnitsPerDay = kUnitsPerDay[state.m_nResolution];
+    if (fUnitsPerDay == 0)
+        return false;
+    const double fLeast =
+        state.m_nResolution == ResolutionWeeks ? kMinWeek : state.m_nResolutionSize;
+    return WholeUnits(fSpan, fUnitsPerDay) < fLeast;
+}
 
 HRESULT CRecordParser::FindResolution(BSTR bsRecord)
 {

@@ -10,8 +10,9 @@
 // LineIndexOf::GetRecord     the bytes as text, at most 512 of them
 // ReadLine                   the text, kept until the batch is full
 // RecordBatch::ParseLine     the checks of date, symbol, order and range
-// CRecordParser::Parse       the fields of the text, each given to its column
-// RecordBatch::FillRow       the values of the delivered columns, in one row of the array
+// RowPlan                    a plain line's fields, and their values in one row of the array; or
+// CRecordParser::Parse       the fields of any text, each given to its column, and
+// RecordBatch::FillRow       the values of the delivered columns
 // ConversionSession          dates and times in the host's form
 // SinkLink, CqrlSinkWindow   the array as a message to the host's thread, where the sink gets it
 

@@ -1,13 +1,16 @@
 // How the lines of a batch become rows. The current line is that at m_nRow + m_nSkipped: a line
 // that passes fills the row m_nRow and counts there, one that is rejected counts in m_nSkipped. At
 // the end the array is cut to m_nRow records.
+//
+// Each check asks the plan first, if that has read the line. Where it isn't sure the line goes to
+// the judge for good: it is parsed by the record parser's calls, which go on with the check.
 
 #include "src/data/run/RecordBatch.h"
 
 #include "diagnostics/FaultmereClient.h"
 #include "src/data/SymbolHash.h"
 #include "src/parsing/DataTypes.h"
-#include "src/parsing/IBatchLock.h"
+#include "src/parsing/plan/RowPlan.h"
 
 using FaultmereUtil::Assert;
 
@@ -37,6 +40,8 @@ HRESULT RecordBatch::Parse()
     if (FAILED(hr))
         return hr;
     m_cells.emplace(m_memory.array.get());
+    m_pLock = &lock;
+    m_pPlan = lock.PlanRows(m_settings.arFieldIndices);
     hr = ParseLines();
     m_cells.reset();
     return hr;
@@ -51,14 +56,19 @@ HRESULT RecordBatch::ParseLines()
             break;
         case Line::Rejected:
             ++m_nSkipped;
+            if (!m_bPlanned) // the sink was asked, and may have changed the layout
+                m_pPlan = m_pLock->PlanRows(m_settings.arFieldIndices);
             break;
         case Line::Finished:
+            CatchUp();
             m_nSkipped = m_nCount - m_nRow;
-            break;
+            return m_hr;
         case Line::Failed:
             return m_hr;
         }
     }
+    if (m_nCount != 0)
+        CatchUp();
     return m_hr;
 }
 
@@ -99,19 +109,36 @@ RecordBatch::Line RecordBatch::Reject(Ask ask)
 RecordBatch::Line RecordBatch::ParseLine()
 {
     Assert(SysStringLen(CurrentLine()) != 0, "!m_sTempRecords[n + nSkipRecordCount].IsEmpty()");
-    // If the line doesn't parse, the checks of its date and its fields fail.
-    m_pRecordParser->Parse(CurrentLine());
-
     DateWithStatus date;
-    Line line = ReadDateTime(date);
+    m_bPlanned = m_pPlan && m_pPlan->ReadMoment(TextOf(CurrentLine()), date.date);
+    if (kBothRoads && m_bPlanned)
+        ProveMoment(date.date);
+    Line line = Line::Passed;
+    if (!m_bPlanned) {
+        GoToJudge();
+        line = ReadDateTime(date);
+    }
     if (line == Line::Passed && !IsFirstOfRun())
-        line = CheckOrder();
+        line = CheckOrder(date);
     if (line != Line::Passed)
         return line;
     // From here on the next line is compared with this one, also if this one is rejected.
     m_order.dtLast = date;
     line = CheckRange(date);
     return line == Line::Passed ? FillRow() : line;
+}
+
+// If the line doesn't parse, the checks of its date and its fields fail.
+void RecordBatch::GoToJudge()
+{
+    m_bPlanned = false;
+    m_pRecordParser->Parse(CurrentLine());
+}
+
+void RecordBatch::CatchUp()
+{
+    if (m_bPlanned)
+        m_pRecordParser->Parse(m_memory.lines[std::min(m_nRow + m_nSkipped, m_nCount - 1)]);
 }
 
 RecordBatch::Line RecordBatch::ReadDateTime(DateWithStatus& date)
@@ -124,7 +151,7 @@ RecordBatch::Line RecordBatch::ReadDateTime(DateWithStatus& date)
 
 // The order isn't checked where the symbol changes: a file may be sorted by symbol and then by
 // date.
-RecordBatch::Line RecordBatch::CheckOrder()
+RecordBatch::Line RecordBatch::CheckOrder(const DateWithStatus& date)
 {
     bool bNewSymbol = false;
     if (m_settings.nSymbolField != kNoField) {
@@ -132,28 +159,58 @@ RecordBatch::Line RecordBatch::CheckOrder()
         if (line != Line::Passed)
             return line;
     }
-    return bNewSymbol ? Line::Passed : CheckResolution();
+    return bNewSymbol ? Line::Passed : CheckResolution(date);
+}
+
+// The plan's text lies in the line.
+HRESULT RecordBatch::ReadSymbol(string_view_t& sSymbol, Bstr& sOwned)
+{
+    HRESULT hr = S_OK;
+    if (m_bPlanned) {
+        sSymbol = m_pPlan->Text(m_settings.nSymbolField);
+        if (kBothRoads)
+            ProveSymbol(sSymbol);
+    } else {
+        hr = m_pRecordParser->GetFieldText(CurrentLine(), m_settings.nSymbolField, sOwned.put());
+        sSymbol = sOwned.view();
+    }
+    return hr;
+}
+
+// Texts that differ may be equal to the locale.
+bool RecordBatch::IsAskedSymbol(string_view_t sSymbol) const
+{
+    const Bstr& sFilter = m_settings.sSymbolName;
+    return sFilter.view().empty() || sSymbol == sFilter.view() ||
+           VarBstrCmp(Bstr(sSymbol).get(), sFilter.get(), LOCALE_USER_DEFAULT, 0) == VARCMP_EQ;
 }
 
 // Symbols are compared by their hashes, as in an enumeration; the filter compares texts.
 RecordBatch::Line RecordBatch::CheckSymbol(bool& bNewSymbol)
 {
-    Bstr sSymbol;
-    m_hr = m_pRecordParser->GetFieldText(CurrentLine(), m_settings.nSymbolField, sSymbol.put());
+    Bstr sOwned;
+    string_view_t sSymbol;
+    m_hr = ReadSymbol(sSymbol, sOwned);
     if (FAILED(m_hr))
         return Line::Failed;
-    const Bstr& sFilter = m_settings.sSymbolName;
-    if (!sFilter.view().empty() &&
-        VarBstrCmp(sSymbol.get(), sFilter.get(), LOCALE_USER_DEFAULT, 0) != VARCMP_EQ)
+    if (!IsAskedSymbol(sSymbol))
         return Line::Rejected;
-    const ULONGLONG nHash = SymbolHash(sSymbol.view());
+    const ULONGLONG nHash = SymbolHash(sSymbol);
     bNewSymbol = nHash != m_order.nLastSymbolHash;
     m_order.nLastSymbolHash = nHash;
     return Line::Passed;
 }
 
-RecordBatch::Line RecordBatch::CheckResolution()
+RecordBatch::Line RecordBatch::CheckResolution(const DateWithStatus& date)
 {
+    if (m_bPlanned && m_pPlan->IsGoodStep(date.date - m_order.dtLast.date)) {
+        if (kBothRoads)
+            ProveStep();
+        m_hr = S_OK;
+        return Line::Passed;
+    }
+    if (m_bPlanned)
+        GoToJudge();
     VARIANT vLast;
     VariantInit(&vLast);
     vLast.vt = VT_DATE;
@@ -184,8 +241,20 @@ RecordBatch::Line RecordBatch::CheckRange(const DateWithStatus& date)
 
 RecordBatch::Line RecordBatch::FillRow()
 {
+    VARIANT* const row = m_cells->Data() + m_nRow * ColumnCount();
+    if (m_bPlanned && m_pPlan->ReadRow(row)) {
+        if (kBothRoads)
+            ProveRow(row);
+        return Line::Passed;
+    }
+    if (m_bPlanned)
+        GoToJudge();
+    return FillRowByCalls(row);
+}
+
+RecordBatch::Line RecordBatch::FillRowByCalls(VARIANT* row)
+{
     const std::size_t nColumns = ColumnCount();
-    VARIANT* const row = m_cells->Data() + m_nRow * nColumns;
     for (std::size_t k = 0; k < nColumns; ++k) {
         if (m_pRecordParser->GetFieldValue(&row[k], m_settings.arFieldIndices[k]) == S_OK)
             continue;

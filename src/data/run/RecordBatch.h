@@ -5,6 +5,9 @@
 // filter and the range reject silently; the other checks call OnError2 of the sink, whose
 // answer may end the run.
 //
+// A plain line is read by the record parser's plan (RowPlan), all others and those of which the
+// plan isn't sure by its calls, which are the judge: only they find faults.
+//
 // Rejected lines leave no gap: the next record that passes goes to the same row of the array.
 // Call Parse() with the data parser's lock held, Deliver() without it.
 #pragma once
@@ -12,6 +15,7 @@
 #include <optional>
 
 #include "src/data/run/ConversionRun.h"
+#include "src/parsing/IBatchLock.h"
 #include "src/values/LockedArray.h"
 
 namespace Hesperon::specifics {
@@ -41,12 +45,20 @@ private:
 
     HRESULT ParseLines();
     Line ParseLine();
+    // Leaves the plan for the rest of the line.
+    void GoToJudge();
+    // The record parser knows the last line afterwards, whoever has read it.
+    void CatchUp();
     Line ReadDateTime(DateWithStatus& date);
-    Line CheckOrder();
+    Line CheckOrder(const DateWithStatus& date);
     Line CheckSymbol(bool& bNewSymbol);
-    Line CheckResolution();
+    // The text lies in the line or in sOwned.
+    HRESULT ReadSymbol(string_view_t& sSymbol, Bstr& sOwned);
+    bool IsAskedSymbol(string_view_t sSymbol) const;
+    Line CheckResolution(const DateWithStatus& date);
     Line CheckRange(const DateWithStatus& date);
     Line FillRow();
+    Line FillRowByCalls(VARIANT* row);
 
     // Belongs to the buffer and is only to be read.
     BSTR CurrentLine() const { return m_memory.lines[m_nRow + m_nSkipped]; }
@@ -58,6 +70,20 @@ private:
     // cancelled. The line is rejected, or the batch fails.
     template <class Ask>
     Line Reject(Ask ask);
+
+    // ---- the proof that the plan reads what the judge reads (RecordBatchProof.cpp)
+
+#ifdef TABULEX_BOTH_ROADS
+    static constexpr bool kBothRoads = true;
+#else
+    static constexpr bool kBothRoads = false;
+#endif
+    // Each has the judge read the same and ends the process where it reads anything else.
+    void ProveMoment(DATE date);
+    void ProveSymbol(string_view_t sSymbol);
+    void ProveStep();
+    void ProveRow(const VARIANT* row);
+    void Prove(bool bSame, const char* pszWhat);
 
     // ---- the calls on the sink (RecordBatchErrors.cpp)
 
@@ -82,6 +108,9 @@ private:
     std::size_t m_nSkipped = 0; // lines rejected so far
     HRESULT m_hr;
     std::optional<LockedArray<VARIANT>> m_cells;
+    const BatchLockGuard* m_pLock = nullptr; // while lines are parsed
+    RowPlan* m_pPlan = nullptr;              // null: none of this layout
+    bool m_bPlanned = false;                 // the plan has read the current line
     Variant m_vDateTime;
 };
 

@@ -21,6 +21,7 @@ public:
 
     LONG Mask() const;
     static DividerSet FromMask(LONG nMask);
+    bool operator==(const DividerSet&) const = default;
 
 private:
     std::array<bool, 128> m_is{};

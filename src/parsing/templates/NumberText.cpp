@@ -18,11 +18,6 @@ namespace Hesperon::specifics {
 
 namespace {
 
-// Powers of ten that a double holds exactly.
-constexpr std::array kExactPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr std::uint64_t kMaxExactMantissa = std::uint64_t{1} << 53;
 constexpr std::uint64_t kMaxMantissa = std::numeric_limits<std::uint64_t>::max() / 10 - 1;
 
 bool IsBlank(OLECHAR c)
@@ -116,7 +111,6 @@ double RoundedDouble(string_view_t sNumber)
     return value;
 }
 
-// A quotient of two exact doubles is rounded once, so it is the nearest one.
 double DoubleOf(const DecimalHead& head, string_view_t sText, std::size_t nExponentSize)
 {
     if (head.nDigits == 0)
@@ -124,7 +118,7 @@ double DoubleOf(const DecimalHead& head, string_view_t sText, std::size_t nExpon
     double value;
     if (nExponentSize == 0 && head.bExact && head.nMantissa <= kMaxExactMantissa &&
         head.nScale < kExactPowers.size()) {
-        value = static_cast<double>(head.nMantissa) / kExactPowers[head.nScale];
+        value = ExactQuotient(head.nMantissa, head.nScale);
     } else {
         const std::size_t nSign = IsSign(sText.front());
         value = RoundedDouble(sText.substr(nSign, head.nSize + nExponentSize - nSign));

@@ -1,0 +1,135 @@
+// Sixteen characters at a time become bytes, and three masks of bits: dividers, blanks, and what no
+// plain record has. Fields end at the bits of the first mask; two blanks side by side are two
+// neighbouring bits of the second.
+
+#include "src/parsing/plan/PlainRecord.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace Hesperon::specifics {
+
+namespace {
+
+constexpr bool IsBlank(char c)
+{
+    return c == ' ' || c == '\t';
+}
+
+} // namespace
+
+void PlainRecord::SetDividers(const DividerSet& dividers)
+{
+    std::size_t n = 0;
+    for (OLECHAR c = 1; c < 128; ++c)
+        if (dividers.Contains(c) && n++ < kMaxDividers)
+            m_dividers[n - 1] = static_cast<char>(c);
+    m_bTooManyDividers = n == 0 || n > kMaxDividers;
+    if (!m_bTooManyDividers)
+        std::fill(m_dividers.begin() + n, m_dividers.end(), m_dividers[0]);
+}
+
+#ifdef __SSE2__
+
+PlainRecord::Marks PlainRecord::TakeBlock(const OLECHAR* block, std::size_t nAt)
+{
+    const auto load = [](const OLECHAR* p) {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    };
+    const auto mask = [](__m128i marks) {
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(marks));
+    };
+    // Units from 0x8000 on count as negative and become 0, others beyond ASCII become negative
+    // bytes.
+    const __m128i bytes = _mm_packus_epi16(load(block), load(block + kBlock / 2));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(m_bytes.data() + nAt), bytes);
+
+    const auto is = [bytes](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
+    __m128i dividers = is(m_dividers[0]);
+    for (std::size_t i = 1; i < kMaxDividers && m_dividers[i] != m_dividers[0]; ++i)
+        dividers = _mm_or_si128(dividers, is(m_dividers[i]));
+    const __m128i tabs = is('\t');
+    const __m128i control =
+        _mm_andnot_si128(tabs, _mm_cmplt_epi8(bytes, _mm_set1_epi8(' '))); // negative ones too
+    // ' ( ) are three in a row.
+    const __m128i quotes = _mm_or_si128(_mm_or_si128(is('"'), is('\x7F')),
+                                        _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8('&')),
+                                                      _mm_cmplt_epi8(bytes, _mm_set1_epi8('*'))));
+    const __m128i brackets = _mm_or_si128(is('['), is(']'));
+    return {mask(dividers), mask(_mm_or_si128(tabs, is(' '))),
+            mask(_mm_or_si128(control, _mm_or_si128(quotes, brackets)))};
+}
+
+#else
+
+PlainRecord::Marks PlainRecord::TakeBlock(const OLECHAR* block, std::size_t nAt)
+{
+    Marks marks{};
+    for (std::size_t i = 0; i < kBlock; ++i) {
+        const OLECHAR unit = block[i];
+        const char c = static_cast<char>(unit);
+        m_bytes[nAt + i] = c;
+        const std::uint32_t bit = 1u << i;
+        const bool bPlain = unit < 0x7F && (unit >= ' ' || c == '\t') &&
+                            std::string_view("\"'()[]").find(c) == std::string_view::npos;
+        marks.odd |= bPlain ? 0 : bit;
+        marks.blanks |= IsBlank(c) ? bit : 0;
+        marks.dividers |= std::ranges::find(m_dividers, c) != m_dividers.end() ? bit : 0;
+    }
+    return marks;
+}
+
+#endif
+
+// Blanks stand alone, so there is one at each end at most.
+bool PlainRecord::AddField(std::size_t nBegin, std::size_t nEnd)
+{
+    if (nBegin != nEnd && IsBlank(m_bytes[nBegin]))
+        ++nBegin;
+    if (nBegin != nEnd && IsBlank(m_bytes[nEnd - 1]))
+        --nEnd;
+    if (nBegin == nEnd)
+        return false;
+    m_fields[m_nFields++] = {static_cast<std::uint16_t>(nBegin),
+                             static_cast<std::uint16_t>(nEnd - nBegin)};
+    return true;
+}
+
+bool PlainRecord::Take(string_view_t sRecord, std::size_t nFields)
+{
+    const std::size_t nSize = sRecord.size();
+    if (m_bTooManyDividers || nSize > kMaxPlain || nSize == 0)
+        return false;
+    m_nFields = 0;
+    std::size_t nBegin = 0;
+    std::uint32_t nBlankBefore = 0; // bit 0: the last character of the block before
+    for (std::size_t nAt = 0; nAt < nSize; nAt += kBlock) {
+        std::array<OLECHAR, kBlock> rest;
+        const OLECHAR* block = sRecord.data() + nAt;
+        if (nSize - nAt < kBlock) {
+            rest.fill('0');
+            std::copy(block, sRecord.data() + nSize, rest.begin());
+            block = rest.data();
+        }
+        const Marks marks = TakeBlock(block, nAt);
+        if (marks.odd | (marks.blanks & (marks.blanks << 1 | nBlankBefore)))
+            return false;
+        nBlankBefore = marks.blanks >> (kBlock - 1);
+        for (std::uint32_t bits = marks.dividers; bits != 0; bits &= bits - 1) {
+            const std::size_t nEnd = nAt + static_cast<std::size_t>(std::countr_zero(bits));
+            if (m_nFields < nFields)
+                AddField(nBegin, nEnd);
+            nBegin = nEnd + 1;
+        }
+    }
+    if (m_nFields < nFields)
+        AddField(nBegin, nSize);
+    return m_nFields == nFields;
+}
+
+} // namespace Hesperon::specifics

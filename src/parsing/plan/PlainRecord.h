@@ -1,0 +1,65 @@
+// PlainRecord: the fields of a record that normalising wouldn't change.
+//
+// A record is plain if it has at most kMaxPlain characters, all of them printable ASCII or tabs, no
+// quotes or brackets, and no two blanks side by side. Its fields are those of FieldWalk, without
+// the empty ones.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "src/parsing/detection/Dividers.h"
+
+namespace Hesperon::specifics {
+
+class PlainRecord
+{
+public:
+    static constexpr std::size_t kMaxPlain = 511;
+    static constexpr std::size_t kMaxFields = 32;
+    // Bytes that can be read behind the end of any field.
+    static constexpr std::size_t kPadding = 16;
+
+    void SetDividers(const DividerSet& dividers);
+
+    // False for a record that isn't plain or has fewer fields than nFields, which is at most
+    // kMaxFields. Fields beyond these are left out.
+    bool Take(string_view_t sRecord, std::size_t nFields);
+
+    // REQUIRES: a record was taken, n < its nFields. Good until the next one is taken.
+    std::string_view Field(std::size_t n) const
+    {
+        return {m_bytes.data() + m_fields[n].nBegin, m_fields[n].nSize};
+    }
+    // Where the field lies in the record.
+    std::size_t Begin(std::size_t n) const { return m_fields[n].nBegin; }
+
+private:
+    struct Place
+    {
+        std::uint16_t nBegin;
+        std::uint16_t nSize;
+    };
+    static constexpr std::size_t kMaxDividers = 4;
+    static constexpr std::size_t kBlock = 16;
+
+    // What stands where in a block of characters, a bit each, the first one lowest.
+    struct Marks
+    {
+        std::uint32_t dividers;
+        std::uint32_t blanks;
+        std::uint32_t odd; // of no plain record
+    };
+
+    Marks TakeBlock(const OLECHAR* block, std::size_t nAt);
+    bool AddField(std::size_t nBegin, std::size_t nEnd);
+
+    std::array<char, kMaxDividers> m_dividers{}; // the first one repeated where there are fewer
+    bool m_bTooManyDividers = true;
+    std::size_t m_nFields = 0; // found so far
+    std::array<Place, kMaxFields> m_fields;
+    std::array<char, kMaxPlain + 1 + kPadding> m_bytes{};
+};
+
+} // namespace Hesperon::specifics

@@ -1,0 +1,111 @@
+// RowPlan: reads a plain record straight into its row of a batch.
+//
+// A plan is made of a layout and the columns that a run delivers. What it reads is what Parse,
+// get_CurrentDateTime and GetFieldValue of the record parser would give, bit for bit; where it
+// isn't sure it says nothing, and the record is parsed in the general way. So it never finds a
+// fault in a record.
+//
+// Belongs to a record parser, whose lock guards it.
+#pragma once
+
+#include <array>
+#include <span>
+#include <vector>
+
+#include "interfaces/IValueMultiplier.h"
+#include "src/parsing/ParserState.h"
+#include "src/parsing/plan/KnownTexts.h"
+#include "src/parsing/plan/PlainRecord.h"
+
+namespace Hesperon::specifics {
+
+class RowPlan
+{
+public:
+    // What is done to a value on its way out; null for nothing.
+    struct Multipliers
+    {
+        IQRL_TabulexConverter::IValueMultiplier* pPrice = nullptr;
+        IQRL_TabulexConverter::IValueMultiplier* pVolume = nullptr;
+    };
+
+    // Makes the plan anew if layout or fields are others than before. False where the layout has
+    // no plan. The state must stay as it is, and the multipliers alive, while the plan is used.
+    bool Prepare(const ParserState& state, std::span<const ULONG> fields,
+                 const Multipliers& multipliers);
+
+    // Takes a record and reads its date and time. The text must stay until the next one.
+    bool ReadMoment(string_view_t sRecord, DATE& moment);
+
+    // ---- of the record for which ReadMoment was true
+
+    // Writes a row of empty cells, one for each delivered column. What it leaves in them where it
+    // is false owns no memory.
+    bool ReadRow(VARIANT* row) const;
+    string_view_t Text(std::size_t nField) const
+    {
+        return m_sRecord.substr(m_record.Begin(nField), m_record.Field(nField).size());
+    }
+    // Whether the step from an earlier record is one of the resolution.
+    bool IsGoodStep(DATE fStep) const;
+
+private:
+    // What a plan is made of.
+    struct Layout
+    {
+        std::vector<unsigned> types;
+        std::vector<ULONG> fields;
+        string_t sDate, sTime; // templates
+        DividerSet dividers;
+        bool bMovesToBarEnd = false;
+        bool operator==(const Layout&) const = default;
+    };
+    static Layout LayoutOf(const ParserState& state, std::span<const ULONG> fields);
+    bool IsPlannable() const;
+    void Compile();
+
+    bool ReadDate(DATE& date);
+    bool ReadTime(DATE& time);
+    // How a delivered column is read.
+    enum class Kind : std::uint8_t
+    {
+        Symbol,
+        Date,
+        Time,
+        Price,
+        Volume,
+        Whole // that no multiplier is for
+    };
+    struct Step
+    {
+        Kind kind;
+        std::uint8_t nField;
+    };
+    static Kind KindOf(unsigned uiType);
+
+    bool ReadValue(VARIANT& cell, Step step) const;
+    bool WriteSymbols(VARIANT* row) const;
+    void Multiply(VARIANT* row) const;
+
+    Layout m_layout;
+    bool m_bPlanned = false;
+    const ParserState* m_pState = nullptr; // while the plan is used
+    Multipliers m_multipliers;
+
+    std::vector<Step> m_steps; // one for each cell of a row
+    bool m_bSymbols = false;   // among them
+    std::size_t m_nDate = kNoColumn;
+    std::size_t m_nTime = kNoColumn; // none: the moment is the date
+    std::size_t m_nFilled = 0;       // fields that a record must have
+    CDataField m_dateColumn;         // copies for the texts that aren't known yet
+    CDataField m_timeColumn;
+    KnownTexts m_dates{8};
+    KnownTexts m_times{11};
+
+    PlainRecord m_record;
+    string_view_t m_sRecord;
+    DATE m_date = 0;
+    DATE m_time = 0;
+};
+
+} // namespace Hesperon::specifics
