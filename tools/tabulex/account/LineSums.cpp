@@ -1,10 +1,9 @@
 // Each byte has a weight: a divider, a sign between digits, and a mark that another one follows
 // within a number weigh something, and all others nothing. A usual line has a usual sum. The
-// weights of a block are made by a loop without a branch over all bytes, which compilers turn into
-// vector instructions; then they are summed up eight bytes at a time by a multiplication. The
-// weights are chosen so that eight of them fit a byte, and that one kind doesn't make up for
-// another. A line end has the highest bit. A line without any weight is blank, or text that is bad
-// anyway.
+// weights of a block are made for sixteen bytes at a time; then they are summed up eight bytes at a
+// time by a multiplication. The weights are chosen so that eight of them fit a byte, and that one
+// kind doesn't make up for another. A line end has the highest bit. A line without any weight is
+// blank, or text that is bad anyway.
 
 #include "tools/tabulex/account/LineSums.h"
 
@@ -26,23 +25,28 @@ constexpr std::uint64_t kOnes = 0x0101010101010101;
 constexpr unsigned char kDividerWeight = 1, kSignWeight = 17, kMarkWeight = 31;
 constexpr unsigned char kLineEndBit = 0x80;
 
-inline bool IsLineEndByte(char c)
+// The places from p on. p[-1] to p[kPlaces + 3] can be read.
+inline ByteMask SignsInNumbers(const char* p)
 {
-    return (c == '\n') | (c == '\r');
-}
-
-inline bool IsSignInNumber(const char* p)
-{
-    return ((p[0] == '-') | (p[0] == '+')) & IsDigitByte(p[-1]) & IsDigitByte(p[1]);
+    const ByteBlock at = BlockAt(p);
+    return (Is(at, '-') | Is(at, '+')) & IsDigitByte(BlockAt(p - 1)) & IsDigitByte(BlockAt(p + 1));
 }
 
 // With up to three digits to the next mark.
-inline bool IsFirstOfTwoMarks(const char* p, char cComma)
+inline ByteMask FirstOfTwoMarks(const char* p, char cComma)
 {
-    const auto isMark = [cComma](char c) { return (c == '.') | (c == cComma); };
-    const bool bThird = IsDigitByte(p[3]) & isMark(p[4]);
-    const bool bSecond = IsDigitByte(p[2]) & (isMark(p[3]) | bThird);
-    return isMark(p[0]) & IsDigitByte(p[1]) & (isMark(p[2]) | bSecond);
+    const auto isMark = [=](std::size_t n) {
+        return Is(BlockAt(p + n), '.') | Is(BlockAt(p + n), cComma);
+    };
+    const auto isDigit = [=](std::size_t n) { return IsDigitByte(BlockAt(p + n)); };
+    const ByteMask third = isDigit(3) & isMark(4);
+    const ByteMask second = isDigit(2) & (isMark(3) | third);
+    return isMark(0) & isDigit(1) & (isMark(2) | second);
+}
+
+inline ByteBlock Weight(ByteMask mask, unsigned char nWeight)
+{
+    return reinterpret_cast<ByteBlock>(mask) & nWeight;
 }
 
 } // namespace
@@ -51,27 +55,38 @@ void LineSums::Expect(const UsualLine& line)
 {
     m_sDividers = line.sDividers;
     m_cComma = line.bCommaDivides ? '.' : ',';
-    const std::string text = "\n" + line.sTexts + std::string(kAfter, '\n');
     m_nUsual = line.nDividers * kDividerWeight;
-    for (std::size_t i = kBefore; i + kAfter < text.size(); ++i) {
-        m_nUsual += IsSignInNumber(&text[i]) ? kSignWeight : 0;
-        m_nUsual += IsFirstOfTwoMarks(&text[i], m_cComma) ? kMarkWeight : 0;
+    const std::string text = "\n" + line.sTexts + std::string(kPlaces + kAfter, '\n');
+    for (std::size_t i = kBefore; i <= line.sTexts.size(); ++i) {
+        m_nUsual += SignsInNumbers(&text[i])[0] ? kSignWeight : 0;
+        m_nUsual += FirstOfTwoMarks(&text[i], m_cComma)[0] ? kMarkWeight : 0;
     }
+}
+
+inline ByteBlock LineSums::WeightsAt(const char* p) const
+{
+    const ByteBlock at = BlockAt(p);
+    ByteBlock weights = Weight(Is(at, '\n') | Is(at, '\r'), kLineEndBit) |
+                        Weight(SignsInNumbers(p), kSignWeight) |
+                        Weight(FirstOfTwoMarks(p, m_cComma), kMarkWeight);
+    for (const char c : m_sDividers)
+        weights |= Weight(Is(at, c), kDividerWeight);
+    return weights;
 }
 
 void LineSums::Weigh(const char* bytes, std::size_t n, unsigned char* weights) const
 {
-    const char cComma = m_cComma;
-    for (std::size_t i = 0; i < n; ++i) {
-        const unsigned char nEnd = IsLineEndByte(bytes[i]) ? kLineEndBit : 0;
-        const unsigned char nSign = IsSignInNumber(bytes + i) ? kSignWeight : 0;
-        const unsigned char nMark = IsFirstOfTwoMarks(bytes + i, cComma) ? kMarkWeight : 0;
-        weights[i] = static_cast<unsigned char>(nEnd | nSign | nMark);
+    std::size_t i = 0;
+    for (; i + kPlaces <= n; i += kPlaces) {
+        const ByteBlock block = WeightsAt(bytes + i);
+        std::memcpy(weights + i, &block, sizeof block);
     }
-    for (const char c : m_sDividers)
-        for (std::size_t i = 0; i < n; ++i)
-            weights[i] =
-                static_cast<unsigned char>(weights[i] | (bytes[i] == c ? kDividerWeight : 0));
+    if (i == n)
+        return;
+    char last[kBefore + kPlaces + kAfter] = {};
+    std::copy(bytes + i - kBefore, bytes + n + kAfter, last);
+    const ByteBlock block = WeightsAt(last + kBefore);
+    std::memcpy(weights + i, &block, n - i);
 }
 
 bool LineSums::TakeWord(const unsigned char* weights, std::size_t n)

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/component.h"
+#include "tools/tabulex/account/SuspectMarks.h"
 
 namespace tabulex {
 
@@ -34,6 +35,7 @@ public:
     bool HasOddLine(const char* bytes, std::size_t n);
 
 private:
+    ByteBlock WeightsAt(const char* p) const;
     void Weigh(const char* bytes, std::size_t n, unsigned char* weights) const;
     bool TakeWord(const unsigned char* weights, std::size_t n);
 

@@ -1,6 +1,5 @@
-// Every test is a loop without a branch over all bytes, which compilers turn into vector
-// instructions; this file is compiled for that. The last bytes of a piece wait for the next, as
-// tests look ahead, so that each byte is looked at once and with its neighbours.
+// The tests look at sixteen places at a time and have no branch. The last bytes of a piece wait for
+// the next, as tests look ahead, so that each byte is looked at once and with its neighbours.
 
 #include "tools/tabulex/account/SuspectBytes.h"
 
@@ -18,72 +17,88 @@ constexpr std::size_t kAround = kBefore + kAfter;
 static_assert(kBefore >= LineSums::kBefore);
 
 // The component drops them, wherever they stand.
-inline bool IsQuote(char c)
+inline ByteMask IsQuote(ByteBlock block)
 {
-    return (c == '"') | (static_cast<unsigned char>(c - '\'') < 3) | (c == '[') | (c == ']');
+    return Is(block, '"') | IsAmong(block, '\'', 3) | Is(block, '[') | Is(block, ']');
 }
 
-inline bool IsOddSign(const char* p)
+// A place with those around it.
+struct Places
 {
-    const bool bDash = p[0] == '-';
-    const bool bGood = IsDigitByte(p[1]) | (p[1] == '.') | (bDash & IsLetterByte(p[1]));
-    return (bDash | (p[0] == '+')) & !bGood;
+    explicit Places(const char* p)
+        : back6(BlockAt(p - 6)), back3(BlockAt(p - 3)), back1(BlockAt(p - 1)), at(BlockAt(p)),
+          on1(BlockAt(p + 1)), on2(BlockAt(p + 2)), on3(BlockAt(p + 3)), on4(BlockAt(p + 4)),
+          digitBefore(IsDigitByte(back1)), digitBehind(IsDigitByte(on1)), point(Is(at, '.')),
+          dash(Is(at, '-'))
+    {}
+
+    ByteBlock back6, back3, back1, at, on1, on2, on3, on4;
+    ByteMask digitBefore, digitBehind, point, dash;
+};
+
+inline ByteMask IsGap(const Places& p, char cDivider)
+{
+    return Is(p.at, cDivider) & (Is(p.on1, cDivider) | (Is(p.on1, ' ') & Is(p.on2, cDivider)));
 }
 
-inline bool IsLoneMark(const char* p, char cComma)
+inline ByteMask IsOddSign(const Places& p)
 {
-    const bool bBeside = IsDigitByte(p[-1]) | IsLetterByte(p[-1]) | IsDigitByte(p[1]);
-    return ((p[0] == '.') | (p[0] == cComma)) & !bBeside;
+    const ByteMask good = p.digitBehind | Is(p.on1, '.') | (p.dash & IsLetterByte(p.on1));
+    return (p.dash | Is(p.at, '+')) & ~good;
 }
 
-inline bool IsOddFraction(const char* p, char cComma)
+inline ByteMask IsLoneMark(const Places& p, ByteMask comma)
 {
-    const bool bThree =
-        IsDigitByte(p[1]) & IsDigitByte(p[2]) & IsDigitByte(p[3]) & !IsDigitByte(p[4]);
-    const bool bOther =
-        ((p[0] == cComma) & (cComma != '.')) | (p[0] == '-') | ((p[0] == ':') & (p[-6] == ':'));
-    return (((p[0] == '.') & !bThree) | bOther) & (p[-3] == ':') & IsDigitByte(p[-1]) &
-           IsDigitByte(p[1]);
+    return (p.point | comma) & ~(p.digitBefore | p.digitBehind | IsLetterByte(p.back1));
+}
+
+// cComma is a point where a comma isn't one.
+inline ByteMask IsOddFraction(const Places& p, ByteMask comma)
+{
+    const ByteMask three =
+        p.digitBehind & IsDigitByte(p.on2) & IsDigitByte(p.on3) & ~IsDigitByte(p.on4);
+    const ByteMask other = (comma & ~p.point) | p.dash | (Is(p.at, ':') & Is(p.back6, ':'));
+    return ((p.point & ~three) | other) & Is(p.back3, ':') & p.digitBefore & p.digitBehind;
 }
 
 // "1,000" may be a whole number, of which what is behind the comma isn't read.
-inline bool IsCommaAtZeros(const char* p)
+inline ByteMask IsCommaAtZeros(const Places& p)
 {
-    return (p[0] == ',') & (p[1] == '0') & (p[2] == '0') & (p[3] == '0');
+    return Is(p.at, ',') & Is(p.on1, '0') & Is(p.on2, '0') & Is(p.on3, '0');
 }
 
 } // namespace
 
 SuspectBytes::SuspectBytes() : m_sTail(kBefore, '\n') {}
 
-unsigned char SuspectBytes::Gaps(const char* bytes, std::size_t n) const
+// The places from p on. p[-kBefore] to p[kPlaces + kAfter - 1] can be read.
+inline ByteMask SuspectBytes::SuspectsAt(const char* p) const
 {
-    unsigned char nAny = 0;
+    const Places places(p);
+    const char cComma = m_sums.Comma();
+    const ByteMask comma = Is(places.at, cComma);
+    ByteMask suspects = IsQuote(places.at) | IsOddSign(places) | IsLoneMark(places, comma) |
+                        IsOddFraction(places, comma);
+    if (cComma == ',')
+        suspects |= IsCommaAtZeros(places);
     for (const char c : m_sums.Dividers())
-        for (std::size_t i = 0; i < n; ++i)
-            nAny |= static_cast<unsigned char>(
-                (bytes[i] == c) &
-                ((bytes[i + 1] == c) | ((bytes[i + 1] == ' ') & (bytes[i + 2] == c))));
-    return nAny;
+        suspects |= IsGap(places, c);
+    return suspects;
 }
 
-// bytes[-kBefore] to bytes[n + kAfter - 1] can be read. A sum in a byte, since compilers make
-// branches of one in a bool.
+// bytes[-kBefore] to bytes[n + kAfter - 1] can be read.
 bool SuspectBytes::IsSuspect(const char* bytes, std::size_t n)
 {
-    unsigned char nAny = Gaps(bytes, n);
-    const char cComma = m_sums.Comma();
-    for (std::size_t i = 0; i < n; ++i)
-        nAny |= static_cast<unsigned char>(IsQuote(bytes[i]));
-    for (std::size_t i = 0; i < n; ++i)
-        nAny |= static_cast<unsigned char>(IsOddSign(bytes + i));
-    for (std::size_t i = 0; i < n; ++i)
-        nAny |= static_cast<unsigned char>(IsLoneMark(bytes + i, cComma));
-    for (std::size_t i = 0; i < n; ++i)
-        nAny |= static_cast<unsigned char>(IsOddFraction(bytes + i, cComma));
-    for (std::size_t i = 0; i < n && cComma == ','; ++i)
-        nAny |= static_cast<unsigned char>(IsCommaAtZeros(bytes + i));
-    return m_sums.HasOddLine(bytes, n) | (nAny != 0);
+    ByteMask suspects{};
+    std::size_t i = 0;
+    for (; i + kPlaces <= n; i += kPlaces)
+        suspects |= SuspectsAt(bytes + i);
+    if (i != n) {
+        char last[kBefore + kPlaces + kAfter] = {};
+        std::copy(bytes + i - kBefore, bytes + n + kAfter, last);
+        suspects |= SuspectsAt(last + kBefore) & FirstPlaces(n - i);
+    }
+    return m_sums.HasOddLine(bytes, n) | IsAnySet(suspects);
 }
 
 // At the end of the file the last line gets an end.

@@ -18,6 +18,7 @@
 
 #include "platform/component.h"
 #include "tools/tabulex/account/LineSums.h"
+#include "tools/tabulex/account/SuspectMarks.h"
 
 namespace tabulex {
 
@@ -41,7 +42,7 @@ public:
     const std::vector<Part>& Parts() const { return m_parts; }
 
 private:
-    unsigned char Gaps(const char* bytes, std::size_t n) const;
+    ByteMask SuspectsAt(const char* p) const;
     bool IsSuspect(const char* bytes, std::size_t n);
 
     LineSums m_sums;
