@@ -36,68 +36,90 @@ void PlainRecord::SetDividers(const DividerSet& dividers)
 
 #ifdef __SSE2__
 
-PlainRecord::Marks PlainRecord::TakeBlock(const OLECHAR* block, std::size_t nAt)
+// In registers while a record is walked.
+struct PlainRecord::Walker
 {
-    const auto load = [](const OLECHAR* p) {
-        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-    };
-    const auto mask = [](__m128i marks) {
-        return static_cast<std::uint32_t>(_mm_movemask_epi8(marks));
-    };
-    // Units from 0x8000 on count as negative and become 0, others beyond ASCII become negative
-    // bytes.
-    const __m128i bytes = _mm_packus_epi16(load(block), load(block + kBlock / 2));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(m_bytes.data() + nAt), bytes);
+    explicit Walker(const std::array<char, kMaxDividers>& dividers)
+    {
+        for (std::size_t i = 0; i < kMaxDividers; ++i)
+            m_dividers[i] = _mm_set1_epi8(dividers[i]);
+    }
 
-    const auto is = [bytes](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
-    __m128i dividers = is(m_dividers[0]);
-    for (std::size_t i = 1; i < kMaxDividers && m_dividers[i] != m_dividers[0]; ++i)
-        dividers = _mm_or_si128(dividers, is(m_dividers[i]));
-    const __m128i tabs = is('\t');
-    const __m128i control =
-        _mm_andnot_si128(tabs, _mm_cmplt_epi8(bytes, _mm_set1_epi8(' '))); // negative ones too
-    // ' ( ) are three in a row.
-    const __m128i quotes = _mm_or_si128(_mm_or_si128(is('"'), is('\x7F')),
-                                        _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8('&')),
-                                                      _mm_cmplt_epi8(bytes, _mm_set1_epi8('*'))));
-    const __m128i brackets = _mm_or_si128(is('['), is(']'));
-    return {mask(dividers), mask(_mm_or_si128(tabs, is(' '))),
-            mask(_mm_or_si128(control, _mm_or_si128(quotes, brackets)))};
-}
+    // Writes the block's bytes.
+    Marks Take(const OLECHAR* block, char* bytesOut) const
+    {
+        // Units from 0x8000 on count as negative and become 0, others beyond ASCII become negative
+        // bytes.
+        const __m128i bytes = _mm_packus_epi16(Load(block), Load(block + kBlock / 2));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(bytesOut), bytes);
+        const auto is = [bytes](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
+        __m128i dividers = _mm_cmpeq_epi8(bytes, m_dividers[0]);
+        for (std::size_t i = 1; i < kMaxDividers; ++i)
+            dividers = _mm_or_si128(dividers, _mm_cmpeq_epi8(bytes, m_dividers[i]));
+        const __m128i tabs = is('\t');
+        const __m128i control = // negative ones too
+            _mm_andnot_si128(tabs, _mm_cmplt_epi8(bytes, _mm_set1_epi8(' ')));
+        // ' ( ) are three in a row.
+        const __m128i quotes =
+            _mm_or_si128(_mm_or_si128(is('"'), is('\x7F')),
+                         _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8('&')),
+                                       _mm_cmplt_epi8(bytes, _mm_set1_epi8('*'))));
+        const __m128i brackets = _mm_or_si128(is('['), is(']'));
+        return {Bits(dividers), Bits(_mm_or_si128(tabs, is(' '))),
+                Bits(_mm_or_si128(control, _mm_or_si128(quotes, brackets)))};
+    }
+
+private:
+    static __m128i Load(const OLECHAR* p)
+    {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    }
+    static std::uint32_t Bits(__m128i marks)
+    {
+        return static_cast<std::uint32_t>(_mm_movemask_epi8(marks));
+    }
+
+    __m128i m_dividers[kMaxDividers];
+};
 
 #else
 
-PlainRecord::Marks PlainRecord::TakeBlock(const OLECHAR* block, std::size_t nAt)
+struct PlainRecord::Walker
 {
-    Marks marks{};
-    for (std::size_t i = 0; i < kBlock; ++i) {
-        const OLECHAR unit = block[i];
-        const char c = static_cast<char>(unit);
-        m_bytes[nAt + i] = c;
-        const std::uint32_t bit = 1u << i;
-        const bool bPlain = unit < 0x7F && (unit >= ' ' || c == '\t') &&
-                            std::string_view("\"'()[]").find(c) == std::string_view::npos;
-        marks.odd |= bPlain ? 0 : bit;
-        marks.blanks |= IsBlank(c) ? bit : 0;
-        marks.dividers |= std::ranges::find(m_dividers, c) != m_dividers.end() ? bit : 0;
+    explicit Walker(const std::array<char, kMaxDividers>& dividers) : m_dividers(dividers) {}
+
+    Marks Take(const OLECHAR* block, char* bytesOut) const
+    {
+        Marks marks{};
+        for (std::size_t i = 0; i < kBlock; ++i) {
+            const OLECHAR unit = block[i];
+            const char c = bytesOut[i] = static_cast<char>(unit);
+            const std::uint32_t bit = 1u << i;
+            const bool bPlain = unit < 0x7F && (unit >= ' ' || c == '\t') &&
+                                std::string_view("\"'()[]").find(c) == std::string_view::npos;
+            marks.odd |= bPlain ? 0 : bit;
+            marks.blanks |= IsBlank(c) ? bit : 0;
+            marks.dividers |= std::ranges::find(m_dividers, c) != m_dividers.end() ? bit : 0;
+        }
+        return marks;
     }
-    return marks;
-}
+
+private:
+    const std::array<char, kMaxDividers> m_dividers;
+};
 
 #endif
 
 // Blanks stand alone, so there is one at each end at most.
-bool PlainRecord::AddField(std::size_t nBegin, std::size_t nEnd)
+inline void PlainRecord::AddField(std::size_t nBegin, std::size_t nEnd)
 {
     if (nBegin != nEnd && IsBlank(m_bytes[nBegin]))
         ++nBegin;
     if (nBegin != nEnd && IsBlank(m_bytes[nEnd - 1]))
         --nEnd;
-    if (nBegin == nEnd)
-        return false;
-    m_fields[m_nFields++] = {static_cast<std::uint16_t>(nBegin),
-                             static_cast<std::uint16_t>(nEnd - nBegin)};
-    return true;
+    if (nBegin != nEnd)
+        m_fields[m_nFields++] = {static_cast<std::uint16_t>(nBegin),
+                                 static_cast<std::uint16_t>(nEnd - nBegin)};
 }
 
 bool PlainRecord::Take(string_view_t sRecord, std::size_t nFields)
@@ -106,6 +128,7 @@ bool PlainRecord::Take(string_view_t sRecord, std::size_t nFields)
     if (m_bTooManyDividers || nSize > kMaxPlain || nSize == 0)
         return false;
     m_nFields = 0;
+    const Walker walker(m_dividers);
     std::size_t nBegin = 0;
     std::uint32_t nBlankBefore = 0; // bit 0: the last character of the block before
     for (std::size_t nAt = 0; nAt < nSize; nAt += kBlock) {
@@ -116,7 +139,7 @@ bool PlainRecord::Take(string_view_t sRecord, std::size_t nFields)
             std::copy(block, sRecord.data() + nSize, rest.begin());
             block = rest.data();
         }
-        const Marks marks = TakeBlock(block, nAt);
+        const Marks marks = walker.Take(block, m_bytes.data() + nAt);
         if (marks.odd | (marks.blanks & (marks.blanks << 1 | nBlankBefore)))
             return false;
         nBlankBefore = marks.blanks >> (kBlock - 1);

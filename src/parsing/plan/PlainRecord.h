@@ -52,8 +52,9 @@ private:
         std::uint32_t odd; // of no plain record
     };
 
-    Marks TakeBlock(const OLECHAR* block, std::size_t nAt);
-    bool AddField(std::size_t nBegin, std::size_t nEnd);
+    struct Walker;
+
+    void AddField(std::size_t nBegin, std::size_t nEnd);
 
     std::array<char, kMaxDividers> m_dividers{}; // the first one repeated where there are fewer
     bool m_bTooManyDividers = true;
