@@ -10,6 +10,7 @@
 // GetRecord.
 #pragma once
 
+#include "platform/com_ptr.h"
 #include "src/files/IFileHandler.h"
 #include "src/files/LineBuffer.h"
 

@@ -33,6 +33,7 @@
 
 #include "interfaces/IDataParserEvents.h"
 #include "interfaces/IRecordParser.h"
+#include "platform/com_ptr.h"
 #include "platform/threads/CriticalSection.h"
 #include "src/data/run/BatchMemory.h"
 #include "src/data/run/RunSettings.h"

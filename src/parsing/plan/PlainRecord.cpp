@@ -16,7 +16,7 @@ namespace Hesperon::specifics {
 
 namespace {
 
-constexpr bool IsBlank(char c)
+constexpr bool IsBlankByte(char c)
 {
     return c == ' ' || c == '\t';
 }
@@ -98,7 +98,7 @@ struct PlainRecord::Walker
             const bool bPlain = unit < 0x7F && (unit >= ' ' || c == '\t') &&
                                 std::string_view("\"'()[]").find(c) == std::string_view::npos;
             marks.odd |= bPlain ? 0 : bit;
-            marks.blanks |= IsBlank(c) ? bit : 0;
+            marks.blanks |= IsBlankByte(c) ? bit : 0;
             marks.dividers |= std::ranges::find(m_dividers, c) != m_dividers.end() ? bit : 0;
         }
         return marks;
@@ -113,9 +113,9 @@ private:
 // Blanks stand alone, so there is one at each end at most.
 inline void PlainRecord::AddField(std::size_t nBegin, std::size_t nEnd)
 {
-    if (nBegin != nEnd && IsBlank(m_bytes[nBegin]))
+    if (nBegin != nEnd && IsBlankByte(m_bytes[nBegin]))
         ++nBegin;
-    if (nBegin != nEnd && IsBlank(m_bytes[nEnd - 1]))
+    if (nBegin != nEnd && IsBlankByte(m_bytes[nEnd - 1]))
         --nEnd;
     if (nBegin != nEnd)
         m_fields[m_nFields++] = {static_cast<std::uint16_t>(nBegin),

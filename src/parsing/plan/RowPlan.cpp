@@ -18,7 +18,7 @@ namespace Hesperon::specifics {
 
 namespace {
 
-constexpr LONGLONG kLastHour = 23;
+constexpr LONGLONG kHourOfNextDay = 24;
 
 bool IsDigitByte(char c)
 {
@@ -222,7 +222,7 @@ bool RowPlan::ReadTime(DATE& time)
 {
     const std::string_view sText = m_record.Field(m_nTime);
     return ReadKnown(m_times, sText, time, [&] {
-        return ReadByColumn(m_timeColumn, sText) && m_timeColumn.HourOfDay() <= kLastHour &&
+        return ReadByColumn(m_timeColumn, sText) && m_timeColumn.HourOfDay() < kHourOfNextDay &&
                ValueOf(m_timeColumn, time);
     });
 }
