@@ -281,7 +281,9 @@ ExitStatus Convert(const Context& context)
     std::optional<OutputFolder> folder;
     if (bFolder && !options.convert.bDryRun)
         folder.emplace(options.convert.sOutput);
-    return ConversionSeries(context).Run();
+    const ExitStatus status = ConversionSeries(context).Run();
+    PutOffInterrupts();
+    return status;
 }
 
 } // namespace tabulex

@@ -82,6 +82,7 @@ ExitStatus ImportSession::Run()
     if (status != ExitStatus::Done)
         return Interrupted() ? InterruptStatus() : status;
     SaveTemplates();
+    PutOffInterrupts();
     return ExitStatus::Done;
 }
 

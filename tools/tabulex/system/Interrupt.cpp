@@ -30,6 +30,11 @@ bool NoteInterrupt(ExitStatus status)
     return g_nDeferrals > 0 && g_nStatus.compare_exchange_strong(nNone, static_cast<int>(status));
 }
 
+void PutOffInterrupts()
+{
+    ++g_nDeferrals;
+}
+
 Deferral::Deferral()
 {
     ++g_nDeferrals;

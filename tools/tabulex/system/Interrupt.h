@@ -19,6 +19,10 @@ bool Interrupted();
 // What the process ends with because of it; Interrupted as long as there was none.
 ExitStatus InterruptStatus();
 
+// From now on a request changes nothing: the work is done, and its status stands while the process
+// goes on to its end. A second one ends it all the same.
+void PutOffInterrupts();
+
 // Takes a request from the system, and the status that it gives. False where the process is to
 // end at once. Does no more than a signal handler may.
 bool NoteInterrupt(ExitStatus status);
