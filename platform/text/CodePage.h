@@ -35,6 +35,9 @@ UINT CodePageByName(std::string_view name);
 // other than these.
 void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out);
 
+// Whether all bytes are below 0x80 and each is decoded to the unit of its value, as in most pages.
+bool IsAsciiText(UINT nCodePage, std::string_view bytes);
+
 // UTF-16 to bytes. A character that the code page lacks becomes '?', except that
 // what an undefined byte was decoded to goes back to that byte. On Windows each
 // surrogate has a mark of its own, and UTF-8 has U+FFFD for a lone one.

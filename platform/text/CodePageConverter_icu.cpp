@@ -192,6 +192,11 @@ void CodePageConverter::FillTables(UConverter* converter)
         m_bytes[m_units[n]] = static_cast<char>(n);
 }
 
+bool CodePageConverter::IsAscii(std::string_view bytes) const
+{
+    return m_bAsciiIsSelf && AsciiPrefix(bytes) == bytes.size();
+}
+
 void CodePageConverter::Decode(std::string_view bytes, string_t& out) const
 {
     const std::size_t nAscii = m_bAsciiIsSelf ? AsciiPrefix(bytes) : 0;

@@ -22,7 +22,8 @@ public:
 
     UINT Number() const { return m_nCodePage; }
 
-    // As DecodeBytes() and EncodeText() of platform/CodePage.h.
+    // As the functions of platform/text/CodePage.h.
+    bool IsAscii(std::string_view bytes) const;
     void Decode(std::string_view bytes, string_t& out) const;
     std::string Encode(string_view_t text) const;
 

@@ -53,6 +53,11 @@ void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out)
     PageOf(nCodePage).Decode(bytes, out);
 }
 
+bool IsAsciiText(UINT nCodePage, std::string_view bytes)
+{
+    return PageOf(nCodePage).IsAscii(bytes);
+}
+
 std::string EncodeText(UINT nCodePage, string_view_t text)
 {
     return PageOf(nCodePage).Encode(text);

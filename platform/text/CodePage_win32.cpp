@@ -108,6 +108,11 @@ void DecodeBytes(UINT nCodePage, std::string_view bytes, string_t& out)
     AppendDecoded(nPage, bytes.substr(nAscii), out);
 }
 
+bool IsAsciiText(UINT nCodePage, std::string_view bytes)
+{
+    return StartsInAscii(PageOf(nCodePage)) && AsciiPrefix(bytes) == bytes.size();
+}
+
 // A character doesn't become another one that looks like it; pages that hold all characters
 // know no such flag.
 std::string EncodeText(UINT nCodePage, string_view_t text)

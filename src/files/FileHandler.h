@@ -17,6 +17,7 @@
 #include <memory>
 
 #include "interfaces/IReadState.h"
+#include "platform/text/CodePage.h"
 #include "platform/threads/CriticalSection.h"
 #include "platform/threads/WorkerWait.h"
 #include "src/files/FileConversions.h"
@@ -101,17 +102,28 @@ private:
     }
     void NoteFault(const FailedRead& fault, ULONGLONG nLine);
 
-    // Hands over the text of the line, under the lock; false: there is no such line. Goes
+    // Hands over the bytes of the line, under the lock; false: there is no such line. Goes
     // on from the caller's cursor, or without one from the cursor that others share.
     template <class Take, class... Cursor>
-    bool ReadRecord(ULONGLONG nIndex, Take take, Cursor&... cursor)
+    bool ReadBytes(ULONGLONG nIndex, Take take, Cursor&... cursor)
     {
         LockGuard lock(m_lock);
         return Reading(nIndex, [&] {
-            if (!m_index.GetRecord(m_sText, nIndex, cursor...))
+            std::string_view bytes;
+            if (!m_index.GetRecordBytes(bytes, nIndex, cursor...))
                 return false;
-            take(string_view_t(m_sText));
+            take(bytes);
             return true;
+        });
+    }
+    // The same with the text in the ANSI code page.
+    template <class Take>
+    bool ReadRecord(ULONGLONG nIndex, Take take)
+    {
+        return ReadBytes(nIndex, [&](std::string_view bytes) {
+            m_sText.clear();
+            DecodeBytes(kAnsiCodePage, bytes, m_sText);
+            take(string_view_t(m_sText));
         });
     }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "module/ComObject.h"
+#include "platform/text/CodePage.h"
 #include "src/files/FileHandler.h"
 
 namespace Hesperon::specifics {
@@ -16,13 +17,23 @@ public:
 
     HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG, LineBuffer& lines) override
     {
-        const auto append = [&](string_view_t text) { lines.Add(text); };
-        return m_pHandler->ReadRecord(nIndex, append, m_cursor) ? S_OK : E_FAIL;
+        const auto append = [&](std::string_view bytes) { Append(bytes, lines); };
+        return m_pHandler->ReadBytes(nIndex, append, m_cursor) ? S_OK : E_FAIL;
     }
 
 private:
+    void Append(std::string_view bytes, LineBuffer& lines)
+    {
+        if (IsAsciiText(kAnsiCodePage, bytes))
+            return lines.AddBytes(bytes);
+        m_sText.clear();
+        DecodeBytes(kAnsiCodePage, bytes, m_sText);
+        lines.Add(m_sText);
+    }
+
     std::shared_ptr<CFileHandler> m_pHandler;
     LineCursor m_cursor; // guarded by the handler's lock
+    string_t m_sText;    // likewise; kept for its memory
 };
 
 } // namespace Hesperon::specifics

@@ -1,55 +1,120 @@
 // LineBuffer: the lines of a batch, in one block of memory.
 //
-// Each line has the form of a BSTR (its length in bytes as 32 bits, its text, a null), so it
-// can be an argument of the record parser's calls, which only read it. Used by one thread.
+// A line of ASCII stays the bytes that it was, so that what reads plain records needs no text of
+// it; any other line is text. Each can be had as a BSTR, as an argument of the record parser's
+// calls, which only read it. Used by one thread.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
-#include <iterator>
+#include <string_view>
 #include <vector>
 
 #include "platform/component.h"
+#include "platform/text/AsciiText.h"
 
 namespace Hesperon::specifics {
 
 class LineBuffer
 {
 public:
-    // Throws std::bad_alloc, and then holds what it held before.
-    void Add(string_view_t line)
+    // Bytes that can be read behind the end of a line of bytes.
+    static constexpr std::size_t kPadding = 16;
+
+    // Each throws std::bad_alloc, and then the buffer holds what it held before.
+    void Add(string_view_t text)
     {
-        const auto nBytes = static_cast<std::uint32_t>(line.size() * sizeof(OLECHAR));
-        OLECHAR length[kLengthUnits];
-        std::memcpy(length, &nBytes, sizeof nBytes);
-        m_memory.insert(m_memory.end(), std::begin(length), std::end(length));
-        const std::size_t nText = m_memory.size();
-        m_memory.insert(m_memory.end(), line.begin(), line.end());
-        do
-            m_memory.push_back(0);
-        while (m_memory.size() % kLengthUnits != 0); // so that the next length is aligned
-        m_texts.push_back(nText);
+        Reserve();
+        const std::size_t nAt = m_texts.size();
+        AppendBstr(text.size(), m_texts);
+        m_texts.insert(m_texts.end(), text.begin(), text.end());
+        EndBstr(m_texts);
+        m_lines.push_back({nAt + kLengthUnits, text.size(), false});
+    }
+    // REQUIRES: bytes below 0x80.
+    void AddBytes(std::string_view bytes)
+    {
+        Reserve();
+        const std::size_t nAt = m_bytes.size() - kPadding;
+        m_bytes.resize(m_bytes.size() + bytes.size());
+        bytes.copy(m_bytes.data() + nAt, bytes.size());
+        m_lines.push_back({nAt, bytes.size(), true});
     }
 
-    std::size_t size() const { return m_texts.size(); }
-    bool empty() const { return m_texts.empty(); }
-    // For reading only, and only until the next line is added.
-    BSTR operator[](std::size_t i) { return &m_memory[m_texts[i]]; }
-    BSTR back() { return (*this)[size() - 1]; }
+    std::size_t size() const { return m_lines.size(); }
+    bool empty() const { return m_lines.empty(); }
+    // In characters.
+    std::size_t Length(std::size_t i) const { return m_lines[i].nSize; }
+
+    // Empty for a line that was added as text. Good until the next line is added.
+    std::string_view Bytes(std::size_t i) const
+    {
+        const Line& line = m_lines[i];
+        return line.bBytes ? std::string_view(m_bytes.data() + line.nAt, line.nSize)
+                           : std::string_view();
+    }
+    // For reading only, and only until a line is added or asked for.
+    BSTR operator[](std::size_t i)
+    {
+        const Line& line = m_lines[i];
+        return line.bBytes ? Widened(Bytes(i)) : &m_texts[line.nAt];
+    }
 
     // Keeps the memory for the next batch; Release() doesn't.
     void clear()
     {
-        m_memory.clear();
+        m_bytes.resize(kPadding);
         m_texts.clear();
+        m_lines.clear();
     }
     void Release() { *this = {}; }
 
 private:
+    struct Line
+    {
+        std::size_t nAt;   // of its text, or its first byte
+        std::size_t nSize; // in characters
+        bool bBytes;
+    };
     static constexpr std::size_t kLengthUnits = sizeof(std::uint32_t) / sizeof(OLECHAR);
 
-    std::vector<OLECHAR> m_memory;
-    std::vector<std::size_t> m_texts; // where each line's text begins
+    // Room for one line more, so that nothing fails once its text is there.
+    void Reserve()
+    {
+        if (m_lines.size() == m_lines.capacity())
+            m_lines.reserve(2 * m_lines.size() + kFirstLines);
+    }
+
+    // A BSTR is the length in bytes as 32 bits, then the text, and a null behind it.
+    static void AppendBstr(std::size_t nUnits, string_t& out)
+    {
+        const auto nBytes = static_cast<std::uint32_t>(nUnits * sizeof(OLECHAR));
+        OLECHAR length[kLengthUnits];
+        std::memcpy(length, &nBytes, sizeof nBytes);
+        out.reserve(out.size() + nUnits + 2 * kLengthUnits);
+        out.append(length, kLengthUnits);
+    }
+    static void EndBstr(string_t& out)
+    {
+        do
+            out.push_back(0);
+        while (out.size() % kLengthUnits != 0); // so that the next length is aligned
+    }
+    BSTR Widened(std::string_view bytes)
+    {
+        m_widened.clear();
+        AppendBstr(bytes.size(), m_widened);
+        AppendAscii(bytes, m_widened);
+        EndBstr(m_widened);
+        return &m_widened[kLengthUnits];
+    }
+
+    static constexpr std::size_t kFirstLines = 64;
+
+    std::vector<char> m_bytes = std::vector<char>(kPadding);
+    string_t m_texts;
+    string_t m_widened; // the line last asked for, where it is one of bytes
+    std::vector<Line> m_lines;
 };
 
 } // namespace Hesperon::specifics

@@ -240,6 +240,17 @@ template <class Data>
 bool LineIndexOf<Data>::GetRecord(string_t& sText, ULONGLONG nIndex, LineCursor& cursor)
 {
     sText.clear();
+    std::string_view bytes;
+    if (!GetRecordBytes(bytes, nIndex, cursor))
+        return false;
+    DecodeBytes(kAnsiCodePage, bytes, sText);
+    return true;
+}
+
+template <class Data>
+bool LineIndexOf<Data>::GetRecordBytes(std::string_view& bytes, ULONGLONG nIndex,
+                                       LineCursor& cursor)
+{
     m_lines.DetectCharSize();
     if (!SeekRecord(nIndex, cursor))
         return false;
@@ -254,7 +265,7 @@ bool LineIndexOf<Data>::GetRecord(string_t& sText, ULONGLONG nIndex, LineCursor&
     }
     m_sBytes.clear();
     m_lines.AppendBytes(nStart, std::min(nEnd, nStart + kMaxRecord), kMaxRecord, m_sBytes);
-    DecodeBytes(kAnsiCodePage, m_sBytes, sText);
+    bytes = m_sBytes;
     return true;
 }
 

@@ -2,6 +2,7 @@
 // came, and step a conversion as the worker of a file would.
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <string>
@@ -90,8 +91,13 @@ public:
     {
         Bstr sRecord;
         const HRESULT hr = GetRecord(nIndex, nLocale, sRecord.put());
-        if (SUCCEEDED(hr))
-            buffer.Add(sRecord.view());
+        if (FAILED(hr))
+            return hr;
+        const string_view_t sText = sRecord.view();
+        if (std::ranges::all_of(sText, [](OLECHAR c) { return c < 0x80; }))
+            buffer.AddBytes(std::string(sText.begin(), sText.end()));
+        else
+            buffer.Add(sText);
         return hr;
     }
     HRESULT STDMETHODCALLTYPE SeekRecord(ULONGLONG nIndex) override

@@ -38,6 +38,21 @@ TEST(CodePage, DecodesAndEncodes)
     }
 }
 
+// Of a page without shifts, in which ASCII is what it is.
+TEST(CodePage, KnowsTextThatIsAscii)
+{
+    for (const UINT nCodePage : {1252u, 936u, 65001u}) {
+        SCOPED_TRACE(nCodePage);
+        EXPECT_TRUE(IsAsciiText(nCodePage, ""sv));
+        EXPECT_TRUE(IsAsciiText(nCodePage, "2000/01/03,\t~\x7F\\"sv));
+        EXPECT_FALSE(IsAsciiText(nCodePage, "2000/01/03,\x80"sv));
+        EXPECT_FALSE(IsAsciiText(nCodePage, "\xE9"sv));
+    }
+    constexpr UINT kEbcdic = 37, kUtf7 = 65000;
+    for (const UINT nCodePage : {kEbcdic, kUtf7})
+        EXPECT_FALSE(IsAsciiText(nCodePage, "2000+1"sv)) << nCodePage;
+}
+
 TEST(CodePage, HoldsAllCharactersInGb18030)
 {
     const Coded row = {54936, "\x81\x30\x84\x36\x90\x30\x81\x30"sv, OLESTR("\u00A5\U00010000")};

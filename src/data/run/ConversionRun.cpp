@@ -7,8 +7,8 @@
 // The way of a line, from a page of the file to the sink:
 //
 // CDataArray, FileLinesOf    the page with its bytes, and where the line begins and ends in it
-// LineIndexOf::GetRecord     the bytes as text, at most 512 of them
-// ReadLine                   the text, kept until the batch is full
+// LineIndexOf                its bytes, at most 512 of them
+// ReadLine                   bytes, or text where they aren't ASCII, kept until the batch is full
 // RecordBatch::ParseLine     the checks of date, symbol, order and range
 // RowPlan                    a plain line's fields, and their values in one row of the array; or
 // CRecordParser::Parse       the fields of any text, each given to its column, and
@@ -135,7 +135,7 @@ try {
         m_worker.pLines->AppendRecord(m_worker.lines.LineOf(nIndex), m_worker.nLocale, lines);
     if (FAILED(hr))
         return hr;
-    const bool bHasText = SysStringLen(lines.back()) != 0;
+    const bool bHasText = lines.Length(lines.size() - 1) != 0;
     Assert(bHasText, "*bsRecord");
     Assert(bHasText, "!m_sTempRecords[ m_sTempRecords.GetCount() - 1 ].IsEmpty()");
     return hr;

@@ -108,9 +108,10 @@ RecordBatch::Line RecordBatch::Reject(Ask ask)
 
 RecordBatch::Line RecordBatch::ParseLine()
 {
-    Assert(SysStringLen(CurrentLine()) != 0, "!m_sTempRecords[n + nSkipRecordCount].IsEmpty()");
+    Assert(m_memory.lines.Length(LineInBatch()) != 0,
+           "!m_sTempRecords[n + nSkipRecordCount].IsEmpty()");
     DateWithStatus date;
-    m_bPlanned = m_pPlan && m_pPlan->ReadMoment(TextOf(CurrentLine()), date.date);
+    m_bPlanned = m_pPlan && m_pPlan->ReadMoment(m_memory.lines.Bytes(LineInBatch()), date.date);
     if (kBothRoads && m_bPlanned)
         ProveMoment(date.date);
     Line line = Line::Passed;
@@ -138,7 +139,7 @@ void RecordBatch::GoToJudge()
 void RecordBatch::CatchUp()
 {
     if (m_bPlanned)
-        m_pRecordParser->Parse(m_memory.lines[std::min(m_nRow + m_nSkipped, m_nCount - 1)]);
+        m_pRecordParser->Parse(m_memory.lines[std::min(LineInBatch(), m_nCount - 1)]);
 }
 
 RecordBatch::Line RecordBatch::ReadDateTime(DateWithStatus& date)
@@ -162,7 +163,6 @@ RecordBatch::Line RecordBatch::CheckOrder(const DateWithStatus& date)
     return bNewSymbol ? Line::Passed : CheckResolution(date);
 }
 
-// The plan's text lies in the line.
 HRESULT RecordBatch::ReadSymbol(string_view_t& sSymbol, Bstr& sOwned)
 {
     HRESULT hr = S_OK;

@@ -52,7 +52,7 @@ private:
     Line ReadDateTime(DateWithStatus& date);
     Line CheckOrder(const DateWithStatus& date);
     Line CheckSymbol(bool& bNewSymbol);
-    // The text lies in the line or in sOwned.
+    // The text lies in sOwned, or in the plan until the next symbol is read.
     HRESULT ReadSymbol(string_view_t& sSymbol, Bstr& sOwned);
     bool IsAskedSymbol(string_view_t sSymbol) const;
     Line CheckResolution(const DateWithStatus& date);
@@ -60,8 +60,9 @@ private:
     Line FillRow();
     Line FillRowByCalls(VARIANT* row);
 
-    // Belongs to the buffer and is only to be read.
-    BSTR CurrentLine() const { return m_memory.lines[m_nRow + m_nSkipped]; }
+    std::size_t LineInBatch() const { return m_nRow + m_nSkipped; }
+    // Belongs to the buffer and is only to be read, until a line is asked for again.
+    BSTR CurrentLine() const { return m_memory.lines[LineInBatch()]; }
     std::size_t ColumnCount() const { return m_settings.arFieldIndices.size(); }
     bool IsFirstOfRun() const { return LowDayBits(m_order.dtLast.date) == 0xFFFF; }
 

@@ -1,6 +1,6 @@
-// Sixteen characters at a time become bytes, and three masks of bits: dividers, blanks, and what no
-// plain record has. Fields end at the bits of the first mask; two blanks side by side are two
-// neighbouring bits of the second.
+// Sixteen bytes at a time become three masks of bits: dividers, blanks, and what no plain record
+// has. Fields end at the bits of the first mask; two blanks side by side are two neighbouring bits
+// of the second.
 
 #include "src/parsing/plan/PlainRecord.h"
 
@@ -45,19 +45,15 @@ struct PlainRecord::Walker
             m_dividers[i] = _mm_set1_epi8(dividers[i]);
     }
 
-    // Writes the block's bytes.
-    Marks Take(const OLECHAR* block, char* bytesOut) const
+    Marks At(const char* block) const
     {
-        // Units from 0x8000 on count as negative and become 0, others beyond ASCII become negative
-        // bytes.
-        const __m128i bytes = _mm_packus_epi16(Load(block), Load(block + kBlock / 2));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(bytesOut), bytes);
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
         const auto is = [bytes](char c) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)); };
         __m128i dividers = _mm_cmpeq_epi8(bytes, m_dividers[0]);
         for (std::size_t i = 1; i < kMaxDividers; ++i)
             dividers = _mm_or_si128(dividers, _mm_cmpeq_epi8(bytes, m_dividers[i]));
         const __m128i tabs = is('\t');
-        const __m128i control = // negative ones too
+        const __m128i control = // and those beyond ASCII, which are negative
             _mm_andnot_si128(tabs, _mm_cmplt_epi8(bytes, _mm_set1_epi8(' ')));
         // ' ( ) are three in a row.
         const __m128i quotes =
@@ -70,10 +66,6 @@ struct PlainRecord::Walker
     }
 
 private:
-    static __m128i Load(const OLECHAR* p)
-    {
-        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-    }
     static std::uint32_t Bits(__m128i marks)
     {
         return static_cast<std::uint32_t>(_mm_movemask_epi8(marks));
@@ -88,14 +80,13 @@ struct PlainRecord::Walker
 {
     explicit Walker(const std::array<char, kMaxDividers>& dividers) : m_dividers(dividers) {}
 
-    Marks Take(const OLECHAR* block, char* bytesOut) const
+    Marks At(const char* block) const
     {
         Marks marks{};
         for (std::size_t i = 0; i < kBlock; ++i) {
-            const OLECHAR unit = block[i];
-            const char c = bytesOut[i] = static_cast<char>(unit);
+            const char c = block[i];
             const std::uint32_t bit = 1u << i;
-            const bool bPlain = unit < 0x7F && (unit >= ' ' || c == '\t') &&
+            const bool bPlain = ((c >= ' ' && c < 0x7F) || c == '\t') &&
                                 std::string_view("\"'()[]").find(c) == std::string_view::npos;
             marks.odd |= bPlain ? 0 : bit;
             marks.blanks |= IsBlankByte(c) ? bit : 0;
@@ -113,33 +104,29 @@ private:
 // Blanks stand alone, so there is one at each end at most.
 inline void PlainRecord::AddField(std::size_t nBegin, std::size_t nEnd)
 {
-    if (nBegin != nEnd && IsBlankByte(m_bytes[nBegin]))
+    if (nBegin != nEnd && IsBlankByte(m_pRecord[nBegin]))
         ++nBegin;
-    if (nBegin != nEnd && IsBlankByte(m_bytes[nEnd - 1]))
+    if (nBegin != nEnd && IsBlankByte(m_pRecord[nEnd - 1]))
         --nEnd;
     if (nBegin != nEnd)
         m_fields[m_nFields++] = {static_cast<std::uint16_t>(nBegin),
                                  static_cast<std::uint16_t>(nEnd - nBegin)};
 }
 
-bool PlainRecord::Take(string_view_t sRecord, std::size_t nFields)
+bool PlainRecord::Take(std::string_view sRecord, std::size_t nFields)
 {
     const std::size_t nSize = sRecord.size();
     if (m_bTooManyDividers || nSize > kMaxPlain || nSize == 0)
         return false;
+    m_pRecord = sRecord.data();
     m_nFields = 0;
     const Walker walker(m_dividers);
     std::size_t nBegin = 0;
-    std::uint32_t nBlankBefore = 0; // bit 0: the last character of the block before
+    std::uint32_t nBlankBefore = 0; // bit 0: the last byte of the block before
     for (std::size_t nAt = 0; nAt < nSize; nAt += kBlock) {
-        std::array<OLECHAR, kBlock> rest;
-        const OLECHAR* block = sRecord.data() + nAt;
-        if (nSize - nAt < kBlock) {
-            rest.fill('0');
-            std::copy(block, sRecord.data() + nSize, rest.begin());
-            block = rest.data();
-        }
-        const Marks marks = walker.Take(block, m_bytes.data() + nAt);
+        Marks marks = walker.At(m_pRecord + nAt);
+        if (nSize - nAt < kBlock)
+            marks = marks.First(nSize - nAt);
         if (marks.odd | (marks.blanks & (marks.blanks << 1 | nBlankBefore)))
             return false;
         nBlankBefore = marks.blanks >> (kBlock - 1);

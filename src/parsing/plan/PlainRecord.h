@@ -1,6 +1,6 @@
 // PlainRecord: the fields of a record that normalising wouldn't change.
 //
-// A record is plain if it has at most kMaxPlain characters, all of them printable ASCII or tabs, no
+// A record is plain if it has at most kMaxPlain bytes, all of them printable ASCII or tabs, no
 // quotes or brackets, and no two blanks side by side. Its fields are those of FieldWalk, without
 // the empty ones.
 #pragma once
@@ -18,22 +18,20 @@ class PlainRecord
 public:
     static constexpr std::size_t kMaxPlain = 511;
     static constexpr std::size_t kMaxFields = 32;
-    // Bytes that can be read behind the end of any field.
+    // Bytes that must be readable behind a record, and so are behind each field.
     static constexpr std::size_t kPadding = 16;
 
     void SetDividers(const DividerSet& dividers);
 
     // False for a record that isn't plain or has fewer fields than nFields, which is at most
-    // kMaxFields. Fields beyond these are left out.
-    bool Take(string_view_t sRecord, std::size_t nFields);
+    // kMaxFields. Fields beyond these are left out. The bytes must stay while fields are asked for.
+    bool Take(std::string_view sRecord, std::size_t nFields);
 
-    // REQUIRES: a record was taken, n < its nFields. Good until the next one is taken.
+    // REQUIRES: a record was taken, n < its nFields.
     std::string_view Field(std::size_t n) const
     {
-        return {m_bytes.data() + m_fields[n].nBegin, m_fields[n].nSize};
+        return {m_pRecord + m_fields[n].nBegin, m_fields[n].nSize};
     }
-    // Where the field lies in the record.
-    std::size_t Begin(std::size_t n) const { return m_fields[n].nBegin; }
 
 private:
     struct Place
@@ -43,15 +41,22 @@ private:
     };
     static constexpr std::size_t kMaxDividers = 4;
     static constexpr std::size_t kBlock = 16;
+    static_assert(kPadding >= kBlock);
 
-    // What stands where in a block of characters, a bit each, the first one lowest.
+    // What stands where in a block of bytes, a bit each, the first one lowest.
     struct Marks
     {
         std::uint32_t dividers;
         std::uint32_t blanks;
         std::uint32_t odd; // of no plain record
-    };
 
+        // Those of the first n bytes.
+        Marks First(std::size_t n) const
+        {
+            const std::uint32_t mask = (std::uint32_t{1} << n) - 1;
+            return {dividers & mask, blanks & mask, odd & mask};
+        }
+    };
     struct Walker;
 
     void AddField(std::size_t nBegin, std::size_t nEnd);
@@ -60,7 +65,7 @@ private:
     bool m_bTooManyDividers = true;
     std::size_t m_nFields = 0; // found so far
     std::array<Place, kMaxFields> m_fields;
-    std::array<char, kMaxPlain + 1 + kPadding> m_bytes{};
+    const char* m_pRecord = nullptr;
 };
 
 } // namespace Hesperon::specifics

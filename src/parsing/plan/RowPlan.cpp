@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <new>
 
+#include "platform/text/AsciiText.h"
 #include "platform/values.h"
 #include "src/parsing/ColumnParsing.h"
 #include "src/parsing/ResolutionStep.h"
@@ -195,9 +196,8 @@ void RowPlan::Compile()
 
 // ---- reading
 
-bool RowPlan::ReadMoment(string_view_t sRecord, DATE& moment)
+bool RowPlan::ReadMoment(std::string_view sRecord, DATE& moment)
 {
-    m_sRecord = sRecord;
     if (!m_record.Take(sRecord, m_nFilled) || !ReadDate(m_date))
         return false;
     moment = m_date;
@@ -229,7 +229,7 @@ bool RowPlan::ReadTime(DATE& time)
 
 // Symbols come after the others, so that nothing is allocated for a row that isn't read to its end.
 // Multipliers come last: they may count what they are given.
-bool RowPlan::ReadRow(VARIANT* row) const
+bool RowPlan::ReadRow(VARIANT* row)
 {
     VARIANT* cell = row;
     for (const Step step : m_steps)
@@ -261,7 +261,14 @@ bool RowPlan::ReadValue(VARIANT& cell, Step step) const
     }
 }
 
-bool RowPlan::WriteSymbols(VARIANT* row) const
+string_view_t RowPlan::Text(std::size_t nField)
+{
+    m_sText.clear();
+    AppendAscii(m_record.Field(nField), m_sText);
+    return m_sText;
+}
+
+bool RowPlan::WriteSymbols(VARIANT* row)
 try {
     for (std::size_t k = 0; k < m_steps.size(); ++k)
         if (m_steps[k].kind == Kind::Symbol)

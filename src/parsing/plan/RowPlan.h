@@ -34,18 +34,17 @@ public:
     bool Prepare(const ParserState& state, std::span<const ULONG> fields,
                  const Multipliers& multipliers);
 
-    // Takes a record and reads its date and time. The text must stay until the next one.
-    bool ReadMoment(string_view_t sRecord, DATE& moment);
+    // Takes a record of ASCII and reads its date and time. The bytes must stay until the next one,
+    // and PlainRecord::kPadding bytes behind them must be readable.
+    bool ReadMoment(std::string_view sRecord, DATE& moment);
 
     // ---- of the record for which ReadMoment was true
 
     // Writes a row of empty cells, one for each delivered column. What it leaves in them where it
     // is false owns no memory.
-    bool ReadRow(VARIANT* row) const;
-    string_view_t Text(std::size_t nField) const
-    {
-        return m_sRecord.substr(m_record.Begin(nField), m_record.Field(nField).size());
-    }
+    bool ReadRow(VARIANT* row);
+    // Good until the next text is asked for.
+    string_view_t Text(std::size_t nField);
     // Whether the step from an earlier record is one of the resolution.
     bool IsGoodStep(DATE fStep) const;
 
@@ -84,7 +83,7 @@ private:
     static Kind KindOf(unsigned uiType);
 
     bool ReadValue(VARIANT& cell, Step step) const;
-    bool WriteSymbols(VARIANT* row) const;
+    bool WriteSymbols(VARIANT* row);
     void Multiply(VARIANT* row) const;
 
     Layout m_layout;
@@ -103,7 +102,7 @@ private:
     KnownTexts m_times{11};
 
     PlainRecord m_record;
-    string_view_t m_sRecord;
+    string_t m_sText; // of the field last asked for
     DATE m_date = 0;
     DATE m_time = 0;
 };
