@@ -3,23 +3,6 @@
 // fails ends with status 0.
 var file = WScript.Arguments(0);
 
-function say(what, value) {
-    WScript.Echo(what + " " + value);
-}
-
-function errorOf(call) {
-    try {
-        call();
-        return "none";
-    } catch (e) {
-        return (e.number >>> 0).toString(16);
-    }
-}
-
-function refused(what, call) {
-    say(what, errorOf(call));
-}
-
 // What stands first, and what stands after each value is put.
 function walk(object, name, values) {
     var text = name + " " + object[name];

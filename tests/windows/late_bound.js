@@ -2,23 +2,6 @@
 // line a finding; "done" comes last, since a script that fails ends with status 0.
 var file = WScript.Arguments(0);
 
-function say(what, value) {
-    WScript.Echo(what + " " + value);
-}
-
-function errorOf(call) {
-    try {
-        call();
-        return "none";
-    } catch (e) {
-        return (e.number >>> 0).toString(16);
-    }
-}
-
-function refused(what, call) {
-    say(what, errorOf(call));
-}
-
 function dateText(date) {
     var d = new Date(date);
     return d.getFullYear() + "-" + (d.getMonth() + 1) + "-" + d.getDate();
