@@ -110,7 +110,7 @@ private:
         LockGuard lock(m_lock);
         return Reading(nIndex, [&] {
             std::string_view bytes;
-            if (!m_index.GetRecordBytes(bytes, nIndex, cursor...))
+            if (!m_index.GetRecord(bytes, nIndex, cursor...))
                 return false;
             take(bytes);
             return true;

@@ -53,16 +53,13 @@ public:
     bool SeekRecord(ULONGLONG nIndex) { return SeekRecord(nIndex, m_cursor); }
     bool SeekRecord(ULONGLONG nIndex, LineCursor& cursor);
 
-    // At most kMaxRecord bytes of a record, without its zero bytes, as text in the ANSI
-    // code page; false and an empty text where there is none.
-    bool GetRecord(string_t& sText, ULONGLONG nIndex) { return GetRecord(sText, nIndex, m_cursor); }
-    bool GetRecord(string_t& sText, ULONGLONG nIndex, LineCursor& cursor);
-    // The same bytes as they are; good until the next record is read.
-    bool GetRecordBytes(std::string_view& bytes, ULONGLONG nIndex, LineCursor& cursor);
-    bool GetRecordBytes(std::string_view& bytes, ULONGLONG nIndex)
+    // At most kMaxRecord bytes of a record, without its zero bytes; false where there is none.
+    // Good until the next record is read.
+    bool GetRecord(std::string_view& bytes, ULONGLONG nIndex)
     {
-        return GetRecordBytes(bytes, nIndex, m_cursor);
+        return GetRecord(bytes, nIndex, m_cursor);
     }
+    bool GetRecord(std::string_view& bytes, ULONGLONG nIndex, LineCursor& cursor);
 
     // The last record, read backwards from the end of the file: the whole of it, or its
     // first kMaxRecord characters. False for an empty file. Memory for the whole of it is

@@ -237,19 +237,7 @@ ULONGLONG LineIndexOf<Data>::EstimateCount() const
 // ---- text
 
 template <class Data>
-bool LineIndexOf<Data>::GetRecord(string_t& sText, ULONGLONG nIndex, LineCursor& cursor)
-{
-    sText.clear();
-    std::string_view bytes;
-    if (!GetRecordBytes(bytes, nIndex, cursor))
-        return false;
-    DecodeBytes(kAnsiCodePage, bytes, sText);
-    return true;
-}
-
-template <class Data>
-bool LineIndexOf<Data>::GetRecordBytes(std::string_view& bytes, ULONGLONG nIndex,
-                                       LineCursor& cursor)
+bool LineIndexOf<Data>::GetRecord(std::string_view& bytes, ULONGLONG nIndex, LineCursor& cursor)
 {
     m_lines.DetectCharSize();
     if (!SeekRecord(nIndex, cursor))

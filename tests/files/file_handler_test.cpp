@@ -3,6 +3,7 @@
 
 #include "interfaces/IRecordParser.h"
 #include "src/files/ILineReader.h"
+#include "tests/files/CodePageInForce.h"
 #include "tests/files/Consumers.h"
 
 using namespace Hesperon::specifics;
@@ -384,6 +385,37 @@ TEST_F(FileHandler, AppendsRecordsToTheLinesOfABatch)
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(string_t(lines[0]), OLESTR("cde"));
     EXPECT_EQ(string_t(lines[1]), OLESTR("ab"));
+}
+
+TEST_F(FileHandler, ReadsTextInTheAnsiCodePage)
+{
+    struct Row
+    {
+        UINT nCodePage;
+        std::string bytes;
+        string_t sText;
+    };
+    const Row rows[] = {
+        {1252, "\x80\xE4z\n", OLESTR("\u20AC\u00E4z")},
+        {1252, "\x81z\n", OLESTR("\u0081z")}, // undefined, so it keeps its value
+        {1251, "\xE4z\n", OLESTR("\u0434z")},
+        {65001, "\xC3\xA4z\n", OLESTR("\u00E4z")},
+        {936, "\xD6\xD0z\n", OLESTR("\u4E2Dz")},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.nCodePage);
+        const CodePageInForce codePage(row.nCodePage);
+        const TestFile file(row.bytes);
+        const auto pHandler = Attach(file);
+        Bstr sRecord, sLast;
+        EXPECT_EQ(pHandler->GetRecord(0, 0, sRecord.put()), S_OK);
+        EXPECT_EQ(sRecord.view(), row.sText);
+        EXPECT_EQ(pHandler->GetLastRecord(0, sLast.put()), S_OK);
+        EXPECT_EQ(sLast.view(), row.sText);
+        LineBuffer lines;
+        EXPECT_EQ(OpenLines(pHandler)->AppendRecord(0, 0, lines), S_OK);
+        EXPECT_EQ(string_view_t(lines[0], lines.Length(0)), row.sText);
+    }
 }
 
 TEST_F(FileHandler, RefusesNullPointers)

@@ -26,8 +26,8 @@ public:
     template <class... Cursor>
     std::string Record(ULONGLONG nIndex, Cursor&... cursor)
     {
-        string_t sText;
-        return index.GetRecord(sText, nIndex, cursor...) ? Narrow(sText) : "<none>";
+        std::string_view bytes;
+        return index.GetRecord(bytes, nIndex, cursor...) ? std::string(bytes) : "<none>";
     }
 
     std::shared_ptr<MadeUpFile> file;
@@ -144,14 +144,14 @@ TEST(LineCursor, FindsTheLinesOfAFileThatWasRewritten)
     LineIndex index;
     index.Attach(file.Open());
     LineCursor cursor;
-    string_t sText;
+    std::string_view bytes;
     for (const ULONGLONG n : {2000, 1999, 1998})
-        ASSERT_TRUE(index.GetRecord(sText, n, cursor));
+        ASSERT_TRUE(index.GetRecord(bytes, n, cursor));
     file.Write(NumberedLines(3000, " and more"));
     index.Invalidate(true);
     for (const ULONGLONG n : {1997, 1996, 1998}) {
-        ASSERT_TRUE(index.GetRecord(sText, n, cursor));
-        EXPECT_EQ(Narrow(sText), "line " + std::to_string(n) + " and more");
+        ASSERT_TRUE(index.GetRecord(bytes, n, cursor));
+        EXPECT_EQ(bytes, "line " + std::to_string(n) + " and more");
     }
     EXPECT_EQ(index.RecordCount(), 1998u);
 }

@@ -1,5 +1,6 @@
 #include "src/files/LineIndexImpl.h"
 
+#include "tests/files/CodePageInForce.h"
 #include "tests/files/Vocabulary.h"
 
 using namespace Hesperon::specifics;
@@ -10,19 +11,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 constexpr ULONGLONG kEnd = ~0ull;
-
-// Bytes stand for the characters of this code page while it lives.
-class CodePageInForce
-{
-public:
-    explicit CodePageInForce(UINT nCodePage) { EXPECT_TRUE(SetAnsiCodePage(nCodePage)); }
-    ~CodePageInForce() { SetAnsiCodePage(m_nBefore); }
-    CodePageInForce(const CodePageInForce&) = delete;
-    CodePageInForce& operator=(const CodePageInForce&) = delete;
-
-private:
-    const UINT m_nBefore = AnsiCodePage();
-};
 
 constexpr UINT kGb18030 = 54936; // Wine has none
 
@@ -47,11 +35,11 @@ public:
     LineIndex* operator->() { return &m_index; }
     const TestFile& File() const { return m_file; }
 
-    // The record's text, or "<none>".
+    // The record's bytes, or "<none>".
     std::string Record(ULONGLONG nIndex)
     {
-        string_t sText;
-        return m_index.GetRecord(sText, nIndex) ? Narrow(sText) : "<none>";
+        std::string_view bytes;
+        return m_index.GetRecord(bytes, nIndex) ? std::string(bytes) : "<none>";
     }
     std::string LastRecord()
     {
@@ -123,37 +111,10 @@ TEST(LineIndex, FindsTheRecordsOfAFile)
         lines->SeekRecord(kEnd);
         EXPECT_TRUE(lines->IsComplete());
         EXPECT_EQ(lines->RecordCount(), row.records.size());
-        string_t sText;
-        for (ULONGLONG n = 0; lines->GetRecord(sText, n); ++n)
-            records.push_back(EncodeText(kLatinCodePage, sText));
+        std::string_view bytes;
+        for (ULONGLONG n = 0; lines->GetRecord(bytes, n); ++n)
+            records.emplace_back(bytes);
         EXPECT_EQ(records, row.records);
-    }
-}
-
-TEST(LineIndex, ReadsTextInTheAnsiCodePage)
-{
-    struct Row
-    {
-        UINT nCodePage;
-        std::string bytes;
-        string_t sText;
-    };
-    const Row rows[] = {
-        {1252, "\x80\xE4z\n", OLESTR("\u20AC\u00E4z")},
-        {1252, "\x81z\n", OLESTR("\u0081z")}, // undefined, so it keeps its value
-        {1251, "\xE4z\n", OLESTR("\u0434z")},
-        {65001, "\xC3\xA4z\n", OLESTR("\u00E4z")},
-        {936, "\xD6\xD0z\n", OLESTR("\u4E2Dz")},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.nCodePage);
-        const CodePageInForce codePage(row.nCodePage);
-        Lines lines(row.bytes);
-        string_t sText;
-        EXPECT_TRUE(lines->GetRecord(sText, 0));
-        EXPECT_EQ(sText, row.sText);
-        EXPECT_TRUE(lines->GetLastRecord(sText));
-        EXPECT_EQ(sText, row.sText);
     }
 }
 

@@ -36,8 +36,8 @@ using TinyIndex = LineIndexOf<TinyPages>;
 template <class Index>
 std::string Record(Index& index, ULONGLONG nIndex)
 {
-    string_t sText;
-    return index.GetRecord(sText, nIndex) ? Narrow(sText) : "<none>";
+    std::string_view bytes;
+    return index.GetRecord(bytes, nIndex) ? std::string(bytes) : "<none>";
 }
 
 std::string LastRecord(TinyIndex& index)
@@ -167,7 +167,8 @@ TEST(MadeUpPages, NoPageOfAnEmptyFileIsRead)
     FLOAT fPos = 0;
     EXPECT_FALSE(index.SeekRecord(~0ull));
     EXPECT_TRUE(index.IsComplete());
-    EXPECT_FALSE(index.GetRecord(sText, 0));
+    std::string_view bytes;
+    EXPECT_FALSE(index.GetRecord(bytes, 0));
     EXPECT_FALSE(index.GetLastRecord(sText));
     EXPECT_EQ(index.GetRelativePos(0, &fPos), E_UNEXPECTED);
     EXPECT_EQ(index.GetApproxCount(), 0u);
