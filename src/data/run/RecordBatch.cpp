@@ -16,6 +16,8 @@ using FaultmereUtil::Assert;
 
 namespace Hesperon::specifics {
 
+static_assert(LineBuffer::kPadding >= PlainRecord::kPadding);
+
 RecordBatch::RecordBatch(ConversionRun& run, ULONGLONG nLast,
                          IQRL_TabulexConverter::IRecordParser* pRecordParser,
                          IQRL_TabulexConverter::IDataParserEvents* pHost)
@@ -40,15 +42,15 @@ HRESULT RecordBatch::Parse()
     if (FAILED(hr))
         return hr;
     m_cells.emplace(m_memory.array.get());
-    m_pLock = &lock;
-    m_pPlan = lock.PlanRows(m_settings.arFieldIndices);
-    hr = ParseLines();
+    hr = ParseLines(lock);
     m_cells.reset();
     return hr;
 }
 
-HRESULT RecordBatch::ParseLines()
+HRESULT RecordBatch::ParseLines(const BatchLockGuard& lock)
 {
+    const auto plan = [&] { m_pPlan = lock.PlanRows(m_settings.arFieldIndices); };
+    plan();
     while (m_nRow + m_nSkipped < m_nCount) {
         switch (ParseLine()) {
         case Line::Passed:
@@ -57,7 +59,7 @@ HRESULT RecordBatch::ParseLines()
         case Line::Rejected:
             ++m_nSkipped;
             if (!m_bPlanned) // the sink was asked, and may have changed the layout
-                m_pPlan = m_pLock->PlanRows(m_settings.arFieldIndices);
+                plan();
             break;
         case Line::Finished:
             CatchUp();

@@ -43,7 +43,7 @@ private:
         Failed    // m_hr says why
     };
 
-    HRESULT ParseLines();
+    HRESULT ParseLines(const BatchLockGuard& lock);
     Line ParseLine();
     // Leaves the plan for the rest of the line.
     void GoToJudge();
@@ -109,9 +109,8 @@ private:
     std::size_t m_nSkipped = 0; // lines rejected so far
     HRESULT m_hr;
     std::optional<LockedArray<VARIANT>> m_cells;
-    const BatchLockGuard* m_pLock = nullptr; // while lines are parsed
-    RowPlan* m_pPlan = nullptr;              // null: none of this layout
-    bool m_bPlanned = false;                 // the plan has read the current line
+    RowPlan* m_pPlan = nullptr; // null: none of this layout
+    bool m_bPlanned = false;    // the plan has read the current line
     Variant m_vDateTime;
 };
 

@@ -7,6 +7,7 @@
 #include "src/parsing/plan/RowPlan.h"
 
 #include <algorithm>
+#include <array>
 #include <new>
 
 #include "platform/text/AsciiText.h"

@@ -8,7 +8,6 @@
 // Belongs to a record parser, whose lock guards it.
 #pragma once
 
-#include <array>
 #include <span>
 #include <vector>
 
