@@ -189,6 +189,11 @@ HRESULT CDataParser::RemoveFileEventHandler(IDispatch* pEventHandler)
     return S_OK;
 }
 
+bool CDataParser::HearsCounts()
+{
+    return !m_listeners.IsEmpty();
+}
+
 HRESULT CDataParser::RecordCountChange(ULONGLONG nNewCount, VARIANT_BOOL bComplete)
 {
     Guarded([&] {

@@ -29,6 +29,7 @@
 #include "src/data/FileProxies.h"
 #include "src/data/LineRule.h"
 #include "src/data/run/ConversionRun.h"
+#include "src/files/IFileConsumer.h"
 #include "src/files/IFileHandler.h"
 #include "src/parsing/IDataParserLock.h"
 #include "src/parsing/ILastRecordHead.h"
@@ -42,13 +43,13 @@ enum class Extent
     Head // what a record parser looks at
 };
 
-class CDataParser
-    : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
-                       Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
-                       Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
-                       IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo, IDataParserLock,
-                       IQRL_TabulexConverter::IReadState, ILastRecordHead>,
-      private ConversionRun::IOwner
+class CDataParser : public ComObject<CDataParser, Dual<IQRL_TabulexConverter::IDataParser>,
+                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
+                                     Dual<IQRL_TabulexConverter::IFileHandlerEvents2>,
+                                     IQRL_TabulexConverter::IAsyncTransaction, ISupportErrorInfo,
+                                     IDataParserLock, IQRL_TabulexConverter::IReadState,
+                                     ILastRecordHead, ICountHearer, IRecordSteps>,
+                    private ConversionRun::IOwner
 {
 public:
     HRESULT FinalConstruct();
@@ -110,6 +111,12 @@ public:
     // One step of a run; only nIndex counts. S_FALSE: the run has ended well.
     HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG nIndex, BSTR, VARIANT_BOOL) override;
     HRESULT STDMETHODCALLTYPE get_StartPosition(ULONGLONG* pVal) override;
+
+    // ---- ICountHearer, IRecordSteps
+
+    bool STDMETHODCALLTYPE HearsCounts() override;
+    HRESULT STDMETHODCALLTYPE ProcessRecords(ULONGLONG nIndex, ULONGLONG nMost,
+                                             ULONGLONG& nTaken) override;
 
     // ---- IAsyncTransaction, ISupportErrorInfo, IDataParserLock, IReadState, ILastRecordHead
 

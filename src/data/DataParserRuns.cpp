@@ -161,6 +161,11 @@ HRESULT CDataParser::ProcessRecord(ULONGLONG nIndex, BSTR, VARIANT_BOOL)
     return m_run.Step(nIndex);
 }
 
+HRESULT CDataParser::ProcessRecords(ULONGLONG nIndex, ULONGLONG nMost, ULONGLONG& nTaken)
+{
+    return m_run.Steps(nIndex, nMost, nTaken);
+}
+
 HRESULT CDataParser::AbortConversion()
 {
     // The sink may hold the last reference to this object.

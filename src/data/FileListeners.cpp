@@ -36,6 +36,13 @@ void FileListeners::Clear()
     std::swap(m_mapFileEventHandlers, cleared);
 }
 
+bool FileListeners::IsEmpty()
+{
+    LockGuard lock(m_lock);
+    return std::ranges::none_of(m_mapFileEventHandlers,
+                                [](const auto& entry) { return static_cast<bool>(entry.second); });
+}
+
 std::vector<FileListeners::Listener> FileListeners::Live()
 {
     std::vector<Listener> live;

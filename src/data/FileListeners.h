@@ -21,6 +21,7 @@ public:
     HRESULT Add(IDispatch& listener);
     void Remove(IDispatch& listener);
     void Clear();
+    bool IsEmpty();
 
     // Calls each listener. One that is being called on this thread, since it is a data parser
     // that hands the call on to where it came from, isn't called again.

@@ -5,7 +5,7 @@
 // the lines before the data.
 #pragma once
 
-#include "platform/component.h"
+#include "src/files/ILineReader.h"
 
 namespace Hesperon::specifics {
 
@@ -22,6 +22,10 @@ struct LineRule
     ULONGLONG LineOf(ULONGLONG nPosition) const
     {
         return bInvertedDirection ? nTotalRecords - nPosition - 1 : FirstDataLine() + nPosition;
+    }
+    LineRange LinesOf(ULONGLONG nPosition, ULONGLONG nCount) const
+    {
+        return {LineOf(nPosition), nCount, bInvertedDirection};
     }
     // Of the first line of data in an inverted file. Wraps where the file has none.
     ULONGLONG LastInvertedPosition() const { return nTotalRecords - FirstDataLine() - 1; }

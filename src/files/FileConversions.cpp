@@ -13,7 +13,7 @@ using namespace IQRL_TabulexConverter;
 
 // A consumer that gives no position begins at 0, as one that takes a whole file does.
 CConverterPersist::CConverterPersist(com_ptr<IFileHandlerEvents> pEvents)
-    : m_pEvents(std::move(pEvents))
+    : m_pEvents(std::move(pEvents)), m_pSteps(m_pEvents.as<IRecordSteps>())
 {
     try {
         const auto pStart = m_pEvents.as<IFileHandlerEvents2>();
@@ -25,8 +25,14 @@ CConverterPersist::CConverterPersist(com_ptr<IFileHandlerEvents> pEvents)
 }
 
 // An exception would leave the loop of the worker, and with it end the file for all its consumers.
-HRESULT CConverterPersist::Step(bool bComplete)
+HRESULT CConverterPersist::Step(bool bComplete, ULONGLONG nMost)
 try {
+    if (nMost > 1 && m_pSteps) {
+        ULONGLONG nTaken = 0;
+        const HRESULT hr = m_pSteps->ProcessRecords(m_nPosition, nMost, nTaken);
+        m_nPosition += nTaken;
+        return hr;
+    }
     return m_pEvents->ProcessRecord(m_nPosition++, nullptr, bComplete);
 } catch (const std::exception&) {
     return E_FAIL;
@@ -41,13 +47,15 @@ void FileConversions::Start(com_ptr<IFileHandlerEvents> pEvents)
         m_converters.emplace_back(std::move(pEvents));
 }
 
-void FileConversions::StepNext(bool bComplete)
+void FileConversions::StepNext(bool bComplete, ULONGLONG nMost)
 {
     if (m_nNext >= m_converters.size())
         m_nNext = 0;
     if (m_converters.empty())
         return;
-    if (m_converters[m_nNext].Step(bComplete) == S_OK) {
+    if (m_converters.size() > 1)
+        nMost = 1; // they take turns
+    if (m_converters[m_nNext].Step(bComplete, nMost) == S_OK) {
         ++m_nNext;
         return;
     }

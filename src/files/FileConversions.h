@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "interfaces/IFileHandlerEvents.h"
-#include "platform/com_ptr.h"
+#include "src/files/IFileConsumer.h"
 
 namespace Hesperon::specifics {
 
@@ -17,14 +17,16 @@ public:
     // Begins at the consumer's start position, or at 0 where it has none.
     explicit CConverterPersist(com_ptr<IQRL_TabulexConverter::IFileHandlerEvents> pEvents);
 
-    // Calls the consumer for the next record; anything but S_OK ends the conversion.
-    HRESULT Step(bool bComplete);
+    // Calls the consumer for the next record, or for nMost of them if it takes more than one in a
+    // call; anything but S_OK ends the conversion.
+    HRESULT Step(bool bComplete, ULONGLONG nMost);
 
     IQRL_TabulexConverter::IFileHandlerEvents* Events() const { return m_pEvents.get(); }
 
 private:
     com_ptr<IQRL_TabulexConverter::IFileHandlerEvents> m_pEvents;
-    ULONGLONG m_nPosition = 0; // the next record
+    com_ptr<IRecordSteps> m_pSteps; // null: one in a call
+    ULONGLONG m_nPosition = 0;      // the next record
 };
 
 class FileConversions
@@ -34,8 +36,8 @@ public:
 
     // Reports a consumer that already has a conversion running, which then goes on.
     void Start(com_ptr<IQRL_TabulexConverter::IFileHandlerEvents> pEvents);
-    // One step of the conversion whose turn it is.
-    void StepNext(bool bComplete);
+    // One step of the conversion whose turn it is; of the only one nMost at most.
+    void StepNext(bool bComplete, ULONGLONG nMost = 1);
     void Clear();
 
 private:

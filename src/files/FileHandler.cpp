@@ -1,5 +1,6 @@
 // The worker's loop. Each turn makes one stride of the scan unless a conversion runs, one
-// record of one conversion, and one look at the requests, in this order; then it waits for
+// record of one conversion, or a batch of it where nobody could tell, and one look at the requests,
+// in this order; then it waits for
 // as long as nothing of that is due. The lock is held for the stride and for the look.
 #include "src/files/FileHandler.h"
 
@@ -52,7 +53,7 @@ void CFileHandler::Run()
 {
     while (WaitForWork()) {
         ScanStride();
-        m_conversions.StepNext(m_index.IsComplete());
+        m_conversions.StepNext(m_index.IsComplete(), m_bCountHeard ? 1 : kUnheardSteps);
         ServeRequests();
     }
 }
@@ -106,6 +107,7 @@ void CFileHandler::ScanFirstRecords()
 // A request that fails doesn't keep the others from being served.
 void CFileHandler::ServeRequests()
 {
+    m_bCountHeard = false;
     if (m_requests.IsEmpty() && !m_bServeAgain)
         return;
     bool bComplete = false;
@@ -168,6 +170,8 @@ void CFileHandler::TellCount(IUnknown* pObject, bool bComplete)
     const ULONGLONG nCount = CountLocked();
     if (!bComplete && !m_bScanDone && (nCount & kProgressMask) != 0)
         return;
+    com_ptr<ICountHearer> pHearer;
+    m_bCountHeard |= FAILED(query(pObject, pHearer)) || pHearer->HearsCounts();
     com_ptr<IFileHandlerEvents> pEvents;
     if (SUCCEEDED(query(pObject, pEvents)))
         pEvents->RecordCountChange(nCount, bComplete);

@@ -67,6 +67,8 @@ private:
     static constexpr ULONGLONG kFirstRecords = 1024;
     // The count is reported when these bits are clear: once in 4096 records.
     static constexpr ULONGLONG kProgressMask = 0xFC0;
+    // Steps of a conversion in one turn of the loop, where nobody hears of each.
+    static constexpr ULONGLONG kUnheardSteps = 1024;
     static constexpr Event::Timeout kStridePause = std::chrono::milliseconds(1);
 
     void Open(SOpenRequest& request);
@@ -116,6 +118,13 @@ private:
             return true;
         });
     }
+    // Adds the first records of the range to the lines, as far as they are plain lines; gives
+    // their number.
+    ULONGLONG AppendPlainRecords(const LineRange& range, LineCursor& cursor, LineBuffer& lines)
+    {
+        LockGuard lock(m_lock);
+        return Reading(range.nFirst, [&] { return m_index.AppendPlain(range, cursor, lines); });
+    }
     // The same with the text in the ANSI code page.
     template <class Take>
     bool ReadRecord(ULONGLONG nIndex, Take take)
@@ -145,6 +154,7 @@ private:
     FileConversions m_conversions;
     FileRequests::List m_collected; // conversions among them that memory was short for stay
     bool m_bScanDone = false;
+    bool m_bCountHeard = false; // somebody may have heard of the count in this turn
     bool m_bServeAgain = false; // memory was short for requests: they are tried again soon
     bool m_bRegistered = false;
 };

@@ -15,10 +15,19 @@ class CFileHandler::CReader final : public ComObject<CReader, ILineReader>
 public:
     void Attach(std::shared_ptr<CFileHandler> pHandler) { m_pHandler = std::move(pHandler); }
 
-    HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG, LineBuffer& lines) override
+    HRESULT STDMETHODCALLTYPE AppendRecords(const LineRange& range, ULONG,
+                                            LineBuffer& lines) override
     {
+        const std::size_t nBefore = lines.size();
         const auto append = [&](std::string_view bytes) { Append(bytes, lines); };
-        return m_pHandler->ReadBytes(nIndex, append, m_cursor) ? S_OK : E_FAIL;
+        for (ULONGLONG n = 0; n < range.nCount; n = lines.size() - nBefore) {
+            const LineRange rest{range.At(n), range.nCount - n, range.bDownwards};
+            if (m_bAsciiIsSelf && m_pHandler->AppendPlainRecords(rest, m_cursor, lines) != 0)
+                continue;
+            if (!m_pHandler->ReadBytes(rest.nFirst, append, m_cursor))
+                return E_FAIL;
+        }
+        return S_OK;
     }
 
 private:
@@ -32,6 +41,7 @@ private:
     }
 
     std::shared_ptr<CFileHandler> m_pHandler;
+    const bool m_bAsciiIsSelf = IsAsciiText(kAnsiCodePage, " ");
     LineCursor m_cursor; // guarded by the handler's lock
     string_t m_sText;    // likewise; kept for its memory
 };

@@ -7,17 +7,28 @@
 // reads may then fail.
 //
 // Internal to the library. For one thread at a time; results and exceptions are those of
-// GetRecord.
+// GetRecord, about the first record that couldn't be read.
 #pragma once
 
 #include "platform/com_ptr.h"
 #include "src/files/IFileHandler.h"
 #include "src/files/LineBuffer.h"
 
+// Records that are read one after the other.
+struct LineRange
+{
+    ULONGLONG nFirst;
+    ULONGLONG nCount;
+    bool bDownwards = false; // from the first one towards the beginning of the file
+
+    ULONGLONG At(ULONGLONG n) const { return bDownwards ? nFirst - n : nFirst + n; }
+};
+
 struct ILineReader : IUnknown
 {
-    virtual HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG nLocale,
-                                                   Hesperon::specifics::LineBuffer& lines) = 0;
+    // Each record that was read is added to the lines, also where a later one fails.
+    virtual HRESULT STDMETHODCALLTYPE AppendRecords(const LineRange& range, ULONG nLocale,
+                                                    Hesperon::specifics::LineBuffer& lines) = 0;
 };
 
 // {5E3C9C57-0B62-4B7B-9C51-6C0C0A8E1D27}

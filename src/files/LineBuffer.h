@@ -12,6 +12,7 @@
 
 #include "platform/component.h"
 #include "platform/text/AsciiText.h"
+#include "src/files/PlainLine.h"
 
 namespace Hesperon::specifics {
 
@@ -34,11 +35,16 @@ public:
     // REQUIRES: bytes below 0x80.
     void AddBytes(std::string_view bytes)
     {
-        Reserve();
-        const std::size_t nAt = m_bytes.size() - kPadding;
-        m_bytes.resize(m_bytes.size() + bytes.size());
-        bytes.copy(m_bytes.data() + nAt, bytes.size());
-        m_lines.push_back({nAt, bytes.size(), true});
+        bytes.copy(RoomFor(bytes.size()), bytes.size());
+        TakeRoom(bytes.size());
+    }
+    // Adds the line at p and gives its size, if PlainLine::Copy takes it.
+    std::size_t AddPlainLine(const char* p, const char* pEnd)
+    {
+        const std::size_t nSize = PlainLine::Copy(p, pEnd, RoomFor(PlainLine::kRoom));
+        if (nSize != PlainLine::kNone)
+            TakeRoom(nSize);
+        return nSize;
     }
 
     std::size_t size() const { return m_lines.size(); }
@@ -63,7 +69,7 @@ public:
     // Keeps the memory for the next batch; Release() doesn't.
     void clear()
     {
-        m_bytes.resize(kPadding);
+        m_nUsed = 0;
         m_texts.clear();
         m_lines.clear();
     }
@@ -83,6 +89,21 @@ private:
     {
         if (m_lines.size() == m_lines.capacity())
             m_lines.reserve(2 * m_lines.size() + kFirstLines);
+    }
+
+    // Room for a line of nMost bytes.
+    char* RoomFor(std::size_t nMost)
+    {
+        Reserve();
+        const std::size_t nNeeded = m_nUsed + nMost + kPadding;
+        if (m_bytes.size() < nNeeded)
+            m_bytes.resize(2 * nNeeded);
+        return m_bytes.data() + m_nUsed;
+    }
+    void TakeRoom(std::size_t nSize)
+    {
+        m_lines.push_back({m_nUsed, nSize, true});
+        m_nUsed += nSize;
     }
 
     // A BSTR is the length in bytes as 32 bits, then the text, and a null behind it.
@@ -111,7 +132,8 @@ private:
 
     static constexpr std::size_t kFirstLines = 64;
 
-    std::vector<char> m_bytes = std::vector<char>(kPadding);
+    std::vector<char> m_bytes;
+    std::size_t m_nUsed = 0; // of m_bytes
     string_t m_texts;
     string_t m_widened; // the line last asked for, where it is one of bytes
     std::vector<Line> m_lines;

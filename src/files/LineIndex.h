@@ -26,6 +26,7 @@
 #pragma once
 
 #include "src/files/HeapArray.h"
+#include "src/files/ILineReader.h"
 #include "src/files/LastRecord.h"
 #include "src/files/LineCursor.h"
 
@@ -60,6 +61,10 @@ public:
         return GetRecord(bytes, nIndex, m_cursor);
     }
     bool GetRecord(std::string_view& bytes, ULONGLONG nIndex, LineCursor& cursor);
+
+    // Adds records of the range to the lines, from its first one on, until one isn't a plain line
+    // within a page; gives their number, which may be 0.
+    ULONGLONG AppendPlain(const LineRange& range, LineCursor& cursor, LineBuffer& lines);
 
     // The last record, read backwards from the end of the file: the whole of it, or its
     // first kMaxRecord characters. False for an empty file. Memory for the whole of it is
@@ -96,7 +101,9 @@ private:
     LinePlace ChooseStart(ULONGLONG nIndex, const LinePlace& cursor, ULONGLONG nCursorLimit);
     bool WalkBack(ULONGLONG nIndex, LinePlace& place, LineCursor& cursor);
     bool WalkTo(ULONGLONG nIndex, LinePlace& place);
+    static bool IsPlainStart(const char* p, const char* pEnd);
     void WalkInPage(ULONGLONG nIndex, LinePlace& place);
+    ULONGLONG AppendUpwards(ULONGLONG nMost, LineCursor& cursor, LineBuffer& lines);
     void PassRecord(LinePlace& place, ULONGLONG nLineStart);
     void TakeRemainder(const LinePlace& place);
     void CountRecord(ULONGLONG nLineStart);

@@ -98,27 +98,65 @@ bool LineIndexOf<Data>::WalkTo(ULONGLONG nIndex, LinePlace& place)
     }
 }
 
+// Whether a line of more than one byte begins with content.
+template <class Data>
+bool LineIndexOf<Data>::IsPlainStart(const char* p, const char* pEnd)
+{
+    constexpr auto kNotPlain = LineBytes::kLineEnd | LineBytes::kBlankLine | LineBytes::kSeparator;
+    return pEnd - p > 1 && !LineBytes::Is(p[0], kNotPlain) &&
+           !LineBytes::Is(p[1], LineBytes::kLineEnd);
+}
+
 // The short way over lines that are plainly records, and that lie in the current page
 // together with the first byte after them. Stops before any other line.
 template <class Data>
 void LineIndexOf<Data>::WalkInPage(ULONGLONG nIndex, LinePlace& place)
 {
-    constexpr auto kNotPlain = LineBytes::kLineEnd | LineBytes::kBlankLine | LineBytes::kSeparator;
     if (place.nPos == m_lines.Size() || m_lines.KnowsLineFrom(place.nPos))
         return;
     const auto span = m_lines.Span(place.nPos);
     const ULONGLONG nPageStart = place.nPos;
     const char* pLine = span.data();
     const char* const pEnd = pLine + span.size();
-    while (place.nRecord != nIndex && !LineBytes::Is(*pLine, kNotPlain)) {
+    while (place.nRecord != nIndex && IsPlainStart(pLine, pEnd)) {
         const char* pLineEnd = LineBytes::FindLineEnd(pLine, pEnd);
         const char* pNext = LineBytes::SkipClass(pLineEnd, pEnd, LineBytes::kGap);
-        if (pNext == pEnd || pLineEnd == pLine + 1)
+        if (pNext == pEnd)
             return;
         PassRecord(place, nPageStart + (pLine - span.data()));
         pLine = pNext;
         place.nPos = nPageStart + (pLine - span.data());
     }
+}
+
+// As WalkInPage, and adds the lines on the way. The cursor stays at the last one that was added,
+// which is passed, and so counted, with the next one.
+template <class Data>
+ULONGLONG LineIndexOf<Data>::AppendUpwards(ULONGLONG nMost, LineCursor& cursor, LineBuffer& lines)
+{
+    LinePlace place = cursor.Place();
+    if (place.nPos == m_lines.Size())
+        return 0;
+    const auto span = m_lines.Span(place.nPos);
+    const ULONGLONG nPageStart = place.nPos;
+    const char* pLine = span.data();
+    const char* const pEnd = pLine + span.size();
+    ULONGLONG nAdded = 0;
+    while (nAdded != nMost && IsPlainStart(pLine, pEnd)) {
+        const std::size_t nSize = lines.AddPlainLine(pLine, pEnd);
+        if (nSize == PlainLine::kNone)
+            break;
+        cursor.MoveTo(place);
+        ++nAdded;
+        const char* const pNext = LineBytes::SkipClass(pLine + nSize, pEnd, LineBytes::kGap);
+        if (pNext == pEnd)
+            break;
+        if (nAdded != nMost)
+            PassRecord(place, place.nPos);
+        pLine = pNext;
+        place.nPos = nPageStart + static_cast<ULONGLONG>(pLine - span.data());
+    }
+    return nAdded;
 }
 
 template <class Data>
@@ -255,6 +293,21 @@ bool LineIndexOf<Data>::GetRecord(std::string_view& bytes, ULONGLONG nIndex, Lin
     m_lines.AppendBytes(nStart, std::min(nEnd, nStart + kMaxRecord), kMaxRecord, m_sBytes);
     bytes = m_sBytes;
     return true;
+}
+
+// Downwards each line is looked up: the cursor has noted where it begins.
+template <class Data>
+ULONGLONG LineIndexOf<Data>::AppendPlain(const LineRange& range, LineCursor& cursor,
+                                         LineBuffer& lines)
+{
+    m_lines.DetectCharSize();
+    if (!range.bDownwards)
+        return SeekRecord(range.nFirst, cursor) ? AppendUpwards(range.nCount, cursor, lines) : 0;
+    ULONGLONG n = 0;
+    while (n != range.nCount && SeekRecord(range.At(n), cursor) &&
+           AppendUpwards(1, cursor, lines) == 1)
+        ++n;
+    return n;
 }
 
 template <class Data>

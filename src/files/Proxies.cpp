@@ -55,4 +55,13 @@ HRESULT STDMETHODCALLTYPE CFileHandlerEventsProxy::ProcessRecord(ULONGLONG nInde
     return pTarget ? pTarget->ProcessRecord(nIndex, bsRecord, bComplete) : S_OK;
 }
 
+// A target that can't tell may hear them.
+bool STDMETHODCALLTYPE CFileHandlerEventsProxy::HearsCounts()
+{
+    const auto pTarget = Target();
+    if (const auto pHearer = pTarget.as<ICountHearer>())
+        return pHearer->HearsCounts();
+    return static_cast<bool>(pTarget);
+}
+
 } // namespace Hesperon::specifics

@@ -7,6 +7,7 @@
 #include "module/ComObject.h"
 #include "platform/threads/CriticalSection.h"
 #include "platform/threads/MessageWindow.h"
+#include "src/files/IFileConsumer.h"
 
 namespace Hesperon::specifics {
 
@@ -31,7 +32,8 @@ public:
 
 // Stands in for a consumer of file events.
 class CFileHandlerEventsProxy
-    : public ComObject<CFileHandlerEventsProxy, Dual<IQRL_TabulexConverter::IFileHandlerEvents>>
+    : public ComObject<CFileHandlerEventsProxy, Dual<IQRL_TabulexConverter::IFileHandlerEvents>,
+                       ICountHearer>
 {
 public:
     // The target isn't counted.
@@ -43,6 +45,8 @@ public:
     HRESULT STDMETHODCALLTYPE PutData(VARIANT vFields, ULONGLONG nFrom, ULONGLONG nCount) override;
     HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG nIndex, BSTR bsRecord,
                                             VARIANT_BOOL bComplete) override;
+
+    bool STDMETHODCALLTYPE HearsCounts() override;
 
 private:
     com_ptr<IQRL_TabulexConverter::IFileHandlerEvents> Target();

@@ -86,8 +86,15 @@ public:
         *ppLines = com_ptr<ILineReader>(this).detach();
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE AppendRecord(ULONGLONG nIndex, ULONG nLocale,
-                                           Hesperon::specifics::LineBuffer& buffer) override
+    HRESULT STDMETHODCALLTYPE AppendRecords(const LineRange& range, ULONG nLocale,
+                                            Hesperon::specifics::LineBuffer& buffer) override
+    {
+        HRESULT hr = S_OK;
+        for (ULONGLONG n = 0; n < range.nCount && SUCCEEDED(hr); ++n)
+            hr = AppendRecord(range.At(n), nLocale, buffer);
+        return hr;
+    }
+    HRESULT AppendRecord(ULONGLONG nIndex, ULONG nLocale, Hesperon::specifics::LineBuffer& buffer)
     {
         Bstr sRecord;
         const HRESULT hr = GetRecord(nIndex, nLocale, sRecord.put());

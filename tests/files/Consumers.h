@@ -110,7 +110,8 @@ com_ptr<Class> Make()
     return object;
 }
 
-inline IUnknown* AsUnknown(const com_ptr<Consumer>& consumer)
+template <class Class>
+IUnknown* AsUnknown(const com_ptr<Class>& consumer)
 {
     return consumer->Identity();
 }

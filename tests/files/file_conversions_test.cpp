@@ -50,6 +50,47 @@ TEST(FileConversions, TakeTurnsARecordEach)
     EXPECT_FALSE(turns.m_conversions.IsActive());
 }
 
+// Takes up to three records in a call, and notes the calls.
+class StepsConsumer : public ComObject<StepsConsumer, Dual<IFileHandlerEvents>, IRecordSteps>
+{
+public:
+    Texts m_calls;
+
+    HRESULT STDMETHODCALLTYPE RecordCountChange(ULONGLONG, VARIANT_BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE PutData(VARIANT, ULONGLONG, ULONGLONG) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG nIndex, BSTR, VARIANT_BOOL) override
+    {
+        m_calls.push_back(std::to_string(nIndex));
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE ProcessRecords(ULONGLONG nIndex, ULONGLONG nMost,
+                                             ULONGLONG& nTaken) override
+    {
+        nTaken = std::min<ULONGLONG>(nMost, 3);
+        m_calls.push_back(std::to_string(nIndex) + "+" + std::to_string(nTaken));
+        return nIndex < 6 ? S_OK : S_FALSE;
+    }
+};
+
+TEST(FileConversions, TheOnlyOneMayTakeManyRecordsInATurn)
+{
+    const auto steps = Make<StepsConsumer>();
+    const auto other = Make<Consumer>();
+    other->m_onRecord = [](ULONGLONG) { return S_FALSE; };
+    FileConversions conversions;
+    conversions.Start(com_ptr<IFileHandlerEvents>(steps.get()));
+    conversions.StepNext(false, 1);
+    conversions.StepNext(false, 2);
+    conversions.Start(com_ptr<IFileHandlerEvents>(other.get()));
+    conversions.StepNext(false, 1000); // the other one's turn, and its end
+    conversions.StepNext(false, 1000);
+    EXPECT_TRUE(conversions.IsActive());
+    conversions.StepNext(false, 1000);
+    EXPECT_FALSE(conversions.IsActive());
+    EXPECT_EQ(other->Records(), std::vector<ULONGLONG>{0});
+    EXPECT_EQ(steps->m_calls, (Texts{"0", "1+2", "3+3", "6+3"}));
+}
+
 TEST(FileConversions, EndWithAnyResultButSuccess)
 {
     for (const HRESULT hr : {S_FALSE, E_FAIL, E_INVALIDARG, HRESULT(2)}) {

@@ -80,6 +80,79 @@ TEST_F(FileHandler, TellsTheCountOnceIn4096RecordsAndOnceAtTheEnd)
     }
 }
 
+// Says whether anybody hears the counts that it is told.
+class Hearer : public ComObject<Hearer, Dual<IFileHandlerEvents>, ICountHearer>
+{
+public:
+    std::atomic<bool> m_bHears = true;
+    std::atomic<int> m_nTold = 0;
+
+    bool STDMETHODCALLTYPE HearsCounts() override { return m_bHears; }
+    HRESULT STDMETHODCALLTYPE RecordCountChange(ULONGLONG, VARIANT_BOOL) override
+    {
+        ++m_nTold;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE PutData(VARIANT, ULONGLONG, ULONGLONG) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG, BSTR, VARIANT_BOOL) override
+    {
+        return E_NOTIMPL;
+    }
+};
+
+// Takes the steps that it is offered until m_nRecords have been taken, and notes the most.
+class Stepper : public ComObject<Stepper, Dual<IFileHandlerEvents>, IRecordSteps>
+{
+public:
+    ULONGLONG m_nRecords = 0;
+    ULONGLONG m_nMostOffered = 1;
+    Signal m_done;
+
+    HRESULT STDMETHODCALLTYPE RecordCountChange(ULONGLONG, VARIANT_BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE PutData(VARIANT, ULONGLONG, ULONGLONG) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG nIndex, BSTR, VARIANT_BOOL) override
+    {
+        if (nIndex < m_nRecords)
+            return S_OK;
+        m_done.Raise();
+        return S_FALSE;
+    }
+    HRESULT STDMETHODCALLTYPE ProcessRecords(ULONGLONG nIndex, ULONGLONG nMost,
+                                             ULONGLONG& nTaken) override
+    {
+        m_nMostOffered = nTaken = nMost;
+        return ProcessRecord(nIndex, nullptr, VARIANT_FALSE);
+    }
+};
+
+// A count that somebody may hear is told after each record; else many are taken in a turn.
+TEST_F(FileHandler, TakesManyRecordsInATurnWhereNobodyHearsTheCount)
+{
+    const TestFile file(NumberedLines(33000));
+    const auto pHandler = Attach(file);
+    ASSERT_TRUE(Eventually([&] { return Count(pHandler) == 32768; }));
+    for (const bool bHears : {false, true}) {
+        SCOPED_TRACE(bHears);
+        const auto hearer = Make<Hearer>();
+        hearer->m_bHears = bHears;
+        pHandler->QueueCountEvents(AsUnknown(hearer), kKey);
+        ASSERT_TRUE(Eventually([&] { return hearer->m_nTold != 0; }));
+        const int nBefore = hearer->m_nTold;
+        const auto stepper = Make<Stepper>();
+        stepper->m_nRecords = 5000;
+        pHandler->QueueConversion(AsUnknown(stepper), kKey + 1);
+        ASSERT_TRUE(stepper->m_done.Await());
+        pHandler->CancelRequests(kKey);
+        if (bHears) {
+            EXPECT_EQ(stepper->m_nMostOffered, 1u);
+            EXPECT_GE(hearer->m_nTold - nBefore, 5000);
+        } else {
+            EXPECT_GT(stepper->m_nMostOffered, 100u);
+            EXPECT_LT(hearer->m_nTold - nBefore, 100);
+        }
+    }
+}
+
 // Past the scan's limit the count is reported at each turn of the loop.
 TEST_F(FileHandler, TellsTheCountAtEachTurnOnceTheScanIsDone)
 {
@@ -379,9 +452,9 @@ TEST_F(FileHandler, AppendsRecordsToTheLinesOfABatch)
     const auto pLines = OpenLines(pHandler);
     ASSERT_TRUE(pLines);
     LineBuffer lines;
-    EXPECT_EQ(pLines->AppendRecord(1, 0, lines), S_OK);
-    EXPECT_EQ(pLines->AppendRecord(2, 0, lines), E_FAIL);
-    EXPECT_EQ(pLines->AppendRecord(0, 0, lines), S_OK);
+    EXPECT_EQ(pLines->AppendRecords({1, 1}, 0, lines), S_OK);
+    EXPECT_EQ(pLines->AppendRecords({2, 1}, 0, lines), E_FAIL);
+    EXPECT_EQ(pLines->AppendRecords({0, 1}, 0, lines), S_OK);
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(string_t(lines[0]), OLESTR("cde"));
     EXPECT_EQ(string_t(lines[1]), OLESTR("ab"));
@@ -413,7 +486,7 @@ TEST_F(FileHandler, ReadsTextInTheAnsiCodePage)
         EXPECT_EQ(pHandler->GetLastRecord(0, sLast.put()), S_OK);
         EXPECT_EQ(sLast.view(), row.sText);
         LineBuffer lines;
-        EXPECT_EQ(OpenLines(pHandler)->AppendRecord(0, 0, lines), S_OK);
+        EXPECT_EQ(OpenLines(pHandler)->AppendRecords({0, 1}, 0, lines), S_OK);
         EXPECT_EQ(string_view_t(lines[0], lines.Length(0)), row.sText);
     }
 }

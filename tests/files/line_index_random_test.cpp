@@ -148,9 +148,32 @@ private:
         const unsigned nCalls = 1 + Below(m_random, 20);
         const bool bDown = Below(m_random, 2);
         ULONGLONG nIndex = Below(m_random, 2) ? m_plain.curRecord : ChooseRecord();
-        for (unsigned n = 0; n < nCalls; ++n, nIndex += bDown ? -1 : 1)
-            CompareRecord(nIndex, m_own);
+        if (Below(m_random, 2)) {
+            CompareRange({nIndex, bDown ? std::min<ULONGLONG>(nCalls, nIndex + 1) : nCalls, bDown});
+        } else {
+            for (unsigned n = 0; n < nCalls; ++n, nIndex += bDown ? -1 : 1)
+                CompareRecord(nIndex, m_own);
+        }
         SwapCursors();
+    }
+
+    // Plain lines are added together, the others by themselves.
+    void CompareRange(const LineRange& range)
+    {
+        for (ULONGLONG n = 0; n < range.nCount;) {
+            LineBuffer lines;
+            const LineRange rest{range.At(n), range.nCount - n, range.bDownwards};
+            const ULONGLONG nAdded = m_index.AppendPlain(rest, m_own, lines);
+            ASSERT_EQ(nAdded, lines.size());
+            ASSERT_LE(nAdded, rest.nCount);
+            if (nAdded == 0)
+                CompareRecord(range.At(n++), m_own);
+            for (std::size_t i = 0; i < nAdded; ++i, ++n) {
+                std::string text;
+                ASSERT_TRUE(m_plain.GetRecord(text, range.At(n))) << range.At(n);
+                ASSERT_EQ(lines.Bytes(i), text) << range.At(n);
+            }
+        }
     }
 
     void SwapCursors()

@@ -8,7 +8,7 @@
 //
 // CDataArray, FileLinesOf    the page with its bytes, and where the line begins and ends in it
 // LineIndexOf                its bytes, at most 512 of them
-// ReadLine                   bytes, or text where they aren't ASCII, kept until the batch is full
+// ReadLines                  bytes, or text where they aren't ASCII, kept until the batch is full
 // RecordBatch::ParseLine     the checks of date, symbol, order and range
 // RowPlan                    a plain line's fields, and their values in one row of the array; or
 // CRecordParser::Parse       the fields of any text, each given to its column, and
@@ -85,21 +85,35 @@ void ConversionRun::Close()
 
 // The file is at its end when a read fails, so a whole file that runs forwards takes one step more
 // than it has records. The step that fails also delivers the lines that are left.
-HRESULT ConversionRun::Step(ULONGLONG nIndex)
+//
+// A batch ends with the steps, so what an outsider can see happens after the same records,
+// however many steps are taken in one call.
+HRESULT ConversionRun::Steps(ULONGLONG nIndex, ULONGLONG nMost, ULONGLONG& nTaken)
 {
+    nTaken = 1;
     if (m_state != State::Running)
         if (const std::optional<Outcome> outcome = TakeOver())
             return End(*outcome);
 
-    const HRESULT hrRead = ReadLine(nIndex);
-    const bool bLast = FAILED(hrRead) || m_worker.portion.EndsAt(nIndex, m_worker.lines);
+    const std::size_t nBefore = m_memory.lines.size();
+    const HRESULT hrRead = ReadLines(nIndex, StepsFrom(nIndex, nMost));
     const std::size_t nLines = m_memory.lines.size();
+    nTaken = nLines - nBefore + (FAILED(hrRead) ? 1 : 0);
+    const ULONGLONG nLast = nIndex + nTaken - 1;
+    const bool bLast = FAILED(hrRead) || m_worker.portion.EndsAt(nLast, m_worker.lines);
     if (nLines != 0 && nLines % kBatchSize == 0) {
-        const Outcome outcome = ProcessLines(nIndex);
+        const Outcome outcome = ProcessLines(nLast);
         if (outcome.hr != S_OK)
             return End(outcome);
     }
-    return bLast ? End(LastStep(nIndex)) : hrRead;
+    return bLast ? End(LastStep(nLast)) : hrRead;
+}
+
+// Up to the end of the batch and of the portion.
+ULONGLONG ConversionRun::StepsFrom(ULONGLONG nIndex, ULONGLONG nMost) const
+{
+    const ULONGLONG nRoom = kBatchSize - m_memory.lines.size() % kBatchSize;
+    return std::min({nMost, nRoom, m_worker.portion.StepsLeft(nIndex, m_worker.lines)});
 }
 
 // A run keeps what it has taken over until the parser says that it has been replaced. The last
@@ -128,16 +142,17 @@ ConversionRun::Outcome ConversionRun::Interruption() const
 }
 
 // At the end of the file the read fails.
-HRESULT ConversionRun::ReadLine(ULONGLONG nIndex)
+HRESULT ConversionRun::ReadLines(ULONGLONG nIndex, ULONGLONG nCount)
 try {
     LineBuffer& lines = m_memory.lines;
-    const HRESULT hr =
-        m_worker.pLines->AppendRecord(m_worker.lines.LineOf(nIndex), m_worker.nLocale, lines);
-    if (FAILED(hr))
-        return hr;
-    const bool bHasText = lines.Length(lines.size() - 1) != 0;
-    Assert(bHasText, "*bsRecord");
-    Assert(bHasText, "!m_sTempRecords[ m_sTempRecords.GetCount() - 1 ].IsEmpty()");
+    const std::size_t nBefore = lines.size();
+    const HRESULT hr = m_worker.pLines->AppendRecords(m_worker.lines.LinesOf(nIndex, nCount),
+                                                      m_worker.nLocale, lines);
+    for (std::size_t n = nBefore; n < lines.size(); ++n) {
+        const bool bHasText = lines.Length(n) != 0;
+        Assert(bHasText, "*bsRecord");
+        Assert(bHasText, "!m_sTempRecords[ m_sTempRecords.GetCount() - 1 ].IsEmpty()");
+    }
     return hr;
 } catch (...) {
     return E_FAIL;

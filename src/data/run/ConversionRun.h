@@ -91,8 +91,16 @@ public:
     // Ends the run, from any thread. The sink has heard the end when this returns, unless the
     // run had ended before. The parser may be gone afterwards: hold a reference.
     void Cancel();
-    // One step, on the file's worker. Anything but S_OK: the run has ended; S_FALSE well.
-    HRESULT Step(ULONGLONG nIndex);
+    // The step of one position, on the file's worker. Anything but S_OK: the run has ended; S_FALSE
+    // well.
+    HRESULT Step(ULONGLONG nIndex)
+    {
+        ULONGLONG nTaken = 0;
+        return Steps(nIndex, 1, nTaken);
+    }
+    // Steps of positions from nIndex on, nMost of them and one batch at most. The same, and nTaken
+    // is the number of steps.
+    HRESULT Steps(ULONGLONG nIndex, ULONGLONG nMost, ULONGLONG& nTaken);
     // For the parser's last moments.
     void Close();
 
@@ -127,7 +135,8 @@ private:
     // Takes over what the parser has. Gives an outcome if the run is to end instead.
     std::optional<Outcome> TakeOver();
     Outcome Interruption() const;
-    HRESULT ReadLine(ULONGLONG nIndex);
+    ULONGLONG StepsFrom(ULONGLONG nIndex, ULONGLONG nMost) const;
+    HRESULT ReadLines(ULONGLONG nIndex, ULONGLONG nCount);
     Outcome LastStep(ULONGLONG nIndex);
     // Parses the lines that were kept, of which the last is the record at nLast, and delivers
     // those that pass.

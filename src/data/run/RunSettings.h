@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include "platform/values.h"
@@ -33,11 +34,29 @@ struct RunPortion
     // shows only when a record can't be read.
     bool EndsAt(ULONGLONG nPosition, const LineRule& lines) const
     {
+        const auto nLast = LastPosition(lines);
+        return nLast && nPosition == *nLast;
+    }
+
+    // Steps from a position on to the last one; kEndless where the run doesn't know it or is past
+    // it.
+    static constexpr ULONGLONG kEndless = ~0ull;
+    ULONGLONG StepsLeft(ULONGLONG nPosition, const LineRule& lines) const
+    {
+        const auto nLast = LastPosition(lines);
+        return nLast && *nLast >= nPosition && *nLast - nPosition != kEndless
+                   ? *nLast - nPosition + 1
+                   : kEndless;
+    }
+
+private:
+    std::optional<ULONGLONG> LastPosition(const LineRule& lines) const
+    {
         const ULONGLONG nLastInverted = lines.LastInvertedPosition();
         if (!bPortion)
-            return lines.bInvertedDirection && nPosition == nLastInverted;
+            return lines.bInvertedDirection ? std::optional(nLastInverted) : std::nullopt;
         const ULONGLONG nLast = nCount + nStart - 1;
-        return nPosition == (lines.bInvertedDirection ? std::min(nLast, nLastInverted) : nLast);
+        return lines.bInvertedDirection ? std::min(nLast, nLastInverted) : nLast;
     }
 };
 
