@@ -38,12 +38,13 @@ public:
         bytes.copy(RoomFor(bytes.size()), bytes.size());
         TakeRoom(bytes.size());
     }
-    // Adds the line at p and gives its size, if PlainLine::Copy takes it.
+    // Adds the line at p if PlainLine::Copy takes it, and gives what that gives.
+    template <PlainLine::Width width>
     std::size_t AddPlainLine(const char* p, const char* pEnd)
     {
-        const std::size_t nSize = PlainLine::Copy(p, pEnd, RoomFor(PlainLine::kRoom));
+        const std::size_t nSize = PlainLine::Copy<width>(p, pEnd, RoomFor(PlainLine::kRoom));
         if (nSize != PlainLine::kNone)
-            TakeRoom(nSize);
+            TakeRoom(nSize / static_cast<std::size_t>(width));
         return nSize;
     }
 

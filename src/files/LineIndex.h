@@ -104,6 +104,8 @@ private:
     static bool IsPlainStart(const char* p, const char* pEnd);
     void WalkInPage(ULONGLONG nIndex, LinePlace& place);
     ULONGLONG AppendUpwards(ULONGLONG nMost, LineCursor& cursor, LineBuffer& lines);
+    template <PlainLine::Width width>
+    ULONGLONG AppendInPage(ULONGLONG nMost, LineCursor& cursor, LineBuffer& lines);
     void PassRecord(LinePlace& place, ULONGLONG nLineStart);
     void TakeRemainder(const LinePlace& place);
     void CountRecord(ULONGLONG nLineStart);

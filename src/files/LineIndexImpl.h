@@ -132,18 +132,17 @@ void LineIndexOf<Data>::WalkInPage(ULONGLONG nIndex, LinePlace& place)
 // As WalkInPage, and adds the lines on the way. The cursor stays at the last one that was added,
 // which is passed, and so counted, with the next one.
 template <class Data>
-ULONGLONG LineIndexOf<Data>::AppendUpwards(ULONGLONG nMost, LineCursor& cursor, LineBuffer& lines)
+template <PlainLine::Width width>
+ULONGLONG LineIndexOf<Data>::AppendInPage(ULONGLONG nMost, LineCursor& cursor, LineBuffer& lines)
 {
     LinePlace place = cursor.Place();
-    if (place.nPos == m_lines.Size())
-        return 0;
     const auto span = m_lines.Span(place.nPos);
     const ULONGLONG nPageStart = place.nPos;
     const char* pLine = span.data();
     const char* const pEnd = pLine + span.size();
     ULONGLONG nAdded = 0;
     while (nAdded != nMost && IsPlainStart(pLine, pEnd)) {
-        const std::size_t nSize = lines.AddPlainLine(pLine, pEnd);
+        const std::size_t nSize = lines.template AddPlainLine<width>(pLine, pEnd);
         if (nSize == PlainLine::kNone)
             break;
         cursor.MoveTo(place);
@@ -293,6 +292,15 @@ bool LineIndexOf<Data>::GetRecord(std::string_view& bytes, ULONGLONG nIndex, Lin
     m_lines.AppendBytes(nStart, std::min(nEnd, nStart + kMaxRecord), kMaxRecord, m_sBytes);
     bytes = m_sBytes;
     return true;
+}
+
+template <class Data>
+ULONGLONG LineIndexOf<Data>::AppendUpwards(ULONGLONG nMost, LineCursor& cursor, LineBuffer& lines)
+{
+    if (cursor.Place().nPos == m_lines.Size())
+        return 0;
+    return m_lines.CharSize() == 2 ? AppendInPage<PlainLine::Width::Two>(nMost, cursor, lines)
+                                   : AppendInPage<PlainLine::Width::One>(nMost, cursor, lines);
 }
 
 // Downwards each line is looked up: the cursor has noted where it begins.

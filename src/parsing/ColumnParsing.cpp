@@ -87,7 +87,7 @@ void MoveToBarEnd(ParserState& state)
     }
     if (!bAny)
         return;
-    sum += state.m_nResolutionSize / kMinutesPerDay;
+    sum = BarEnd(state, sum);
     if (parts[0])
         parts[0]->SetCachedDate(std::trunc(sum));
     if (parts[1])
@@ -110,6 +110,11 @@ std::optional<std::int32_t> DayNumber(CDataField& date)
     if (!qrlDateTime::details::TryDateToJulian(calendar, nNumber))
         return {};
     return nNumber;
+}
+
+DATE BarEnd(const ParserState& state, DATE stamp)
+{
+    return stamp + state.m_nResolutionSize / kMinutesPerDay;
 }
 
 bool MovesToBarEnd(const ParserState& state)

@@ -23,6 +23,9 @@ std::optional<std::int32_t> DayNumber(CDataField& date);
 // Whether the stamps of records are moved to the ends of their bars.
 bool MovesToBarEnd(const ParserState& state);
 
+// Where a stamp is moved to.
+DATE BarEnd(const ParserState& state, DATE stamp);
+
 // Date plus time of the record last parsed. E_INVALIDARG without a Date column, E_FAIL if
 // one of the two has no value.
 HRESULT RecordDateTime(ParserState& state, DATE& date);

@@ -19,17 +19,10 @@ using IQRL_TabulexConverter::IDataParserEvents;
 
 namespace {
 
-constexpr double kHalfSecond = 5.787037037037037e-6; // in days
 constexpr double kMinWeek = 7;
 
 // Units per day of the step that a resolution demands; 0 if it demands none.
 constexpr double kUnitsPerDay[RESOLUTIONS_COUNT] = {0, 0, 0, 0, 86400, 1440, 1, 1};
-
-// Whole units in a span of days, to the nearest half second.
-double WholeUnits(double fSpan, double fUnitsPerDay)
-{
-    return std::trunc((fSpan + std::copysign(kHalfSecond, fSpan)) * fUnitsPerDay);
-}
 
 HRESULT ResolutionErrorText(IDispatch* pHost, LONG nResolution, BSTR* pText)
 {
@@ -69,7 +62,7 @@ HRESULT CheckStep(const ParserState& state, double fStep, BSTR* pError, IDispatc
         *pError = NewBstr(LoadResourceString(IDS_NEGATIVE_INCREMENT));
         return S_FALSE;
     }
-    if (!BreaksResolution(state, fStep))
+    if (!StepRuleOf(state).IsBrokenBy(fStep))
         return S_OK;
     const HRESULT hr = ResolutionErrorText(pHost, state.m_nResolution, pError);
     return FAILED(hr) ? hr : S_FALSE;
@@ -77,14 +70,10 @@ HRESULT CheckStep(const ParserState& state, double fStep, BSTR* pError, IDispatc
 
 } // namespace
 
-bool BreaksResolution(const ParserState& state, double fSpan)
+StepRule StepRuleOf(const ParserState& state)
 {
-    const double fUnitsPerDay = kUnitsPerDay[state.m_nResolution];
-    if (fUnitsPerDay == 0)
-        return false;
-    const double fLeast =
-        state.m_nResolution == ResolutionWeeks ? kMinWeek : state.m_nResolutionSize;
-    return WholeUnits(fSpan, fUnitsPerDay) < fLeast;
+    return {kUnitsPerDay[state.m_nResolution],
+            state.m_nResolution == ResolutionWeeks ? kMinWeek : state.m_nResolutionSize};
 }
 
 HRESULT CRecordParser::FindResolution(BSTR bsRecord)

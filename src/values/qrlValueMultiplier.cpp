@@ -136,6 +136,11 @@ HRESULT CqrlValueMultiplier::ApplyTransform(VARIANT* pVal)
     return S_OK;
 }
 
+bool CqrlValueMultiplier::KeepsValues()
+{
+    return m_fnTransform == &Keep;
+}
+
 void CqrlValueMultiplier::AnalyzeValue(CqrlValueMultiplier& self, VARIANT* pVal)
 {
     self.m_fnTransform = self.TransformFor(pVal);

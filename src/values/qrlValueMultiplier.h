@@ -13,11 +13,13 @@
 
 #include "interfaces/IValueMultiplier.h"
 #include "module/ComObject.h"
+#include "src/values/IKeepsValues.h"
 
 namespace Hesperon::specifics {
 
 class CqrlValueMultiplier
-    : public ComObject<CqrlValueMultiplier, Dual<IQRL_TabulexConverter::IValueMultiplier>>
+    : public ComObject<CqrlValueMultiplier, Dual<IQRL_TabulexConverter::IValueMultiplier>,
+                       IKeepsValues>
 {
 public:
     // Starts at "1", which lets every value through as it is.
@@ -29,6 +31,8 @@ public:
     HRESULT STDMETHODCALLTYPE get_TransformNames(VARIANT* pVal) override;
     HRESULT STDMETHODCALLTYPE get_Current(BSTR* pVal) override;
     HRESULT STDMETHODCALLTYPE put_Current(BSTR newVal) override;
+
+    bool STDMETHODCALLTYPE KeepsValues() override;
 
     // ---- the transform by its one-byte code
 

@@ -28,7 +28,8 @@ std::size_t PlainSize(const std::string& bytes)
 std::size_t CopyOf(const std::string& bytes, std::string& out)
 {
     out.assign(PlainLine::kRoom, '#');
-    const std::size_t n = PlainLine::Copy(bytes.data(), bytes.data() + bytes.size(), out.data());
+    const std::size_t n = PlainLine::Copy<PlainLine::Width::One>(
+        bytes.data(), bytes.data() + bytes.size(), out.data());
     out.resize(n == PlainLine::kNone ? 0 : n);
     return n;
 }
@@ -77,6 +78,47 @@ TEST(PlainLine, OfRandomBytes)
         ASSERT_EQ(n, PlainSize(bytes)) << bytes;
         if (n != PlainLine::kNone) {
             ASSERT_EQ(copy, bytes.substr(0, n));
+        }
+    }
+}
+
+std::string Wide(const std::string& bytes)
+{
+    std::string wide;
+    for (const char c : bytes) {
+        wide += c;
+        wide += '\0';
+    }
+    return wide;
+}
+
+// The same bytes with a zero behind each, and then with one byte changed.
+TEST(PlainLine, OfTwoBytesACharacter)
+{
+    std::mt19937 random(Seed());
+    const std::string kBytes = "0123456789,.:/ \t\n\r\x01\x7F\x80\xFE";
+    for (int nRound = 0; nRound < Rounds(20000); ++nRound) {
+        std::string bytes(PlainLine::kBlock * 3, ' ');
+        const std::size_t nOdd = random() % 40;
+        for (char& c : bytes)
+            c = kBytes[random() % (random() % (nOdd + 1) == 0 ? kBytes.size() : 10)];
+        std::string wide = Wide(bytes);
+        const std::size_t nPlain = PlainSize(bytes);
+        const std::size_t nChanged = random() % wide.size();
+        const bool bChanged = random() % 2;
+        if (bChanged)
+            wide[nChanged] = nChanged % 2 ? 'x' : '\0';
+        std::string copy(PlainLine::kRoom, '#');
+        const std::size_t n = PlainLine::Copy<PlainLine::Width::Two>(
+            wide.data(), wide.data() + wide.size(), copy.data());
+        const bool bHit = bChanged && nPlain != PlainLine::kNone && nChanged < 2 * nPlain;
+        if (nPlain == PlainLine::kNone || bHit) {
+            ASSERT_EQ(n, PlainLine::kNone);
+        } else if (n != PlainLine::kNone) { // the end itself may have been changed
+            ASSERT_EQ(n, 2 * nPlain);
+            ASSERT_EQ(copy.substr(0, nPlain), bytes.substr(0, nPlain));
+        } else {
+            ASSERT_TRUE(bChanged && nChanged / 2 == nPlain);
         }
     }
 }

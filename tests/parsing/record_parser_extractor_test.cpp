@@ -106,9 +106,9 @@ TEST_F(RecordParserExtractor, ReachesEachMultiplier)
 TEST_F(RecordParserExtractor, TheMultiplierIsGivenWithANewReference)
 {
     const CPriceMultiplierExtractor price(m_dataParser.get());
-    const ULONG nBefore = CountOf(*m_price.get());
+    const ULONG nBefore = CountOf(*com_ptr<IValueMultiplier>(m_price.get()).get());
     const com_ptr<IValueMultiplier> multiplier = price.GetMultiplier();
-    EXPECT_EQ(nBefore + 1, CountOf(*m_price.get()));
+    EXPECT_EQ(nBefore + 1, CountOf(*com_ptr<IValueMultiplier>(m_price.get()).get()));
 }
 
 TEST_F(RecordParserExtractor, SaysWhyThereIsNoRecordParser)

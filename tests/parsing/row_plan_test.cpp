@@ -134,7 +134,13 @@ TEST(RowPlan, ReadsPlainLines)
           OLESTR("12/31/1999,23:59,1,2.,.5,-1.25,0"),
           OLESTR("01/04/2000 , 09:30, 1000,+3,0.000001,123456789.125 ,999999999999999999"),
           OLESTR("01/03/2000,,09:30,1,1,1,1,1,and more, of anything"),
-          OLESTR("02/29/2000,00:00,-0,-0.0,0,00001.50,007")})
+          OLESTR("02/29/2000,00:00,-0,-0.0,0,00001.50,007"),
+          OLESTR("01/03/2000,09:30,1,1,1,1,100.0"), OLESTR("01/03/2000,09:30,1,1,1,1,1,000."),
+          OLESTR("01/03/2000,09:30,1,1,1,1,.0"), OLESTR("01/03/2000,09:30,1,1,1,1,12345678.000"),
+          OLESTR("01/03/2000,09:30,1,1,1,1,1  "), OLESTR("  01/03/2000,09:30,1,1,1,1,1"),
+          OLESTR("\"01/03/2000\",\"09:30\",'1','1',(1),[1],\"1\""),
+          OLESTR("01/03/2000,   09:30,  1,\t\t1,   1.5,  1,     1"),
+          OLESTR("01/03/2000,09:30,1,\"\",1,1,1,1")})
         EXPECT_TRUE(file.ReadsLikeTheCalls(string_t(sLine))) << Shown(sLine);
 }
 
@@ -142,17 +148,28 @@ TEST(RowPlan, LeavesWhatIsntPlainToTheCalls)
 {
     const PlannedFile file(MinuteBars());
     ASSERT_TRUE(file.Plan());
-    for (const string_view_t sLine :
-         {OLESTR(""), OLESTR("01/03/2000"), OLESTR("01/03/2000,09:30,1,1,1,1"),
-          OLESTR("\"01/03/2000\",09:30,1,1,1,1,1"), OLESTR("01/03/2000,09:30,1,1,1,1,1  "),
-          OLESTR("01/03/2000,09:30,1,1,1,1,1,\u00E9"), OLESTR("01/03/2000,09:30,1,1,1,1,1\u0130"),
-          OLESTR("01/03/2000,09:30,1,1,1,1,1\uFF11"), OLESTR("02/29/2001,09:30,1,1,1,1,1"),
-          OLESTR("13/03/2000,09:30,1,1,1,1,1"), OLESTR("01/03/2000,24:00,1,1,1,1,1"),
-          OLESTR("01/03/2000,09:60,1,1,1,1,1"), OLESTR("01/03/2000,09:30,-,1,1,1,1"),
-          OLESTR("01/03/2000,09:30,1.5.3,1,1,1,1"), OLESTR("01/03/2000,09:30,1e5,1,1,1,1"),
-          OLESTR("01/03/2000,09:30,9007199254740993,1,1,1,1"),
-          OLESTR("01/03/2000,09:30,1,1,1,1,100.0"), OLESTR("01/03/2000,09:30,1,1,1,1,-5"),
-          OLESTR("01/03/2000,09:30,1,1,1,1,1234567890123456789")})
+    for (const string_view_t sLine : {OLESTR(""),
+                                      OLESTR("01/03/2000"),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1"),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1, \" 1\""),
+                                      OLESTR("\"\""),
+                                      OLESTR("   "),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1,1,\u00E9"),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1,1\u0130"),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1,1\uFF11"),
+                                      OLESTR("02/29/2001,09:30,1,1,1,1,1"),
+                                      OLESTR("13/03/2000,09:30,1,1,1,1,1"),
+                                      OLESTR("01/03/2000,24:00,1,1,1,1,1"),
+                                      OLESTR("01/03/2000,09:60,1,1,1,1,1"),
+                                      OLESTR("01/03/2000,09:30,-,1,1,1,1"),
+                                      OLESTR("01/03/2000,09:30,1.5.3,1,1,1,1"),
+                                      OLESTR("01/03/2000,09:30,1e5,1,1,1,1"),
+                                      OLESTR("01/03/2000,09:30,9007199254740993,1,1,1,1"),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1,100.5"),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1,-5"),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1,."),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1,1.0.0"),
+                                      OLESTR("01/03/2000,09:30,1,1,1,1,1234567890123456789")})
         EXPECT_FALSE(file.Reads(string_t(sLine))) << Shown(sLine);
 }
 
@@ -166,15 +183,17 @@ TEST(RowPlan, KeepsTheLengthOfPlainLines)
     EXPECT_FALSE(file.Reads(sLine + string_t(PlainRecord::kMaxPlain + 1 - sLine.size(), 'x')));
 }
 
-// Two blanks side by side show wherever the blocks meet in which a record is looked at.
+// Two blanks side by side show wherever the blocks meet in which a record is looked at. Those that
+// are left when a quote between them is dropped stay two.
 TEST(RowPlan, SeesTwoBlanksAnywhere)
 {
     const PlannedFile file(MinuteBars());
     ASSERT_TRUE(file.Plan());
     for (std::size_t n = 0; n < 70; ++n) {
         const string_t sLine = OLESTR("01/03/2000,09:30,1,1,1,1,1,") + string_t(n, OLECHAR('x'));
-        EXPECT_TRUE(file.Reads(sLine + OLESTR(" x"))) << n;
-        EXPECT_FALSE(file.Reads(sLine + OLESTR(" \tx"))) << n;
+        EXPECT_TRUE(file.ReadsLikeTheCalls(sLine + OLESTR(" x"))) << n;
+        EXPECT_TRUE(file.ReadsLikeTheCalls(sLine + OLESTR(" \tx"))) << n;
+        EXPECT_FALSE(file.Reads(sLine + OLESTR(" ' x"))) << n;
     }
 }
 
@@ -197,6 +216,20 @@ TEST(RowPlan, GivesSymbolsAndScaledValues)
     EXPECT_TRUE(file.ReadsLikeTheCalls(sLine));
 }
 
+// More texts than the tables hold, each read again after all others.
+TEST(RowPlan, RemembersTexts)
+{
+    const PlannedFile file(MinuteBars());
+    ASSERT_TRUE(file.Plan());
+    for (int nTime = 0; nTime < 2; ++nTime)
+        for (int nDay = 0; nDay < 24'000; nDay += 1 + nTime) {
+            const std::string sLine =
+                fmt::format("{:02}/{:02}/{},{:02}:{:02},1,1,1,1,1", nDay % 12 + 1,
+                            nDay / 12 % 28 + 1, 1930 + nDay / 336, nDay % 24, nDay % 60);
+            ASSERT_TRUE(file.ReadsLikeTheCalls(string_t(sLine.begin(), sLine.end()))) << sLine;
+        }
+}
+
 // ---- which layouts have a plan
 
 TEST(RowPlan, IsMadeAnewForAnotherLayout)
@@ -211,14 +244,22 @@ TEST(RowPlan, IsMadeAnewForAnotherLayout)
     EXPECT_EQ(36528, std::trunc(after));  // 2000-01-03
 }
 
-TEST(RowPlan, IsntThereForStampsThatMove)
+TEST(RowPlan, MovesStampsToTheEndsOfTheirBars)
 {
     PlannedFile file(MinuteBars());
     ASSERT_TRUE(file.Plan());
+    const string_t sNight = OLESTR("12/31/1999,23:59,1,1,1,1,1");
+    DATE opened = 0, closed = 0;
+    ASSERT_TRUE(file.ReadsMoment(sNight, opened));
     EXPECT_EQ(S_OK, file.File()->put_UseBarsEndTime(VARIANT_TRUE));
-    EXPECT_FALSE(file.PlanAnew());
-    EXPECT_EQ(S_OK, file.File()->put_UseBarsEndTime(VARIANT_FALSE));
-    EXPECT_TRUE(file.PlanAnew());
+    ASSERT_TRUE(file.PlanAnew() && file.ReadsMoment(sNight, closed));
+    EXPECT_EQ(36526, closed); // 2000-01-01
+    EXPECT_LT(opened, closed);
+    for (int nMinute = 0; nMinute < 24 * 60; ++nMinute) {
+        const std::string sLine =
+            fmt::format("01/03/2000,{:02}:{:02},1,1,1,1,1", nMinute / 60, nMinute % 60);
+        ASSERT_TRUE(file.ReadsLikeTheCalls(string_t(sLine.begin(), sLine.end()))) << sLine;
+    }
 }
 
 TEST(RowPlan, IsntThereForTwoDatesOrNone)
@@ -291,6 +332,9 @@ TEST(RowPlan, ReadsMutatedLinesLikeTheCalls)
     CompareOnMutations({OLESTR("Date,Time,Open,High,Low,Close,Volume"),
                         OLESTR("3/1/2000,9:30 AM,10,11,9,10,4454"),
                         OLESTR("3/1/2000,12:31 PM,10,11,9,10,12")});
+    CompareOnMutations({OLESTR("Date,Open,Close,Volume"),
+                        OLESTR("\"01/03/2000\",\"1000.25\",\"1000.5\",\"4454.0\""),
+                        OLESTR("  01/04/2000 ,   1000.25,  1001,     12345678.00")});
 }
 
 // All short decimal texts, with the mark at each place.

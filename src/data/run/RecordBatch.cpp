@@ -187,15 +187,21 @@ bool RecordBatch::IsAskedSymbol(string_view_t sSymbol) const
            VarBstrCmp(Bstr(sSymbol).get(), sFilter.get(), LOCALE_USER_DEFAULT, 0) == VARCMP_EQ;
 }
 
-// Symbols are compared by their hashes, as in an enumeration; the filter compares texts.
+// Symbols are compared by their hashes, as in an enumeration; the filter compares texts. Both give
+// for a text what they gave for the same text in the line before.
 RecordBatch::Line RecordBatch::CheckSymbol(bool& bNewSymbol)
 {
+    if (m_bPlanned && m_lastSymbol.sText == m_pPlan->Bytes(m_settings.nSymbolField))
+        return m_lastSymbol.bAsked ? Line::Passed : Line::Rejected;
     Bstr sOwned;
     string_view_t sSymbol;
     m_hr = ReadSymbol(sSymbol, sOwned);
     if (FAILED(m_hr))
         return Line::Failed;
-    if (!IsAskedSymbol(sSymbol))
+    const bool bAsked = IsAskedSymbol(sSymbol);
+    m_lastSymbol.sText = m_bPlanned ? m_pPlan->Bytes(m_settings.nSymbolField) : std::string_view();
+    m_lastSymbol.bAsked = bAsked;
+    if (!bAsked)
         return Line::Rejected;
     const ULONGLONG nHash = SymbolHash(sSymbol);
     bNewSymbol = nHash != m_order.nLastSymbolHash;

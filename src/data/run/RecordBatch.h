@@ -13,6 +13,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "src/data/run/ConversionRun.h"
 #include "src/parsing/IBatchLock.h"
@@ -112,6 +113,14 @@ private:
     RowPlan* m_pPlan = nullptr; // null: none of this layout
     bool m_bPlanned = false;    // the plan has read the current line
     Variant m_vDateTime;
+
+    // Of the line whose symbol was last read; empty where the plan hasn't read it.
+    struct LastSymbol
+    {
+        std::string sText;
+        bool bAsked = false;
+    };
+    LastSymbol m_lastSymbol;
 };
 
 } // namespace Hesperon::specifics

@@ -1,8 +1,8 @@
 // KnownTexts: the values of texts that a column had before.
 //
-// The bars of a day share its date, and every day has the same times, so most texts of a date or
-// a time column were read before. A text has one place; another text at the same place drives it
-// out.
+// The bars of a day share its date, every day has the same times, and every symbol the same days,
+// so most texts of a date or a time column were read before. A text has one place; another text at
+// the same place drives it out. The table grows with the texts that it is given, up to a limit.
 #pragma once
 
 #include <cstdint>
@@ -26,9 +26,7 @@ public:
         bool operator==(const Key&) const = default;
     };
 
-    // nBits: the table has 2^nBits places.
-    explicit KnownTexts(unsigned nBits) : m_entries(std::size_t{1} << nBits), m_nShift(64 - nBits)
-    {}
+    KnownTexts() : m_entries(std::size_t{1} << kFirstBits) {}
 
     // REQUIRES: 16 bytes can be read at the text's beginning; at most kMaxText of them are it.
     static Key KeyOf(std::string_view sText)
@@ -48,7 +46,12 @@ public:
         const Entry& entry = m_entries[PlaceOf(key)];
         return entry.key == key ? &entry.value : nullptr;
     }
-    void Add(const Key& key, DATE value) { m_entries[PlaceOf(key)] = {key, value}; }
+    void Add(const Key& key, DATE value)
+    {
+        if (++m_nAdded > m_entries.size() && m_nBits < kMostBits)
+            Grow();
+        m_entries[PlaceOf(key)] = {key, value};
+    }
 
 private:
     struct Entry
@@ -59,17 +62,35 @@ private:
 
     static std::uint64_t LowBytes(std::size_t n) { return (std::uint64_t{1} << 8 * n) - 1; }
 
+    static constexpr unsigned kFirstBits = 8;
+    static constexpr unsigned kMostBits = 14; // 400 KB
+    static constexpr unsigned kGrowBits = 2;
+
+    void Grow()
+    {
+        std::vector<Entry> old(m_entries.size() << kGrowBits);
+        old.swap(m_entries);
+        m_nBits += kGrowBits;
+        m_nAdded = 0;
+        for (const Entry& entry : old)
+            if (entry.key != Key()) {
+                m_entries[PlaceOf(entry.key)] = entry;
+                ++m_nAdded;
+            }
+    }
+
     // The constants are odd and have no pattern; the highest bits of a product depend on all bits
     // of its factors.
     std::size_t PlaceOf(const Key& key) const
     {
         const std::uint64_t n =
             key.nLow * 0x9E3779B97F4A7C15 + (key.nHigh ^ key.nLow >> 32) * 0xC2B2AE3D27D4EB4F;
-        return static_cast<std::size_t>(n >> m_nShift);
+        return static_cast<std::size_t>(n >> (64 - m_nBits));
     }
 
     std::vector<Entry> m_entries;
-    unsigned m_nShift;
+    unsigned m_nBits = kFirstBits; // there are 2^m_nBits places
+    std::size_t m_nAdded = 0;      // texts since the table grew, and those it has kept
 };
 
 } // namespace Hesperon::specifics

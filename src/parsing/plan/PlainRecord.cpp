@@ -1,6 +1,7 @@
-// Sixteen bytes at a time become three masks of bits: dividers, blanks, and what no plain record
-// has. Fields end at the bits of the first mask; two blanks side by side are two neighbouring bits
-// of the second.
+// Sixteen bytes at a time become three masks of bits: dividers, blanks, and what a normalised
+// record doesn't have. Fields end at the bits of the first mask; two blanks side by side are two
+// neighbouring bits of the second. A record that has any of that is normalised byte by byte, and
+// cut again.
 
 #include "src/parsing/plan/PlainRecord.h"
 
@@ -19,6 +20,11 @@ namespace {
 constexpr bool IsBlankByte(char c)
 {
     return c == ' ' || c == '\t';
+}
+
+constexpr bool IsQuoteByte(char c)
+{
+    return c == '"' || c == '\'' || c == '(' || c == ')' || c == '[' || c == ']';
 }
 
 } // namespace
@@ -86,8 +92,7 @@ struct PlainRecord::Walker
         for (std::size_t i = 0; i < kBlock; ++i) {
             const char c = block[i];
             const std::uint32_t bit = 1u << i;
-            const bool bPlain = ((c >= ' ' && c < 0x7F) || c == '\t') &&
-                                std::string_view("\"'()[]").find(c) == std::string_view::npos;
+            const bool bPlain = ((c >= ' ' && c < 0x7F) || c == '\t') && !IsQuoteByte(c);
             marks.odd |= bPlain ? 0 : bit;
             marks.blanks |= IsBlankByte(c) ? bit : 0;
             marks.dividers |= std::ranges::find(m_dividers, c) != m_dividers.end() ? bit : 0;
@@ -115,9 +120,31 @@ inline void PlainRecord::AddField(std::size_t nBegin, std::size_t nEnd)
 
 bool PlainRecord::Take(std::string_view sRecord, std::size_t nFields)
 {
-    const std::size_t nSize = sRecord.size();
-    if (m_bTooManyDividers || nSize > kMaxPlain || nSize == 0)
+    if (m_bTooManyDividers || sRecord.size() > kMaxPlain || sRecord.empty())
         return false;
+    return (Cut(sRecord, nFields) || Cut(Normalise(sRecord), nFields)) && m_nFields == nFields;
+}
+
+// As NormaliseRecord, but for a run of blanks at the very end: no field has it.
+std::string_view PlainRecord::Normalise(std::string_view sRecord)
+{
+    char* out = m_normalised.data();
+    bool bInRun = false;
+    for (const char c : sRecord) {
+        const bool bBlank = IsBlankByte(c);
+        *out = c;
+        out += !(bBlank && bInRun) && !IsQuoteByte(c);
+        bInRun = bBlank;
+    }
+    while (out != m_normalised.data() && IsBlankByte(out[-1]))
+        --out;
+    return {m_normalised.data(), static_cast<std::size_t>(out - m_normalised.data())};
+}
+
+// False where the record isn't normalised; else the fields are those that it has, nFields at most.
+bool PlainRecord::Cut(std::string_view sRecord, std::size_t nFields)
+{
+    const std::size_t nSize = sRecord.size();
     m_pRecord = sRecord.data();
     m_nFields = 0;
     const Walker walker(m_dividers);
@@ -139,7 +166,7 @@ bool PlainRecord::Take(std::string_view sRecord, std::size_t nFields)
     }
     if (m_nFields < nFields)
         AddField(nBegin, nSize);
-    return m_nFields == nFields;
+    return true;
 }
 
 } // namespace Hesperon::specifics

@@ -1,8 +1,8 @@
-// PlainRecord: the fields of a record that normalising wouldn't change.
+// PlainRecord: the fields of a record of plain bytes.
 //
-// A record is plain if it has at most kMaxPlain bytes, all of them printable ASCII or tabs, no
-// quotes or brackets, and no two blanks side by side. Its fields are those of FieldWalk, without
-// the empty ones.
+// A record is plain if it has at most kMaxPlain bytes, all of them printable ASCII or tabs, and
+// if no two blanks are left side by side once it is normalised (RecordText.h). Its fields are
+// those of FieldWalk, without the empty ones.
 #pragma once
 
 #include <array>
@@ -24,7 +24,8 @@ public:
     void SetDividers(const DividerSet& dividers);
 
     // False for a record that isn't plain or has fewer fields than nFields, which is at most
-    // kMaxFields. Fields beyond these are left out. The bytes must stay while fields are asked for.
+    // kMaxFields. Fields beyond these are left out. The bytes, and kPadding behind them, must stay
+    // while fields are asked for.
     bool Take(std::string_view sRecord, std::size_t nFields);
 
     // REQUIRES: a record was taken, n < its nFields.
@@ -48,7 +49,7 @@ private:
     {
         std::uint32_t dividers;
         std::uint32_t blanks;
-        std::uint32_t odd; // of no plain record
+        std::uint32_t odd; // of no normalised record
 
         // Those of the first n bytes.
         Marks First(std::size_t n) const
@@ -59,13 +60,16 @@ private:
     };
     struct Walker;
 
+    bool Cut(std::string_view sRecord, std::size_t nFields);
     void AddField(std::size_t nBegin, std::size_t nEnd);
+    std::string_view Normalise(std::string_view sRecord);
 
     std::array<char, kMaxDividers> m_dividers{}; // the first one repeated where there are fewer
     bool m_bTooManyDividers = true;
     std::size_t m_nFields = 0; // found so far
     std::array<Place, kMaxFields> m_fields;
     const char* m_pRecord = nullptr;
+    std::array<char, kMaxPlain + kPadding> m_normalised{};
 };
 
 } // namespace Hesperon::specifics

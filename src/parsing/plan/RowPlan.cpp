@@ -8,19 +8,31 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cmath>
+#include <cstring>
 #include <new>
 
 #include "platform/text/AsciiText.h"
 #include "platform/values.h"
 #include "src/parsing/ColumnParsing.h"
-#include "src/parsing/ResolutionStep.h"
 #include "src/parsing/templates/NumberText.h"
+#include "src/values/IKeepsValues.h"
 
 namespace Hesperon::specifics {
+
+using IQRL_TabulexConverter::IValueMultiplier;
+
+static_assert(std::endian::native == std::endian::little);
 
 namespace {
 
 constexpr LONGLONG kHourOfNextDay = 24;
+
+constexpr bool IsMark(char c)
+{
+    return c == '.' || c == ',';
+}
 
 bool IsDigitByte(char c)
 {
@@ -34,8 +46,46 @@ struct DecimalDigits
     std::size_t nCount = 0;
     std::size_t nScale = 0; // digits behind the mark
 
-    // False where there is anything else, or too much for the type.
-    bool Read(std::string_view sText, bool bMark)
+    // False where there is anything else, or too much for the type. PlainRecord::kPadding bytes
+    // behind the text must be readable.
+    bool Read(std::string_view sText)
+    {
+        return sText.size() <= 8 ? ReadWord(sText) : ReadLong(sText);
+    }
+
+private:
+    // All at once, in a word whose highest byte is the last character. A byte that isn't a digit's
+    // value sets its highest bit when 0x76 is added; the only one may be a mark, over which the
+    // bytes before it close up. Then neighbours are summed up in pairs, fours and eights.
+    bool ReadWord(std::string_view sText)
+    {
+        constexpr std::uint64_t kZeros = 0x3030303030303030;
+        if (sText.empty())
+            return false;
+        const unsigned nFree = 64 - 8 * static_cast<unsigned>(sText.size());
+        std::uint64_t word;
+        std::memcpy(&word, sText.data(), sizeof word);
+        word = (word << nFree) ^ (nFree == 0 ? kZeros : kZeros << nFree);
+        const std::uint64_t odd = ((word + 0x7676767676767676) | word) & 0x8080808080808080;
+        nCount = sText.size();
+        if (odd != 0) {
+            const unsigned nMark = static_cast<unsigned>(std::countr_zero(odd)) & ~7u; // its bit
+            if ((odd & (odd - 1)) != 0 || !IsMark(sText[(nMark - nFree) / 8]))
+                return false;
+            const std::uint64_t before = (std::uint64_t{1} << nMark) - 1;
+            word = (word & ~before & ~(std::uint64_t{0xFF} << nMark)) | (word & before) << 8;
+            nScale = 7 - nMark / 8;
+            --nCount;
+        }
+        word = word * 10 + (word >> 8);
+        constexpr std::uint64_t kPairs = 0x000000FF000000FF;
+        nDigits =
+            ((word & kPairs) * 0x000F424000000064 + ((word >> 16) & kPairs) * 0x0000271000000001) >>
+            32;
+        return nCount != 0;
+    }
+
+    bool ReadLong(std::string_view sText)
     {
         constexpr std::size_t kSafe = 18;
         const char* p = sText.data();
@@ -44,7 +94,7 @@ struct DecimalDigits
         for (; p != pEnd; ++p) {
             if (IsDigitByte(*p)) {
                 nDigits = nDigits * 10 + static_cast<std::uint64_t>(*p - '0');
-            } else if (bMark && !pMark && (*p == '.' || *p == ',')) {
+            } else if (!pMark && IsMark(*p)) {
                 pMark = p;
             } else {
                 return false;
@@ -56,24 +106,44 @@ struct DecimalDigits
     }
 };
 
+constexpr std::array<std::uint64_t, 19> kPowers = [] {
+    std::array<std::uint64_t, 19> powers{1};
+    for (std::size_t n = 1; n < powers.size(); ++n)
+        powers[n] = 10 * powers[n - 1];
+    return powers;
+}();
+
 bool ReadPrice(std::string_view sText, double& value)
 {
     const bool bSign = sText.front() == '-' || sText.front() == '+';
     DecimalDigits decimal;
-    if (!decimal.Read(sText.substr(bSign), true) || decimal.nDigits > kMaxExactMantissa)
+    if (!decimal.Read(sText.substr(bSign)) || decimal.nDigits > kMaxExactMantissa)
         return false;
     const double quotient = ExactQuotient(decimal.nDigits, decimal.nScale);
     value = sText.front() == '-' ? -quotient : quotient;
     return true;
 }
 
+// A fraction of nothing but zeros is left out.
 bool ReadWhole(std::string_view sText, LONGLONG& value)
 {
     DecimalDigits decimal;
-    if (!decimal.Read(sText, false))
+    if (!decimal.Read(sText))
         return false;
-    value = static_cast<LONGLONG>(decimal.nDigits);
+    const std::uint64_t nUnit = kPowers[decimal.nScale];
+    if (nUnit != 1 && decimal.nDigits % nUnit != 0)
+        return false;
+    value = static_cast<LONGLONG>(nUnit == 1 ? decimal.nDigits : decimal.nDigits / nUnit);
     return true;
+}
+
+// Null for a multiplier that leaves each value as it is.
+IValueMultiplier* ThatChanges(IValueMultiplier* pMultiplier)
+{
+    com_ptr<IKeepsValues> pKeeps;
+    const bool bKeeps =
+        pMultiplier && SUCCEEDED(query(pMultiplier, pKeeps)) && pKeeps->KeepsValues();
+    return bKeeps ? nullptr : pMultiplier;
 }
 
 // The value of a text by its column; false where the column refuses it.
@@ -120,7 +190,6 @@ RowPlan::Layout RowPlan::LayoutOf(const ParserState& state, std::span<const ULON
     Layout layout;
     layout.fields.assign(fields.begin(), fields.end());
     layout.dividers = state.m_dividers;
-    layout.bMovesToBarEnd = MovesToBarEnd(state);
     for (const CDataField& field : state.m_fields) {
         layout.types.push_back(field.GetType());
         if (field.GetType() == TypeDate)
@@ -131,7 +200,7 @@ RowPlan::Layout RowPlan::LayoutOf(const ParserState& state, std::span<const ULON
     return layout;
 }
 
-// Stamps that move depend on each other, and so do those of two columns of a type.
+// Two columns of a type depend on each other.
 bool RowPlan::IsPlannable() const
 {
     const auto isRead = [this](ULONG nField) {
@@ -139,7 +208,7 @@ bool RowPlan::IsPlannable() const
         return uiType == TypeDate || uiType == TypeTime || uiType == TypeSymbol ||
                IsPriceType(uiType) || IsWholeType(uiType);
     };
-    return !m_layout.bMovesToBarEnd && m_layout.types.size() <= PlainRecord::kMaxFields &&
+    return m_layout.types.size() <= PlainRecord::kMaxFields &&
            std::ranges::count(m_layout.types, TypeDate) == 1 &&
            std::ranges::count(m_layout.types, TypeTime) <= 1 &&
            std::ranges::all_of(m_layout.fields, isRead);
@@ -149,7 +218,12 @@ bool RowPlan::Prepare(const ParserState& state, std::span<const ULONG> fields,
                       const Multipliers& multipliers)
 {
     m_pState = &state;
-    m_multipliers = multipliers;
+    m_multipliers = {ThatChanges(multipliers.pPrice), ThatChanges(multipliers.pVolume)};
+    m_bMovesToBarEnd = MovesToBarEnd(state);
+    m_bChecksSteps =
+        state.m_nResolution > ResolutionNone && state.m_nResolution < RESOLUTIONS_COUNT;
+    if (m_bChecksSteps)
+        m_stepRule = StepRuleOf(state);
     Layout layout = LayoutOf(state, fields);
     if (layout != m_layout) {
         m_bPlanned = false;
@@ -190,8 +264,8 @@ void RowPlan::Compile()
     m_dateColumn = m_pState->m_fields[m_nDate];
     if (m_nTime != kNoColumn)
         m_timeColumn = m_pState->m_fields[m_nTime];
-    m_dates = KnownTexts(8);
-    m_times = KnownTexts(11);
+    m_dates = {};
+    m_times = {};
     m_record.SetDividers(m_layout.dividers);
 }
 
@@ -201,13 +275,22 @@ bool RowPlan::ReadMoment(std::string_view sRecord, DATE& moment)
 {
     if (!m_record.Take(sRecord, m_nFilled) || !ReadDate(m_date))
         return false;
-    moment = m_date;
-    if (m_nTime == kNoColumn)
-        return true;
-    if (!ReadTime(m_time))
+    const bool bTime = m_nTime != kNoColumn;
+    if (bTime && !ReadTime(m_time))
         return false;
-    moment += m_time;
+    if (m_bMovesToBarEnd)
+        MoveToBarEnd();
+    moment = bTime ? m_date + m_time : m_date;
     return true;
+}
+
+// By the same operations in the same order as in the general way, since they round.
+void RowPlan::MoveToBarEnd()
+{
+    const bool bTime = m_nTime != kNoColumn;
+    const DATE sum = BarEnd(*m_pState, bTime ? m_date + m_time : m_date);
+    m_date = std::trunc(sum);
+    m_time = sum - m_date;
 }
 
 bool RowPlan::ReadDate(DATE& date)
@@ -288,13 +371,6 @@ void RowPlan::Multiply(VARIANT* row) const
             m_multipliers.pPrice->ApplyTransform(&row[k]);
         else if (m_multipliers.pVolume && m_steps[k].kind == Kind::Volume)
             m_multipliers.pVolume->ApplyTransform(&row[k]);
-}
-
-bool RowPlan::IsGoodStep(DATE fStep) const
-{
-    return m_pState->m_nResolution > ResolutionNone &&
-           m_pState->m_nResolution < RESOLUTIONS_COUNT && fStep >= 0 &&
-           !BreaksResolution(*m_pState, fStep);
 }
 
 } // namespace Hesperon::specifics

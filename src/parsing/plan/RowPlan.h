@@ -13,6 +13,7 @@
 
 #include "interfaces/IValueMultiplier.h"
 #include "src/parsing/ParserState.h"
+#include "src/parsing/ResolutionStep.h"
 #include "src/parsing/plan/KnownTexts.h"
 #include "src/parsing/plan/PlainRecord.h"
 
@@ -42,10 +43,15 @@ public:
     // Writes a row of empty cells, one for each delivered column. What it leaves in them where it
     // is false owns no memory.
     bool ReadRow(VARIANT* row);
+    // Good until the next record.
+    std::string_view Bytes(std::size_t nField) const { return m_record.Field(nField); }
     // Good until the next text is asked for.
     string_view_t Text(std::size_t nField);
     // Whether the step from an earlier record is one of the resolution.
-    bool IsGoodStep(DATE fStep) const;
+    bool IsGoodStep(DATE fStep) const
+    {
+        return m_bChecksSteps && fStep >= 0 && !m_stepRule.IsBrokenBy(fStep);
+    }
 
 private:
     // What a plan is made of.
@@ -55,7 +61,6 @@ private:
         std::vector<ULONG> fields;
         string_t sDate, sTime; // templates
         DividerSet dividers;
-        bool bMovesToBarEnd = false;
         bool operator==(const Layout&) const = default;
     };
     static Layout LayoutOf(const ParserState& state, std::span<const ULONG> fields);
@@ -64,6 +69,7 @@ private:
 
     bool ReadDate(DATE& date);
     bool ReadTime(DATE& time);
+    void MoveToBarEnd();
     // How a delivered column is read.
     enum class Kind : std::uint8_t
     {
@@ -89,6 +95,9 @@ private:
     bool m_bPlanned = false;
     const ParserState* m_pState = nullptr; // while the plan is used
     Multipliers m_multipliers;
+    bool m_bMovesToBarEnd = false;
+    bool m_bChecksSteps = false; // m_stepRule is that of a resolution
+    StepRule m_stepRule;
 
     std::vector<Step> m_steps; // one for each cell of a row
     bool m_bSymbols = false;   // among them
@@ -97,8 +106,8 @@ private:
     std::size_t m_nFilled = 0;       // fields that a record must have
     CDataField m_dateColumn;         // copies for the texts that aren't known yet
     CDataField m_timeColumn;
-    KnownTexts m_dates{8};
-    KnownTexts m_times{11};
+    KnownTexts m_dates;
+    KnownTexts m_times;
 
     PlainRecord m_record;
     string_t m_sText; // of the field last asked for

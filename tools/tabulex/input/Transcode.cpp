@@ -1,6 +1,6 @@
-// Two-byte text is taken unit by unit, and only half a pair is kept from one piece to the next. A
-// half without its other one becomes U+FFFD and the text goes on: a bad character in one cell is no
-// reason to refuse a table. The line of the first is kept.
+// Two-byte text is taken unit by unit, ASCII in blocks of units, and only half a pair is kept from
+// one piece to the next. A half without its other one becomes U+FFFD and the text goes on: a bad
+// character in one cell is no reason to refuse a table. The line of the first is kept.
 
 #include "tools/tabulex/input/Transcode.h"
 
@@ -29,6 +29,9 @@ public:
     const TranscodeLoss& Loss() const { return m_loss; }
 
 private:
+    static constexpr std::size_t kBlock = 16; // units
+
+    bool TakeAsciiBlock(const char* units, std::string& out);
     void TakeUnit(char32_t unit, std::string& out);
     void Replace(std::string& out);
     void CountLine(char32_t unit);
@@ -43,9 +46,38 @@ private:
 void Utf16Reader::Take(std::string_view piece, std::string& out)
 {
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(piece[i]); };
-    for (std::size_t i = 0; i + 1 < piece.size(); i += 2)
+    for (std::size_t i = 0; i + 1 < piece.size();) {
+        if (i + 2 * kBlock <= piece.size() && !m_high && TakeAsciiBlock(&piece[i], out)) {
+            i += 2 * kBlock;
+            continue;
+        }
         TakeUnit(char32_t(byteAt(i + m_nHigh)) << 8 | byteAt(i + 1 - m_nHigh), out);
+        i += 2;
+    }
     m_loss.bOddByte = piece.size() % 2 != 0;
+}
+
+// False, and nothing is taken, where a unit isn't ASCII. In loops of a fixed length, which the
+// compiler makes vectors of.
+bool Utf16Reader::TakeAsciiBlock(const char* units, std::string& out)
+{
+    char text[1 + kBlock]; // behind the unit before
+    text[0] = m_before < 0x80 ? static_cast<char>(m_before) : ' ';
+    unsigned char beyond = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) {
+        text[1 + i] = units[2 * i + 1 - m_nHigh];
+        beyond |= static_cast<unsigned char>(units[2 * i + m_nHigh]) |
+                  (static_cast<unsigned char>(text[1 + i]) & 0x80);
+    }
+    if (beyond != 0)
+        return false;
+    out.append(text + 1, kBlock);
+    unsigned char nLines = 0;
+    for (std::size_t i = 0; i < kBlock; ++i)
+        nLines += (text[1 + i] == '\r') | ((text[1 + i] == '\n') & (text[i] != '\r'));
+    m_nLine += nLines;
+    m_before = static_cast<char32_t>(text[kBlock]);
+    return true;
 }
 
 void Utf16Reader::Finish(std::string& out)
