@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <string>
@@ -11,6 +12,7 @@
 #include "interfaces/IFileHandlerEvents.h"
 #include "module/ComObject.h"
 #include "platform/values.h"
+#include "src/files/IFileConsumer.h"
 #include "src/files/IFileHandler.h"
 #include "src/files/ILineReader.h"
 #include "tests/support/Text.h"
@@ -32,6 +34,14 @@ public:
     std::vector<std::string> calls;
     int nCountEvents = 0;
     com_ptr<IUnknown> pQueued;
+    // Steps that a run takes in one call; TABULEX_STEPS sets it for all tests.
+    ULONGLONG nMostSteps = FromEnvironment();
+
+    static ULONGLONG FromEnvironment()
+    {
+        const char* pszSteps = std::getenv("TABULEX_STEPS");
+        return pszSteps ? std::strtoull(pszSteps, nullptr, 10) : 1;
+    }
 
     // One step of the conversion that is queued at the given position.
     HRESULT Step(ULONGLONG nIndex)
@@ -47,8 +57,10 @@ public:
         if (const auto pStart = pQueued.as<IQRL_TabulexConverter::IFileHandlerEvents2>())
             pStart->get_StartPosition(&nIndex);
         HRESULT hr = S_OK;
-        while (hr == S_OK)
-            hr = Step(nIndex++);
+        const auto pSteps = pQueued.as<IRecordSteps>();
+        for (ULONGLONG nTaken = 1; hr == S_OK; nIndex += nTaken)
+            hr = nMostSteps == 1 || !pSteps ? Step(nIndex)
+                                            : pSteps->ProcessRecords(nIndex, nMostSteps, nTaken);
         pQueued.reset();
         return hr;
     }

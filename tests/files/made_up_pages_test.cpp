@@ -140,6 +140,38 @@ TEST(MadeUpPages, AFailedReadIsReportedAndLeavesNoTrace)
 }
 
 // The file was cut since its size was asked for.
+// Lines that were read before the failure are there, and the next try goes on behind them.
+TEST(MadeUpPages, AFailedReadInARangeKeepsTheLinesBeforeIt)
+{
+    std::string bytes;
+    for (int n = 0; n < 400; ++n)
+        bytes += "line " + std::to_string(n) + "\n";
+    for (std::size_t nGood = 0; nGood < 6; ++nGood) {
+        const auto pFile = std::make_shared<MadeUpFile>(bytes);
+        TinyIndex index;
+        ASSERT_TRUE(index.Attach(pFile));
+        index.DetectUnicode();
+        pFile->FailAfter(nGood);
+        LineCursor cursor;
+        LineBuffer lines;
+        int nFailures = 0;
+        while (lines.size() < 400) {
+            const ULONGLONG nNext = lines.size();
+            try {
+                std::string_view line;
+                if (index.AppendPlain({nNext, 400 - nNext}, cursor, lines) == 0 &&
+                    index.GetRecord(line, nNext, cursor))
+                    lines.AddBytes(line);
+            } catch (const std::invalid_argument&) {
+                ASSERT_LT(nFailures++, 1);
+            }
+        }
+        EXPECT_EQ(nFailures, 1) << nGood;
+        for (std::size_t n = 0; n < lines.size(); ++n)
+            ASSERT_EQ(lines.Bytes(n), "line " + std::to_string(n));
+    }
+}
+
 TEST(MadeUpPages, APageThatComesShortIsAFailedRead)
 {
     const TestFile file(NumberedLines(200));
