@@ -2,9 +2,9 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/HandWrittenReader.h"
 #include "bench/MinuteBars.h"
 #include "bench/Parser.h"
+#include "bench/versus/HandWrittenReaders.h"
 
 namespace bench {
 
@@ -63,10 +63,10 @@ BENCHMARK(Convert)->Unit(benchmark::kMillisecond)->UseRealTime();
 void HandWrittenReader(benchmark::State& state)
 {
     for (auto _ : state) {
-        const PlainColumns columns = ReadMinuteBars(MinuteBarsPath());
-        if (columns.volume.size() != MinuteBarsRows())
+        const HandReading reading = ReadByHand("minutes", MinuteBarsPath());
+        if (reading.nRows != MinuteBarsRows())
             throw std::runtime_error("the reader lost rows");
-        benchmark::DoNotOptimize(columns.close.data());
+        benchmark::DoNotOptimize(reading.fSum);
     }
     state.SetBytesProcessed(state.iterations() * MinuteBarsBytes());
     state.SetItemsProcessed(state.iterations() * MinuteBarsRows());

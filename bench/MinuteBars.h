@@ -1,6 +1,6 @@
 // The benchmark's file: one-minute bars with a header,
 //   Date,Time,Open,High,Low,Close,Volume
-//   01/03/2000,09:30,1000.00,1000.42,999.77,1000.13,1250
+//   01/03/1990,09:30,1000.00,1000.42,999.77,1000.13,1250
 // made once in each run, in the folder for temporary files, and removed at its end.
 #pragma once
 
