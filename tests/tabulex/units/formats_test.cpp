@@ -1,8 +1,11 @@
 // Dates, times and numbers as the tool writes and reads them.
 #include <charconv>
+#include <chrono>
 #include <cmath>
+#include <limits>
 #include <random>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/Seed.h"
@@ -14,16 +17,14 @@ namespace {
 
 std::string PriceText(double value)
 {
-    std::string text;
-    AppendPrice(text, value);
-    return text;
+    char text[kDigitsRoom];
+    return std::string(text, PutPrice(text, value));
 }
 
 std::string TimeText(DATE date)
 {
-    std::string text;
-    AppendTime(text, date);
-    return text;
+    char text[kDigitsRoom];
+    return std::string(text, PutTimeOfDay(text, TimeOfDay(date)));
 }
 
 constexpr double kMillisecond = 1.0 / 86'400'000;
@@ -58,6 +59,14 @@ TEST(Prices, AreTheShortestPlainDecimal)
         {-1e22, "-1e+22"},
         {9999999999.99999, "9999999999.99999"},
         {10000000000.00001, "10000000000.00001"},
+        {0.00001234, "0.00001234"},
+        {0.000012345, "0.000012345"},
+        {-6543.21098765, "-6543.21098765"},
+        {9999999.99999999, "9999999.99999999"},
+        {99999999, "99999999"},
+        {100000000, "100000000"},
+        {100000001.5, "100000001.5"},
+        {std::numeric_limits<double>::infinity(), "inf"},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.pszText);
@@ -65,20 +74,38 @@ TEST(Prices, AreTheShortestPlainDecimal)
     }
 }
 
-// The fast way for few decimals must give the same as the library's conversion.
+// The fast ways for few decimals must give the same as the library's conversion. A neighbour of a
+// short decimal has a long text, which a rounding must not shorten.
 TEST(Prices, AgreeWithTheLibraryOnRandomValues)
 {
     std::mt19937_64 random(Seed());
     for (int i = 0; i < Rounds(200'000); ++i) {
-        const int nDecimals = static_cast<int>(random() % 9);
+        const int nDecimals = static_cast<int>(random() % 10);
         const int nBits = 1 + static_cast<int>(random() % 52);
         const auto n = static_cast<double>(random() >> (64 - nBits));
-        const double value = (random() & 1 ? -n : n) / std::pow(10.0, nDecimals);
-        if (value == 0 || std::abs(value) < 1e-5 || std::abs(value) >= 1e15)
-            continue;
-        char text[64];
-        const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed);
-        ASSERT_EQ(PriceText(value), std::string(text, end.ptr));
+        const double decimal = (random() & 1 ? -n : n) / std::pow(10.0, nDecimals);
+        for (const double value : {decimal, std::nextafter(decimal, 1e300)}) {
+            const double magnitude = std::abs(value);
+            if (magnitude < 1e-5 || magnitude >= 1e15)
+                continue;
+            char text[64];
+            const auto end =
+                std::to_chars(text, text + sizeof text, value, std::chars_format::fixed);
+            ASSERT_EQ(PriceText(value), std::string(text, end.ptr));
+        }
+    }
+}
+
+TEST(WholeNumbers, AgreeWithTheLibraryAtEveryLength)
+{
+    using Limits = std::numeric_limits<LONGLONG>;
+    std::vector<LONGLONG> values = {0, Limits::max(), Limits::min()};
+    for (LONGLONG nPower = 1; nPower <= Limits::max() / 10; nPower *= 10)
+        for (const LONGLONG n : {nPower - 1, nPower, nPower + 1, nPower * 7 + 3})
+            values.insert(values.end(), {n, -n});
+    for (const LONGLONG value : values) {
+        char text[kDigitsRoom];
+        ASSERT_EQ(std::string(text, PutWhole(text, value)), std::to_string(value));
     }
 }
 
@@ -97,6 +124,19 @@ TEST(Times, ShowMillisecondsOnlyWhereThereAreAny)
         SCOPED_TRACE(row.pszText);
         EXPECT_EQ(TimeText(row.nMilliseconds * kMillisecond), row.pszText);
         EXPECT_EQ(TimeText(37'000 + row.nMilliseconds * kMillisecond), row.pszText);
+    }
+}
+
+// The digits are made in one word; a plain way to write them is the judge.
+TEST(Times, AreWrittenDigitByDigit)
+{
+    for (unsigned n = 0; n < 86'400'000; n += 997) {
+        std::string sPlain =
+            fmt::format("{:02}:{:02}:{:02}", n / 3'600'000, n / 60'000 % 60, n / 1000 % 60);
+        if (n % 1000 != 0)
+            sPlain += fmt::format(".{:03}", n % 1000);
+        char text[kDigitsRoom];
+        ASSERT_EQ(std::string(text, PutTimeOfDay(text, n)), sPlain);
     }
 }
 
@@ -124,6 +164,18 @@ TEST(Dates, CountFromTheEndOf1899)
         SCOPED_TRACE(row.pszText);
         EXPECT_EQ(dates.Of(row.date), row.pszText);
         EXPECT_EQ(dates.Of(row.date), row.pszText); // the second time from the text that was kept
+    }
+}
+
+TEST(Dates, AreWrittenDigitByDigit)
+{
+    for (int nDay = 0; nDay <= 65'535; ++nDay) {
+        const std::chrono::year_month_day date{kDayZero + std::chrono::days(nDay)};
+        char text[kDigitsRoom];
+        ASSERT_EQ(std::string(text, PutDay(text, nDay)),
+                  fmt::format("{:04}-{:02}-{:02}", static_cast<int>(date.year()),
+                              static_cast<unsigned>(date.month()),
+                              static_cast<unsigned>(date.day())));
     }
 }
 

@@ -18,9 +18,9 @@ namespace {
 std::string RowOf(RowWriter& writer, string_view_t symbol)
 {
     const auto cells = RowFor(symbol);
-    std::string text;
-    writer.Row(cells.data(), text);
-    return text;
+    TextBuffer text;
+    writer.Rows(cells.data(), 1, text);
+    return std::string(text.View());
 }
 
 } // namespace
@@ -28,9 +28,9 @@ std::string RowOf(RowWriter& writer, string_view_t symbol)
 TEST(CsvRows, QuoteOnlyWhatNeedsIt)
 {
     CsvWriter writer(kColumns);
-    std::string header;
+    TextBuffer header;
     writer.Begin(header);
-    EXPECT_EQ(header, "Symbol,Date,Time,Price,Up Volume\n");
+    EXPECT_EQ(header.View(), "Symbol,Date,Time,Price,Up Volume\n");
     struct Row
     {
         string_view_t symbol;
@@ -48,6 +48,40 @@ TEST(CsvRows, QuoteOnlyWhatNeedsIt)
         EXPECT_EQ(RowOf(writer, row.symbol),
                   std::string(row.pszField) + ",2003-12-25,12:00:00,1.25,-3\n");
     }
+}
+
+// A column's last text is kept, and the buffer grows under rows with texts of any length.
+TEST(Rows, HaveTheTextsOfTheirOwnCells)
+{
+    CsvWriter csv(kColumns);
+    JsonLinesWriter json(kColumns);
+    TextBuffer rows, objects;
+    std::string sRows, sObjects;
+    for (const std::size_t nLength : {3, 3, 0, 1, 1000, 1000, 3, 70'000, 0, 3}) {
+        const auto cells = RowFor(string_t(nLength, OLECHAR('x')));
+        csv.Rows(cells.data(), 1, rows);
+        json.Rows(cells.data(), 1, objects);
+        const std::string sSymbol(nLength, 'x');
+        sRows += sSymbol + ",2003-12-25,12:00:00,1.25,-3\n";
+        sObjects += "{\"Symbol\":\"" + sSymbol +
+                    "\",\"Date\":\"2003-12-25\",\"Time\":\"12:00:00\",\"Price\":1.25,"
+                    "\"Up Volume\":-3}\n";
+    }
+    EXPECT_EQ(rows.View(), sRows);
+    EXPECT_EQ(objects.View(), sObjects);
+}
+
+TEST(Rows, TakeSeveralAtOnceAndEmptyCells)
+{
+    CsvWriter csv({{"Date", ColumnKind::Date}, {"Price", ColumnKind::Price}});
+    JsonLinesWriter json({{"Date", ColumnKind::Date}, {"Price", ColumnKind::Price}});
+    const Variant cells[] = {Variant::FromDate(37980), Number(-0.5), Variant(), Variant()};
+    TextBuffer rows, objects;
+    csv.Rows(cells, 2, rows);
+    json.Rows(cells, 2, objects);
+    EXPECT_EQ(rows.View(), "2003-12-25,-0.5\n,\n");
+    EXPECT_EQ(objects.View(),
+              "{\"Date\":\"2003-12-25\",\"Price\":-0.5}\n{\"Date\":null,\"Price\":null}\n");
 }
 
 TEST(JsonRows, EscapeWhatJsonAsksFor)
@@ -74,10 +108,10 @@ TEST(JsonRows, EscapeWhatJsonAsksFor)
 TEST(JsonRows, HaveNullForWhatIsNoNumber)
 {
     JsonLinesWriter writer({{"Price", ColumnKind::Price}});
-    std::string text;
+    TextBuffer text;
     const Variant cell = Number(std::numeric_limits<double>::infinity());
-    writer.Row(&cell, text);
-    EXPECT_EQ(text, "{\"Price\":null}\n");
+    writer.Rows(&cell, 1, text);
+    EXPECT_EQ(text.View(), "{\"Price\":null}\n");
 }
 
 TEST(OutputFiles, AppearOnlyWhenCommitted)

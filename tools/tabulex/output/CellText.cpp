@@ -2,52 +2,66 @@
 
 #include <cmath>
 
-#include "platform/values.h"
+#include "tools/tabulex/text/Digits.h"
 #include "tools/tabulex/text/Text.h"
 
 namespace tabulex {
 
 namespace {
 
-void AppendConverted(std::string& out, const VARIANT& cell)
+void AppendText(std::string& out, const VARIANT& cell)
 {
     Variant text;
-    if (SUCCEEDED(VariantChangeType(&text, const_cast<VARIANT*>(&cell), 0, VT_BSTR)))
+    if (cell.vt == VT_BSTR)
+        AppendUtf8(out, TextOf(cell.bstrVal));
+    else if (SUCCEEDED(VariantChangeType(&text, const_cast<VARIANT*>(&cell), 0, VT_BSTR)))
         AppendUtf8(out, TextOf(text.bstrVal));
 }
 
 } // namespace
 
-void AppendCell(std::string& out, ColumnKind kind, const VARIANT& cell, DateText& dates)
+char* PutCell(char* at, ColumnKind kind, const VARIANT& cell, DateText& dates)
 {
     switch (cell.vt) {
-    case VT_R8:
-        if (std::isfinite(cell.dblVal)) // a number with too many digits has no value
-            AppendPrice(out, cell.dblVal);
-        break;
+    case VT_R8: // a number with too many digits has no value
+        return std::isfinite(cell.dblVal) ? PutPrice(at, cell.dblVal) : at;
     case VT_I8:
-        AppendWhole(out, cell.llVal);
-        break;
+        return PutWhole(at, cell.llVal);
     case VT_I2: // a day as conversions deliver it
-        out += dates.Of(static_cast<USHORT>(cell.iVal));
-        break;
+        return PutText(at, dates.OfDay(static_cast<USHORT>(cell.iVal)));
     case VT_I4:
-        AppendTimeOfDay(out, cell.lVal);
-        break;
+        return PutTimeOfDay(at, static_cast<unsigned>(cell.lVal));
     case VT_DATE:
-        if (kind == ColumnKind::Date)
-            out += dates.Of(cell.date);
-        else
-            AppendTime(out, cell.date);
-        break;
-    case VT_BSTR:
-        AppendUtf8(out, TextOf(cell.bstrVal));
-        break;
+        return kind == ColumnKind::Date ? PutText(at, dates.Of(cell.date))
+                                        : PutTimeOfDay(at, TimeOfDay(cell.date));
     case VT_EMPTY:
-        break;
+        return at;
     default:
-        AppendConverted(out, cell);
+        return nullptr;
     }
+}
+
+void AppendCell(std::string& out, ColumnKind kind, const VARIANT& cell, DateText& dates)
+{
+    char text[kDigitsRoom];
+    if (char* const end = PutCell(text, kind, cell, dates))
+        out.append(text, end);
+    else
+        AppendText(out, cell);
+}
+
+void CellTexts::Make(const VARIANT& cell)
+{
+    std::string text;
+    AppendText(text, cell);
+    m_sText.clear();
+    if (m_pfnForm)
+        m_pfnForm(m_sText, text);
+    else
+        m_sText = std::move(text);
+    m_bKept = cell.vt == VT_BSTR;
+    if (m_bKept)
+        m_last = TextOf(cell.bstrVal);
 }
 
 } // namespace tabulex

@@ -1,41 +1,48 @@
+// Room for a whole row is made at its beginning, so that its cells are put side by side without a
+// look at the buffer. Only a text, which may have any length, asks for room of its own. Numbers,
+// dates and times hold nothing that has to be quoted.
+
 #include "tools/tabulex/output/CsvWriter.h"
 
-#include "platform/values.h"
-#include "tools/tabulex/output/CellText.h"
-#include "tools/tabulex/text/Text.h"
+#include "tools/tabulex/text/Digits.h"
 
 namespace tabulex {
 
-void CsvWriter::Begin(std::string& out)
+CsvWriter::CsvWriter(std::vector<Column> columns)
+    : m_columns(std::move(columns)), m_nRowRoom((m_columns.size() + 1) * (kDigitsRoom + 1)),
+      m_texts(m_columns.size(), CellTexts(AppendCsvField))
+{}
+
+void CsvWriter::Begin(TextBuffer& out)
 {
+    std::string header;
     for (std::size_t i = 0; i < m_columns.size(); ++i) {
         if (i > 0)
-            out += ',';
-        AppendCsvField(out, m_columns[i].sName);
+            header += ',';
+        AppendCsvField(header, m_columns[i].sName);
     }
-    out += '\n';
+    out.Append(header + '\n');
 }
 
-void CsvWriter::Row(const VARIANT* cells, std::string& out)
+void CsvWriter::Rows(const VARIANT* cells, ULONGLONG nRows, TextBuffer& out)
 {
-    for (std::size_t i = 0; i < m_columns.size(); ++i) {
-        if (i > 0)
-            out += ',';
-        Cell(m_columns[i].kind, cells[i], out);
+    for (ULONGLONG n = 0; n < nRows; ++n) {
+        char* at = out.Room(m_nRowRoom);
+        for (std::size_t i = 0; i < m_columns.size(); ++i, ++cells) {
+            char* const end = PutCell(at, m_columns[i].kind, *cells, m_dates);
+            at = end ? end : PutField(i, *cells, at, out);
+            *at++ = ',';
+        }
+        at[-1] = '\n';
+        out.EndAt(at);
     }
-    out += '\n';
 }
 
-// Numbers, dates and times hold nothing that has to be quoted.
-void CsvWriter::Cell(ColumnKind kind, const VARIANT& cell, std::string& out)
+char* CsvWriter::PutField(std::size_t nColumn, const VARIANT& cell, char* at, TextBuffer& out)
 {
-    if (cell.vt != VT_BSTR) {
-        AppendCell(out, kind, cell, m_dates);
-        return;
-    }
-    m_text.clear();
-    AppendUtf8(m_text, TextOf(cell.bstrVal));
-    AppendCsvField(out, m_text);
+    out.EndAt(at);
+    out.Append(m_texts[nColumn].Of(cell));
+    return out.Room(m_nRowRoom);
 }
 
 void AppendCsvField(std::string& out, std::string_view text)

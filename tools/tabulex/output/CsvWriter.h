@@ -1,28 +1,30 @@
 // CsvWriter: a header row of type names, then one row for each record; quoted as in RFC 4180.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "tools/tabulex/output/CellText.h"
 #include "tools/tabulex/output/RowWriter.h"
-#include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
 
 class CsvWriter : public RowWriter
 {
 public:
-    explicit CsvWriter(std::vector<Column> columns) : m_columns(std::move(columns)) {}
+    explicit CsvWriter(std::vector<Column> columns);
 
-    void Begin(std::string& out) override;
-    void Row(const VARIANT* cells, std::string& out) override;
+    void Begin(TextBuffer& out) override;
+    void Rows(const VARIANT* cells, ULONGLONG nRows, TextBuffer& out) override;
 
 private:
-    // The kind shows which of two dates is a day and which a time.
-    void Cell(ColumnKind kind, const VARIANT& cell, std::string& out);
+    char* PutField(std::size_t nColumn, const VARIANT& cell, char* at, TextBuffer& out);
 
     std::vector<Column> m_columns;
+    std::size_t m_nRowRoom; // for a row without its texts
     DateText m_dates;
-    std::string m_text; // kept for its storage
+    std::vector<CellTexts> m_texts; // one a column
 };
 
 // Appends one field, in quotes where its text needs them.

@@ -3,10 +3,9 @@
 // Text is appended to a buffer that the caller empties. Used by one thread.
 #pragma once
 
-#include <string>
-
 #include "platform/component.h"
 #include "tools/tabulex/output/Column.h"
+#include "tools/tabulex/output/TextBuffer.h"
 
 namespace tabulex {
 
@@ -16,9 +15,9 @@ public:
     virtual ~RowWriter() = default;
 
     // Appends what comes before the first row.
-    virtual void Begin(std::string& out) = 0;
-    // One record: a cell for each column.
-    virtual void Row(const VARIANT* cells, std::string& out) = 0;
+    virtual void Begin(TextBuffer& out) = 0;
+    // Records: row after row, each with a cell for each column.
+    virtual void Rows(const VARIANT* cells, ULONGLONG nRows, TextBuffer& out) = 0;
 };
 
 } // namespace tabulex

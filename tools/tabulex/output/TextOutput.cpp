@@ -56,7 +56,6 @@ bool NeedsHeader(const OutputOptions& options, const std::vector<Column>& column
 } // namespace
 
 TextOutput::TextOutput(const OutputOptions& options, std::vector<Column> columns)
-    : m_nColumns(columns.size())
 {
     if (!m_file.Open(options.sPath))
         ThrowUnwritableText(options.sPath, m_file.FaultText());
@@ -72,27 +71,24 @@ TextOutput::TextOutput(const OutputOptions& options, std::vector<Column> columns
 
 bool TextOutput::Write(const VARIANT* cells, ULONGLONG nRows)
 {
-    for (ULONGLONG i = 0; i < nRows; ++i)
-        m_writer->Row(cells + i * m_nColumns, m_buffer);
-    return m_buffer.size() < kFileBuffer || WriteBuffer();
+    m_writer->Rows(cells, nRows, m_buffer);
+    return m_buffer.Size() < kFileBuffer || WriteBuffer();
 }
 
 bool TextOutput::WriteBuffer()
 {
-    if (m_file.IsOnTerminal())
-        m_buffer = VisibleLines(m_buffer);
-    if (m_held)
-        return HoldBuffer();
-    const bool bWritten = m_file.Write(m_buffer);
-    m_buffer.clear();
+    const bool bWritten = m_file.IsOnTerminal() ? WriteText(VisibleLines(m_buffer.View()))
+                                                : WriteText(m_buffer.View());
+    m_buffer.Clear();
     return bWritten;
 }
 
 // The component calls, which no exception may pass.
-bool TextOutput::HoldBuffer()
+bool TextOutput::WriteText(std::string_view text)
 try {
-    m_held->Write(m_buffer);
-    m_buffer.clear();
+    if (!m_held)
+        return m_file.Write(text);
+    m_held->Write(text);
     return true;
 } catch (const Fault& fault) {
     m_sFault = fault.sMessage;

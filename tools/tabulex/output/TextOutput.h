@@ -26,13 +26,12 @@ public:
 
 private:
     bool WriteBuffer();
-    bool HoldBuffer();
+    bool WriteText(std::string_view text);
     bool ReleaseHeld();
 
     std::unique_ptr<RowWriter> m_writer;
-    std::size_t m_nColumns;
     OutputFile m_file;
-    std::string m_buffer;              // UTF-8, not yet with the file
+    TextBuffer m_buffer;               // UTF-8, not yet with the file
     std::unique_ptr<SpillFile> m_held; // what waits for the commit; null where nothing has to
     std::string m_sFault;              // of what is held
 };

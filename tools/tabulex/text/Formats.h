@@ -11,13 +11,12 @@
 #include <string_view>
 
 #include "platform/component.h"
+#include "tools/tabulex/text/Digits.h"
 
 namespace tabulex {
 
-void AppendTime(std::string& out, DATE date);               // HH:MM:SS or HH:MM:SS.mmm
-void AppendTimeOfDay(std::string& out, LONG nMilliseconds); // the same
-void AppendPrice(std::string& out, double value);
-void AppendWhole(std::string& out, LONGLONG value);
+// The time of day in milliseconds since midnight.
+unsigned TimeOfDay(DATE date);
 
 // YYYY-MM-DDTHH:MM:SS, with .mmm as above; `separator` takes the place of the T.
 std::string DateTimeText(DATE date, char separator = 'T');
@@ -28,10 +27,19 @@ class DateText
 {
 public:
     std::string_view Of(DATE date);
+    // Of a day as a DATE counts it.
+    std::string_view OfDay(LONGLONG nDay)
+    {
+        if (nDay != m_nDay)
+            Make(nDay);
+        return {m_text.data(), m_nLength};
+    }
 
 private:
-    double m_day = std::numeric_limits<double>::quiet_NaN();
-    std::array<char, 16> m_text{};
+    void Make(LONGLONG nDay);
+
+    LONGLONG m_nDay = std::numeric_limits<LONGLONG>::min();
+    std::array<char, kDigitsRoom> m_text{};
     std::size_t m_nLength = 0;
 };
 
