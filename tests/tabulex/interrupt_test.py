@@ -89,9 +89,13 @@ class Interrupts(ToolTest):
 
     @staticmethod
     def wait_until_it_hangs(pid):
+        """Until one of its threads writes to standard output."""
+        def system_call_of(task):
+            with open(f"/proc/{pid}/task/{task}/syscall", encoding="ascii") as f:
+                return f.read().split()
+
         def writes_to_standard_output():
-            with open(f"/proc/{pid}/task/{pid}/syscall", encoding="ascii") as f:
-                return f.read().split()[1:2] == ["0x1"]
+            return any(system_call_of(task)[:2] == ["1", "0x1"] for task in os.listdir(f"/proc/{pid}/task"))
 
         try:
             wait_until(writes_to_standard_output)

@@ -1,5 +1,7 @@
 """Where the rows go: files, devices and pipes, and what is left after a failure."""
+import contextlib
 import os
+import sqlite3
 import subprocess
 import unittest
 
@@ -98,6 +100,65 @@ class Faults(ToolTest):
         self.assertIn("'/dev/full' can't be written", result.err)
         self.assertTrue(result.summary().endswith("result=rollback"))
         self.assert_entries("junk.csv")
+
+
+class Middles(ToolTest):
+    """What ends a conversion while rows of it are still being written."""
+    FORMATS = ("out.csv", "out.jsonl", "out.db")
+
+    def test_a_limit_of_the_size_rolls_back(self):
+        big = self.file("big.csv", minutes_text(40_000))
+        for name in self.FORMATS:
+            for most in (1_000_000, 1_900_000):
+                with self.subTest(name=name, most=most):
+                    result = self.fail_with(3, "convert", big, "-o", self.path(name), most_bytes=most)
+                    self.assertRegex(result.err, "File too large|disk I/O error|disk is full")
+                    self.assertTrue(result.summary().endswith("result=rollback"))
+                    self.assert_entries("big.csv")
+
+    def test_a_row_that_a_table_refuses_rolls_back(self):
+        big = self.file("big.csv", minutes_text(10_000))
+        for moment in (("1990-01-01", "00:30:00"), ("1990-01-04", "12:00:00"), ("1990-01-07", "22:39:00")):
+            with self.subTest(moment):
+                self.succeed("convert", self.file("one.csv", minutes_text(100)), "-o", self.path("out.db"))
+                with contextlib.closing(sqlite3.connect(self.path("out.db"))) as base:
+                    base.execute("DELETE FROM quotes")
+                    base.execute("INSERT INTO quotes (Date, Time) VALUES (?, ?)", moment)
+                    base.execute("CREATE UNIQUE INDEX one ON quotes (Date, Time)")
+                    base.commit()
+                result = self.fail_with(1, "convert", big, "-o", self.path("out.db"), "--append")
+                self.assertIn("UNIQUE constraint failed", result.err)
+                self.assertTrue(result.summary().endswith("result=rollback"))
+                with contextlib.closing(sqlite3.connect(self.path("out.db"))) as base:
+                    self.assertEqual(base.execute("SELECT count(*) FROM quotes").fetchone(), (1,))
+                os.remove(self.path("out.db"))
+
+    def test_too_many_bad_lines_leave_nothing(self):
+        lines = minutes_text(20_000).splitlines()
+        for at in (5_500, 15_500):
+            lines[at] = lines[at].replace(",", ",x", 2)
+        big = self.file("big.csv", "\n".join(lines) + "\n")
+        for name in self.FORMATS:
+            with self.subTest(name):
+                self.fail_with(1, "convert", big, "-o", self.path(name), "--max-errors", "1")
+                self.assert_entries("big.csv")
+        self.assertEqual(self.fail_with(1, "convert", big, "--max-errors", "1").out, "")
+
+    def test_lines_about_rows_keep_their_place_among_them(self):
+        lines = minutes_text(30_000).splitlines()
+        for at in range(500, len(lines), 999):
+            lines[at] = lines[at].replace(",", ",x", 2)
+        big = self.file("big.csv", "\n".join(lines) + "\n")
+        seen = set()
+        for _ in range(5):
+            done = subprocess.run([*TOOL, "convert", big], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                  env=environment(), timeout=60)
+            self.assertEqual(done.returncode, 0)
+            seen.add(done.stdout)
+        self.assertEqual(len(seen), 1)
+        text = seen.pop().decode()
+        self.assertLess(text.index("\n1990-01-02,"), text.index("big.csv:16485:"))
+        self.assertLess(text.index("big.csv:16485:"), text.index("\n1990-01-20,"))
 
 
 class Pipes(ToolTest):

@@ -1,4 +1,5 @@
 // The receiving side of a run: what it hands on, and how it answers.
+#include <new>
 #include <optional>
 
 #include <gtest/gtest.h>
@@ -17,6 +18,10 @@ class FakeOutput : public RowOutput
 public:
     bool Write(const VARIANT*, ULONGLONG nRows) override
     {
+        if (m_nRows >= m_nThrowAfter)
+            throw std::bad_alloc();
+        m_bFull = m_bFull || m_nRows >= m_nFullAfter;
+        m_bReaderGone = m_bReaderGone || (m_bFull && m_bGoneWhenFull);
         m_nRows += nRows;
         return !m_bFull && !m_bReaderGone;
     }
@@ -25,7 +30,12 @@ public:
     bool IsReaderGone() const override { return m_bReaderGone; }
     std::string FaultText() const override { return {}; }
 
+    static constexpr ULONGLONG kNever = ~0ULL;
+
     ULONGLONG m_nRows = 0;
+    ULONGLONG m_nFullAfter = kNever;  // rows
+    ULONGLONG m_nThrowAfter = kNever; // the same
+    bool m_bGoneWhenFull = false;
     bool m_bFull = false;
     bool m_bReaderGone = false;
 };
@@ -40,7 +50,7 @@ protected:
         m_host.emplace(m_offers);
         m_errors.emplace(*m_host, m_console, "file", ErrorReporter::Options(), m_lines, nullptr,
                          nullptr);
-        m_sink = com_ptr<ConversionSink>(new ConversionSink(m_rows, &m_output, *m_errors));
+        m_sink = com_ptr<ConversionSink>(new ConversionSink(m_path, m_queue, *m_errors));
     }
 
     // A batch of empty cells.
@@ -57,6 +67,8 @@ protected:
     std::optional<ErrorReporter> m_errors;
     ReshapedRows m_rows{{0, 0}, std::nullopt};
     FakeOutput m_output;
+    RowPath m_path{m_rows, &m_output};
+    RowQueue m_queue{m_path, RowQueue::Threads::One};
     com_ptr<ConversionSink> m_sink;
 };
 
@@ -84,9 +96,70 @@ TEST_F(RunTest, EndsAsAFailureWhenTheOutputIsFullAndWellWhenItsReaderIsGone)
     EXPECT_EQ(m_sink->Batches(), 2u);
 }
 
+// The last batches are written after the component has ended the run.
+class LateFaults : public RunTest
+{
+protected:
+    void RunTwoBatches()
+    {
+        m_sink = com_ptr<ConversionSink>(new ConversionSink(m_path, m_late, *m_errors));
+        EXPECT_EQ(m_sink->DataChanged(Batch(2, 3)), S_OK);
+        EXPECT_EQ(m_sink->DataChanged(Batch(2, 4)), S_OK);
+        m_sink->Commit();
+        m_sink->FinishRows();
+        EXPECT_EQ(m_sink->Batches(), 2u);
+    }
+
+    RowQueue m_late{m_path, RowQueue::Threads::Two};
+};
+
+TEST_F(LateFaults, LeaveAnEndThatIsGoodWhereThereAreNone)
+{
+    RunTwoBatches();
+    EXPECT_TRUE(m_sink->IsCommitted());
+    EXPECT_EQ(m_sink->Rows(), 7u);
+}
+
+TEST_F(LateFaults, TakeTheRunBack)
+{
+    m_output.m_nFullAfter = 3;
+    RunTwoBatches();
+    EXPECT_FALSE(m_sink->IsCommitted());
+    EXPECT_FALSE(m_sink->IsOutOfMemory());
+    EXPECT_EQ(m_sink->Rows(), 7u);
+}
+
+TEST_F(LateFaults, AreNoneWhereTheReaderIsGone)
+{
+    m_output.m_nFullAfter = 3;
+    m_output.m_bGoneWhenFull = true;
+    RunTwoBatches();
+    EXPECT_TRUE(m_sink->IsCommitted());
+}
+
+TEST_F(LateFaults, MayBeThatMemoryRunsOut)
+{
+    m_output.m_nThrowAfter = 3;
+    RunTwoBatches();
+    EXPECT_FALSE(m_sink->IsCommitted());
+    EXPECT_TRUE(m_sink->IsOutOfMemory());
+}
+
+TEST_F(RunTest, EndsAsAFailureWhenMemoryRunsOut)
+{
+    m_output.m_nThrowAfter = 0;
+    EXPECT_EQ(m_sink->DataChanged(Batch(2, 1)), E_OUTOFMEMORY);
+    m_sink->Commit();
+    m_sink->FinishRows();
+    EXPECT_TRUE(m_sink->IsOutOfMemory());
+    EXPECT_FALSE(m_sink->IsCommitted());
+}
+
 TEST_F(RunTest, NeedsNoOutput)
 {
-    const com_ptr<ConversionSink> sink(new ConversionSink(m_rows, nullptr, *m_errors));
+    RowPath path{m_rows, nullptr};
+    RowQueue queue{path, RowQueue::Threads::One};
+    const com_ptr<ConversionSink> sink(new ConversionSink(path, queue, *m_errors));
     EXPECT_EQ(sink->DataChanged(Batch(2, 3)), S_OK);
     EXPECT_EQ(sink->Rows(), 3u);
 }

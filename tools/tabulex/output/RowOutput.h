@@ -64,6 +64,8 @@ public:
     // about it; empty for nothing.
     virtual std::string Remark() const { return {}; }
 
+    // Somebody may see rows before the commit.
+    virtual bool ShowsAtOnce() const { return false; }
     // The reader of a pipe is gone, which is no fault to be reported.
     virtual bool IsReaderGone() const { return false; }
     // Why something was refused; empty if nothing was.

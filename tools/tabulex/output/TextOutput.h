@@ -18,6 +18,7 @@ public:
     bool Write(const VARIANT* cells, ULONGLONG nRows) override;
     bool Commit() override;
     void Discard() override;
+    bool ShowsAtOnce() const override { return !m_file.HidesUntilCommit() && !m_held; }
     bool IsReaderGone() const override { return m_file.IsReaderGone(); }
     std::string FaultText() const override
     {

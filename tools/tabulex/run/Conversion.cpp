@@ -19,6 +19,7 @@
 #include "tools/tabulex/run/ProgressView.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/Interrupt.h"
+#include "tools/tabulex/system/Surroundings.h"
 #include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
@@ -88,6 +89,7 @@ public:
 
 private:
     void OpenOutputs();
+    void LayPath();
     void Start();
     void WaitForEnd();
     void Stop();
@@ -126,6 +128,8 @@ private:
     RowShaping m_shape;
     ProgressBar m_bar;
     ProgressViews m_views; // of a whole file; a portion has no box
+    std::optional<RowPath> m_path;
+    std::optional<RowQueue> m_queue; // its thread ends before what the path leads to
     com_ptr<ConversionSink> m_sink;
 };
 
@@ -133,13 +137,9 @@ Outcome Run::Execute()
 {
     const Deferral deferral;
     OpenOutputs();
-    m_review.emplace(m_host, DeliveredColumns(m_host));
     ExpectCells(m_host, m_lines);
-    m_days.emplace(m_host, m_settings);
-    if (m_settings.bWholeFile && m_settings.dtTo)
-        m_end.emplace(m_host, DeliveredColumns(m_host), *m_settings.dtTo);
-    m_sink = com_ptr<ConversionSink>(new ConversionSink(
-        m_shape.Rows(), m_output.get(), m_errors, &*m_review, &*m_days, m_end ? &*m_end : nullptr));
+    LayPath();
+    m_sink = com_ptr<ConversionSink>(new ConversionSink(*m_path, *m_queue, m_errors));
     Start();
     WaitForEnd();
     Outcome outcome;
@@ -157,6 +157,20 @@ void Run::OpenOutputs()
     }
     if (m_options.rejects)
         m_options.rejects->Open();
+}
+
+// Where both are seen, lines about bad rows come after the rows of the batches before.
+void Run::LayPath()
+{
+    m_review.emplace(m_host, DeliveredColumns(m_host));
+    m_days.emplace(m_host, m_settings);
+    if (m_settings.bWholeFile && m_settings.dtTo)
+        m_end.emplace(m_host, DeliveredColumns(m_host), *m_settings.dtTo);
+    m_path.emplace(m_shape.Rows(), m_output.get(), &*m_review, &*m_days, m_end ? &*m_end : nullptr);
+    const bool bApart = m_output && ProcessorCount() > 1;
+    m_queue.emplace(*m_path, bApart ? RowQueue::Threads::Two : RowQueue::Threads::One);
+    if (m_path->ShowsAtOnce())
+        m_errors.BeforeLines([this] { m_queue->Drain(); });
 }
 
 // The component checks the settings of a portion when it starts, whatever was checked
@@ -178,6 +192,7 @@ void Run::Start()
 void Run::WaitForEnd()
 {
     PumpToTheEnd(m_host, *m_sink.get(), [this] { m_views.CancelIfWanted(); });
+    m_sink->FinishRows();
     m_bar.ShowEnd(m_sink->Rows());
     while (m_views.IsOnShow())
         TabulexPumpMessages(kPumpMilliseconds);

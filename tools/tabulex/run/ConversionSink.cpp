@@ -1,7 +1,6 @@
-// A batch is reviewed as the component gives it and written as it is reshaped, so that what is
-// judged is what was read. Lines that were left out aren't in a batch, yet each stands for the same
-// number of lines, so its place is counted in those. An interrupt ends the run with the batch that
-// is written.
+// Rows are copied and taken where they go on another thread, while the component waits for nothing
+// but the copy. So a fault of the output may show in a later batch, or after the last one, and then
+// still takes the run back. An interrupt ends the run with the batch that is taken.
 
 #include "tools/tabulex/run/ConversionSink.h"
 
@@ -61,23 +60,24 @@ try {
 HRESULT ConversionSink::TakeBatch(SAFEARRAY* records)
 {
     const Cells cells(records);
-    const ULONGLONG nAll = Extent(records, 2);
-    if (Extent(records, 1) != m_reshaped.Columns() || (nAll > 0 && !cells.data()))
+    const ULONGLONG nRows = Extent(records, 2);
+    if (Extent(records, 1) != m_path.Columns() || (nRows > 0 && !cells.data()))
         return E_UNEXPECTED;
-    const auto [taken, nRows] =
-        m_end ? m_end->Of(cells.data(), nAll) : RangeEnd::Rows{cells.data(), nAll};
-    if (m_review)
-        m_review->Take(taken, nRows);
-    if (m_days)
-        m_days->Take(taken, nRows, m_nBatches * kBatchLines);
-    const VARIANT* rows = m_reshaped.Of(taken, nRows);
-    const bool bWritten = !m_output || m_output->Write(rows, nRows);
+    const bool bTaken = m_queue.Take(cells.data(), nRows);
     ++m_nBatches;
-    m_nRows += nRows;
     m_errors.EndBatch(kBatchLines);
-    if (bWritten)
+    if (bTaken)
         return S_OK;
-    return m_output->IsReaderGone() ? S_FALSE : E_FAIL;
+    m_queue.Drain();
+    return m_path.IsReaderGone() ? S_FALSE : E_FAIL;
+}
+
+void ConversionSink::FinishRows()
+try {
+    const bool bTaken = m_queue.Finish();
+    m_bFailed = m_bOutOfMemory || (!bTaken && !m_path.IsReaderGone());
+} catch (const std::bad_alloc&) {
+    m_bFailed = m_bOutOfMemory = true;
 }
 
 } // namespace tabulex

@@ -132,6 +132,8 @@ void ErrorReporter::EndBatch(ULONGLONG nLines)
 
 void ErrorReporter::Flush()
 {
+    if (!m_sLines.empty() && m_before)
+        m_before();
     if (!m_sLines.empty())
         m_console.Print(m_sLines);
     m_sLines.clear();

@@ -4,6 +4,7 @@
 // Error lines are gathered and written a batch at a time. Used by one thread.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -49,6 +50,9 @@ public:
     ErrorReporter(const Host& host, Console& console, std::string file, const Options& options,
                   LineMap& lines, RejectsFile* rejects, RunReport* report);
 
+    // What is called each time before lines are written; empty for nothing.
+    void BeforeLines(std::function<void()> before) { m_before = std::move(before); }
+
     // Reports the line, and asks the user about it where that is the action, for as long as
     // the answer takes. False: the conversion is to end.
     bool Report(const BadLine& bad);
@@ -82,6 +86,7 @@ private:
     ReportedLine m_places;
     RejectsFile* m_rejects;
     RunReport* m_report;
+    std::function<void()> m_before;
     std::string m_sLines;   // error lines not written yet
     std::string m_sRejects; // the same for rejects
     ULONGLONG m_nReported = 0;

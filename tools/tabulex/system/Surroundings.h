@@ -17,4 +17,7 @@ bool IsSystemChinese();
 // starts with. Empty for a locale that doesn't name it.
 std::string LocaleEncoding();
 
+// The processors that this process may use.
+unsigned ProcessorCount();
+
 } // namespace tabulex

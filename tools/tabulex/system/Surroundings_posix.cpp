@@ -2,6 +2,9 @@
 
 #include <cstdlib>
 #include <string_view>
+#include <thread>
+
+#include <sched.h>
 
 namespace tabulex {
 
@@ -31,6 +34,14 @@ std::string LocaleEncoding()
         return {};
     locale.remove_prefix(nDot + 1);
     return std::string(locale.substr(0, locale.find('@')));
+}
+
+// A system of more processors than the set has places for is asked in another way.
+unsigned ProcessorCount()
+{
+    cpu_set_t set;
+    return ::sched_getaffinity(0, sizeof set, &set) == 0 ? static_cast<unsigned>(CPU_COUNT(&set))
+                                                         : std::thread::hardware_concurrency();
 }
 
 } // namespace tabulex

@@ -1,5 +1,7 @@
 #include "tools/tabulex/system/Surroundings.h"
 
+#include <bit>
+
 #include "tools/tabulex/text/Text.h"
 
 #include <shellapi.h>
@@ -26,6 +28,14 @@ bool IsSystemChinese()
 std::string LocaleEncoding()
 {
     return std::to_string(GetACP());
+}
+
+unsigned ProcessorCount()
+{
+    DWORD_PTR own = 0;
+    DWORD_PTR all = 0;
+    GetProcessAffinityMask(GetCurrentProcess(), &own, &all);
+    return static_cast<unsigned>(std::popcount(own));
 }
 
 } // namespace tabulex
