@@ -14,3 +14,10 @@ struct IKeepsValues : IUnknown
 template <>
 inline constexpr GUID iid_of<IKeepsValues> = {
     0xC4A7D1B3, 0x0E58, 0x4F69, {0xB2, 0xA6, 0x95, 0xD8, 0x3E, 0x7F, 0x1C, 0x40}};
+
+// False without a multiplier, and for one that leaves each value as it is.
+inline bool ChangesValues(IUnknown* pMultiplier)
+{
+    com_ptr<IKeepsValues> pKeeps;
+    return pMultiplier && (FAILED(query(pMultiplier, pKeeps)) || !pKeeps->KeepsValues());
+}

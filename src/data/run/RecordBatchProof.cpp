@@ -8,6 +8,7 @@
 
 #include "platform/text/CodePage.h"
 #include "src/data/run/RecordBatch.h"
+#include "src/values/IKeepsValues.h"
 
 namespace Hesperon::specifics {
 
@@ -27,7 +28,7 @@ bool IsMultiplied(IQRL_TabulexConverter::IRecordParser* pRecordParser)
     com_ptr<IDispatch> pPrice, pVolume;
     pRecordParser->get_PriceMultiplier(pPrice.put());
     pRecordParser->get_VolumeMultiplier(pVolume.put());
-    return pPrice || pVolume;
+    return ChangesValues(pPrice.get()) || ChangesValues(pVolume.get());
 }
 
 } // namespace

@@ -21,8 +21,6 @@
 
 namespace Hesperon::specifics {
 
-using IQRL_TabulexConverter::IValueMultiplier;
-
 static_assert(std::endian::native == std::endian::little);
 
 namespace {
@@ -137,15 +135,6 @@ bool ReadWhole(std::string_view sText, LONGLONG& value)
     return true;
 }
 
-// Null for a multiplier that leaves each value as it is.
-IValueMultiplier* ThatChanges(IValueMultiplier* pMultiplier)
-{
-    com_ptr<IKeepsValues> pKeeps;
-    const bool bKeeps =
-        pMultiplier && SUCCEEDED(query(pMultiplier, pKeeps)) && pKeeps->KeepsValues();
-    return bKeeps ? nullptr : pMultiplier;
-}
-
 // The value of a text by its column; false where the column refuses it.
 bool ReadByColumn(CDataField& column, std::string_view sText)
 {
@@ -218,7 +207,8 @@ bool RowPlan::Prepare(const ParserState& state, std::span<const ULONG> fields,
                       const Multipliers& multipliers)
 {
     m_pState = &state;
-    m_multipliers = {ThatChanges(multipliers.pPrice), ThatChanges(multipliers.pVolume)};
+    m_multipliers = {ChangesValues(multipliers.pPrice) ? multipliers.pPrice : nullptr,
+                     ChangesValues(multipliers.pVolume) ? multipliers.pVolume : nullptr};
     m_bMovesToBarEnd = MovesToBarEnd(state);
     m_bChecksSteps =
         state.m_nResolution > ResolutionNone && state.m_nResolution < RESOLUTIONS_COUNT;
