@@ -7,6 +7,7 @@ import dataclasses
 import datetime as dt
 import os
 import random
+import re
 import sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tools",
@@ -95,6 +96,7 @@ class RandomSample(Sample):
     quotes: float = 0     # share of cells in quotes
     blanks: float = 0     # share of cells with blanks around
     mark: str = "."
+    late: bool = False    # midnight is 24:00 of the day before
 
     def cell(self, column, row):
         text = self.text(column, row)
@@ -117,7 +119,11 @@ class RandomSample(Sample):
             return write(row[column], self.chance).replace(".", self.mark)
         if isinstance(row.get(column), int) and odd:
             return any_whole(row[column], self.chance)
-        return super().cell(column, row)
+        midnight = self.late and row["Time"] == dt.time()
+        if midnight and column == "Date":
+            return super().cell(column, {"Date": row["Date"] - dt.timedelta(days=1)})
+        text = super().cell(column, row)
+        return re.sub("^00?", "24", text) if midnight and column == "Time" else text
 
 
 def damaged(line, random_):
@@ -141,7 +147,7 @@ def damaged(line, random_):
 
 def rows_of(name, random_, step, symbols):
     count = random_.choice((3, 12, 40, 40, 40, 120, 120, 400, 1100, 2300))
-    start = dt.datetime(2003, 1, 13, 9, 30)
+    start = dt.datetime(2003, 1, 13, *random_.choice(((9, 30), (9, 30), (23, 40))))
     if step == "Ticks":
         return make_samples.trades(name, start, count)
     if step in ("Days", "Weeks"):
@@ -186,7 +192,8 @@ def sample_of(name, random_):
         final_newline=random_.random() < 0.8,
         preamble=random_.choice(((),) * 15 + (("Source,Example", "Currency,EUR"),)),
         chance=random_, step=step, odd=rate(0.002, 0.02, 0.2), quotes=rate(0.01, 1),
-        blanks=rate(0.01, 0.3), mark="," if divider != "," and random_.random() < 0.2 else ".")
+        blanks=rate(0.01, 0.3), mark="," if divider != "," and random_.random() < 0.2 else ".",
+        late=random_.random() < 0.5)
 
 
 def random_file(number, seed):
