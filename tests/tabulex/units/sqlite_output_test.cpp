@@ -298,6 +298,64 @@ TEST_F(SqliteOutputs, RollBackToTheTableThatWasThere)
     }
 }
 
+// Many rows go in by groups, whose texts mustn't be mixed up.
+TEST_F(SqliteOutputs, KeepEachRowOfAnyNumberOfThem)
+{
+    std::vector<Variant> cells;
+    std::vector<std::string> symbols;
+    SqliteOutput output(Options(), kColumns);
+    for (const int nRows : {1, 15, 16, 17, 100}) {
+        cells.clear();
+        for (int i = 0; i < nRows; ++i) {
+            const std::size_t n = symbols.size();
+            symbols.emplace_back(n % 3 * 20, static_cast<char>('A' + n % 26));
+            const auto row = RowFor(string_t(n % 3 * 20, static_cast<OLECHAR>('A' + n % 26)));
+            cells.insert(cells.end(), row.begin(), row.end());
+        }
+        EXPECT_TRUE(output.Write(cells.data(), static_cast<ULONGLONG>(nRows)));
+    }
+    EXPECT_TRUE(output.Commit());
+    EXPECT_EQ(Query("SELECT Symbol FROM quotes ORDER BY rowid"), symbols);
+    EXPECT_THAT(Query("SELECT DISTINCT Date || Time || Price || \"Up Volume\" FROM quotes"),
+                ElementsAre("2003-12-2512:00:001.25-3"));
+}
+
+// So many that a statement takes smaller groups.
+TEST_F(SqliteOutputs, MayHaveManyColumns)
+{
+    constexpr int kMany = 70;
+    constexpr int kRows = 40;
+    std::vector<Column> columns;
+    std::vector<Variant> cells;
+    std::vector<std::string> last;
+    for (int i = 0; i < kMany; ++i)
+        columns.push_back({"c" + std::to_string(i), ColumnKind::Whole});
+    for (int i = 0; i < kRows * kMany; ++i)
+        cells.push_back(Whole(i));
+    for (int i = 1; i <= kRows; ++i)
+        last.push_back(std::to_string(i * kMany - 1));
+    SqliteOutput output(Options(), columns);
+    EXPECT_TRUE(output.Write(cells.data(), kRows));
+    EXPECT_TRUE(output.Commit());
+    EXPECT_EQ(Query("SELECT c69 FROM quotes ORDER BY rowid"), last);
+}
+
+TEST_F(SqliteOutputs, RollBackAGroupThatATableRefuses)
+{
+    Execute("CREATE TABLE quotes (Symbol UNIQUE, Date, Time, Price, \"Up Volume\")");
+    std::vector<Variant> cells;
+    for (int i = 0; i < 40; ++i) {
+        const auto row = RowFor(string_t(i == 30 ? 7 : static_cast<std::size_t>(i), OLECHAR('A')));
+        cells.insert(cells.end(), row.begin(), row.end());
+    }
+    SqliteOutput output(Options(OldTable::Append), kColumns);
+    EXPECT_FALSE(output.Write(cells.data(), 40));
+    EXPECT_EQ(output.FaultText(), "UNIQUE constraint failed: quotes.Symbol");
+    EXPECT_EQ(output.FaultStatus(), ExitStatus::Refused);
+    EXPECT_FALSE(output.Commit());
+    EXPECT_THAT(Query("SELECT Symbol FROM quotes"), IsEmpty());
+}
+
 TEST_F(SqliteOutputs, RollBackWhatATableRefuses)
 {
     Execute("CREATE TABLE quotes (Symbol UNIQUE, Date, Time, Price, \"Up Volume\")");

@@ -1,19 +1,19 @@
 // Everything that can be refused is refused before the first row: the kind of place, the lock for
-// writing, the table and its columns. Rows then go in by one prepared statement within one
-// transaction, which is what makes many rows fast, and what takes them all back after a fault.
+// writing, the table and its columns. Rows then go in by prepared statements within one
+// transaction, which is what makes many rows fast, and what takes them all back after a fault. A
+// statement costs as much to begin and to end as a row costs, so most rows go in by one that takes
+// a group of them, and those that are left over of a call by one that takes a single row.
 
 #include "tools/tabulex/output/SqliteOutput.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <cstring>
 #include <exception>
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include "tools/tabulex/output/CellText.h"
 #include "tools/tabulex/output/SqliteTable.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/OutputPlace.h"
@@ -101,14 +101,6 @@ std::string CreationOf(const std::string& table, const std::vector<Column>& colu
     return fmt::format("CREATE TABLE {} ({})", QuotedName(table), fmt::join(parts, ", "));
 }
 
-std::string InsertionOf(const std::string& table, const std::vector<Column>& columns)
-{
-    const auto names =
-        ForEachColumn(columns, [](const Column& column) { return QuotedName(column.sName); });
-    return fmt::format("INSERT INTO {} ({}) VALUES ({})", QuotedName(table), fmt::join(names, ", "),
-                       fmt::join(std::vector<std::string>(columns.size(), "?"), ", "));
-}
-
 void RequireSqlite(const std::string& path)
 {
     if (!HasSqlite())
@@ -134,13 +126,12 @@ std::string RequireTarget(const std::string& path)
 } // namespace
 
 SqliteOutput::SqliteOutput(const OutputOptions& options, std::vector<Column> columns)
-    : m_sTarget(RequireTarget(options.sPath)), m_columns(WithDistinctNames(std::move(columns))),
-      m_texts(m_columns.size())
+    : m_sTarget(RequireTarget(options.sPath)), m_columns(WithDistinctNames(std::move(columns)))
 {
     RequireSqlite(options.sPath);
     OpenDatabase(options);
     MakeTable(options);
-    m_insert = m_database.Prepare(InsertionOf(options.sTable, m_columns));
+    m_insertion.Prepare(m_database, options.sTable, m_columns);
     RequireNoFault(options.sPath, m_database);
 }
 
@@ -182,44 +173,13 @@ void SqliteOutput::MakeTable(const OutputOptions& options)
 
 bool SqliteOutput::Write(const VARIANT* cells, ULONGLONG nRows)
 {
-    if (!m_database.FaultText().empty())
-        return false;
-    for (ULONGLONG i = 0; i < nRows; ++i) {
-        for (std::size_t n = 0; n < m_columns.size(); ++n)
-            BindCell(n, *cells++);
-        if (!m_insert.Run())
-            return m_database.Fail();
-    }
-    return true;
-}
-
-// Each column has a text of its own, as all of them have to stay until the row has been written.
-void SqliteOutput::BindCell(std::size_t nColumn, const VARIANT& cell)
-{
-    const int nParameter = static_cast<int>(nColumn) + 1;
-    switch (cell.vt) {
-    case VT_R8:
-        if (std::isfinite(cell.dblVal))
-            m_insert.Bind(nParameter, cell.dblVal);
-        else
-            m_insert.BindNull(nParameter);
-        break;
-    case VT_I8:
-        m_insert.Bind(nParameter, sqlite3_int64(cell.llVal));
-        break;
-    case VT_EMPTY:
-        m_insert.BindNull(nParameter);
-        break;
-    default:
-        m_texts[nColumn].clear();
-        AppendCell(m_texts[nColumn], m_columns[nColumn].kind, cell, m_dates);
-        m_insert.Bind(nParameter, m_texts[nColumn]);
-    }
+    return m_database.FaultText().empty() &&
+           (m_insertion.Insert(cells, nRows) || m_database.Fail());
 }
 
 bool SqliteOutput::Commit()
 {
-    m_insert = {};
+    m_insertion.Release();
     const bool bSound = m_database.FaultText().empty();
     if (bSound && m_database.Execute("COMMIT") && m_database.Close() && Publish())
         return true;
@@ -251,7 +211,7 @@ SqliteOutput::~SqliteOutput()
 // left to the next reader, so the database is read here.
 void SqliteOutput::Discard()
 {
-    m_insert = {};
+    m_insertion.Release();
     m_database.Close();
     if (m_staged.Name().empty() && !m_database.FaultText().empty()) {
         SqliteDatabase reader;

@@ -7,15 +7,12 @@
 //
 // Rows that are added to a table need not have its columns: where they lack one they hold NULL, and
 // one that the table lacks is added to it, with NULL in older rows.
-//
-// Dates, times and symbols are TEXT in the form that they have in CSV, prices REAL,
-// whole numbers INTEGER; an empty cell is NULL.
 #pragma once
 
 #include "tools/tabulex/output/RowOutput.h"
 #include "tools/tabulex/output/Sqlite.h"
+#include "tools/tabulex/output/SqliteInsertion.h"
 #include "tools/tabulex/output/StagedFile.h"
-#include "tools/tabulex/text/Formats.h"
 
 namespace tabulex {
 
@@ -37,17 +34,14 @@ public:
 private:
     void OpenDatabase(const OutputOptions& options);
     void MakeTable(const OutputOptions& options);
-    void BindCell(std::size_t nColumn, const VARIANT& cell);
     bool Publish();
 
     std::string m_sTarget;
     std::string m_sRemark;
-    std::vector<Column> m_columns;    // by the names of the table's columns
-    StagedFile m_staged;              // of a new database; none for an existing one
-    SqliteDatabase m_database;        // closed before its file is removed
-    SqliteStatement m_insert;         // a parameter a column
-    std::vector<std::string> m_texts; // of the row at hand; m_insert refers to them
-    DateText m_dates;
+    std::vector<Column> m_columns; // by the names of the table's columns
+    StagedFile m_staged;           // of a new database; none for an existing one
+    SqliteDatabase m_database;     // closed before its file is removed
+    SqliteInsertion m_insertion;
     std::string m_sPublishFault;
 };
 
