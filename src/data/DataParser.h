@@ -103,7 +103,7 @@ public:
     HRESULT STDMETHODCALLTYPE put_SymbolName(BSTR newVal) override;
     HRESULT STDMETHODCALLTYPE GetApproxCount(ULONGLONG* nCount) override;
 
-    // ---- IFileHandlerEvents, IFileHandlerEvents2
+    // ---- IFileHandlerEvents, IFileHandlerEvents2, ICountHearer, IRecordSteps
 
     HRESULT STDMETHODCALLTYPE RecordCountChange(ULONGLONG nNewCount,
                                                 VARIANT_BOOL bComplete) override;
@@ -111,9 +111,6 @@ public:
     // One step of a run; only nIndex counts. S_FALSE: the run has ended well.
     HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG nIndex, BSTR, VARIANT_BOOL) override;
     HRESULT STDMETHODCALLTYPE get_StartPosition(ULONGLONG* pVal) override;
-
-    // ---- ICountHearer, IRecordSteps
-
     bool STDMETHODCALLTYPE HearsCounts() override;
     HRESULT STDMETHODCALLTYPE ProcessRecords(ULONGLONG nIndex, ULONGLONG nMost,
                                              ULONGLONG& nTaken) override;
@@ -132,7 +129,6 @@ private:
 
     using IDataParserEvents = IQRL_TabulexConverter::IDataParserEvents;
     using IRecordParser = IQRL_TabulexConverter::IRecordParser;
-
     // Runs a call under the lock and without exceptions.
     template <class Call>
     HRESULT Locked(Call call);
@@ -180,7 +176,6 @@ private:
     com_ptr<IFileHandler> RunFile() override { return m_pFileHandler; }
     com_ptr<IRecordParser> RunRecordParser() override { return m_pRecordParser; }
 
-    // ---- members
     CriticalSection m_lock;
     com_ptr<IRecordParser> m_pRecordParser;
     com_ptr<IFileHandler> m_pFileHandler; // null while no file is set
@@ -195,8 +190,7 @@ private:
     std::atomic<bool> m_bAutoDetectCodePage = false, m_bDisableErrorNotify = false; // no lock
     FileProxies m_proxies;
     ConversionRun m_run{*this, *this, m_lock, m_bDisableErrorNotify}; // has rules of its own
-    // In a clone: the object to which the record parser's uncounted link points.
-    com_ptr<CDataParser> m_pLinkOwner;
+    com_ptr<CDataParser> m_pLinkOwner; // of a clone: what the record parser's link points to
     bool m_bCountedInPool = false;
 };
 

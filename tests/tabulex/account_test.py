@@ -62,6 +62,16 @@ class Fates(AccountTest):
         self.assertEqual(self.account(result), {"lines": 166, "blank": 4, "header": 1, "skipped": 1,
                                                 "delivered": 159, "bad": 1})
 
+    # Spreadsheets write such lines. Behind the last row of a long file the component takes them for
+    # a row more, of which nobody is told.
+    def test_lines_of_dividers_behind_the_rows_are_blank(self):
+        for rows in (30, 1100, 2000, 2047):
+            for tail in ([",,,,,,"], [",,,,,,", " , ,;", ",,,,,,"]):
+                result = self.convert(0, self.lines_file([HEAD, *bars(rows), *tail]))
+                self.assertEqual(self.account(result), {"lines": rows + 1 + len(tail), "header": 1,
+                                                        "blank": len(tail), "delivered": rows})
+                self.assertNotIn("parsed", result.err)
+
     def test_rows_behind_the_range_are_named(self):
         blocks = [HEAD + ",Symbol"]
         for symbol, days in (("AAA", 2), ("BBB", 3), ("CCC", 1)):

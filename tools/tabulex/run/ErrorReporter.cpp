@@ -42,8 +42,17 @@ ErrorReporter::ErrorReporter(const Host& host, Console& console, std::string fil
       m_places(host, lines), m_rejects(rejects), m_report(report)
 {}
 
+// Behind its last record the component takes lines of dividers alone for one more, as long as it
+// hasn't counted the file to its end.
+bool ErrorReporter::IsBehindLastLine(const BadLine& bad)
+{
+    return m_map.NumberOf(m_places.PlaceOf(bad.nLine, m_nBatchStart)) == 0;
+}
+
 bool ErrorReporter::Report(const BadLine& bad)
 {
+    if (IsBehindLastLine(bad))
+        return true;
     ++m_nReported;
     const BadLineRecord record = RecordOf(bad);
     const std::string place =

@@ -73,6 +73,7 @@ public:
     bool HasStopped() const { return m_bStopped; }
 
 private:
+    bool IsBehindLastLine(const BadLine& bad);
     bool Decide(const BadLine& bad, const std::string& text);
     BadLineAnswer AskOnConsole(const std::string& text);
     BadLineRecord RecordOf(const BadLine& bad);
