@@ -8,13 +8,14 @@
 // in a text whose beginning has no LF, and clean lines with LF.
 //
 // Memory is bounded whatever the text: kMostLineBytes of a line are looked at, longer ones are
-// handed on cut and counted. Rows that are sorted wait in temporary files without a name, which
-// are gone with the object. Used by one thread.
+// handed on cut and counted. Rows that are sorted wait in a store that the caller gives, such as a
+// temporary file. Used by one thread.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -24,7 +25,7 @@ namespace tabulex::intake {
 
 // Bytes of a line, and of lines that quotation marks join.
 inline constexpr std::size_t kMostLineBytes = std::size_t{1} << 20;
-// Cells of a line; those behind stay in the last one.
+// Cells of a line; those behind are left out.
 inline constexpr std::size_t kMostCells = 16384;
 
 // What was done, in lines, cells or rows.
@@ -56,29 +57,34 @@ struct IntakeAccount
     std::uint64_t nFirstRounded = 0;
 };
 
-// Thrown where the work can't go on. Nothing is left behind in the temporary folder.
-struct IntakeFault
+// Thrown for a recipe that can't be done: see FaultIn.
+struct RecipeFault
 {
-    enum class Kind
-    {
-        Recipe,   // see FaultIn
-        Temporary // the temporary folder is full, can't be written, or not be read again
-    };
-    Kind kind;
     std::string sMessage; // one sentence for the user
 };
+
+// Bytes that don't fit into memory. What its functions throw, as where a disk is full, passes
+// through those of Intake and Origins, and ends the work.
+class Store
+{
+public:
+    virtual ~Store() = default;
+    virtual void Append(std::string_view bytes) = 0;
+    // Fills the buffer from bytes that were appended.
+    virtual void ReadAt(std::uint64_t nOffset, std::span<char> buffer) = 0;
+};
+using MakeStore = std::function<std::unique_ptr<Store>()>;
+
+// A store in memory, for texts that are small.
+std::unique_ptr<Store> StoreInMemory();
 
 // Which line of the file a line of the clean text was.
 class Origins
 {
 public:
     virtual ~Origins() = default;
-    // Both from 0. kNoOrigin for the heading of the recipe, and behind the end. Throws
-    // IntakeFault.
+    // Both from 0. kNoOrigin for the heading of the recipe, and behind the end of sorted rows.
     virtual std::uint64_t Of(std::uint64_t nCleanLine) const = 0;
-    // The number of the clean line; kNoOrigin for a line of the file that sorting left out.
-    // A search over all lines where rows were sorted.
-    virtual std::uint64_t To(std::uint64_t nLine) const = 0;
 };
 
 inline constexpr std::uint64_t kNoOrigin = ~std::uint64_t{0};
@@ -89,17 +95,15 @@ public:
     // Takes whole lines of clean text, in order. What it throws passes through Feed and Finish.
     using Output = std::function<void(std::string_view text)>;
 
-    // Throws IntakeFault for a recipe that has a fault. `sTemporary` is a folder for rows that are
-    // sorted; empty for TMPDIR or the system's.
-    Intake(const Recipe& recipe, Output output, std::string sTemporary = {});
+    // Throws RecipeFault. Stores are made for rows that are sorted.
+    Intake(const Recipe& recipe, Output output, MakeStore makeStore = StoreInMemory);
     ~Intake();
     Intake(const Intake&) = delete;
     Intake& operator=(const Intake&) = delete;
 
-    // The next bytes of the text. Throws IntakeFault, after which only the destructor may be
-    // called.
+    // The next bytes of the text. After a throw only the destructor may be called.
     void Feed(std::string_view text);
-    // The end of the text; sorted rows leave now. Once, and no Feed after it. Throws IntakeFault.
+    // The end of the text; sorted rows leave now. Once, and no Feed after it.
     void Finish();
 
     const IntakeAccount& Account() const;

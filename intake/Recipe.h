@@ -2,8 +2,9 @@
 //
 // A recipe is plain data. Cells are cut out of a line and brought into one notation: decimals with
 // a point, dates as yyyy-mm-dd, times as HH:MM:SS.mmm, a semicolon between cells. A step that finds
-// nothing to do changes nothing, and a cell that a step can't read stays as it is, so that whoever
-// reads the clean line reports it.
+// nothing to do changes nothing. A clean line ends ahead of the first number that has no value or
+// can't be read, and behind a moment that can't be read, which stays as it is: whoever reads the
+// line reports it, and a line that is too short never changes what is made of the other lines.
 //
 // There are two kinds of recipes. Without `takes` all cells stay where they are, but Date and Time
 // stand in the place of the moment's first column, and a symbol of all rows stands first. So does
@@ -70,6 +71,8 @@ enum class DateForm : std::uint8_t
     YearDayMonth,
     DayMonthYear,
     MonthDayYear,
+    YearMonth, // of which the first day is meant
+    MonthYear,
     EpochSeconds, // since 1970-01-01, perhaps with a fraction
     EpochMilliseconds,
     EpochMicroseconds,
@@ -194,8 +197,8 @@ struct Recipe
     LinesOut linesOut;
     Cells cells;
     Numbers numbers;
-    // Texts that stand for no value, such as "-9999". A number cell that is empty, or has no digit
-    // and might be read as 0, is one in any recipe. The clean cell is kMissing.
+    // Texts that stand for no value, such as "-9999". A cell of a number that is empty or has no
+    // digit stands for none in any recipe.
     std::vector<std::string> missing;
     std::vector<std::uint32_t> drops; // columns that are left out, from 1; only without `takes`
     std::vector<Take> takes;
@@ -216,9 +219,6 @@ struct Recipe
     // Whether the clean lines have a heading of the recipe.
     bool HasHeading() const { return !takes.empty(); }
 };
-
-// What no number is read from; the line is reported.
-inline constexpr const char* kMissing = "missing";
 
 // Why a recipe can't be done, in one sentence that names the option; empty if it can. Steps that
 // contradict each other, a zone or a language that isn't known, a scale that is too big.

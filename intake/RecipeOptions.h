@@ -52,9 +52,9 @@ struct RecipeOption
 //   --scale HEADING:DIGITS    Volume:8
 //   --sort WORD               moment, symbol
 //
-// A FORM is a date, a clock, or both with a plus sign. Dates: ymd, ydm, dmy, mdy, epoch-s,
-// epoch-ms, epoch-us, epoch-ns, serial. Clocks: time, hhmm, hhmmss, hhmmssfff, second-of-day,
-// ms-of-day.
+// A FORM is a date, a clock, or both with a plus sign. Dates: ymd, ydm, dmy, mdy, ym, my,
+// epoch-s, epoch-ms, epoch-us, epoch-ns, serial. Clocks: time, hhmm, hhmmss, hhmmssfff,
+// second-of-day, ms-of-day.
 std::span<const RecipeOption> RecipeOptions();
 
 // Name and value of each option that makes the recipe from an empty one, in the table's order. The
