@@ -258,12 +258,15 @@ void Intake::Work::GiveHead(bool bLast)
 {
     if (!std::exchange(m_bHead, false))
         return;
+    m_account.nHeading = bLast ? 1 : 0;
     if (bLast && !m_recipe.HasHeading()) {
         const std::vector<std::string_view> cells(m_head.begin(), m_head.end());
         m_rows.MakeHeading(cells, m_clean);
         m_clean.Add('\n');
         m_nBeforeRows = 1;
-    } else
+    } else if (bLast)
+        BlankLine();
+    else
         LeaveOut();
     for (; m_nBlankAfterHead > 0; --m_nBlankAfterHead)
         BlankLine();

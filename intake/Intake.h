@@ -33,7 +33,9 @@ struct IntakeAccount
 {
     std::uint64_t nLines = 0;          // of the text that came in
     std::uint64_t nRows = 0;           // lines that hold a row; others are blank, or were left out
-    std::uint64_t nLeftOut = 0;        // lines that the recipe leaves out, with a heading
+    std::uint64_t nLeftOut = 0;        // lines that the recipe leaves out, or that stand ahead of
+                                       // the heading
+    std::uint64_t nHeading = 0;        // 1 if the last line ahead of the first row is a heading
     std::uint64_t nJoined = 0;         // lines that quotation marks join to the one above
     std::uint64_t nOpenQuotes = 0;     // lines with a mark that isn't closed
     std::uint64_t nCut = 0;            // lines that are too long

@@ -82,7 +82,8 @@ TEST(IntakeLines, AddUp)
     Clean("--skip-lines 1 --moment 1:dmy --take 2=Close --leave-out no-date",
           "x\nD,C\n02.01.2006,7\n\nend,8\n03.01.2006,-\n", &account);
     EXPECT_EQ(account.nLines, 6u);
-    EXPECT_EQ(account.nLeftOut, 3u);
+    EXPECT_EQ(account.nLeftOut, 2u);
+    EXPECT_EQ(account.nHeading, 1u);
     EXPECT_EQ(account.nRows, 2u);
     EXPECT_EQ(account.nMissing, 1u);
     EXPECT_EQ(account.nFirstMissing, 6u);

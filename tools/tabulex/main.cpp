@@ -18,7 +18,6 @@
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/host/ReadCheck.h"
 #include "tools/tabulex/host/ResolutionSetting.h"
-#include "tools/tabulex/input/InputFile.h"
 #include "tools/tabulex/options/CommandLine.h"
 #include "tools/tabulex/options/KnownNames.h"
 #include "tools/tabulex/system/Fault.h"
@@ -33,7 +32,7 @@ using namespace tabulex;
 
 namespace {
 
-using FileCommand = ExitStatus (*)(const Context&, Host&, const InputFile&);
+using FileCommand = ExitStatus (*)(const Context&, Host&, const CleanFile&);
 
 // After a file that fails the others still have their turn.
 template <FileCommand run>
@@ -44,8 +43,9 @@ ExitStatus ForEachFile(const Context& context)
         try {
             Warnings warnings(context.console, file);
             const InputFile input(file, context.options.general.sEncoding, warnings);
+            const CleanFile clean(input, context.options.recipe, warnings);
             Host host(context.offers);
-            status = Worse(status, OnReadFile(host, [&] { return run(context, host, input); }));
+            status = Worse(status, OnReadFile(host, [&] { return run(context, host, clean); }));
         } catch (const Fault& fault) {
             context.console.Error(fmt::format("{}: {}", file, fault.sMessage));
             status = Worse(status, fault.status);

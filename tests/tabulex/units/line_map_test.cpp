@@ -20,7 +20,7 @@ protected:
     {
         const std::string path = m_folder / "lines.txt";
         std::ofstream(PathOf(path), std::ios::binary) << bytes;
-        return LineMap(path, bytes.size());
+        return LineMap(path, bytes.size(), nullptr);
     }
     static std::vector<ULONGLONG> Numbers(LineMap& map)
     {

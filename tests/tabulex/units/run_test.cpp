@@ -65,7 +65,7 @@ protected:
     std::optional<Host> m_host;
     LineMap m_lines{"file", 0};
     std::optional<ErrorReporter> m_errors;
-    ReshapedRows m_rows{{0, 0}, std::nullopt};
+    ReshapedRows m_rows{{0, 0}, {0, 0}, std::nullopt};
     FakeOutput m_output;
     RowPath m_path{m_rows, &m_output};
     RowQueue m_queue{m_path, RowQueue::Threads::One};

@@ -45,8 +45,14 @@ const ContentLine* LineMap::Find(ULONGLONG nContent)
     while (m_reader.Tally().nContent <= nContent)
         if (!m_reader.Next(m_line))
             return nullptr;
+    m_line.nNumber = UserNumber(m_line.nNumber);
     m_nLine = nContent;
     return &m_line;
+}
+
+ULONGLONG LineMap::UserNumber(ULONGLONG nNumber) const
+{
+    return m_pSource && nNumber != 0 ? m_pSource->NumberOf(nNumber) : nNumber;
 }
 
 ULONGLONG LineMap::NumberOf(ULONGLONG nContent)
@@ -59,6 +65,11 @@ std::string LineMap::BytesOf(ULONGLONG nContent, ULONGLONG nMost)
 {
     const ContentLine* pLine = Find(nContent);
     return pLine ? m_reader.BytesOf(*pLine, nMost) : std::string();
+}
+
+std::string LineMap::UserBytesOf(ULONGLONG nContent)
+{
+    return m_pSource ? m_pSource->BytesOf(NumberOf(nContent), kMostBytes) : BytesOf(nContent);
 }
 
 void LineMap::VisitSuspects(ULONGLONG nFirst, const Visitor& visit)
@@ -80,6 +91,7 @@ void LineMap::VisitPart(const SuspectBytes::Part& part, ULONGLONG nFirst, const 
     while (m_reader.Next(m_line) && m_line.nOffset < part.nTo) {
         if (m_reader.Tally().nContent <= nFirst || m_line.nOffset + m_line.nLength < part.nFrom)
             continue;
+        m_line.nNumber = UserNumber(m_line.nNumber);
         if (m_line.pBytes)
             visit(m_line, {m_line.pBytes, static_cast<std::size_t>(m_line.nLength)});
         else
@@ -87,10 +99,14 @@ void LineMap::VisitPart(const SuspectBytes::Part& part, ULONGLONG nFirst, const 
     }
 }
 
-const LineTally& LineMap::Tally()
+LineTally LineMap::Tally()
 {
     WalkTo(~0ULL - 1);
-    return m_front.Tally();
+    LineTally tally = m_front.Tally();
+    for (ULONGLONG* pNumber :
+         {&tally.nFirstJoined, &tally.nFirstLost, &tally.nFirstLong, &tally.nFirstZero})
+        *pNumber = UserNumber(*pNumber);
+    return tally;
 }
 
 ULONGLONG LineMap::Lines()

@@ -7,14 +7,17 @@
 #include <functional>
 
 #include "tools/tabulex/account/LineWalker.h"
+#include "tools/tabulex/host/LineSource.h"
 
 namespace tabulex {
 
 class LineMap
 {
 public:
-    // A file that the component has open, with the size that the component knows.
-    LineMap(const std::string& path, ULONGLONG nSize) : m_front(path, nSize), m_reader(path, nSize)
+    // A file that the component has open, with the size that the component knows. All numbers of
+    // lines are those of the source, which must outlive this; null where the file is the user's.
+    LineMap(const std::string& path, ULONGLONG nSize, LineSource* pSource)
+        : m_front(path, nSize), m_reader(path, nSize), m_pSource(pSource)
     {}
 
     // Line nContent of those with content, from 0; empty behind the end. A line far from the
@@ -25,8 +28,11 @@ public:
     // The line's own bytes, at most nMost of them; empty behind the end.
     std::string BytesOf(ULONGLONG nContent, ULONGLONG nMost = kMostBytes);
 
+    // The same of the line that the user sees.
+    std::string UserBytesOf(ULONGLONG nContent);
+
     // Walks to the end.
-    const LineTally& Tally();
+    LineTally Tally();
     // What is odd in the bytes that were walked over. To be told what to expect before any walk.
     SuspectBytes& Suspects() { return m_suspects; }
     // Hands each line with content in such parts of the file to the visitor, with at most
@@ -48,6 +54,7 @@ private:
     void WalkTo(ULONGLONG nContent);
     void VisitPart(const SuspectBytes::Part& part, ULONGLONG nFirst, const Visitor& visit);
     void KeepPlace();
+    ULONGLONG UserNumber(ULONGLONG nNumber) const;
 
     SuspectBytes m_suspects;
     LineWalker m_front;  // walks ahead once
@@ -58,6 +65,7 @@ private:
     std::vector<LineWalker::Place> m_places;
     ContentLine m_line; // the last one found
     ULONGLONG m_nLine = ~0ULL;
+    LineSource* m_pSource;
 };
 
 } // namespace tabulex

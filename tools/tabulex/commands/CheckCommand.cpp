@@ -4,7 +4,7 @@
 
 namespace tabulex {
 
-ExitStatus Check(const Context& context, Host& host, const InputFile& input)
+ExitStatus Check(const Context& context, Host& host, const CleanFile& input)
 {
     OpenAsSet(context, host, input);
     const std::string fault = WhyRefused(host, context.options.settings);

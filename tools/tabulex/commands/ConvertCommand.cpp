@@ -82,7 +82,7 @@ private:
     Outcome Convert(const std::string& file, ConversionOptions options);
     Outcome ConvertOpened(Host& host, const std::string& file, const ConversionOptions& options,
                           Warnings& warnings);
-    std::string Prepare(Host& host, const InputFile& input, Warnings& warnings) const;
+    std::string Prepare(Host& host, const CleanFile& input, Warnings& warnings) const;
     std::optional<NameColumn> NameInFront(std::size_t nFile) const;
     bool HasSeveral() const { return m_files.size() > 1; }
     ConversionOptions OptionsOf(std::size_t nFile);
@@ -171,14 +171,18 @@ Outcome ConversionSeries::Convert(const std::string& file, ConversionOptions opt
     RequireDistinctFiles(m_convert, m_files, options.output);
     Warnings warnings(m_context.console, file);
     const InputFile input(file, m_context.options.general.sEncoding, warnings);
+    const CleanFile clean(input, m_context.options.recipe, warnings);
     Host host(m_context.offers);
     try {
-        OnReadFile(host, [&] { options.sRangeOutside = Prepare(host, input, warnings); });
+        OnReadFile(host, [&] { options.sRangeOutside = Prepare(host, clean, warnings); });
         RequireUnnamed(host, options.name);
+        options.pClean = &clean;
         return ConvertOpened(host, file, options, warnings);
     } catch (const Fault& fault) {
-        return Refused(file, fault, AccountOfUnread(host, m_context.options.settings, warnings),
-                       warnings);
+        auto account = AccountOfUnread(host, m_context.options.settings, warnings);
+        if (account)
+            account = clean.AccountOf(*account);
+        return Refused(file, fault, account, warnings);
     }
 }
 
@@ -214,9 +218,11 @@ void ConversionSeries::SaveAfterCommit(Host& host, EnvironmentFile& environment,
 
 // Opens the file and makes sure that it can be converted. Gives the place of a range without
 // records.
-std::string ConversionSeries::Prepare(Host& host, const InputFile& input, Warnings& warnings) const
+std::string ConversionSeries::Prepare(Host& host, const CleanFile& input, Warnings& warnings) const
 {
-    const Opening opening = OpenWithSettings(host, input.Path(), m_context.options.settings);
+    host.SetSource(input.Source());
+    const Opening opening =
+        OpenWithSettings(host, input.Path(), input.SettingsOf(m_context.options.settings));
     for (const std::string& warning : opening.warnings)
         warnings.Add("settings", warning);
     m_context.console.Note(

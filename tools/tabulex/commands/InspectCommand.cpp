@@ -83,7 +83,7 @@ Inspection InspectionOf(const Context& context, const Host& host)
 
 // The checks come around the last piece of output: a failed read spoils all that was found out, a
 // file that has grown only the count. A file that can't be converted is reported all the same.
-ExitStatus Inspect(const Context& context, Host& host, const InputFile& input)
+ExitStatus Inspect(const Context& context, Host& host, const CleanFile& input)
 {
     OpenAsSet(context, host, input);
     const Inspection inspection = InspectionOf(context, host);

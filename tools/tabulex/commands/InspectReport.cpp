@@ -29,7 +29,8 @@ std::string HeaderText(const Sample& sample)
     if (!header && !sample.layout.bHasHeader)
         return "none";
     const string_t text = FromUtf8(sample.layout.sHeader.value_or(""));
-    return fmt::format("line {}: {}{}", header ? header->nNumber : sample.layout.nHeaderOffset + 1,
+    const ULONGLONG nLine = header ? header->nNumber : sample.layout.nHeaderOffset + 1;
+    return fmt::format("{}: {}{}", nLine == 0 ? "as taken" : fmt::format("line {}", nLine),
                        ToUtf8(string_view_t(text).substr(0, kHeaderWidth)),
                        text.size() > kHeaderWidth ? "..." : "");
 }

@@ -2,9 +2,11 @@
 
 namespace tabulex {
 
-Opening OpenAsSet(const Context& context, Host& host, const InputFile& input)
+Opening OpenAsSet(const Context& context, Host& host, const CleanFile& input)
 {
-    Opening opening = OpenWithSettings(host, input.Path(), context.options.settings);
+    host.SetSource(input.Source());
+    Opening opening =
+        OpenWithSettings(host, input.Path(), input.SettingsOf(context.options.settings));
     for (const std::string& warning : opening.warnings)
         context.console.FileWarning(input.Name(), warning);
     return opening;

@@ -23,7 +23,7 @@ void RequireRecords(const Context& context, const Host& host, ULONGLONG nFrom)
 
 } // namespace
 
-ExitStatus Preview(const Context& context, Host& host, const InputFile& input)
+ExitStatus Preview(const Context& context, Host& host, const CleanFile& input)
 {
     OpenAsSet(context, host, input);
     const RangeOptions& range = context.options.range;

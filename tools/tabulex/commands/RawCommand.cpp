@@ -36,7 +36,7 @@ bool AddRange(IDataParser& lines, const RangeOptions& range, Results& results)
 } // namespace
 
 // A line is a record here, whatever the layout says of header and direction.
-ExitStatus Raw(const Context& context, Host& host, const InputFile& input)
+ExitStatus Raw(const Context& context, Host& host, const CleanFile& input)
 {
     host.Open(input.Path());
     host.Data().put_HasHeader(VARIANT_FALSE);

@@ -42,7 +42,7 @@ private:
 
 } // namespace
 
-ExitStatus Symbols(const Context& context, Host& host, const InputFile& input)
+ExitStatus Symbols(const Context& context, Host& host, const CleanFile& input)
 {
     const Deferral deferral;
     OpenAsSet(context, host, input);

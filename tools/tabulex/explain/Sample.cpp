@@ -69,6 +69,9 @@ Sample TakeSample(const Host& host)
     Sample sample;
     sample.sPath = BytesFromPath(GetText(host.Data(), &IDataParser::get_FileName));
     sample.head = ReadHead(sample.sPath);
+    if (host.Source())
+        for (ContentLine& line : sample.head.lines)
+            line.nNumber = host.Source()->NumberOf(line.nNumber);
     sample.layout = ReadLayout(host);
     sample.nDividers = sample.layout.nDividers.value_or(0);
     sample.nFirstData = std::min(sample.layout.nHeaderOffset, kMostHeaderLines) +

@@ -13,6 +13,7 @@
 #include "interfaces/IRecordParser.h"
 #include "interfaces/IqrlTabulexConvertor.h"
 #include "platform/com_ptr.h"
+#include "tools/tabulex/host/LineSource.h"
 #include "tools/tabulex/host/ResolutionOffers.h"
 
 namespace tabulex {
@@ -44,6 +45,11 @@ public:
 
     // The open file's path in the system's bytes.
     std::string Path() const;
+
+    // The user's lines, where the component has a file in their place; else null. Outlives the
+    // host.
+    void SetSource(LineSource* pSource) { m_pSource = pSource; }
+    LineSource* Source() const { return m_pSource; }
 
     // Never null; all live as long as the host.
     IqrlTabulexConvertor& Front() const { return *m_front.get(); }
@@ -80,6 +86,7 @@ private:
     com_ptr<IDataParser> m_data;
     com_ptr<IRecordParser> m_records;
     std::vector<std::string> m_typeNames;
+    LineSource* m_pSource = nullptr;
 };
 
 // ---- implementation of the template

@@ -12,6 +12,7 @@
 #include "tools/tabulex/input/FileArguments.h"
 #include "tools/tabulex/input/NamePattern.h"
 #include "tools/tabulex/input/Transcode.h"
+#include "tools/tabulex/input/UnchangedFile.h"
 #include "tools/tabulex/input/Unpack.h"
 #include "tools/tabulex/system/Fault.h"
 #include "tools/tabulex/system/InputStream.h"
@@ -25,32 +26,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kMostArchives = 3; // in each other, such as a tar archive in a gzip file
-
-// To see whether a file stayed the same.
-struct FileStamp
-{
-    std::uintmax_t nSize = 0;
-    fs::file_time_type time;
-
-    bool operator==(const FileStamp&) const = default;
-};
-
-FileStamp StampOf(const std::string& path)
-{
-    std::error_code ignored;
-    return {fs::file_size(PathOf(path), ignored), fs::last_write_time(PathOf(path), ignored)};
-}
-
-// Runs what copies a file, which must stay the same meanwhile.
-template <class Work>
-void CopyUnchanged(const std::string& path, Work work)
-{
-    const FileStamp before = StampOf(path);
-    work();
-    if (StampOf(path) != before)
-        throw Fault{ExitStatus::Refused, "the file changed while it was read; wait until nothing "
-                                         "writes to it, and run the command again"};
-}
 
 // An archive and the file that is meant in it.
 struct MemberName

@@ -20,6 +20,7 @@ void AddInspect(CLI::App& app, Options& options)
     command.add_flag("--explain", options.inspect.bExplain,
                      "Also say why: each decision with its reason");
     AddLayoutSettings(command, options.settings);
+    AddRecipe(command, options.recipe);
     AddImportRange(command, options.settings);
     AddGeneral(command, options.general);
 }
@@ -40,6 +41,7 @@ void AddConvert(CLI::App& app, Options& options)
         "Print account, warnings and bad lines as JSON on\nstandard error, a line a file");
     AddNoCheck(command, options.convert);
     AddLayoutSettings(command, options.settings);
+    AddRecipe(command, options.recipe);
     AddImportRange(command, options.settings);
     AddGeneral(command, options.general);
 }
@@ -76,6 +78,7 @@ void AddPreview(CLI::App& app, Options& options)
     AddFiles(command, options, false);
     AddRecordRange(command, options.range, "Number of records (default: 20)");
     AddLayoutSettings(command, options.settings);
+    AddRecipe(command, options.recipe);
     AddGeneral(command, options.general);
 }
 
@@ -87,6 +90,7 @@ void AddCheck(CLI::App& app, Options& options)
                      "  tabulex check quotes.csv --resolution 'Minutes|5'");
     AddFiles(command, options, true);
     AddLayoutSettings(command, options.settings);
+    AddRecipe(command, options.recipe);
     AddImportRange(command, options.settings);
     AddGeneral(command, options.general);
 }
@@ -109,6 +113,7 @@ void AddSymbols(CLI::App& app, Options& options)
     SetHelp(command, "  tabulex symbols quotes.csv\n  tabulex symbols quotes.csv | sort");
     AddFiles(command, options, true);
     AddLayoutSettings(command, options.settings);
+    AddRecipe(command, options.recipe);
     AddGeneral(command, options.general);
 }
 

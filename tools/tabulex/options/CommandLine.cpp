@@ -138,6 +138,8 @@ std::optional<Options> ReadCommandLine(const std::vector<std::string>& arguments
     if (TakesSeveralFiles(*app.get_subcommands().front()))
         options.files = ExpandFiles(options.files);
     std::string contradiction = ContradictionIn(options);
+    if (contradiction.empty())
+        contradiction = intake::FaultIn(options.recipe);
     if (std::ranges::count(options.files, "-") > 1)
         contradiction = "standard input can be read once only; give '-' once";
     if (!contradiction.empty()) {

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "intake/RecipeOptions.h"
 #include "tools/tabulex/options/OptionValues.h"
 #include "tools/tabulex/text/Formats.h"
 #include "tools/tabulex/text/Suggestion.h"
@@ -107,6 +108,8 @@ constexpr Word<HeaderChoice> kHeaders[] = {
 constexpr Word<const char*> kLanguages[] = {{"zh", "zh"}, {"en", "en"}};
 
 // Far from the end of the number range, so that positions can be added.
+constexpr const char* kRecipeGroup = "Lines and cells, before the file is read";
+
 const auto kPosition = WholeUpTo<ULONGLONG>(0, ULONGLONG(1) << 62);
 
 } // namespace
@@ -206,6 +209,32 @@ void AddLayoutSettings(CLI::App& app, Settings& settings)
         ->group(group);
     AddValue(app, "--symbol", "S", settings.sSymbol, SomeText, "Only records of this symbol")
         ->group(group);
+}
+
+// The table of the recipe has names, help and readers; each value is read as it comes, so that
+// those of an option that may be given several times add up.
+void AddRecipe(CLI::App& app, intake::Recipe& recipe)
+{
+    for (const intake::RecipeOption& option : intake::RecipeOptions()) {
+        const auto read = [&recipe, &option](const std::vector<std::string>& values) {
+            for (const std::string& value : values)
+                try {
+                    option.read(recipe, value);
+                } catch (const std::invalid_argument& fault) {
+                    throw CLI::ValidationError(option.pszName, fault.what());
+                }
+        };
+        if (*option.pszValue == '\0')
+            app.add_flag_callback(
+                   option.pszName, [read] { read({""}); }, option.pszHelp)
+                ->group(kRecipeGroup);
+        else
+            app.add_option_function<std::vector<std::string>>(option.pszName, read, option.pszHelp)
+                ->allow_extra_args(false)
+                ->expected(1, option.bSeveral ? CLI::detail::expected_max_vector_size : 1)
+                ->type_name(option.pszValue)
+                ->group(kRecipeGroup);
+    }
 }
 
 void AddImportRange(CLI::App& app, Settings& settings)

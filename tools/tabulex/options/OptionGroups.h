@@ -12,6 +12,8 @@ void AddGeneral(CLI::App& app, GeneralOptions& general);
 void AddFiles(CLI::App& app, Options& options, bool bSeveral);
 // Settings of how the file is read.
 void AddLayoutSettings(CLI::App& app, Settings& settings);
+// What is done to the lines before they are read.
+void AddRecipe(CLI::App& app, intake::Recipe& recipe);
 // A file of templates that are known before the layout is found.
 CLI::Option* AddEnvironment(CLI::App& app, Settings& settings);
 // Which records are converted.

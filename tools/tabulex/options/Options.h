@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "intake/Recipe.h"
 #include "tools/tabulex/host/ResolutionOffers.h"
 #include "tools/tabulex/host/Settings.h"
 #include "tools/tabulex/run/Conversion.h"
@@ -86,7 +87,8 @@ struct Options
     std::string sCommand;           // name of the command
     std::vector<std::string> files; // as given, in the system's bytes
     GeneralOptions general;
-    Settings settings; // of all commands that decode records
+    Settings settings;     // of all commands that decode records
+    intake::Recipe recipe; // what is done to the lines first
     InspectOptions inspect;
     ConvertOptions convert;
     ImportOptions import;

@@ -48,8 +48,21 @@ double TimesPowerOfTen(double value, int nExponent)
     return ShiftedDecimal(value, nExponent);
 }
 
-ReshapedRows::ReshapedRows(std::vector<int> exponents, const std::optional<std::string>& sName)
-    : m_exponents(std::move(exponents))
+// The text of a whole number with an exponent is read as any decimal is.
+double WithDecimals(LONGLONG value, int nDecimals)
+{
+    char text[64];
+    char* mark = std::to_chars(text, text + sizeof text, value).ptr;
+    *mark++ = 'e';
+    const char* end = std::to_chars(mark, text + sizeof text, -nDecimals).ptr;
+    double result = 0;
+    std::from_chars(text, end, result);
+    return result;
+}
+
+ReshapedRows::ReshapedRows(std::vector<int> exponents, std::vector<int> decimals,
+                           const std::optional<std::string>& sName)
+    : m_exponents(std::move(exponents)), m_decimals(std::move(decimals))
 {
     if (sName)
         m_sName = Bstr(FromUtf8(*sName));
@@ -57,7 +70,9 @@ ReshapedRows::ReshapedRows(std::vector<int> exponents, const std::optional<std::
 
 bool ReshapedRows::ChangesNothing() const
 {
-    return !m_sName && std::ranges::all_of(m_exponents, [](int n) { return n == 0; });
+    const auto isZero = [](int n) { return n == 0; };
+    return !m_sName && std::ranges::all_of(m_exponents, isZero) &&
+           std::ranges::all_of(m_decimals, isZero);
 }
 
 const VARIANT* ReshapedRows::Of(const VARIANT* cells, ULONGLONG nRows)
@@ -81,6 +96,10 @@ void ReshapedRows::AppendRow(const VARIANT* cells)
     m_bCut = m_bOverflow = false;
     for (std::size_t n = 0; n < m_exponents.size(); ++n) {
         VARIANT& cell = m_rows.emplace_back(cells[n]);
+        if (m_decimals[n] != 0 && cell.vt == VT_I8) {
+            cell.dblVal = WithDecimals(cell.llVal, m_decimals[n]);
+            cell.vt = VT_R8;
+        }
         if (m_exponents[n] != 0 && cell.vt == VT_R8)
             cell.dblVal = TimesPowerOfTen(cell.dblVal, m_exponents[n]);
         else if (m_exponents[n] != 0 && cell.vt == VT_I8)

@@ -3,7 +3,8 @@
 //
 // A price becomes the double that is nearest to the exact product or quotient, and keeps its
 // digits. A whole number loses its fraction, or what lies beyond 64 bits, and the rows in which
-// that happens are counted. Used by one thread.
+// that happens are counted. Whole numbers that were decimals before they were read are decimals
+// again. Used by one thread.
 #pragma once
 
 #include <optional>
@@ -17,11 +18,16 @@ namespace tabulex {
 // The value times 10 to the power of nExponent, which lies between -6 and 6.
 double TimesPowerOfTen(double value, int nExponent);
 
+// The number with so many of its last digits behind the point: the double that is nearest to it.
+double WithDecimals(LONGLONG value, int nDecimals);
+
 class ReshapedRows
 {
 public:
-    // An exponent for each delivered column, 0 where it is left as it is.
-    ReshapedRows(std::vector<int> exponents, const std::optional<std::string>& sName);
+    // An exponent for each delivered column, 0 where it is left as it is, and how many digits of
+    // its whole numbers are decimals.
+    ReshapedRows(std::vector<int> exponents, std::vector<int> decimals,
+                 const std::optional<std::string>& sName);
 
     // Of a row as it is delivered.
     std::size_t Columns() const { return m_exponents.size(); }
@@ -40,6 +46,7 @@ private:
     void ScaleWhole(LONGLONG& value, int nExponent);
 
     std::vector<int> m_exponents;
+    std::vector<int> m_decimals;
     std::vector<VARIANT> m_rows; // their texts belong to the cells, and to m_sName
     Bstr m_sName;                // null for none
     ULONGLONG m_nCut = 0;

@@ -67,6 +67,11 @@ constexpr const char* kNoBalance =
     "the rows that came aren't those of its lines; nothing was written. Run the command again, and "
     "report this if it happens then too";
 
+std::vector<intake::Scale> ScalesOf(const CleanFile* pClean)
+{
+    return pClean ? pClean->Recipe().scales : std::vector<intake::Scale>();
+}
+
 // The state of one conversion.
 class Run
 {
@@ -75,9 +80,9 @@ public:
         const Settings& settings, Warnings& warnings)
         : m_host(host), m_console(console), m_sFile(file), m_options(options), m_settings(settings),
           m_portion(settings.portion), m_warnings(warnings), m_version(VersionOf(host)),
-          m_lines(host.Path(), OpenedSize(host).value_or(0)),
+          m_lines(host.Path(), OpenedSize(host).value_or(0), host.Source()),
           m_errors(host, console, file, options.errors, m_lines, options.rejects, options.report),
-          m_shape(host, options.name), m_bar(console, options.progress),
+          m_shape(host, options.name, ScalesOf(options.pClean)), m_bar(console, options.progress),
           m_views(m_bar, m_errors, options.pView)
     {}
 
@@ -260,6 +265,8 @@ void Run::TakeAccount(Outcome& outcome)
     if (m_sink->IsCommitted())
         m_days->End(m_lines, m_warnings);
     RequireWholeAccount(outcome);
+    if (outcome.account && m_options.pClean)
+        outcome.account = m_options.pClean->AccountOf(*outcome.account);
 }
 
 // The component read the file that it had open, whatever became of the name; and a portion ahead of
@@ -461,7 +468,7 @@ std::optional<Account> AccountOfUnread(const Host& host, const Settings& setting
     const auto nSize = OpenedSize(host);
     if (!nSize)
         return std::nullopt;
-    LineMap lines(host.Path(), *nSize);
+    LineMap lines(host.Path(), *nSize, host.Source());
     Account account = MakeAccount(host, settings, {.bRun = false}, lines, warnings);
     return lines.FaultText().empty() ? std::optional(account) : std::nullopt;
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tools/tabulex/account/Account.h"
+#include "tools/tabulex/clean/CleanFile.h"
 #include "tools/tabulex/host/Settings.h"
 #include "tools/tabulex/run/ConversionSink.h"
 #include "tools/tabulex/run/ProgressBar.h"
@@ -21,7 +22,9 @@ struct ConversionOptions
 {
     OutputOptions output;
     std::optional<NameColumn> name;
-    std::string sRangeOutside;      // see Opening
+    std::string sRangeOutside; // see Opening
+    const CleanFile* pClean =
+        nullptr;                    // what the host has open, if that isn't the user's file itself
     RejectsFile* rejects = nullptr; // null for none; must outlive the run
     RunReport* report = nullptr;    // the same
     bool bDryRun = false;           // everything is done, but no rows are written

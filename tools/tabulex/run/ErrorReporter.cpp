@@ -80,7 +80,7 @@ BadLineRecord ErrorReporter::RecordOf(const BadLine& bad)
         record.sColumn = m_host.ColumnName(static_cast<ULONG>(bad.nField - 1));
     }
     if (m_rejects || m_report || m_options.action == OnBadLine::Ask)
-        record.sText = m_map.BytesOf(nPlace);
+        record.sText = m_map.UserBytesOf(nPlace);
     return record;
 }
 

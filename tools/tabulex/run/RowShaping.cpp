@@ -5,6 +5,8 @@
 
 #include "tools/tabulex/run/RowShaping.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "tools/tabulex/host/Columns.h"
@@ -25,6 +27,21 @@ std::vector<int> ExponentsOf(const Host& host, const Multipliers& multipliers)
     return exponents;
 }
 
+int DecimalsOf(const std::string& column, const std::vector<intake::Scale>& scales)
+{
+    const auto scale = std::ranges::find(scales, column, &intake::Scale::sHeading);
+    return scale == scales.end() ? 0 : static_cast<int>(scale->nDigits);
+}
+
+// In the same order.
+std::vector<int> DecimalsOf(const Host& host, const std::vector<intake::Scale>& scales)
+{
+    std::vector<int> decimals;
+    for (const Column& column : DeliveredColumns(host))
+        decimals.push_back(DecimalsOf(column.sName, scales));
+    return decimals;
+}
+
 std::optional<std::string> TextOfName(const std::optional<NameColumn>& name)
 {
     return name ? std::optional(name->sText) : std::nullopt;
@@ -32,10 +49,14 @@ std::optional<std::string> TextOfName(const std::optional<NameColumn>& name)
 
 } // namespace
 
-RowShaping::RowShaping(const Host& host, const std::optional<NameColumn>& name)
+RowShaping::RowShaping(const Host& host, const std::optional<NameColumn>& name,
+                       const std::vector<intake::Scale>& scales)
     : m_multipliers(host), m_columns(DeliveredColumns(host)),
-      m_rows(ExponentsOf(host, m_multipliers), TextOfName(name))
+      m_rows(ExponentsOf(host, m_multipliers), DecimalsOf(host, scales), TextOfName(name))
 {
+    for (Column& column : m_columns)
+        if (column.kind == ColumnKind::Whole && DecimalsOf(column.sName, scales) != 0)
+            column.kind = ColumnKind::Price;
     if (name)
         m_columns.insert(m_columns.begin(), {name->sColumn, ColumnKind::Symbol});
 }

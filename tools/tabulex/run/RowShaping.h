@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "intake/Recipe.h"
 #include "tools/tabulex/host/Multipliers.h"
 #include "tools/tabulex/output/Column.h"
 #include "tools/tabulex/output/ReshapedRows.h"
@@ -22,8 +23,10 @@ struct NameColumn
 class RowShaping
 {
 public:
-    // The host must outlive this; its multipliers are out of use meanwhile.
-    RowShaping(const Host& host, const std::optional<NameColumn>& name);
+    // The host must outlive this; its multipliers are out of use meanwhile. The columns of the
+    // scales were multiplied before they were read, and leave as decimals.
+    RowShaping(const Host& host, const std::optional<NameColumn>& name,
+               const std::vector<intake::Scale>& scales);
 
     // Of the rows as they leave.
     const std::vector<Column>& Columns() const { return m_columns; }
