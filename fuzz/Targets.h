@@ -12,6 +12,9 @@ namespace fuzz {
 // A quote file of any bytes: opened, its layout found, converted to the end.
 void ConvertFile(const std::uint8_t* data, std::size_t nSize);
 
+// Lines and a recipe for them: each line keeps its place.
+void CleanLines(const std::uint8_t* data, std::size_t nSize);
+
 // An environment document: read, written and read again; and what the scanner calls,
 // against a plain scanner.
 void ReadDocument(const std::uint8_t* data, std::size_t nSize);

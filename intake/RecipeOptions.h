@@ -16,7 +16,7 @@ namespace tabulex::intake {
 struct RecipeOption
 {
     const char* pszName;  // with its hyphens: "--decimal"
-    const char* pszValue; // name of the value in the help, such as "N:TEXT"; empty for a flag
+    const char* pszValue; // in the help: "N:TEXT", or the words to choose from; empty for a flag
     const char* pszHelp;  // lines of at most 50 characters
     bool bSeveral;        // may be given several times
 

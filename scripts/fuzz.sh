@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 seconds=${1:-60}
-targets=(ConvertFile MatchTemplate ReadDocument)
+targets=(CleanLines ConvertFile MatchTemplate ReadDocument)
 at_once=$(nproc)
 if [ "$at_once" -gt "${#targets[@]}" ]; then
     at_once=${#targets[@]}

@@ -47,7 +47,8 @@ def help_options(text):
 
 def check_options(tool):
     parts = sections(read("docs/command-line.md"), 2)
-    groups = {"[settings](#settings)": "Settings", "[range](#range)": "Range"}
+    groups = {"[settings](#settings)": "Settings", "[range](#range)": "Range",
+              "[lines and cells](#lines-and-cells)": "Lines and cells"}
     status, text = run(tool, "--help")
     commands = re.findall(r"^  (\w+)  ", text.split("Commands:")[1].split("\n\n")[0], re.M)
     if status or not commands:

@@ -40,6 +40,11 @@ void Replay(Target* target, const std::filesystem::path& folder)
 
 const std::filesystem::path kCorpus = FUZZ_CORPUS;
 
+TEST(FuzzCorpus, LinesKeepTheirPlaces)
+{
+    Replay(fuzz::CleanLines, kCorpus / "CleanLines");
+}
+
 TEST(FuzzCorpus, QuoteFilesAreConverted)
 {
     Replay(fuzz::ConvertFile, kCorpus / "ConvertFile");

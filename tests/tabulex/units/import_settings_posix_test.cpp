@@ -59,20 +59,30 @@ TEST(ConvertCommandLine, HasAnOptionForEachSetting)
     settings.dtFrom = 45294.5;
     GeneralOptions general;
     general.sEncoding = "gbk";
-    EXPECT_EQ(ConvertCommandLine("-odd name", settings, general, UsualOffers()),
+    EXPECT_EQ(ConvertCommandLine("-odd name", {}, settings, general, UsualOffers()),
               "tabulex convert './-odd name' --environment 'my env' --resolution Minutes --size 5 "
               "--dividers ',\\t' --lines-to-skip 2 --column '1=Date:*d/*m/*y' --column 4=none "
               "--column '5=Up Volume' --code-page 936 --bar-end-time --price-multiplier 1/10 "
               "--from 2024-01-03T12:00:00 --encoding gbk");
 }
 
+TEST(ConvertCommandLine, HasTheOptionsOfARecipe)
+{
+    intake::Recipe recipe;
+    recipe.cells.bQuotes = true;
+    recipe.linesOut.comments = {"# "};
+    recipe.takes = {{{{2}}, "Up Volume"}};
+    EXPECT_EQ(ConvertCommandLine("q.csv", recipe, {}, {}, UsualOffers()),
+              "tabulex convert q.csv --comment '# ' --quotes --take '2=Up Volume'");
+}
+
 TEST(ConvertCommandLine, NamesOffersThatArentTheUsualOnes)
 {
     ResolutionOffers offers("None");
     offers.Add({4, "Day|1"});
-    EXPECT_EQ(ConvertCommandLine("q.csv", {}, {}, offers),
+    EXPECT_EQ(ConvertCommandLine("q.csv", {}, {}, {}, offers),
               "tabulex convert q.csv --offer '4=Day|1'");
-    EXPECT_EQ(ConvertCommandLine("q.csv", {}, {}, UsualOffers()), "tabulex convert q.csv");
+    EXPECT_EQ(ConvertCommandLine("q.csv", {}, {}, {}, UsualOffers()), "tabulex convert q.csv");
 }
 
 namespace {
@@ -97,7 +107,7 @@ protected:
     {
         const Settings settings = FindSettings(m_host, m_sPath, {});
         EXPECT_EQ(WhatSettingsLack(m_host, m_sPath, settings), "");
-        const std::string line = ConvertCommandLine(m_sPath, settings, {}, m_offers);
+        const std::string line = ConvertCommandLine(m_sPath, {}, settings, {}, m_offers);
         return line.substr(line.find(m_sPath) + m_sPath.size());
     }
 

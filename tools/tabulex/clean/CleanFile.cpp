@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "intake/Headings.h"
 #include "tools/tabulex/clean/FileLines.h"
 #include "tools/tabulex/input/UnchangedFile.h"
 #include "tools/tabulex/system/Fault.h"
@@ -134,7 +135,8 @@ Settings CleanFile::SettingsOf(const Settings& given) const
     settings.header = HeaderChoice::Yes;
     ULONG nField = 0;
     for (const std::string& heading : intake::HeadingOf(m_recipe)) {
-        if (!IsGiven(given, nField))
+        const bool bKnown = intake::IsNumberHeading(heading) || intake::IsTextHeading(heading);
+        if (bKnown && !IsGiven(given, nField))
             settings.columns.push_back({nField, heading, TemplateOf(m_recipe, heading)});
         ++nField;
     }

@@ -62,6 +62,8 @@ private:
     ExitStatus RunDialogAndConversion();
     bool RunDialog(Desk& desk);
     std::string FileName() const;
+    std::string OpenedName() const;
+    const CleanFile* Clean() const;
     ExitStatus Convert(IConversionView* pView);
     ConversionOptions OptionsFor(IConversionView* pView);
     bool WritesToTerminal() const { return m_convert.sOutput == "-"; }
@@ -70,6 +72,10 @@ private:
 
     const Context& m_context;
     const ConvertOptions& m_convert;
+    // Of the file that is named, where a recipe is given for it; the dialog may choose another one.
+    std::optional<Warnings> m_warnings;
+    std::optional<InputFile> m_input;
+    std::optional<CleanFile> m_clean;
     Host m_host;
     std::optional<RejectsFile> m_rejects;
 };
@@ -104,11 +110,27 @@ void ImportSession::Prepare()
         OpenPlain(path);
 }
 
-// The dialog shows the file's name and its folder, so it can't have a copy of it.
+// The dialog shows the file's name and its folder, so it has a copy only where the lines are made
+// clean first.
 void ImportSession::OpenPlain(const std::string& path)
 {
+    const Options& options = m_context.options;
     RequirePlainFile(path);
-    m_host.Open(path);
+    if (options.recipe.IsEmpty()) {
+        m_host.Open(path);
+        return;
+    }
+    m_warnings.emplace(m_context.console, path);
+    m_input.emplace(path, options.general.sEncoding, *m_warnings);
+    m_clean.emplace(*m_input, options.recipe, *m_warnings);
+    m_host.SetSource(m_clean->Source());
+    OpenWithSettings(m_host, m_clean->Path(), m_clean->SettingsOf({}));
+}
+
+// Whether the component has the file that was made clean, and no other one.
+const CleanFile* ImportSession::Clean() const
+{
+    return m_clean && OpenedName() == m_clean->Path() ? &*m_clean : nullptr;
 }
 
 // The screen goes before anything is printed, and before rows are written to the terminal.
@@ -144,8 +166,14 @@ bool ImportSession::RunDialog(Desk& desk)
     return bConfirmed != VARIANT_FALSE;
 }
 
-// As the system has it.
 std::string ImportSession::FileName() const
+{
+    const CleanFile* pClean = Clean();
+    return pClean ? pClean->Name() : OpenedName();
+}
+
+// As the system has it.
+std::string ImportSession::OpenedName() const
 {
     return BytesFromPath(GetText(m_host.Front(), &IqrlTabulexConvertor::get_FileName));
 }
@@ -157,6 +185,7 @@ ExitStatus ImportSession::Convert(IConversionView* pView)
         throw Fault{ExitStatus::Refused, fault};
     const std::vector<std::string> files = {FileName()};
     RequirePlainFile(files.front());
+    m_host.SetSource(Clean() ? Clean()->Source() : nullptr);
     std::optional<OutputFolder> folder;
     if (IsFolder(m_convert.sOutput) && !m_convert.bDryRun)
         folder.emplace(m_convert.sOutput);
@@ -165,7 +194,7 @@ ExitStatus ImportSession::Convert(IConversionView* pView)
     Warnings warnings(m_context.console, files.front());
     ReviewLayout(m_host, {}, warnings);
     Outcome outcome = RunConversion(m_host, m_context.console, files.front(), options,
-                                    FindSettings(m_host, files.front(), {}), warnings);
+                                    FindSettings(m_host, OpenedName(), {}), warnings);
     if (m_rejects && !m_rejects->Finish()) {
         m_context.console.Error(m_rejects->FaultText());
         outcome.status = Worse(outcome.status, ExitStatus::FileFault);
@@ -191,13 +220,14 @@ ConversionOptions ImportSession::OptionsFor(IConversionView* pView)
     options.bStrict = m_convert.bStrict;
     options.progress = m_convert.progress;
     options.pView = pView;
+    options.pClean = Clean();
     return options;
 }
 
 void ImportSession::PrintSettings()
 {
     const Options& options = m_context.options;
-    const std::string path = FileName();
+    const std::string path = OpenedName();
     Settings start;
     start.sEnvironment = options.settings.sEnvironment;
     const Settings settings = FindSettings(m_host, path, start);
@@ -206,7 +236,8 @@ void ImportSession::PrintSettings()
         m_context.console.Warning(
             fmt::format("no option of 'tabulex convert' gives all of it; what differs: {}", lack));
     Results results;
-    results.AddLine(ConvertCommandLine(path, settings, options.general, m_context.offers));
+    results.AddLine(ConvertCommandLine(FileName(), Clean() ? options.recipe : intake::Recipe(),
+                                       settings, options.general, m_context.offers));
     results.Finish();
 }
 

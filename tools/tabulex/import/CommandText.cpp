@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "intake/RecipeOptions.h"
 #include "tools/tabulex/import/SettingsText.h"
 #include "tools/tabulex/text/Formats.h"
 #include "tools/tabulex/text/Text.h"
@@ -58,6 +59,13 @@ public:
     {
         Add(option);
         Add(value);
+    }
+    // A flag has no value.
+    void AddOption(std::string_view option, const std::string& value)
+    {
+        Add(option);
+        if (!value.empty())
+            Add(value);
     }
     template <class Value>
     void AddNumber(std::string_view option, const std::optional<Value>& value)
@@ -128,13 +136,16 @@ std::string QuoteForShell(std::string_view text)
     return result + '\'';
 }
 
-std::string ConvertCommandLine(const std::string& path, const Settings& settings,
-                               const GeneralOptions& general, const ResolutionOffers& offers)
+std::string ConvertCommandLine(const std::string& path, const intake::Recipe& recipe,
+                               const Settings& settings, const GeneralOptions& general,
+                               const ResolutionOffers& offers)
 {
     Words words;
     words.Add("tabulex");
     words.Add("convert");
     words.Add(FileWord(path));
+    for (const auto& [name, value] : intake::OptionsOf(recipe))
+        words.AddOption(name, value);
     words.AddText("--environment", settings.sEnvironment);
     words.AddText("--resolution", settings.sResolution);
     words.AddNumber("--size", settings.nSize);

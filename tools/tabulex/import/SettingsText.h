@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "intake/Recipe.h"
 #include "tools/tabulex/host/Settings.h"
 #include "tools/tabulex/options/Options.h"
 
@@ -18,8 +19,9 @@ Settings FindSettings(const Host& host, const std::string& path, const Settings&
 std::string WhatSettingsLack(const Host& host, const std::string& path, const Settings& settings);
 
 // "tabulex convert FILE --column '1=Date:*y/*m/*d' ...": a line for a shell.
-std::string ConvertCommandLine(const std::string& path, const Settings& settings,
-                               const GeneralOptions& general, const ResolutionOffers& offers);
+std::string ConvertCommandLine(const std::string& path, const intake::Recipe& recipe,
+                               const Settings& settings, const GeneralOptions& general,
+                               const ResolutionOffers& offers);
 
 // A word for a shell: quoted where it holds more than letters, digits and harmless marks.
 // Characters that would do something to a terminal are written as escapes.

@@ -61,6 +61,7 @@ void AddImport(CLI::App& app, Options& options)
     AddOutput(command, options.convert);
     AddErrorHandling(command, options.convert);
     AddEnvironment(command, options.settings);
+    AddRecipe(command, options.recipe);
     AddGeneral(command, options.general);
     command.get_option("--output")
         ->description("File to write, or a folder (or a name with / at\nits end); '-' is standard "
