@@ -176,19 +176,4 @@ void CellCutter::CutPlain(std::string_view line)
         CutBlocks(line, false);
 }
 
-char DividerOf(std::string_view line, bool bQuotes)
-{
-    std::string outside;
-    bool bWithin = false;
-    for (const char c : line) {
-        bWithin = bWithin != (bQuotes && c == '"');
-        if (!bWithin)
-            outside += c;
-    }
-    for (const char c : {'\t', '|', ';', ',', ' '})
-        if (Trim(outside).find(c) != std::string_view::npos)
-            return c;
-    return ',';
-}
-
 } // namespace tabulex::intake

@@ -51,8 +51,4 @@ private:
     std::size_t m_nUnquoted = 0; // in use
 };
 
-// The strongest divider of a line: tab, '|', ';', ',', blank in this order; those between quotation
-// marks don't count where bQuotes is set. A comma if there is none.
-char DividerOf(std::string_view line, bool bQuotes);
-
 } // namespace tabulex::intake

@@ -109,6 +109,8 @@ public:
     void Finish();
 
     const IntakeAccount& Account() const;
+    // Between the cells of the text that came in; known after Finish.
+    char Divider() const;
     // After Finish; lives on without this object.
     std::shared_ptr<const Origins> LineOrigins() const;
 

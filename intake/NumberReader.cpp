@@ -7,91 +7,12 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <cstring>
 #include <span>
 #include <utility>
 
 namespace tabulex::intake {
-
-struct NumberReader::Digits
-{
-    static constexpr int kMost = 64;
-
-    char text[kMost];
-    int nCount = 0;
-    int nPoint = 0; // digits ahead of it; may lie outside of them
-    bool bNegative = false;
-
-    bool Add(char c)
-    {
-        if (nCount == kMost)
-            return false;
-        text[nCount++] = c;
-        return true;
-    }
-    // Whether any digit from a place on isn't 0.
-    bool HasValue(int nFrom) const
-    {
-        return std::any_of(text + std::clamp(nFrom, 0, nCount), text + nCount,
-                           [](char c) { return c != '0'; });
-    }
-    char At(int n) const { return n >= 0 && n < nCount ? text[n] : '0'; }
-
-    void Write(char*& pOut) const;
-    bool WriteWhole(char*& pOut) const;
-
-private:
-    char* WriteSign(char* pOut) const;
-};
-
-char* NumberReader::Digits::WriteSign(char* pOut) const
-{
-    if (bNegative && HasValue(0))
-        *pOut++ = '-';
-    return pOut;
-}
-
-void NumberReader::Digits::Write(char*& pOut) const
-{
-    char* p = WriteSign(pOut);
-    int n = std::min(nPoint, 0);
-    while (n < nPoint - 1 && At(n) == '0')
-        ++n;
-    if (nPoint <= 0)
-        *p++ = '0';
-    for (; n < nPoint; ++n)
-        *p++ = At(n);
-    if (nPoint < nCount)
-        *p++ = '.';
-    for (n = nPoint; n < nCount; ++n)
-        *p++ = At(n);
-    pOut = p;
-}
-
-// Without a fraction, half of one is rounded up; true if there was one.
-bool NumberReader::Digits::WriteWhole(char*& pOut) const
-{
-    char* const pBegin = WriteSign(pOut);
-    char* p = pBegin;
-    *p++ = '0'; // for a carry
-    int n = 0;
-    while (n < nPoint && At(n) == '0')
-        ++n;
-    for (; n < nPoint; ++n)
-        *p++ = At(n);
-    if (At(nPoint) >= '5') {
-        char* pUp = p - 1;
-        for (; *pUp == '9'; --pUp)
-            *pUp = '0';
-        ++*pUp;
-    }
-    if (*pBegin == '0' && p - pBegin > 1) {
-        std::memmove(pBegin, pBegin + 1, static_cast<std::size_t>(p - pBegin - 1));
-        --p;
-    }
-    pOut = p;
-    return HasValue(nPoint);
-}
 
 namespace {
 
@@ -125,7 +46,8 @@ constexpr std::string_view kApostrophes[] = {"'", "\u2019"};
 bool EndsWith(std::string_view text, std::string_view ending)
 {
     return text.size() >= ending.size() &&
-           std::equal(ending.begin(), ending.end(), text.end() - static_cast<long>(ending.size()),
+           std::equal(ending.begin(), ending.end(),
+                      text.end() - static_cast<std::ptrdiff_t>(ending.size()),
                       [](char e, char c) { return e == (c >= 'A' && c <= 'Z' ? c | 0x20 : c); });
 }
 
@@ -230,7 +152,7 @@ std::size_t NumberReader::GroupMarkAt(std::string_view text) const
     return 0;
 }
 
-bool NumberReader::TakeMain(std::string_view cell, Digits& digits) const
+bool NumberReader::TakeMain(std::string_view cell, DecimalDigits& digits) const
 {
     Groups groups;
     bool bPoint = false;
@@ -261,7 +183,7 @@ bool NumberReader::TakeMain(std::string_view cell, Digits& digits) const
 }
 
 // Brackets around a number are its minus in books.
-bool NumberReader::TakeSigns(std::string_view& cell, Digits& digits) const
+bool NumberReader::TakeSigns(std::string_view& cell, DecimalDigits& digits) const
 {
     if (m_numbers.bCurrency && cell.size() > 2 && cell.front() == '(' && cell.back() == ')') {
         cell = cell.substr(1, cell.size() - 2);
@@ -287,7 +209,7 @@ void NumberReader::TakeCurrency(std::string_view& cell) const
     CutBlanks(cell);
 }
 
-bool NumberReader::TakeEnding(std::string_view& cell, Digits& digits) const
+bool NumberReader::TakeEnding(std::string_view& cell, DecimalDigits& digits) const
 {
     if (m_numbers.bPercent && cell.ends_with('%')) {
         cell.remove_suffix(1);
@@ -306,7 +228,7 @@ bool NumberReader::TakeEnding(std::string_view& cell, Digits& digits) const
 }
 
 // Adds to the place of the point, as TakeEnding does.
-bool NumberReader::TakeExponent(std::string_view& cell, Digits& digits) const
+bool NumberReader::TakeExponent(std::string_view& cell, DecimalDigits& digits) const
 {
     const std::size_t nAt = m_numbers.bExponent ? cell.find_first_of("eE") : std::string_view::npos;
     if (nAt == std::string_view::npos)
@@ -323,7 +245,7 @@ bool NumberReader::TakeExponent(std::string_view& cell, Digits& digits) const
     return true;
 }
 
-bool NumberReader::Take(std::string_view cell, Digits& digits) const
+bool NumberReader::Take(std::string_view cell, DecimalDigits& digits) const
 {
     CutBlanks(cell);
     const bool bSigned = TakeSigns(cell, digits);
@@ -360,7 +282,7 @@ NumberText NumberReader::Read(std::string_view cell, int nScale, char*& pOut) co
     }
     if (std::ranges::none_of(cell, IsDecimalDigit))
         return {NumberState::Missing};
-    Digits digits;
+    DecimalDigits digits;
     if (!Take(cell, digits))
         return {NumberState::Bad};
     if (nScale < 0) {

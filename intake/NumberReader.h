@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "intake/DecimalDigits.h"
 #include "intake/Recipe.h"
 
 namespace tabulex::intake {
@@ -47,14 +48,12 @@ public:
     bool LooksLikeNumber(std::string_view cell) const;
 
 private:
-    struct Digits;
-
-    bool Take(std::string_view cell, Digits& digits) const;
-    bool TakeSigns(std::string_view& cell, Digits& digits) const;
-    bool TakeMain(std::string_view cell, Digits& digits) const;
+    bool Take(std::string_view cell, DecimalDigits& digits) const;
+    bool TakeSigns(std::string_view& cell, DecimalDigits& digits) const;
+    bool TakeMain(std::string_view cell, DecimalDigits& digits) const;
     void TakeCurrency(std::string_view& cell) const;
-    bool TakeEnding(std::string_view& cell, Digits& digits) const;
-    bool TakeExponent(std::string_view& cell, Digits& digits) const;
+    bool TakeEnding(std::string_view& cell, DecimalDigits& digits) const;
+    bool TakeExponent(std::string_view& cell, DecimalDigits& digits) const;
     std::size_t GroupMarkAt(std::string_view text) const;
     bool IsDecimalMark(char c) const;
 

@@ -114,6 +114,39 @@ std::string NameFault(const Recipe& recipe)
     return recipe.zones ? ZoneFault(*recipe.zones) : std::string();
 }
 
+bool IsDropped(const Recipe& recipe, std::uint32_t nColumn)
+{
+    const auto isOf = [nColumn](const Source& source) { return source.nColumn == nColumn; };
+    return std::ranges::find(recipe.drops, nColumn) != recipe.drops.end() ||
+           (recipe.moment && std::ranges::any_of(recipe.moment->from, isOf));
+}
+
+// Of clean lines without takes: what is left of the columns, with the moment in the place of its
+// first one.
+std::uint32_t ColumnLeft(const Recipe& recipe, std::uint32_t nCell)
+{
+    const std::uint32_t nMoment = recipe.moment ? recipe.moment->from.front().nColumn : 0;
+    const std::uint32_t nMomentCells =
+        recipe.moment && recipe.moment->clock != ClockForm::None ? 2 : 1;
+    std::uint32_t nAt = recipe.sSymbol.empty() ? 0 : 1;
+    if (nCell <= nAt)
+        return 0;
+    for (std::uint32_t nColumn = 1;; ++nColumn) {
+        nAt += nColumn == nMoment ? nMomentCells : IsDropped(recipe, nColumn) ? 0 : 1;
+        if (nAt >= nCell)
+            return nColumn;
+    }
+}
+
+std::uint32_t ColumnTaken(const Recipe& recipe, const std::string& heading)
+{
+    for (const Take& take : recipe.takes)
+        if (take.sHeading == heading)
+            return take.from.front().nColumn;
+    const bool bMoment = heading == kDateHeading || heading == kTimeHeading;
+    return bMoment && recipe.moment ? recipe.moment->from.front().nColumn : 0;
+}
+
 } // namespace
 
 std::string FaultIn(const Recipe& recipe)
@@ -143,6 +176,14 @@ std::vector<std::string> HeadingOf(const Recipe& recipe)
         if (take.sHeading != kSymbolHeading)
             words.push_back(take.sHeading);
     return words;
+}
+
+std::uint32_t ColumnBehind(const Recipe& recipe, std::uint32_t nCell)
+{
+    if (nCell == 0 || !recipe.HasHeading())
+        return nCell == 0 ? 0 : ColumnLeft(recipe, nCell);
+    const std::vector<std::string> headings = HeadingOf(recipe);
+    return nCell <= headings.size() ? ColumnTaken(recipe, headings[nCell - 1]) : 0;
 }
 
 } // namespace tabulex::intake

@@ -169,8 +169,8 @@ enum class Order : std::uint8_t
 // How a line is cut into cells.
 struct Cells
 {
-    // Between cells. A blank stands for any number of blanks and tabs; 0 for the strongest of tab,
-    // '|', ';', ',' and blank in the first line that isn't left out.
+    // Between cells. A blank stands for any number of blanks and tabs; 0 for the one of tab, '|',
+    // ';', ',' and blank that most of the first kDividerLines lines have.
     char cDivider = 0;
     // Cells may stand between quotation marks, as in RFC 4180. Nothing divides there, a pair of
     // marks is one, and a line end is a blank: the first of the lines holds the row, the others
@@ -182,6 +182,7 @@ struct Cells
 };
 
 inline constexpr std::uint32_t kMostJoinedLines = 16;
+inline constexpr std::size_t kDividerLines = 32;
 
 struct CalendarDate
 {
@@ -227,5 +228,9 @@ std::string FaultIn(const Recipe& recipe);
 // The words of the heading in their order: Symbol, Date, Time, and those of the takes. Empty for a
 // recipe without one. The engine's column n is the n-th of them.
 std::vector<std::string> HeadingOf(const Recipe& recipe);
+
+// The column of the file that a cell of a clean line comes from, the first one where it comes from
+// several. Both count from 1; 0 for one that the recipe gives.
+std::uint32_t ColumnBehind(const Recipe& recipe, std::uint32_t nCell);
 
 } // namespace tabulex::intake

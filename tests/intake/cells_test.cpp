@@ -24,6 +24,8 @@ constexpr CellCase kCells[] = {
     {"--separator blank", "  1   2\t3  \n", "1;2;3\n"},
     {"--separator comma", "1 ,  2,3\n", "1;2;3\n"},
     {"--separator #", "1#2\n", "1;2\n"},
+    {"--quotes", "made by hand\nD;C\n1,5;2\n2,5;3\n", "\nD;C\n1,5;2\n2,5;3\n"},
+    {"--quotes", "\"a;b\",1\n\"c;d\",2\n", "a,b;1\nc,d;2\n"},
     // Quotation marks.
     {"--quotes", "\"1,5\",2\n", "1,5;2\n"},
     {"--quotes", "\"a \"\"b\"\"\",2\n", "a \"b\";2\n"},

@@ -51,13 +51,16 @@ class Clean(ToolTest):
         lines[15] = "-- page 2 --"
         lines[22] = "29.03.2023;1,5;3;1;"
         done = self.succeed("convert", self.file("in.csv", "\n".join(lines) + "\n"), "--decimal", "comma",
-                            "--moment", "1:dmy", *BARS, "--rejects", self.path("bad.csv"), "--max-errors", "9")
+                            "--moment", "1:dmy", *BARS, "--rejects", self.path("bad.csv"), "--max-errors", "9",
+                            "--resolution", "Days")
         self.assertEqual(len(done.rows()), 18)
         rejects = list(csv.reader(io.StringIO(self.read("bad.csv"))))[1:]
         self.assertEqual([(row[1], row[4]) for row in rejects],
                          [(str(n + 1), lines[n]) for n in (5, 15, 22)])
         for number in (6, 16, 23):
             self.assertIn(f"in.csv:{number}: ", done.err)
+        self.assertEqual([row[2:4] for row in rejects], [["2", "Open"], ["1", "Date"], ["5", "Close"]])
+        self.assertIn('"N/A"', rejects[0][5])
         self.assertIn("lines=23 blank=1 header=1 skipped=1 delivered=17 bad=3\n", done.err)
 
     def test_accounts_for_lines_that_are_left_out_or_joined(self):

@@ -63,7 +63,7 @@ protected:
     ResolutionOffers m_offers{"None"};
     Console m_console{false, true, false};
     std::optional<Host> m_host;
-    LineMap m_lines{"file", 0};
+    LineMap m_lines{"file", 0, nullptr};
     std::optional<ErrorReporter> m_errors;
     ReshapedRows m_rows{{0, 0}, {0, 0}, std::nullopt};
     FakeOutput m_output;

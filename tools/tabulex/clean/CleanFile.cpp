@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "intake/CellCutter.h"
 #include "intake/Headings.h"
 #include "tools/tabulex/clean/FileLines.h"
 #include "tools/tabulex/input/UnchangedFile.h"
@@ -45,8 +46,9 @@ private:
 class UserLines : public LineSource
 {
 public:
-    UserLines(std::string sPath, std::shared_ptr<const intake::Origins> origins)
-        : m_sPath(std::move(sPath)), m_origins(std::move(origins))
+    UserLines(std::string sPath, const intake::Recipe& recipe, const intake::Intake& done)
+        : m_sPath(std::move(sPath)), m_recipe(recipe), m_cDivider(done.Divider()),
+          m_origins(done.LineOrigins())
     {}
 
     ULONGLONG NumberOf(ULONGLONG nNumber) override
@@ -61,8 +63,23 @@ public:
         return m_lines->BytesOf(nUserNumber, nMost);
     }
 
+    ULONG ColumnOf(ULONG nField) override { return intake::ColumnBehind(m_recipe, nField); }
+    std::string CellOf(ULONGLONG nUserNumber, ULONG nColumn) override
+    {
+        std::string line = BytesOf(nUserNumber, intake::kMostLineBytes);
+        const std::size_t nSize = line.size();
+        line.append(intake::CellCutter::kPadding, '\0');
+        intake::CellCutter cutter(m_recipe.cells.bQuotes, nColumn);
+        cutter.SetDivider(m_cDivider);
+        cutter.Cut(std::string_view(line).substr(0, nSize));
+        return cutter.Cells().size() < nColumn ? std::string()
+                                               : std::string(cutter.Cells()[nColumn - 1]);
+    }
+
 private:
     const std::string m_sPath;
+    const intake::Recipe m_recipe;
+    const char m_cDivider;
     const std::shared_ptr<const intake::Origins> m_origins;
     std::optional<FileLines> m_lines; // opened when they are asked for
 };
@@ -115,7 +132,7 @@ void CleanFile::Clean()
         intake.Feed({block.data(), nRead});
     intake.Finish();
     m_done = intake.Account();
-    m_source = std::make_unique<UserLines>(m_input.Path(), intake.LineOrigins());
+    m_source = std::make_unique<UserLines>(m_input.Path(), m_recipe, intake);
     m_copy = std::move(copy);
 }
 

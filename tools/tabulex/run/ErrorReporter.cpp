@@ -33,6 +33,19 @@ std::string OneLine(const std::string& text)
 
 constexpr std::string_view kQuestion = "Skip it [s], skip all [a] or cancel [c]? ";
 
+// The component reports an empty cell where a clean line ends ahead of a value that can't be read;
+// the user's line has that value.
+void NameUsersCell(LineSource& source, ULONGLONG nLine, BadLineRecord& record)
+{
+    constexpr std::string_view kNoCell = "\"\"";
+    const ULONG nColumn = source.ColumnOf(static_cast<ULONG>(record.nField));
+    if (nColumn == 0)
+        return;
+    record.nField = nColumn;
+    if (const std::size_t nAt = record.sMessage.find(kNoCell); nAt != std::string::npos)
+        record.sMessage.insert(nAt + 1, source.CellOf(nLine, nColumn));
+}
+
 } // namespace
 
 ErrorReporter::ErrorReporter(const Host& host, Console& console, std::string file,
@@ -79,6 +92,8 @@ BadLineRecord ErrorReporter::RecordOf(const BadLine& bad)
         record.nField = bad.nField;
         record.sColumn = m_host.ColumnName(static_cast<ULONG>(bad.nField - 1));
     }
+    if (LineSource* pSource = m_host.Source(); pSource && record.nField != 0)
+        NameUsersCell(*pSource, m_map.NumberOf(nPlace), record);
     if (m_rejects || m_report || m_options.action == OnBadLine::Ask)
         record.sText = m_map.UserBytesOf(nPlace);
     return record;
