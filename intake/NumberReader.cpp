@@ -76,8 +76,8 @@ bool CutPrefix(std::string_view& text, std::string_view prefix)
     return bHas;
 }
 
-// Digits with one point among them at most, and perhaps a minus ahead.
-bool IsPlain(std::string_view cell)
+// Digits with one point among them at most, or none, and perhaps a minus ahead.
+bool IsPlain(std::string_view cell, bool bPoint)
 {
     const char* p = cell.data();
     const char* const pEnd = p + cell.size();
@@ -85,7 +85,7 @@ bool IsPlain(std::string_view cell)
         ++p;
     if (!IsDecimalDigit(*p) || !IsDecimalDigit(pEnd[-1]))
         return false;
-    int nPoints = 0;
+    int nPoints = bPoint ? 0 : 1;
     for (; p != pEnd; ++p)
         if (!IsDecimalDigit(*p) && (*p != '.' || ++nPoints > 1))
             return false;
@@ -273,7 +273,7 @@ NumberText NumberReader::Read(std::string_view cell, int nScale, char*& pOut) co
 {
     if (cell.empty() || (!m_missing.empty() && IsMissing(cell)))
         return {NumberState::Missing};
-    if (nScale < 0 && IsPlain(cell) && (cell.find('.') == cell.npos || IsDecimalMark('.'))) {
+    if (nScale < 0 && IsPlain(cell, IsDecimalMark('.'))) {
         if (cell.size() > kMostBytes)
             return {NumberState::Bad};
         std::memcpy(pOut, cell.data(), cell.size());

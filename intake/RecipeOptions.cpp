@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <string_view>
 
 #include "intake/OptionForms.h"
 
@@ -192,8 +193,10 @@ Recipe RecipeFrom(std::span<const std::pair<std::string, std::string>> options)
 {
     Recipe recipe;
     for (const auto& [name, value] : options) {
-        const auto option = std::ranges::find_if(
-            kOptions, [&name](const RecipeOption& row) { return name == row.pszName; });
+        const auto option =
+            std::ranges::find(kOptions, std::string_view(name), [](const RecipeOption& row) {
+                return std::string_view(row.pszName);
+            });
         if (option == std::end(kOptions))
             throw std::invalid_argument(name + " is no option of a recipe");
         try {

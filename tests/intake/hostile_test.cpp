@@ -1,6 +1,8 @@
 // Texts that nobody meant to be quote files.
 
+#include <algorithm>
 #include <random>
+#include <string>
 
 #include <gtest/gtest.h>
 

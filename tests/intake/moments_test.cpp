@@ -1,5 +1,8 @@
 // Forms of dates and times: what a cell becomes, and what can't be read.
 
+#include <span>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include "tests/intake/Clean.h"

@@ -1,6 +1,11 @@
 // Rows in the order of their symbol and moment, in memory and through a store.
 
+#include <algorithm>
+#include <memory>
 #include <random>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include <gtest/gtest.h>
 
