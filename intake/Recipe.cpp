@@ -6,8 +6,8 @@
 #include <set>
 
 #include "intake/Headings.h"
-#include "intake/Words.h"
-#include "intake/ZoneClock.h"
+#include "intake/moments/Words.h"
+#include "intake/moments/ZoneClock.h"
 
 namespace tabulex::intake {
 

@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "intake/Intake.h"
-#include "intake/MomentReader.h"
 #include "intake/NumberReader.h"
 #include "intake/Recipe.h"
 #include "intake/TextBuffer.h"
+#include "intake/moments/MomentReader.h"
 
 namespace tabulex::intake {
 

@@ -211,6 +211,17 @@ class Settings(ImportTest):
                 command = self.command_of(terminal, "f10")
                 self.assertEqual(command, f"tabulex convert {self.path(name)}")
 
+    def test_lines_are_made_clean_by_a_recipe(self):
+        lines = [f"{day}.03.2023;1,5;3;1;2" for day in range(10, 30)]
+        file = self.file("in.csv", "\n".join(lines) + "\n")
+        options = ["--decimal", "comma", "--moment", "1:dmy", "--take", "2=Open", "--take", "3=High",
+                   "--take", "4=Low", "--take", "5=Close"]
+        terminal = self.open(file, *options)
+        terminal.wait_for("record 1 of 20")
+        command = self.command_of(terminal, "f10")
+        self.assertTrue(command.startswith(f"tabulex convert {file} {' '.join(options)}"), command)
+        self.assertEqual(self.rows_of(command), self.succeed("convert", file, *options).out)
+
     def test_a_column_is_changed_in_its_menu(self):
         terminal = self.open_file("minute-5.csv")
         terminal.send("4", *["right"] * 6, "h")

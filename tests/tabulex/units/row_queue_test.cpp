@@ -77,7 +77,7 @@ protected:
 
     int m_nRows = 0; // handed over
     NotingOutput m_output;
-    ReshapedRows m_rows{{0, 0}, std::nullopt};
+    ReshapedRows m_rows{{0, 0}, {0, 0}, std::nullopt};
     RowPath m_path{m_rows, &m_output};
     RowQueue m_queue{m_path, RowQueue::Threads::Two};
 };

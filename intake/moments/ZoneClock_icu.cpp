@@ -6,7 +6,7 @@
 #include <limits>
 #include <memory>
 
-#include "intake/ZoneClock.h"
+#include "intake/moments/ZoneClock.h"
 
 namespace tabulex::intake {
 

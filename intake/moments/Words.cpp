@@ -1,7 +1,7 @@
 // English comes first, then the languages that quote files come in. A name that means one month in
 // one language and another month elsewhere is none, unless it is English or its language is given.
 
-#include "intake/Words.h"
+#include "intake/moments/Words.h"
 
 #include <algorithm>
 #include <span>

@@ -1,7 +1,7 @@
 // First the numbers, one after the other with the same mark between, or all in one run of digits;
 // then whatever else stands behind them: a half of the day, an offset, a zone.
 
-#include "intake/ClockReader.h"
+#include "intake/moments/ClockReader.h"
 
 #include <array>
 

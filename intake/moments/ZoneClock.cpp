@@ -2,7 +2,7 @@
 // offset lies in the step: to one most often, to none in an hour that is leapt over, to two in an
 // hour that comes twice.
 
-#include "intake/ZoneClock.h"
+#include "intake/moments/ZoneClock.h"
 
 #include <algorithm>
 #include <limits>

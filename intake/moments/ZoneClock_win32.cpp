@@ -3,7 +3,7 @@
 
 #include <limits>
 
-#include "intake/ZoneClock.h"
+#include "intake/moments/ZoneClock.h"
 
 namespace tabulex::intake {
 

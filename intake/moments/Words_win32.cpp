@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "intake/Words.h"
+#include "intake/moments/Words.h"
 
 namespace tabulex::intake {
 

@@ -1,7 +1,7 @@
 // A date that begins like the last one, up to the same place, is the last one. Everything else is
 // read by the readers of dates and clocks, or counted from an epoch in whole numbers.
 
-#include "intake/MomentReader.h"
+#include "intake/moments/MomentReader.h"
 
 #include <chrono>
 #include <cstdlib>

@@ -5,12 +5,12 @@
 #include <optional>
 #include <string_view>
 
-#include "intake/ClockReader.h"
-#include "intake/DateReader.h"
 #include "intake/Intake.h"
 #include "intake/Recipe.h"
-#include "intake/Words.h"
-#include "intake/ZoneClock.h"
+#include "intake/moments/ClockReader.h"
+#include "intake/moments/DateReader.h"
+#include "intake/moments/Words.h"
+#include "intake/moments/ZoneClock.h"
 
 namespace tabulex::intake {
 

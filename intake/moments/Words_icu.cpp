@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-#include "intake/Words.h"
+#include "intake/moments/Words.h"
 
 namespace tabulex::intake {
 

@@ -2,7 +2,7 @@
 // name is the month, and the numbers are the other parts in their order. A first number of five
 // digits or more is a whole date, cut by its length.
 
-#include "intake/DateReader.h"
+#include "intake/moments/DateReader.h"
 
 #include <algorithm>
 #include <chrono>

@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <optional>
 
-#include "intake/Cursor.h"
 #include "intake/Recipe.h"
-#include "intake/Words.h"
+#include "intake/moments/Cursor.h"
+#include "intake/moments/Words.h"
 
 namespace tabulex::intake {
 
