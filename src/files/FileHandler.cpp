@@ -164,14 +164,15 @@ try {
 }
 
 // During the scan once in 4096 records, since the scan stops at multiples of kStride;
-// afterwards at each turn of the loop.
+// afterwards at each turn of the loop. Who isn't told of this count may have to hear of one that
+// a conversion would skip in a turn of many records.
 void CFileHandler::TellCount(IUnknown* pObject, bool bComplete)
 {
+    com_ptr<ICountHearer> pHearer;
+    m_bCountHeard |= FAILED(query(pObject, pHearer)) || pHearer->HearsCounts();
     const ULONGLONG nCount = CountLocked();
     if (!bComplete && !m_bScanDone && (nCount & kProgressMask) != 0)
         return;
-    com_ptr<ICountHearer> pHearer;
-    m_bCountHeard |= FAILED(query(pObject, pHearer)) || pHearer->HearsCounts();
     com_ptr<IFileHandlerEvents> pEvents;
     if (SUCCEEDED(query(pObject, pEvents)))
         pEvents->RecordCountChange(nCount, bComplete);

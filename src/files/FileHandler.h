@@ -89,18 +89,24 @@ private:
     ULONGLONG CountLocked();
     void Queue(PendingRequest::Kind kind, IUnknown* pObject, ULONGLONG nKey);
     // Runs a call that reads the file for a consumer. What it throws goes on, and is noted
-    // with the line that it was about: the consumer may take it for the end of the file.
-    // The background scan isn't run by this, as nobody misses what it doesn't reach.
-    template <class Call>
-    auto Reading(ULONGLONG nLine, Call call)
+    // with the line that it was about, for which `line` is asked then: the consumer may take it
+    // for the end of the file. The background scan isn't run by this, as nobody misses what it
+    // doesn't reach.
+    template <class Line, class Call>
+    auto ReadingLines(Line line, Call call)
     try {
         return call();
     } catch (const std::bad_alloc&) {
-        NoteFault({IQRL_TabulexConverter::ReadFaultMemory, 0}, nLine);
+        NoteFault({IQRL_TabulexConverter::ReadFaultMemory, 0}, line());
         throw;
     } catch (const std::invalid_argument&) {
-        NoteFault(m_pFile->LastFault(), nLine);
+        NoteFault(m_pFile->LastFault(), line());
         throw;
+    }
+    template <class Call>
+    auto Reading(ULONGLONG nLine, Call call)
+    {
+        return ReadingLines([nLine] { return nLine; }, call);
     }
     void NoteFault(const FailedRead& fault, ULONGLONG nLine);
 
@@ -123,7 +129,9 @@ private:
     ULONGLONG AppendPlainRecords(const LineRange& range, LineCursor& cursor, LineBuffer& lines)
     {
         LockGuard lock(m_lock);
-        return Reading(range.nFirst, [&] { return m_index.AppendPlain(range, cursor, lines); });
+        const std::size_t nBefore = lines.size();
+        return ReadingLines([&] { return range.At(lines.size() - nBefore); },
+                            [&] { return m_index.AppendPlain(range, cursor, lines); });
     }
     // The same with the text in the ANSI code page.
     template <class Take>
@@ -154,7 +162,7 @@ private:
     FileConversions m_conversions;
     FileRequests::List m_collected; // conversions among them that memory was short for stay
     bool m_bScanDone = false;
-    bool m_bCountHeard = false; // somebody may have heard of the count in this turn
+    bool m_bCountHeard = false; // somebody may hear of the counts that are told
     bool m_bServeAgain = false; // memory was short for requests: they are tried again soon
     bool m_bRegistered = false;
 };

@@ -153,6 +153,53 @@ TEST_F(FileHandler, TakesManyRecordsInATurnWhereNobodyHearsTheCount)
     }
 }
 
+// Reads the records that it is offered until m_nRecords have been taken, and so drives the count.
+class ReadingStepper : public ComObject<ReadingStepper, Dual<IFileHandlerEvents>, IRecordSteps>
+{
+public:
+    com_ptr<ILineReader> m_pLines;
+    ULONGLONG m_nRecords = 0;
+    Signal m_done;
+
+    HRESULT STDMETHODCALLTYPE RecordCountChange(ULONGLONG, VARIANT_BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE PutData(VARIANT, ULONGLONG, ULONGLONG) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE ProcessRecord(ULONGLONG nIndex, BSTR, VARIANT_BOOL) override
+    {
+        ULONGLONG nTaken = 0;
+        return ProcessRecords(nIndex, 1, nTaken);
+    }
+    HRESULT STDMETHODCALLTYPE ProcessRecords(ULONGLONG nIndex, ULONGLONG nMost,
+                                             ULONGLONG& nTaken) override
+    {
+        LineBuffer lines;
+        EXPECT_EQ(m_pLines->AppendRecords({nIndex, nMost}, 0, lines), S_OK);
+        nTaken = nMost;
+        if (nIndex + nMost < m_nRecords)
+            return S_OK;
+        m_done.Raise();
+        return S_FALSE;
+    }
+};
+
+// A conversion that begins before the scan is done takes the count past those that are told.
+TEST_F(FileHandler, TellsTheCountsThatAConversionReachesBeforeTheScanDoes)
+{
+    const TestFile file(NumberedLines(30000));
+    const auto pHandler = Attach(file);
+    const auto stepper = Make<ReadingStepper>();
+    stepper->m_pLines = OpenLines(pHandler);
+    stepper->m_nRecords = 20000;
+    const auto consumer = Make<Consumer>();
+    pHandler->QueueCountEvents(AsUnknown(consumer), kKey);
+    pHandler->QueueConversion(AsUnknown(stepper), kKey + 1);
+    ASSERT_TRUE(stepper->m_done.Await());
+    pHandler->CancelRequests(kKey);
+    std::size_t nTold = 0;
+    for (const CountHeard& heard : consumer->Counts())
+        nTold += heard.nCount > 8191 && heard.nCount < 8192 + 64;
+    EXPECT_EQ(nTold, 64u);
+}
+
 // Past the scan's limit the count is reported at each turn of the loop.
 TEST_F(FileHandler, TellsTheCountAtEachTurnOnceTheScanIsDone)
 {
@@ -604,6 +651,29 @@ TEST_F(FileHandler, TheFirstFaultStaysKnown)
     EXPECT_EQ(state.nFaultPosition, 5'000'000u);
     EXPECT_EQ(state.nFaultLine, nFaultLine);
     EXPECT_EQ(state.nSizeNow, 5'000'000u);
+}
+
+// Of many lines that are read in one call the fault is noted with the one that failed.
+TEST_F(FileHandler, AFaultIsThatOfItsLineInEitherDirection)
+{
+    using namespace IQRL_TabulexConverter;
+    constexpr ULONGLONG kLines = 60000;
+    for (const bool bDownwards : {false, true}) {
+        SCOPED_TRACE(bDownwards);
+        const TestFile file(NumberedLines(kLines, std::string(100, 'x')));
+        const auto pHandler = Attach(file);
+        ASSERT_EQ(Record(pHandler, kLines), "<none>");
+        ASSERT_EQ(pHandler->SeekRecord(bDownwards ? kLines - 1 : 0), S_OK);
+        file.Truncate(1'000'000);
+        LineBuffer lines;
+        const LineRange range{bDownwards ? kLines - 1 : 0, kLines, bDownwards};
+        EXPECT_THROW(OpenLines(pHandler)->AppendRecords(range, 0, lines), std::invalid_argument);
+        ASSERT_GT(lines.size(), 2000u);
+        ReadState state{};
+        ASSERT_EQ(pHandler.as<IReadState>()->GetReadState(&state), S_OK);
+        EXPECT_EQ(state.nFault, ReadFaultCut);
+        EXPECT_EQ(state.nFaultLine, range.At(lines.size()));
+    }
 }
 
 TEST_F(FileHandler, AFileThatGrowsIsLongerThanWhatIsRead)

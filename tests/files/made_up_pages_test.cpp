@@ -139,7 +139,6 @@ TEST(MadeUpPages, AFailedReadIsReportedAndLeavesNoTrace)
         }
 }
 
-// The file was cut since its size was asked for.
 // Lines that were read before the failure are there, and the next try goes on behind them.
 TEST(MadeUpPages, AFailedReadInARangeKeepsTheLinesBeforeIt)
 {
@@ -172,6 +171,7 @@ TEST(MadeUpPages, AFailedReadInARangeKeepsTheLinesBeforeIt)
     }
 }
 
+// The file was cut since its size was asked for.
 TEST(MadeUpPages, APageThatComesShortIsAFailedRead)
 {
     const TestFile file(NumberedLines(200));
