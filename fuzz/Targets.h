@@ -12,6 +12,9 @@ namespace fuzz {
 // A quote file of any bytes: opened, its layout found, converted to the end.
 void ConvertFile(const std::uint8_t* data, std::size_t nSize);
 
+// A quote file of any bytes: advised on.
+void AdviseFile(const std::uint8_t* data, std::size_t nSize);
+
 // Lines and a recipe for them: each line keeps its place.
 void CleanLines(const std::uint8_t* data, std::size_t nSize);
 

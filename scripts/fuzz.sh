@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 seconds=${1:-60}
-targets=(CleanLines ConvertFile MatchTemplate ReadDocument)
+targets=(AdviseFile CleanLines ConvertFile MatchTemplate ReadDocument)
 at_once=$(nproc)
 if [ "$at_once" -gt "${#targets[@]}" ]; then
     at_once=${#targets[@]}
@@ -17,7 +17,7 @@ fi
 
 run() {
     local target=$1 gathered=build/fuzz/corpus/$1 kept=(fuzz/corpus/"$1")
-    if [ "$target" = ConvertFile ]; then
+    if [ "$target" = ConvertFile ] || [ "$target" = AdviseFile ]; then
         kept+=(samples)
     fi
     mkdir -p "$gathered"

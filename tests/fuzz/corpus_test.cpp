@@ -40,6 +40,13 @@ void Replay(Target* target, const std::filesystem::path& folder)
 
 const std::filesystem::path kCorpus = FUZZ_CORPUS;
 
+TEST(FuzzCorpus, QuoteFilesAreAdvisedOn)
+{
+    Replay(fuzz::AdviseFile, kCorpus / "AdviseFile");
+    Replay(fuzz::AdviseFile, kCorpus / "ConvertFile");
+    Replay(fuzz::AdviseFile, SAMPLES);
+}
+
 TEST(FuzzCorpus, LinesKeepTheirPlaces)
 {
     Replay(fuzz::CleanLines, kCorpus / "CleanLines");

@@ -9,7 +9,7 @@ from tool import SAMPLES, ToolTest, encoding_of, environment, minutes_text
 
 KEYS = ["dividers", "has_header", "header_offset", "header", "inverted", "resolution",
         "resolution_size", "valid_resolution", "lacked_fields", "duplicated_field", "start", "end",
-        "records", "columns", "first_record", "last_record", "convertible", "reason"]
+        "records", "columns", "first_record", "last_record", "convertible", "reason", "advice"]
 MASKS = {":": 1 | 32, " ": 2 | 32, ",": 4 | 32, ";": 8 | 32, "|": 16 | 32, "\t": 32}
 
 

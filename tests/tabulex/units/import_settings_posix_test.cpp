@@ -3,6 +3,7 @@
 
 #include "tests/tabulex/units/TestFolder.h"
 #include "tools/tabulex/import/SettingsText.h"
+#include "tools/tabulex/text/ShellWord.h"
 #include "tools/tabulex/text/Text.h"
 
 using namespace tabulex;

@@ -1,10 +1,10 @@
 // What headings say, and in which orders dates can be read.
 #include <gtest/gtest.h>
 
+#include "advice/headings/HeadingWords.h"
 #include "interfaces/FieldsAndResolutions.h"
 #include "tools/tabulex/review/Decoding.h"
 #include "tools/tabulex/review/DeliveredReview.h"
-#include "tools/tabulex/review/HeadingWords.h"
 #include "tools/tabulex/review/LayoutFacts.h"
 #include "tools/tabulex/text/Formats.h"
 

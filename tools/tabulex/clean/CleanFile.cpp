@@ -141,20 +141,20 @@ const std::string& CleanFile::Path() const
     return m_copy ? m_copy->Path() : m_input.Path();
 }
 
-Settings CleanFile::SettingsOf(const Settings& given) const
+Settings CleanFile::SettingsOf(const intake::Recipe& recipe, const Settings& given)
 {
     Settings settings = given;
-    if (m_recipe.IsEmpty())
+    if (recipe.IsEmpty())
         return settings;
     settings.nDividers = kSemicolon;
-    if (!m_recipe.HasHeading())
+    if (!recipe.HasHeading())
         return settings;
     settings.header = HeaderChoice::Yes;
     ULONG nField = 0;
-    for (const std::string& heading : intake::HeadingOf(m_recipe)) {
+    for (const std::string& heading : intake::HeadingOf(recipe)) {
         const bool bKnown = intake::IsNumberHeading(heading) || intake::IsTextHeading(heading);
         if (bKnown && !IsGiven(given, nField))
-            settings.columns.push_back({nField, heading, TemplateOf(m_recipe, heading)});
+            settings.columns.push_back({nField, heading, TemplateOf(recipe, heading)});
         ++nField;
     }
     return settings;

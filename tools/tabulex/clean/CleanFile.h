@@ -39,7 +39,9 @@ public:
 
     // The settings with what is known of clean lines; types of columns that the user has given go
     // ahead.
-    Settings SettingsOf(const Settings& given) const;
+    Settings SettingsOf(const Settings& given) const { return SettingsOf(m_recipe, given); }
+    // The same for lines that were cleaned by a recipe elsewhere.
+    static Settings SettingsOf(const intake::Recipe& recipe, const Settings& given);
     // The account of the user's lines, from that of the clean ones.
     Account AccountOf(const Account& ofClean) const;
     const intake::IntakeAccount& Done() const { return m_done; }

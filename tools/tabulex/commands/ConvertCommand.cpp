@@ -6,6 +6,7 @@
 
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/commands/ConvertSteps.h"
+#include "tools/tabulex/commands/FileReading.h"
 #include "tools/tabulex/explain/Refusal.h"
 #include "tools/tabulex/host/Columns.h"
 #include "tools/tabulex/host/Environment.h"
@@ -80,9 +81,12 @@ public:
 private:
     Outcome RunOne(std::size_t nFile);
     Outcome Convert(const std::string& file, ConversionOptions options);
-    Outcome ConvertOpened(Host& host, const std::string& file, const ConversionOptions& options,
+    Outcome ConvertClean(const CleanFile& clean, const Settings& settings,
+                         ConversionOptions options, Warnings& warnings);
+    Outcome ConvertOpened(Host& host, const Settings& settings, const ConversionOptions& options,
                           Warnings& warnings);
-    std::string Prepare(Host& host, const CleanFile& input, Warnings& warnings) const;
+    std::string Prepare(Host& host, const CleanFile& input, const Settings& settings,
+                        Warnings& warnings) const;
     std::optional<NameColumn> NameInFront(std::size_t nFile) const;
     bool HasSeveral() const { return m_files.size() > 1; }
     ConversionOptions OptionsOf(std::size_t nFile);
@@ -171,34 +175,40 @@ Outcome ConversionSeries::Convert(const std::string& file, ConversionOptions opt
     RequireDistinctFiles(m_convert, m_files, options.output);
     Warnings warnings(m_context.console, file);
     const InputFile input(file, m_context.options.general.sEncoding, warnings);
-    const CleanFile clean(input, m_context.options.recipe, warnings);
+    const FileReading reading = ReadingOf(m_context, input, warnings);
+    const CleanFile clean(input, reading.recipe, warnings);
+    return ConvertClean(clean, reading.settings, options, warnings);
+}
+
+Outcome ConversionSeries::ConvertClean(const CleanFile& clean, const Settings& settings,
+                                       ConversionOptions options, Warnings& warnings)
+{
     Host host(m_context.offers);
     try {
-        OnReadFile(host, [&] { options.sRangeOutside = Prepare(host, clean, warnings); });
+        OnReadFile(host, [&] { options.sRangeOutside = Prepare(host, clean, settings, warnings); });
         RequireUnnamed(host, options.name);
         options.pClean = &clean;
-        return ConvertOpened(host, file, options, warnings);
+        return ConvertOpened(host, settings, options, warnings);
     } catch (const Fault& fault) {
-        auto account = AccountOfUnread(host, m_context.options.settings, warnings);
+        auto account = AccountOfUnread(host, settings, warnings);
         if (account)
             account = clean.AccountOf(*account);
-        return Refused(file, fault, account, warnings);
+        return Refused(clean.Name(), fault, account, warnings);
     }
 }
 
-Outcome ConversionSeries::ConvertOpened(Host& host, const std::string& file,
+Outcome ConversionSeries::ConvertOpened(Host& host, const Settings& settings,
                                         const ConversionOptions& options, Warnings& warnings)
 {
-    const auto& byUser = m_context.options.settings.columns;
-    OnReadFile(host, [&] { ReviewLayout(host, byUser, warnings); });
+    OnReadFile(host, [&] { ReviewLayout(host, settings.columns, warnings); });
     const auto run = [&] {
-        return RunConversion(host, m_context.console, file, options, m_context.options.settings,
+        return RunConversion(host, m_context.console, options.pClean->Name(), options, settings,
                              warnings);
     };
     if (!m_convert.bSaveEnvironment)
         return run();
     const Deferral deferral; // what is begun below is ended, too
-    EnvironmentFile environment(m_context.options.settings.sEnvironment);
+    EnvironmentFile environment(settings.sEnvironment);
     Outcome outcome = run();
     if (outcome.result == RunResult::Commit && !m_convert.bDryRun)
         SaveAfterCommit(host, environment, outcome);
@@ -218,16 +228,20 @@ void ConversionSeries::SaveAfterCommit(Host& host, EnvironmentFile& environment,
 
 // Opens the file and makes sure that it can be converted. Gives the place of a range without
 // records.
-std::string ConversionSeries::Prepare(Host& host, const CleanFile& input, Warnings& warnings) const
+std::string ConversionSeries::Prepare(Host& host, const CleanFile& input, const Settings& settings,
+                                      Warnings& warnings) const
 {
     host.SetSource(input.Source());
-    const Opening opening =
-        OpenWithSettings(host, input.Path(), input.SettingsOf(m_context.options.settings));
+    const Opening opening = OpenWithSettings(host, input.Path(), input.SettingsOf(settings));
     for (const std::string& warning : opening.warnings)
         warnings.Add("settings", warning);
     m_context.console.Note(
         fmt::format("{}: {}; {}", input.Name(), DescribeResolution(host), DescribeColumns(host)));
-    RequireRunnable(host, m_context.options.settings, !m_convert.bNoCheck);
+    try {
+        RequireRunnable(host, settings, !m_convert.bNoCheck);
+    } catch (const Fault& fault) {
+        throw Fault{fault.status, fault.sMessage + AdvisedInstead(m_context, input.Input())};
+    }
     return opening.sRangeOutside;
 }
 

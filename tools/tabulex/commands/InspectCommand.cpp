@@ -1,5 +1,7 @@
 #include <nlohmann/json.hpp>
 
+#include "tools/tabulex/advise/AdviceText.h"
+#include "tools/tabulex/advise/FileAdvice.h"
 #include "tools/tabulex/commands/Commands.h"
 #include "tools/tabulex/commands/InspectReport.h"
 #include "tools/tabulex/explain/Refusal.h"
@@ -34,7 +36,8 @@ ordered_json ColumnsOf(const FileLayout& layout)
     return columns;
 }
 
-ordered_json JsonOf(const Inspection& inspection, const std::optional<ULONGLONG>& nRecords)
+ordered_json JsonOf(const Inspection& inspection, const std::optional<ULONGLONG>& nRecords,
+                    const std::string& file, const ResolutionOffers& offers)
 {
     const FileLayout& layout = inspection.sample.layout;
     ordered_json json = {
@@ -59,6 +62,8 @@ ordered_json JsonOf(const Inspection& inspection, const std::optional<ULONGLONG>
     };
     if (inspection.explanation)
         json["explain"] = JsonOf(*inspection.explanation);
+    if (inspection.advice)
+        json["advice"] = JsonOf(*inspection.advice, file, offers);
     return json;
 }
 
@@ -70,11 +75,13 @@ ordered_json Named(const std::string& file, const ordered_json& json)
     return named;
 }
 
-Inspection InspectionOf(const Context& context, const Host& host)
+Inspection InspectionOf(const Context& context, const Host& host, const CleanFile& input)
 {
-    Inspection inspection{TakeSample(host), WhyRefused(host, context.options.settings), {}};
+    Inspection inspection{TakeSample(host), WhyRefused(host, context.options.settings), {}, {}};
     if (context.options.inspect.bExplain)
         inspection.explanation = Explain(host, inspection.sample);
+    if (input.Recipe().IsEmpty())
+        inspection.advice = AdviseFile(input.Path(), context.options.settings, context.offers);
     host.Data().put_Position(0);
     return inspection;
 }
@@ -86,7 +93,7 @@ Inspection InspectionOf(const Context& context, const Host& host)
 ExitStatus Inspect(const Context& context, Host& host, const CleanFile& input)
 {
     OpenAsSet(context, host, input);
-    const Inspection inspection = InspectionOf(context, host);
+    const Inspection inspection = InspectionOf(context, host, input);
     Results results;
     if (!context.options.bJson) {
         WriteReport(host, input.Name(), inspection, context, results);
@@ -94,7 +101,7 @@ ExitStatus Inspect(const Context& context, Host& host, const CleanFile& input)
         std::optional<ULONGLONG> nRecords;
         if (!context.options.inspect.bNoCount)
             nRecords = host.CountRecords();
-        ordered_json json = JsonOf(inspection, nRecords);
+        ordered_json json = JsonOf(inspection, nRecords, input.Name(), context.offers);
         if (context.options.files.size() > 1)
             json = Named(input.Name(), json);
         results.Add(json.dump(1) + '\n');

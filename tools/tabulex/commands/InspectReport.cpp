@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/tabulex/advise/AdviceText.h"
 #include "tools/tabulex/commands/RecordTable.h"
 #include "tools/tabulex/explain/Cells.h"
 #include "tools/tabulex/text/Formats.h"
@@ -126,10 +127,12 @@ void WriteReport(const Host& host, const std::string& file, const Inspection& in
     AddFirstRows(host, context.bColour, results);
     if (inspection.explanation)
         WriteExplanation(*inspection.explanation, results);
-    if (context.options.inspect.bNoCount)
-        return;
-    results.Show();
-    AddCount(host, results);
+    if (!context.options.inspect.bNoCount) {
+        results.Show();
+        AddCount(host, results);
+    }
+    if (inspection.advice)
+        results.Add(AdviceReport(*inspection.advice, file, host.Offers()));
 }
 
 } // namespace tabulex

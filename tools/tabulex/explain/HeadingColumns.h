@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "advice/headings/HeadingWords.h"
 #include "tools/tabulex/explain/Correction.h"
-#include "tools/tabulex/review/HeadingWords.h"
 
 namespace tabulex {
 

@@ -23,8 +23,4 @@ std::string ConvertCommandLine(const std::string& path, const intake::Recipe& re
                                const Settings& settings, const GeneralOptions& general,
                                const ResolutionOffers& offers);
 
-// A word for a shell: quoted where it holds more than letters, digits and harmless marks.
-// Characters that would do something to a terminal are written as escapes.
-std::string QuoteForShell(std::string_view text);
-
 } // namespace tabulex

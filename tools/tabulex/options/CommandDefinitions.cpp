@@ -33,6 +33,7 @@ void AddConvert(CLI::App& app, Options& options)
                      "  tabulex convert *.txt --from 2020-01-01 -o quotes.db --append");
     AddFiles(command, options, true);
     AddOutput(command, options.convert);
+    AddAdvice(command, options.convert);
     AddNaming(command, options.convert);
     AddErrorHandling(command, options.convert);
     AddReport(command, options.convert);

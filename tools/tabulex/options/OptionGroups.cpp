@@ -105,6 +105,8 @@ constexpr Word<LineNumbers> kLineNumbers[] = {{"file", LineNumbers::File},
                                               {"component", LineNumbers::Component}};
 constexpr Word<HeaderChoice> kHeaders[] = {
     {"yes", HeaderChoice::Yes}, {"no", HeaderChoice::No}, {"auto", HeaderChoice::Auto}};
+constexpr Word<advice::DayMonth> kOrders[] = {{"day-first", advice::DayMonth::DayFirst},
+                                              {"month-first", advice::DayMonth::MonthFirst}};
 constexpr Word<const char*> kLanguages[] = {{"zh", "zh"}, {"en", "en"}};
 
 // Far from the end of the number range, so that positions can be added.
@@ -320,6 +322,19 @@ void AddReport(CLI::App& app, ConvertOptions& convert)
 {
     AddValue(app, "--report", "FILE", convert.sReport, SomeText,
              "Write account, warnings and bad lines to FILE\nas JSON, an object a file");
+}
+
+void AddAdvice(CLI::App& app, ConvertOptions& convert)
+{
+    const std::string group = "Advice";
+    app.add_flag(
+           "--auto", convert.bAuto,
+           "Read each file as 'inspect' advises; nothing is\nwritten where two readings are as "
+           "good")
+        ->group(group);
+    AddChoice(app, "--prefer", kOrders, convert.prefer,
+              "With --auto: how to read dates whose day and\nmonth nothing tells apart")
+        ->group(group);
 }
 
 void AddNoCheck(CLI::App& app, ConvertOptions& convert)

@@ -26,6 +26,8 @@ void AddNaming(CLI::App& app, ConvertOptions& convert);
 // A file for the account as JSON.
 void AddReport(CLI::App& app, ConvertOptions& convert);
 void AddErrorHandling(CLI::App& app, ConvertOptions& convert);
+// Reading files as advised.
+void AddAdvice(CLI::App& app, ConvertOptions& convert);
 void AddNoCheck(CLI::App& app, ConvertOptions& convert);
 
 } // namespace tabulex

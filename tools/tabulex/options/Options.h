@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "advice/Reading.h"
 #include "intake/Recipe.h"
 #include "tools/tabulex/host/ResolutionOffers.h"
 #include "tools/tabulex/host/Settings.h"
@@ -51,6 +52,8 @@ struct ConvertOptions
     bool bStrict = false;
     LineNumbers lineNumbers = LineNumbers::File;
     std::string sReport; // file for the account as JSON; empty for none
+    bool bAuto = false;  // read each file as advised
+    advice::DayMonth prefer = advice::DayMonth::Certain; // where nothing else decides
 };
 
 // import; what it writes is in ConvertOptions

@@ -10,7 +10,7 @@
 
 #include <fmt/format.h>
 
-#include "tools/tabulex/review/HeadingWords.h"
+#include "advice/headings/HeadingWords.h"
 #include "tools/tabulex/text/Text.h"
 
 namespace tabulex {

@@ -8,8 +8,8 @@
 
 #include <fmt/format.h>
 
+#include "advice/headings/HeadingWords.h"
 #include "tools/tabulex/review/Corrections.h"
-#include "tools/tabulex/review/HeadingWords.h"
 #include "tools/tabulex/review/LayoutReview.h"
 
 namespace tabulex {

@@ -12,10 +12,10 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include "advice/headings/HeadingWords.h"
 #include "tools/tabulex/host/LastRecord.h"
 #include "tools/tabulex/host/Properties.h"
 #include "tools/tabulex/review/Decoding.h"
-#include "tools/tabulex/review/HeadingWords.h"
 #include "tools/tabulex/text/Text.h"
 
 namespace tabulex {

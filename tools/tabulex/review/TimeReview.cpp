@@ -7,7 +7,7 @@
 
 #include <fmt/format.h>
 
-#include "tools/tabulex/review/HeadingWords.h"
+#include "advice/headings/HeadingWords.h"
 #include "tools/tabulex/review/LayoutReview.h"
 
 namespace tabulex {

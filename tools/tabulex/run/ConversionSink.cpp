@@ -7,43 +7,10 @@
 #include <new>
 
 #include "platform/values.h"
+#include "tools/tabulex/host/BatchCells.h"
 #include "tools/tabulex/system/Interrupt.h"
 
 namespace tabulex {
-
-namespace {
-
-// The cells of a batch, in place: record after record, each with its columns side by side.
-class Cells
-{
-public:
-    explicit Cells(SAFEARRAY* array) : m_array(array)
-    {
-        if (FAILED(SafeArrayAccessData(array, &m_data)))
-            m_data = nullptr;
-    }
-    ~Cells()
-    {
-        if (m_data)
-            SafeArrayUnaccessData(m_array);
-    }
-    const VARIANT* data() const { return static_cast<const VARIANT*>(m_data); }
-
-private:
-    SAFEARRAY* m_array;
-    void* m_data = nullptr;
-};
-
-ULONGLONG Extent(SAFEARRAY* array, UINT nDimension)
-{
-    LONG nFirst = 0;
-    LONG nLast = -1;
-    SafeArrayGetLBound(array, nDimension, &nFirst);
-    SafeArrayGetUBound(array, nDimension, &nLast);
-    return static_cast<ULONGLONG>(LONGLONG(nLast) - nFirst + 1);
-}
-
-} // namespace
 
 HRESULT ConversionSink::DataChanged(VARIANT Data)
 try {
@@ -59,11 +26,10 @@ try {
 // A reader that closes its pipe ends the run well.
 HRESULT ConversionSink::TakeBatch(SAFEARRAY* records)
 {
-    const Cells cells(records);
-    const ULONGLONG nRows = Extent(records, 2);
-    if (Extent(records, 1) != m_path.Columns() || (nRows > 0 && !cells.data()))
+    const BatchCells cells(records);
+    if (cells.Columns() != m_path.Columns() || (cells.Rows() > 0 && !cells.Data()))
         return E_UNEXPECTED;
-    const bool bTaken = m_queue.Take(cells.data(), nRows);
+    const bool bTaken = m_queue.Take(cells.Data(), cells.Rows());
     ++m_nBatches;
     m_errors.EndBatch(kBatchLines);
     if (bTaken)
