@@ -1,7 +1,7 @@
 // The worker's loop. Each turn makes one stride of the scan unless a conversion runs, one
 // record of one conversion, or a batch of it where nobody could tell, and one look at the requests,
-// in this order; then it waits for
-// as long as nothing of that is due. The lock is held for the stride and for the look.
+// in this order; then it waits for as long as nothing of that is due. The lock is held for the
+// stride and for the look.
 #include "src/files/FileHandler.h"
 
 #include <algorithm>

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <string_view>
 #include <vector>
 
@@ -48,7 +49,7 @@ public:
     }
     void Add(const Key& key, DATE value)
     {
-        if (++m_nAdded > m_entries.size() && m_nBits < kMostBits)
+        if (++m_nAdded > m_entries.size() && m_nBits < m_nMostBits)
             Grow();
         m_entries[PlaceOf(key)] = {key, value};
     }
@@ -66,9 +67,16 @@ private:
     static constexpr unsigned kMostBits = 14; // 400 KB
     static constexpr unsigned kGrowBits = 2;
 
+    // Without the memory it stays as it is.
     void Grow()
     {
-        std::vector<Entry> old(m_entries.size() << kGrowBits);
+        std::vector<Entry> old;
+        try {
+            old.resize(m_entries.size() << kGrowBits);
+        } catch (const std::bad_alloc&) {
+            m_nMostBits = m_nBits;
+            return;
+        }
         old.swap(m_entries);
         m_nBits += kGrowBits;
         m_nAdded = 0;
@@ -90,7 +98,8 @@ private:
 
     std::vector<Entry> m_entries;
     unsigned m_nBits = kFirstBits; // there are 2^m_nBits places
-    std::size_t m_nAdded = 0;      // texts since the table grew, and those it has kept
+    unsigned m_nMostBits = kMostBits;
+    std::size_t m_nAdded = 0; // texts since the table grew, and those it has kept
 };
 
 } // namespace Hesperon::specifics

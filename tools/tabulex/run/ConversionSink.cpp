@@ -35,6 +35,7 @@ HRESULT ConversionSink::TakeBatch(SAFEARRAY* records)
     if (bTaken)
         return S_OK;
     m_queue.Drain();
+    m_nBatches = m_path.Batches(); // how many came meanwhile depends on the threads
     return m_path.IsReaderGone() ? S_FALSE : E_FAIL;
 }
 
@@ -42,6 +43,8 @@ void ConversionSink::FinishRows()
 try {
     const bool bTaken = m_queue.Finish();
     m_bFailed = m_bOutOfMemory || (!bTaken && !m_path.IsReaderGone());
+    if (!bTaken)
+        m_nBatches = m_path.Batches();
 } catch (const std::bad_alloc&) {
     m_bFailed = m_bOutOfMemory = true;
 }

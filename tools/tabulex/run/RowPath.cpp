@@ -10,16 +10,18 @@ namespace tabulex {
 
 bool RowPath::Take(const VARIANT* cells, ULONGLONG nRows)
 {
+    if (m_bRefused)
+        return false;
     const auto [taken, nTaken] = m_end ? m_end->Of(cells, nRows) : RangeEnd::Rows{cells, nRows};
     if (m_review)
         m_review->Take(taken, nTaken);
     if (m_days)
         m_days->Take(taken, nTaken, m_nBatches * kBatchLines);
     const VARIANT* rows = m_reshaped.Of(taken, nTaken);
-    const bool bWritten = !m_output || m_output->Write(rows, nTaken);
+    m_bRefused = m_output && !m_output->Write(rows, nTaken);
     ++m_nBatches;
     m_nRows += nTaken;
-    return bWritten;
+    return !m_bRefused;
 }
 
 } // namespace tabulex

@@ -25,9 +25,10 @@ public:
     // Of a row as it is delivered.
     std::size_t Columns() const { return m_reshaped.Columns(); }
     // The rows of a whole batch, each with its cells side by side. False if the output refuses
-    // them; they are counted and reviewed all the same.
+    // them, which are counted and reviewed all the same, and for all that come after these.
     bool Take(const VARIANT* cells, ULONGLONG nRows);
-    // Rows so far, without those behind the range.
+    // Batches so far, and their rows without those behind the range.
+    ULONGLONG Batches() const { return m_nBatches; }
     ULONGLONG Rows() const { return m_nRows; }
 
     // False for an output that nobody sees before its commit, and for none.
@@ -41,6 +42,7 @@ private:
     RowReview* m_review;
     DeliveredReview* m_days;
     RangeEnd* m_end;
+    bool m_bRefused = false;
     ULONGLONG m_nBatches = 0;
     ULONGLONG m_nRows = 0;
 };
