@@ -1,4 +1,5 @@
 // Lines of a file as the component finds them, and where they stand for an editor.
+#include <array>
 #include <fstream>
 #include <random>
 
@@ -6,8 +7,10 @@
 
 #include "tests/files/PlainLineIndex.h"
 #include "tests/support/Seed.h"
+#include "tests/tabulex/units/QuoteText.h"
 #include "tests/tabulex/units/TestFolder.h"
 #include "tools/tabulex/account/LineMap.h"
+#include "tools/tabulex/account/PlainLines.h"
 
 using namespace tabulex;
 
@@ -18,9 +21,13 @@ class LineMapTest : public testing::Test
 protected:
     LineMap MapOf(const std::string& bytes)
     {
+        return LineMap(FileOf(bytes), bytes.size(), nullptr);
+    }
+    std::string FileOf(const std::string& bytes)
+    {
         const std::string path = m_folder / "lines.txt";
         std::ofstream(PathOf(path), std::ios::binary) << bytes;
-        return LineMap(path, bytes.size(), nullptr);
+        return path;
     }
     static std::vector<ULONGLONG> Numbers(LineMap& map)
     {
@@ -45,7 +52,81 @@ std::string RandomText(std::mt19937& random, std::size_t nMost)
     return text;
 }
 
+// All that a walk tells where it stands.
+auto Standing(const LineWalker& walker)
+{
+    const auto place = walker.Here();
+    const LineTally& tally = walker.Tally();
+    return std::array{place.nOffset,    place.nLineEnds,  tally.nContent, tally.nJoined,
+                      tally.nLost,      tally.nSplit,     tally.nLong,    tally.nFirstJoined,
+                      tally.nFirstLost, tally.nFirstLong, tally.nZero,    tally.nZeroContent,
+                      tally.nFirstZero, walker.Lines()};
+}
+
+// Line by line as the words say; without those that end less than a window before the end.
+PlainLines SlowPlainLines(std::string_view bytes, std::size_t nMost)
+{
+    PlainLines found;
+    const std::size_t nSeen = bytes.empty() ? 0 : (bytes.size() - 1) / 64 * 64;
+    for (std::size_t nFirst = 0; found.nLines < nMost;) {
+        const std::size_t nFeed = bytes.find('\n', nFirst);
+        if (nFeed >= nSeen)
+            break;
+        std::string_view line = bytes.substr(nFirst, nFeed - nFirst);
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        if (line.size() < 2 || line.size() > 512 || line.find('\0') != line.npos ||
+            line.find('\r') != line.npos || std::string_view(":,;| \t").find(line[0]) != line.npos)
+            break;
+        found = {found.nLines + 1, nFirst + line.size()};
+        nFirst = nFeed + 1;
+    }
+    return found;
+}
+
 } // namespace
+
+TEST(PlainLinesTest, AreThoseThatALookAtEachLineShows)
+{
+    std::mt19937 random(Seed());
+    std::size_t nFound = 0;
+    for (int i = 0; i < Rounds(4000); ++i) {
+        const std::string text = RandomQuotes(random, random() % 4 ? 200 : 4000);
+        const std::string_view bytes = std::string_view(text).substr(random() % text.size());
+        const std::size_t nMost = 1 + random() % 80;
+        const PlainLines lines = FindPlainLines(bytes, nMost);
+        const PlainLines expected = SlowPlainLines(bytes, nMost);
+        ASSERT_EQ(lines.nLines, expected.nLines) << testing::PrintToString(bytes);
+        ASSERT_EQ(lines.nEnd, expected.nEnd) << testing::PrintToString(bytes);
+        nFound += lines.nLines;
+    }
+    EXPECT_GT(nFound, 0u);
+    EXPECT_EQ(FindPlainLines({}, 1).nLines, 0u);
+}
+
+TEST_F(LineMapTest, LinesPassedManyAtATimeAreTheSameAsOneByOne)
+{
+    std::mt19937 random(Seed());
+    ULONGLONG nPassed = 0;
+    for (int i = 0; i < Rounds(300); ++i) {
+        const std::string text = RandomQuotes(random, random() % 8 ? 3000 : 400000);
+        const std::string path = FileOf(text);
+        LineWalker each(path, text.size()), many(path, text.size());
+        ContentLine line;
+        for (bool bOn = true; bOn;) {
+            const ULONGLONG nBefore = many.Tally().nContent;
+            if (many.PassPlainLines(1 + random() % 300))
+                nPassed += many.Tally().nContent - nBefore;
+            else
+                bOn = many.Next(line);
+            while (each.Tally().nContent < many.Tally().nContent || !bOn)
+                if (!each.Next(line))
+                    break;
+            ASSERT_EQ(Standing(many), Standing(each)) << testing::PrintToString(text);
+        }
+    }
+    EXPECT_GT(nPassed, 0u);
+}
 
 TEST_F(LineMapTest, BlankLinesCountForAnEditorOnly)
 {

@@ -28,7 +28,10 @@ void LineMap::WalkTo(ULONGLONG nContent)
     ContentLine line;
     while (!m_bEnded && m_front.Tally().nContent <= nContent) {
         KeepPlace();
-        m_bEnded = !m_front.Next(line);
+        const ULONGLONG nPassed = m_front.Tally().nContent;
+        const ULONGLONG nMost = std::min(nContent - nPassed + 1, m_nSpacing - nPassed % m_nSpacing);
+        if (!m_front.PassPlainLines(nMost))
+            m_bEnded = !m_front.Next(line);
     }
 }
 

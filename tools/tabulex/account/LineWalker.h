@@ -55,6 +55,9 @@ public:
 
     // The next line with content; false at the end of the file.
     bool Next(ContentLine& line);
+    // Passes some lines, at most nMost, as Next would; false where there are none that can be
+    // passed so, and Next has to go on.
+    bool PassPlainLines(ULONGLONG nMost);
     // Why not all of the file could be read; empty where it could so far.
     const std::string& FaultText() const { return m_sFault; }
     // False where the file can't be opened by its name any more, which is a fault too.
@@ -109,7 +112,6 @@ private:
     bool m_bLineOpen = false;  // bytes were passed since the last line end
     bool m_bCounted = false;   // some of them as a line, or a part of one
     bool m_bZero = false;      // some of them are zero
-    bool m_bAnyZero = false;   // somewhere in the buffer
     LineTally m_tally;
     std::string m_sFault;
     SuspectBytes* m_pSuspects = nullptr;

@@ -1,104 +1,141 @@
-// The tests look at sixteen places at a time and have no branch. The last bytes of a piece wait for
-// the next, as tests look ahead, so that each byte is looked at once and with its neighbours.
+// Rules on a byte and its neighbours, of which a line seldom meets any: a few shifts of masks find
+// the places that may meet one, and only those are looked at byte by byte. The last bytes of a
+// piece wait for the next, as rules look ahead, so that each byte is looked at once and with its
+// neighbours.
 
 #include "tools/tabulex/account/SuspectBytes.h"
 
 #include <algorithm>
-
-#include "tools/tabulex/account/SuspectMarks.h"
+#include <array>
+#include <bit>
 
 namespace tabulex {
 
 namespace {
 
-constexpr std::size_t kBefore = 6; // bytes that a test looks back
-constexpr std::size_t kAfter = LineSums::kAfter;
 constexpr std::size_t kAround = kBefore + kAfter;
-static_assert(kBefore >= LineSums::kBefore);
+constexpr std::size_t kWindowsAtOnce = 16; // that are looked at together
 
-// The component drops them, wherever they stand.
-inline ByteMask IsQuote(ByteBlock block)
+bool IsDigitByte(char c)
 {
-    return Is(block, '"') | IsAmong(block, '\'', 3) | Is(block, '[') | Is(block, ']');
+    return c >= '0' && c <= '9';
 }
 
-// A place with those around it.
-struct Places
+// Bytes beyond ASCII count as letters.
+bool IsLetterByte(char c)
 {
-    explicit Places(const char* p)
-        : back6(BlockAt(p - 6)), back3(BlockAt(p - 3)), back1(BlockAt(p - 1)), at(BlockAt(p)),
-          on1(BlockAt(p + 1)), on2(BlockAt(p + 2)), on3(BlockAt(p + 3)), on4(BlockAt(p + 4)),
-          digitBefore(IsDigitByte(back1)), digitBehind(IsDigitByte(on1)), point(Is(at, '.')),
-          dash(Is(at, '-'))
-    {}
-
-    ByteBlock back6, back3, back1, at, on1, on2, on3, on4;
-    ByteMask digitBefore, digitBehind, point, dash;
-};
-
-inline ByteMask IsGap(const Places& p, char cDivider)
-{
-    return Is(p.at, cDivider) & (Is(p.on1, cDivider) | (Is(p.on1, ' ') & Is(p.on2, cDivider)));
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c & 0x80) != 0;
 }
 
-inline ByteMask IsOddSign(const Places& p)
+bool IsOddSign(const char* p)
 {
-    const ByteMask good = p.digitBehind | Is(p.on1, '.') | (p.dash & IsLetterByte(p.on1));
-    return (p.dash | Is(p.at, '+')) & ~good;
+    const bool bGood = IsDigitByte(p[1]) || p[1] == '.' || (p[0] == '-' && IsLetterByte(p[1]));
+    return (p[0] == '-' || p[0] == '+') && !bGood;
 }
 
-inline ByteMask IsLoneMark(const Places& p, ByteMask comma)
+// Of seconds, unless it is a point and three digits. At a mark.
+bool IsOddFraction(const char* p)
 {
-    return (p.point | comma) & ~(p.digitBefore | p.digitBehind | IsLetterByte(p.back1));
+    if (p[-3] != ':' || !IsDigitByte(p[-1]) || !IsDigitByte(p[1]))
+        return false;
+    const bool bThree = IsDigitByte(p[2]) && IsDigitByte(p[3]) && !IsDigitByte(p[4]);
+    return p[0] != '.' || !bThree;
 }
 
-// cComma is a point where a comma isn't one.
-inline ByteMask IsOddFraction(const Places& p, ByteMask comma)
+bool IsLoneMark(const char* p)
 {
-    const ByteMask three =
-        p.digitBehind & IsDigitByte(p.on2) & IsDigitByte(p.on3) & ~IsDigitByte(p.on4);
-    const ByteMask other = (comma & ~p.point) | p.dash | (Is(p.at, ':') & Is(p.back6, ':'));
-    return ((p.point & ~three) | other) & Is(p.back3, ':') & p.digitBefore & p.digitBehind;
+    return !IsDigitByte(p[-1]) && !IsDigitByte(p[1]) && !IsLetterByte(p[-1]);
 }
 
 // "1,000" may be a whole number, of which what is behind the comma isn't read.
-inline ByteMask IsCommaAtZeros(const Places& p)
+bool IsAheadOfZeros(const char* p)
 {
-    return Is(p.at, ',') & Is(p.on1, '0') & Is(p.on2, '0') & Is(p.on3, '0');
+    return p[1] == '0' && p[2] == '0' && p[3] == '0';
+}
+
+bool IsGap(const char* p)
+{
+    return p[1] == p[0] || (p[1] == ' ' && p[2] == p[0]);
+}
+
+// All places that may be suspects, and some others.
+std::uint64_t Candidates(const LineMarks::Masks& at)
+{
+    const std::uint64_t digits = at[Digits], marks = at[Marks], dividers = at[Dividers];
+    const std::uint64_t before = digits << 1, behind = digits >> 1;
+    const std::uint64_t parts = marks | at[Signs] | (at[Colons] & at[Colons] << 6);
+    const std::uint64_t fractions = parts & at[Colons] << 3 & before & behind;
+    const std::uint64_t lone = (at[Signs] | (marks & ~before)) & ~behind;
+    const std::uint64_t zeros = marks & at[Zeros] >> 1 & at[Zeros] >> 2 & at[Zeros] >> 3;
+    const std::uint64_t gaps = dividers & (dividers >> 1 | (dividers >> 2 & ~behind));
+    return at[Quotes] | fractions | lone | zeros | gaps;
 }
 
 } // namespace
 
 SuspectBytes::SuspectBytes() : m_sTail(kBefore, '\n') {}
 
-// The places from p on. p[-kBefore] to p[kPlaces + kAfter - 1] can be read.
-inline ByteMask SuspectBytes::SuspectsAt(const char* p) const
+void SuspectBytes::Expect(const UsualLine& line)
 {
-    const Places places(p);
-    const char cComma = m_sums.Comma();
-    const ByteMask comma = Is(places.at, cComma);
-    ByteMask suspects = IsQuote(places.at) | IsOddSign(places) | IsLoneMark(places, comma) |
-                        IsOddFraction(places, comma);
-    if (cComma == ',')
-        suspects |= IsCommaAtZeros(places);
-    for (const char c : m_sums.Dividers())
-        suspects |= IsGap(places, c);
-    return suspects;
+    m_line = line;
+    m_marks = MarksOf(line);
+    m_sums.Expect(line);
+}
+
+// p[-kBefore] to p[kAfter] can be read.
+bool SuspectBytes::IsSuspectAt(const char* p) const
+{
+    const char c = *p;
+    const bool bComma = c == ',' && !m_line.bCommaDivides;
+    if (IsOddSign(p))
+        return true;
+    if ((c == '.' || bComma) && (IsLoneMark(p) || IsOddFraction(p)))
+        return true;
+    if (bComma && IsAheadOfZeros(p))
+        return true;
+    if ((c == '-' || (c == ':' && p[-6] == ':')) && IsOddFraction(p))
+        return true;
+    return kQuotes.find(c) != kQuotes.npos ||
+           (m_line.sDividers.find(c) != std::string::npos && IsGap(p));
+}
+
+// p is where the window begins.
+bool SuspectBytes::HasSuspect(const char* p, std::uint64_t candidates) const
+{
+    for (; candidates; candidates &= candidates - 1)
+        if (IsSuspectAt(p + std::countr_zero(candidates)))
+            return true;
+    return false;
+}
+
+// The first window begins at p. Lines are summed up whatever was found.
+bool SuspectBytes::AnySuspect(const char* p, std::size_t nWindows, std::uint64_t places)
+{
+    std::array<LineMarks::Masks, kWindowsAtOnce> windows;
+    m_marks.Find(p, kPlaces, {windows.data(), nWindows});
+    bool bSuspect = m_sums.HasOddLine({windows.data(), nWindows}, places);
+    for (std::size_t i = 0; i < nWindows && !bSuspect; ++i)
+        bSuspect = HasSuspect(p + i * kPlaces, Candidates(windows[i]) & places);
+    return bSuspect;
 }
 
 // bytes[-kBefore] to bytes[n + kAfter - 1] can be read.
 bool SuspectBytes::IsSuspect(const char* bytes, std::size_t n)
 {
-    ByteMask suspects{};
-    std::size_t i = 0;
-    for (; i + kPlaces <= n; i += kPlaces)
-        suspects |= SuspectsAt(bytes + i);
-    if (i != n) {
-        char last[kBefore + kPlaces + kAfter] = {};
-        std::copy(bytes + i - kBefore, bytes + n + kAfter, last);
-        suspects |= SuspectsAt(last + kBefore) & FirstPlaces(n - i);
+    bool bSuspect = false;
+    const char* p = bytes - kBefore;
+    for (std::size_t nLeft = n / kPlaces; nLeft > 0;) {
+        const std::size_t nWindows = std::min(nLeft, kWindowsAtOnce);
+        bSuspect |= AnySuspect(p, nWindows, FirstPlaces(kPlaces));
+        p += nWindows * kPlaces;
+        nLeft -= nWindows;
     }
-    return m_sums.HasOddLine(bytes, n) | IsAnySet(suspects);
+    if (const std::size_t nRest = n % kPlaces) {
+        char last[kWindowBytes] = {};
+        std::copy(p, p + kBefore + nRest + kAfter, last);
+        bSuspect |= AnySuspect(last, 1, FirstPlaces(nRest));
+    }
+    return bSuspect;
 }
 
 // At the end of the file the last line gets an end.

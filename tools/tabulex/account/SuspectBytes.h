@@ -18,7 +18,6 @@
 
 #include "platform/component.h"
 #include "tools/tabulex/account/LineSums.h"
-#include "tools/tabulex/account/SuspectMarks.h"
 
 namespace tabulex {
 
@@ -34,7 +33,7 @@ public:
     SuspectBytes();
 
     // What a usual line looks like. Ahead of the first bytes.
-    void Expect(const UsualLine& line) { m_sums.Expect(line); }
+    void Expect(const UsualLine& line);
 
     // The next bytes of the file, from its beginning; none at its end.
     void Take(const char* bytes, std::size_t n);
@@ -42,9 +41,13 @@ public:
     const std::vector<Part>& Parts() const { return m_parts; }
 
 private:
-    ByteMask SuspectsAt(const char* p) const;
+    bool IsSuspectAt(const char* p) const;
+    bool HasSuspect(const char* p, std::uint64_t candidates) const;
+    bool AnySuspect(const char* p, std::size_t nWindows, std::uint64_t places);
     bool IsSuspect(const char* bytes, std::size_t n);
 
+    UsualLine m_line;
+    LineMarks m_marks = MarksOf(m_line);
     LineSums m_sums;
     ULONGLONG m_nTaken = 0;
     std::string m_sTail; // last bytes so far; those at its end haven't been looked at

@@ -59,7 +59,8 @@ ErrorReporter::ErrorReporter(const Host& host, Console& console, std::string fil
 // hasn't counted the file to its end.
 bool ErrorReporter::IsBehindLastLine(const BadLine& bad)
 {
-    return m_map.NumberOf(m_places.PlaceOf(bad.nLine, m_nBatchStart)) == 0;
+    const ULONGLONG nPlace = m_places.PlaceOf(bad.nLine, m_nBatchStart);
+    return m_map.NumberOf(nPlace) == 0 && m_map.FaultText().empty();
 }
 
 bool ErrorReporter::Report(const BadLine& bad)
