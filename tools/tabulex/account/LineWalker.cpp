@@ -21,7 +21,7 @@ namespace tabulex {
 
 namespace {
 
-constexpr std::size_t kBufferBytes = 256 * 1024;
+constexpr std::size_t kBufferBytes = std::size_t{256} * 1024;
 
 constexpr bool IsPassed(char c)
 {

@@ -48,7 +48,7 @@ LONGLONG StepOf(LONG nResolution, LONG nSize)
 {
     if (nResolution == ResolutionSeconds)
         return nSize * kSecond;
-    return nResolution == ResolutionMinutes ? nSize * 60 * kSecond : 0;
+    return nResolution == ResolutionMinutes ? LONGLONG{nSize} * 60 * kSecond : 0;
 }
 
 std::string MomentText(LONGLONG nMoment)

@@ -41,7 +41,7 @@ void NameUsersCell(LineSource& source, ULONGLONG nLine, BadLineRecord& record)
     const ULONG nColumn = source.ColumnOf(static_cast<ULONG>(record.nField));
     if (nColumn == 0)
         return;
-    record.nField = nColumn;
+    record.nField = static_cast<LONG>(nColumn);
     if (const std::size_t nAt = record.sMessage.find(kNoCell); nAt != std::string::npos)
         record.sMessage.insert(nAt + 1, source.CellOf(nLine, nColumn));
 }
