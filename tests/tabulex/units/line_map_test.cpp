@@ -25,7 +25,7 @@ protected:
     }
     std::string FileOf(const std::string& bytes)
     {
-        const std::string path = m_folder / "lines.txt";
+        std::string path = m_folder / "lines.txt";
         std::ofstream(PathOf(path), std::ios::binary) << bytes;
         return path;
     }

@@ -177,11 +177,15 @@ bool LineWalker::TakePlainLine(ContentLine& line)
     const char* pFirst = m_buffer.data() + m_nAt;
     if (IsDivider(*pFirst))
         return false;
-    const auto* pEnd = static_cast<const char*>(std::memchr(pFirst, '\n', m_nEnd - m_nAt));
+    const auto find = [&](char c, const char* pBehind) {
+        const auto n = static_cast<std::size_t>(pBehind - pFirst);
+        return static_cast<const char*>(std::memchr(pFirst, c, n));
+    };
+    const char* pEnd = find(m_cLineEnd, m_buffer.data() + m_nEnd);
     if (!pEnd)
         return false;
-    if (const void* pReturn = std::memchr(pFirst, '\r', static_cast<std::size_t>(pEnd - pFirst)))
-        pEnd = static_cast<const char*>(pReturn);
+    if (const char* pOther = find(m_cLineEnd == '\n' ? '\r' : '\n', pEnd))
+        pEnd = pOther;
     const auto nLength = static_cast<std::size_t>(pEnd - pFirst);
     if (nLength < 2)
         return false;
