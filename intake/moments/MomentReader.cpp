@@ -171,7 +171,7 @@ std::optional<std::int32_t> MomentReader::ReadDate(Cursor& cursor)
     const auto nDay = m_dates.Read(cursor);
     const std::size_t nSize = cursor.Place() - nStart;
     m_nLastText = nDay && nSize <= sizeof m_lastText ? nSize : 0;
-    std::memcpy(m_lastText, rest.data(), m_nLastText);
+    rest.copy(m_lastText, m_nLastText);
     m_nLastDay = nDay.value_or(0);
     return nDay;
 }

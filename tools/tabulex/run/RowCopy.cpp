@@ -48,7 +48,8 @@ void RowCopy::CopyTexts(std::size_t nWords)
         const std::size_t nBytes = text.size() * sizeof(OLECHAR);
         const std::size_t nAll = WordsOf(cell.bstrVal);
         at[0] = static_cast<std::uint32_t>(nBytes);
-        std::memcpy(at + 1, text.data(), nBytes);
+        if (nBytes != 0) // no text may have no address
+            std::memcpy(at + 1, text.data(), nBytes);
         cell.bstrVal = reinterpret_cast<BSTR>(at + 1);
         at += nAll;
     }
