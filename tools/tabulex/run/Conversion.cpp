@@ -136,6 +136,7 @@ private:
     std::optional<RowPath> m_path;
     std::optional<RowQueue> m_queue; // its thread ends before what the path leads to
     com_ptr<ConversionSink> m_sink;
+    ULONGLONG m_nMostLines = 0; // that the run can have read
 };
 
 Outcome Run::Execute()
@@ -193,10 +194,12 @@ void Run::Start()
                         : m_sink->FaultText()};
 }
 
-// The box closes by a message that is posted after the end, and its view goes with it.
+// The component goes on counting records after the run, so that is asked before the rows are waited
+// for. The box closes by a message that is posted after the end, and its view goes with it.
 void Run::WaitForEnd()
 {
     PumpToTheEnd(m_host, *m_sink.get(), [this] { m_views.CancelIfWanted(); });
+    m_nMostLines = MostLinesRead();
     m_sink->FinishRows();
     m_bar.ShowEnd(m_sink->Rows());
     while (m_views.IsOnShow())
@@ -212,7 +215,7 @@ void Run::Stop()
 // The sink is told of rows only. Each batch but the last of a run has kBatchLines lines.
 Counts Run::CountLines() const
 {
-    ULONGLONG nLines = std::min(m_sink->Batches() * kBatchLines, MostLinesRead());
+    ULONGLONG nLines = std::min(m_sink->Batches() * kBatchLines, m_nMostLines);
     if (m_portion)
         nLines = std::min(nLines, m_portion->nCount);
     nLines = std::max(nLines, m_sink->Rows() + (m_end ? m_end->LeftOut() : 0));
