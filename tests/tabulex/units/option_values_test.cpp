@@ -97,26 +97,27 @@ std::vector<std::pair<LONG, std::string>> RowsOf(const std::vector<ResolutionOff
     return rows;
 }
 
-using Rows = std::vector<std::pair<LONG, std::string>>;
+using NamedRows = std::vector<std::pair<LONG, std::string>>;
 
 } // namespace
 
 TEST(OfferedResolutions, TakeTheComponentsIdsInTheOrderOfTheOffer)
 {
-    const Rows expected = {{0, "None"},    {1, "Ticks"},   {2, "Tick Bars"}, {3, "Count Bars"},
-                           {4, "Seconds"}, {5, "Minutes"}, {6, "Days"},      {7, "Weeks"}};
+    const NamedRows expected = {{0, "None"},    {1, "Ticks"},   {2, "Tick Bars"}, {3, "Count Bars"},
+                                {4, "Seconds"}, {5, "Minutes"}, {6, "Days"},      {7, "Weeks"}};
     EXPECT_EQ(RowsOf(DefaultResolutions()), expected);
-    EXPECT_EQ(RowsOf({{5, "W"}, {2, "M"}}), (Rows{{0, "None"}, {7, "W"}, {5, "M"}}));
+    EXPECT_EQ(RowsOf({{5, "W"}, {2, "M"}}), (NamedRows{{0, "None"}, {7, "W"}, {5, "M"}}));
 }
 
 TEST(OfferedResolutions, TakeTheirPlaceByRuleWhereIdsRepeat)
 {
     // A third offer for ticks renames the second.
-    EXPECT_EQ(RowsOf({{1, "A"}, {1, "B"}, {1, "C"}}), (Rows{{0, "None"}, {1, "A"}, {2, "C"}}));
+    EXPECT_EQ(RowsOf({{1, "A"}, {1, "B"}, {1, "C"}}), (NamedRows{{0, "None"}, {1, "A"}, {2, "C"}}));
     // Another name for the same resolution replaces the first in its place.
-    EXPECT_EQ(RowsOf({{2, "M"}, {4, "D"}, {2, "M5"}}), (Rows{{0, "None"}, {5, "M5"}, {6, "D"}}));
+    EXPECT_EQ(RowsOf({{2, "M"}, {4, "D"}, {2, "M5"}}),
+              (NamedRows{{0, "None"}, {5, "M5"}, {6, "D"}}));
     // An id that names nothing renames the row for none.
-    EXPECT_EQ(RowsOf({{77, "Odd"}}), (Rows{{0, "Odd"}}));
+    EXPECT_EQ(RowsOf({{77, "Odd"}}), (NamedRows{{0, "Odd"}}));
 }
 
 TEST(OfferedResolutions, RefuseANameThatIsTaken)

@@ -32,7 +32,7 @@ public:
     // Of a cell that PutCell doesn't take. Good until the next call.
     std::string_view Of(const VARIANT& cell)
     {
-        if (cell.vt != VT_BSTR || !m_bKept || TextOf(cell.bstrVal) != m_last)
+        if (cell.vt != VT_BSTR || !m_bKept || ::TextOf(cell.bstrVal) != m_last)
             Make(cell);
         return m_sText;
     }
